@@ -1,0 +1,36 @@
+# seldial_library(NAME SOURCE... [LINK TARGET...]) and seldial_executable(...): a target under the
+# house's warnings and, in a linting build, under clang-tidy.
+include(CMakeParseArguments)
+
+function(_seldial_finish name)
+  cmake_parse_arguments(ARG "" "" "LINK" ${ARGN})
+  target_sources(${name} PRIVATE ${ARG_UNPARSED_ARGUMENTS})
+  target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE seldial_options)
+  if(SELDIAL_LINT)
+    set_target_properties(${name} PROPERTIES CXX_CLANG_TIDY "clang-tidy-14;--quiet")
+  endif()
+endfunction()
+
+function(seldial_library name)
+  add_library(${name} STATIC)
+  _seldial_finish(${name} ${ARGN})
+  target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+endfunction()
+
+function(seldial_executable name)
+  add_executable(${name})
+  _seldial_finish(${name} ${ARGN})
+endfunction()
+
+# seldial_test(NAME SOURCE... [LINK TARGET...] [LABELS LABEL...]): a GoogleTest program; each of
+# its tests is a test of ctest. Label `threaded`: run once more under ThreadSanitizer.
+function(seldial_test name)
+  cmake_parse_arguments(ARG "" "TIMEOUT" "LINK;LABELS" ${ARGN})
+  add_executable(${name} ${ARG_UNPARSED_ARGUMENTS})
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} seldial_options GTest::gtest_main GTest::gmock)
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 120)
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
+endfunction()

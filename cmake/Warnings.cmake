@@ -1,0 +1,13 @@
+# Warnings are errors, under g++ and clang alike, for every target that links seldial_options.
+add_library(seldial_options INTERFACE)
+target_compile_features(seldial_options INTERFACE cxx_std_20)
+target_include_directories(seldial_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(seldial_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+  -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Wformat=2 -Wundef -Werror
+  $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety -Wthread-safety-beta>)
+if(SELDIAL_SANITIZE)
+  target_compile_options(seldial_options INTERFACE
+    -fsanitize=${SELDIAL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(seldial_options INTERFACE -fsanitize=${SELDIAL_SANITIZE})
+endif()

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace seldial::platform {
+
+/// Modifier bits of a hot key registration (the Event Manager's own).
+enum HotKeyModifier : std::uint32_t {
+  kHotKeyCommand = 0x100,
+  kHotKeyShift = 0x200,
+  kHotKeyAlphaLock = 0x400,
+  kHotKeyOption = 0x800,
+  kHotKeyControl = 0x1000,
+};
+
+/// Names a registration in the events that it causes.
+struct HotKeyID {
+  std::uint32_t signature = 0;
+  std::uint32_t id = 0;
+};
+
+/// The port's handle of one registration; any value but for the port opaque.
+using HotKeyRef = std::uintptr_t;
+
+/// The release of a registered hot key, as the desktop reports it.
+struct HotKeyReleased {
+  HotKeyID hotKeyID;
+  double locationX = 0;  ///< pointer position, pixels
+  double locationY = 0;
+  std::uint64_t modifierFlags = 0;  ///< ModifierFlag values still held
+  double timestamp = 0;             ///< seconds, the desktop's own clock
+};
+
+/// System-wide hot keys. Main thread only.
+class HotKeyEvents {
+ public:
+  using ReleasedHandler = std::function<void(const HotKeyReleased&)>;
+
+  virtual ~HotKeyEvents() = default;
+
+  /// Installs the one handler that every release is reported to, on the main thread, one at a
+  /// time; it may register and unregister.
+  virtual void installReleasedHandler(ReleasedHandler handler) = 0;
+
+  /// Takes the combination of a virtual key code and HotKeyModifier bits. Nothing when the desktop
+  /// refuses: no such key, or another program holds the combination.
+  virtual std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
+                                                  HotKeyID hotKeyID) = 0;
+
+  /// Gives the combination back.
+  virtual void unregisterHotKey(HotKeyRef ref) = 0;
+};
+
+}  // namespace seldial::platform

@@ -1,0 +1,218 @@
+// Recording doubles of the platform interfaces. Each keeps what was asked of it, in order, and
+// answers what the test put in. `Journal` is shared where the order across interfaces matters.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/Application.h"
+#include "platform/HotKeyEvents.h"
+#include "platform/Installed.h"
+#include "platform/KeyboardEvents.h"
+#include "platform/MainQueue.h"
+#include "platform/Pasteboard.h"
+
+namespace seldial::doubles {
+
+/// Installs a double for as long as it lives, then puts back what was there.
+template <class Interface, class Double>
+class Installed {
+ public:
+  template <class... Arguments>
+  explicit Installed(Arguments&&... arguments)
+      : double_(std::make_shared<Double>(std::forward<Arguments>(arguments)...)),
+        before_(std::exchange(platform::installed<Interface>(), double_)) {}
+  ~Installed() { platform::installed<Interface>() = before_; }
+  Installed(const Installed&) = delete;
+  Installed& operator=(const Installed&) = delete;
+
+  Double* operator->() const { return double_.get(); }
+  Double& operator*() const { return *double_; }
+
+ private:
+  std::shared_ptr<Double> double_;
+  std::shared_ptr<Interface> before_;
+};
+
+using Journal = std::vector<std::string>;
+
+/// Keeps posted tasks until the test runs them. Single-threaded: the caller is the main thread
+/// unless the test says otherwise.
+class ManualMainQueue final : public platform::MainQueue {
+ public:
+  void async(Task task) override { tasks.push_back(std::move(task)); }
+  [[nodiscard]] bool isMainThread() const override { return onMainThread; }
+
+  /// Runs every task, those posted meanwhile too.
+  void drain() {
+    while (!tasks.empty()) {
+      const Task task = std::move(tasks.front());
+      tasks.pop_front();
+      task();
+    }
+  }
+
+  std::deque<Task> tasks;
+  bool onMainThread = true;
+};
+
+class RecordingApplication final : public platform::Application {
+ public:
+  explicit RecordingApplication(Journal* journal = nullptr) : journal_(journal) {}
+
+  [[nodiscard]] const std::vector<std::string>& arguments() const override { return commandLine; }
+  void terminate(platform::ApplicationDelegate* sender) override {
+    terminateSenders.push_back(sender);
+  }
+  void usleep(std::uint32_t microseconds) override {
+    sleeps.push_back(microseconds);
+    if (journal_ != nullptr) journal_->push_back("usleep " + std::to_string(microseconds));
+  }
+
+  std::vector<std::string> commandLine;
+  std::vector<platform::ApplicationDelegate*> terminateSenders;
+  std::vector<std::uint32_t> sleeps;
+
+ private:
+  Journal* journal_;
+};
+
+class FakePasteboard final : public platform::Pasteboard {
+ public:
+  explicit FakePasteboard(Journal* journal = nullptr) : journal_(journal) {}
+
+  void clearContents() override {
+    contents.reset();
+    if (journal_ != nullptr) journal_->push_back("clearContents");
+  }
+  std::optional<std::string> stringForType(const std::string& type) override {
+    if (journal_ != nullptr) journal_->push_back("stringForType " + type);
+    return type == platform::kUTF8PlainText ? contents : std::nullopt;
+  }
+
+  std::optional<std::string> contents;
+
+ private:
+  Journal* journal_;
+};
+
+/// Writes "source STATE", "create KEY down|up", "flags F", "post KEY down|up at TAP" and, when an
+/// event is destroyed, "release KEY down|up" into the journal. A posted key-down runs `onKeyDown`,
+/// where a test plays the frontmost application.
+class RecordingKeyboardEvents final : public platform::KeyboardEvents {
+ public:
+  explicit RecordingKeyboardEvents(Journal* journal) : journal_(journal) {}
+
+  std::unique_ptr<platform::KeyboardEventSource> createSource(std::int32_t state) override {
+    journal_->push_back("source " + std::to_string(state));
+    if (refuseSource) return nullptr;
+    return std::make_unique<Source>(journal_);
+  }
+  std::unique_ptr<platform::KeyboardEvent> createKeyboardEvent(
+      platform::KeyboardEventSource* source, std::uint16_t keyCode, bool keyDown) override {
+    const std::string name = std::to_string(keyCode) + (keyDown ? " down" : " up");
+    journal_->push_back("create " + name + (source != nullptr ? "" : " without source"));
+    if (keyDown ? refuseKeyDown : refuseKeyUp) return nullptr;
+    return std::make_unique<Event>(this, name, keyDown);
+  }
+
+  bool refuseSource = false;
+  bool refuseKeyDown = false;
+  bool refuseKeyUp = false;
+  std::function<void()> onKeyDown = [] {};
+
+ private:
+  class Source final : public platform::KeyboardEventSource {
+   public:
+    explicit Source(Journal* journal) : journal_(journal) {}
+    ~Source() override { journal_->push_back("release source"); }
+    Source(const Source&) = delete;
+    Source& operator=(const Source&) = delete;
+
+   private:
+    Journal* journal_;
+  };
+
+  class Event final : public platform::KeyboardEvent {
+   public:
+    Event(RecordingKeyboardEvents* owner, std::string name, bool keyDown)
+        : owner_(owner), name_(std::move(name)), keyDown_(keyDown) {}
+    ~Event() override { owner_->journal_->push_back("release " + name_); }
+    Event(const Event&) = delete;
+    Event& operator=(const Event&) = delete;
+
+    void setFlags(std::uint64_t flags) override {
+      owner_->journal_->push_back("flags " + std::to_string(flags) + " on " + name_);
+    }
+    void post(std::uint32_t tapLocation) override {
+      owner_->journal_->push_back("post " + name_ + " at " + std::to_string(tapLocation));
+      if (keyDown_) owner_->onKeyDown();
+    }
+
+   private:
+    RecordingKeyboardEvents* owner_;
+    std::string name_;
+    bool keyDown_;
+  };
+
+  Journal* journal_;
+};
+
+/// Accepts every combination that is not already taken, until told to refuse.
+class FakeHotKeyEvents final : public platform::HotKeyEvents {
+ public:
+  struct Registration {
+    platform::HotKeyRef ref = 0;
+    std::uint32_t keyCode = 0;
+    std::uint32_t modifiers = 0;
+    platform::HotKeyID hotKeyID;
+  };
+
+  void installReleasedHandler(ReleasedHandler handler) override {
+    released = std::move(handler);
+    ++handlersInstalled;
+  }
+  std::optional<platform::HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
+                                                    platform::HotKeyID hotKeyID) override {
+    ++requests;
+    if (refuse) return {};
+    for (const auto& taken : registrations) {
+      if (taken.keyCode == keyCode && taken.modifiers == modifiers) return {};
+    }
+    registrations.push_back({nextRef_, keyCode, modifiers, hotKeyID});
+    return nextRef_++;
+  }
+  void unregisterHotKey(platform::HotKeyRef ref) override {
+    unregistered.push_back(ref);
+    for (auto it = registrations.begin(); it != registrations.end(); ++it) {
+      if (it->ref == ref) {
+        registrations.erase(it);
+        return;
+      }
+    }
+  }
+
+  /// Plays the user: the hot key with that id is released.
+  void release(std::uint32_t id) {
+    platform::HotKeyReleased event;
+    event.hotKeyID.id = id;
+    if (released) released(event);
+  }
+
+  bool refuse = false;
+  int requests = 0;
+  int handlersInstalled = 0;
+  ReleasedHandler released;
+  std::vector<Registration> registrations;
+  std::vector<platform::HotKeyRef> unregistered;
+
+ private:
+  platform::HotKeyRef nextRef_ = 1000;
+};
+
+}  // namespace seldial::doubles
