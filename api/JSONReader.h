@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "api/JSONValue.h"
+
+namespace seldial {
+
+/// Parses one JSON text, strictly: nothing but blanks may stand around it, a raw NUL is never a
+/// part of it, it is well-formed UTF-8 (also once its escapes are resolved, so half a surrogate
+/// pair is an error), and every number is finite as a double. Any depth of nesting is read. A byte
+/// order mark in front is skipped; of members with the same key the last one counts.
+///
+/// Gives the dictionary or the array that the text holds, and nothing for any other text: a text,
+/// number, boolean or null alone is a failure like a syntax error. Any thread.
+[[nodiscard]] std::optional<JSONValue> readJSON(const std::string& text);
+
+}  // namespace seldial

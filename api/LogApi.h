@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace seldial {
+
+/// A log line as an event.
+struct LogApi {
+  std::string Message;
+
+  /// One line of JSON text without its terminator, stamped with the current time. A message that
+  /// cannot be serialised is dropped for a fixed text of the same kind. Any thread.
+  [[nodiscard]] std::string toJSONString() const;
+};
+
+}  // namespace seldial
