@@ -13,7 +13,7 @@ std::string stampedMessage(const char* kind, const char* name, const std::string
   dictionary[kind] = name;
   dictionary["message"] = message;
   if (auto text = writeJSON(dictionary)) return *std::move(text);
-  return "{\"datetime\":\"" + datetime + fallback;
+  return R"({"datetime":")" + datetime + fallback;
 }
 
 }  // namespace seldial

@@ -3,16 +3,9 @@
 #include <cstdint>
 #include <memory>
 
-namespace seldial::platform {
+#include "platform/ModifierFlags.h"
 
-/// Modifier flags of a keyboard event, device-independent. They are the numbers that the desktop
-/// for which the protocol was made gives them.
-enum ModifierFlag : std::uint64_t {
-  kModifierFlagShift = 0x20000,
-  kModifierFlagControl = 0x40000,
-  kModifierFlagOption = 0x80000,
-  kModifierFlagCommand = 0x100000,
-};
+namespace seldial::platform {
 
 /// The state that a synthetic event starts from: the hardware's
 /// (kCGEventSourceStateHIDSystemState).
