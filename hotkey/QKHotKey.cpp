@@ -1,0 +1,80 @@
+#include "hotkey/QKHotKey.h"
+
+#include <array>
+#include <cstdio>
+#include <utility>
+
+#include "hotkey/QKHotKeyCenter.h"
+#include "platform/ModifierFlags.h"
+
+namespace seldial {
+
+namespace {
+
+std::string objectDescription(const char* className, const void* object) {
+  std::array<char, 64> text{};
+  (void)std::snprintf(text.data(), text.size(), "<%s: %p>", className, object);
+  return text.data();
+}
+
+std::string flagsDescription(std::uint64_t flags) {
+  constexpr std::pair<std::uint64_t, const char*> kNames[] = {
+      {platform::kModifierFlagControl, "NSControlKeyMask"},
+      {platform::kModifierFlagCommand, "NSCommandKeyMask"},
+      {platform::kModifierFlagShift, "NSShiftKeyMask"},
+      {platform::kModifierFlagOption, "NSAlternateKeyMask"},
+  };
+  std::string names;
+  for (const auto& [flag, name] : kNames) {
+    if ((flags & flag) == 0) continue;
+    if (!names.empty()) names += " | ";
+    names += name;
+  }
+  return "(" + names + ")";
+}
+
+}  // namespace
+
+std::string QKHotKeyTarget::description() const {
+  return objectDescription("QKHotKeyTarget", this);
+}
+
+std::shared_ptr<QKHotKey> QKHotKey::hotKeyWithKeyCode(std::uint16_t keyCode,
+                                                      std::uint64_t modifierFlags,
+                                                      QKHotKeyTask task) {
+  std::shared_ptr<QKHotKey> hotKey(new QKHotKey);
+  hotKey->keyCode_ = keyCode;
+  hotKey->modifierFlags_ = modifierFlags;
+  hotKey->task_ = std::move(task);
+  return hotKey;
+}
+
+QKHotKey::~QKHotKey() {
+  if (const auto center = QKHotKeyCenter::sharedHotKeyCenter()) center->unregister(*this);
+}
+
+void QKHotKey::invokeWithEvent(const QKKeyEvent& event) const {
+  if (target_ != nullptr && !action_.empty() && target_->respondsTo(action_)) {
+    target_->perform(action_, event, object_);
+  } else if (task_) {
+    task_(event);
+  }
+}
+
+std::string QKHotKey::description() const {
+  const bool hasAction = target_ != nullptr && !action_.empty();
+  const std::string invokes =
+      hasAction ? "[" + target_->description() + " " + action_ + "]" : "(block)";
+  return objectDescription("QKHotKey", this) + "\n\t(key: " + std::to_string(keyCode_) +
+         "\n\tflags: " + flagsDescription(modifierFlags_) + "\n\tinvokes: " + invokes + ")";
+}
+
+bool QKHotKey::isEqual(const QKHotKey& other) const {
+  return keyCode_ == other.keyCode_ && modifierFlags_ == other.modifierFlags_;
+}
+
+std::size_t QKHotKey::hash() const {
+  return static_cast<std::size_t>(modifierFlags_ ^ keyCode_);
+}
+
+}  // namespace seldial

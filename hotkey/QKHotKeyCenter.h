@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "hotkey/QKHotKey.h"
+#include "hotkey/QKHotKeySet.h"
+
+namespace seldial {
+
+/// The process-wide registry of hot keys: it owns the registered records, takes their combinations
+/// from the desktop and invokes them. A hot key acts when it is released, not when it is pressed.
+///
+/// Records that are passed in are never null.
+///
+/// Only sharedHotKeyCenter() may be called from any thread, the rest on the main thread alone. What
+/// a hot key invokes runs there too, and may itself register and unregister.
+class QKHotKeyCenter {
+ public:
+  using Test = std::function<bool(const QKHotKey&)>;
+
+  /// The one centre, made on first use and never destroyed; null while no port is installed.
+  static std::shared_ptr<QKHotKeyCenter> sharedHotKeyCenter();
+
+  QKHotKeyCenter(const QKHotKeyCenter&) = delete;
+  QKHotKeyCenter& operator=(const QKHotKeyCenter&) = delete;
+
+  /// Sets the centre up afresh on the installed port: the registry is empty and ids start at 1
+  /// again. Nothing is unregistered, except that a record which nobody else owns is destroyed and
+  /// so asks for it itself.
+  void init();
+
+  /// The registered record; null when one with this key code and flags is in the registry already
+  /// or the desktop refuses.
+  std::shared_ptr<QKHotKey> registerHotKeyWithKeyCode(std::uint16_t keyCode,
+                                                      std::uint64_t modifierFlags,
+                                                      QKHotKeyTask task);
+  std::shared_ptr<QKHotKey> registerHotKeyWithKeyCode(std::uint16_t keyCode,
+                                                      std::uint64_t modifierFlags,
+                                                      QKHotKeyTarget* target, QKAction action,
+                                                      QKObject object);
+
+  /// The given record, registered now or, when its equal is in the registry already, left as it
+  /// is; null, with the record unchanged, when the desktop refuses.
+  std::shared_ptr<QKHotKey> registerHotKey(const std::shared_ptr<QKHotKey>& hotKey);
+
+  /// Gives the record's combination back, if it holds one, and drops the record or its equal from
+  /// the registry.
+  void unregisterHotKey(std::shared_ptr<QKHotKey> hotKey);
+
+  void unregisterHotKeysMatching(const Test& test);
+  void unregisterHotKeysWithTarget(const QKHotKeyTarget* target);
+  void unregisterHotKeysWithTarget(const QKHotKeyTarget* target, const QKAction& action);
+  void unregisterHotKeyWithKeyCode(std::uint16_t keyCode, std::uint64_t modifierFlags);
+  void unregisterAllHotKeys();
+
+  [[nodiscard]] QKHotKeySet hotKeysMatching(const Test& test) const;
+  [[nodiscard]] bool hasRegisteredHotKeyWithKeyCode(std::uint16_t keyCode,
+                                                    std::uint64_t modifierFlags) const;
+  /// The members of the registry that hold a combination of the desktop.
+  [[nodiscard]] QKHotKeySet registeredHotKeys() const;
+
+ private:
+  friend class QKHotKey;
+  QKHotKeyCenter() = default;
+
+  static std::shared_ptr<QKHotKeyCenter> makeCenter();
+  static void hotKeyReleased(const platform::HotKeyReleased& released);
+  void unregister(QKHotKey& hotKey);
+
+  QKHotKeySet registry_;
+  std::uint32_t nextHotKeyID_ = 1;
+};
+
+}  // namespace seldial

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <unordered_set>
+
+#include "hotkey/QKHotKey.h"
+
+namespace seldial {
+
+/// Hashes records by what makes them equal; a plain record can be looked up too.
+struct QKHotKeyHash {
+  using is_transparent = void;
+  std::size_t operator()(const QKHotKey& hotKey) const { return hotKey.hash(); }
+  std::size_t operator()(const std::shared_ptr<QKHotKey>& hotKey) const { return hotKey->hash(); }
+};
+
+struct QKHotKeyEqual {
+  using is_transparent = void;
+  template <class Left, class Right>
+  bool operator()(const Left& left, const Right& right) const {
+    return record(left).isEqual(record(right));
+  }
+
+ private:
+  static const QKHotKey& record(const QKHotKey& hotKey) { return hotKey; }
+  static const QKHotKey& record(const std::shared_ptr<QKHotKey>& hotKey) { return *hotKey; }
+};
+
+/// Owns its records: at most one of each key code and flags, none of them null.
+using QKHotKeySet = std::unordered_set<std::shared_ptr<QKHotKey>, QKHotKeyHash, QKHotKeyEqual>;
+
+}  // namespace seldial
