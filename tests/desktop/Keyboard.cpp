@@ -1,0 +1,110 @@
+#include "tests/desktop/Keyboard.h"
+
+#include <xcb/xinput.h>
+#include <xcb/xtest.h>
+
+#include <stdexcept>
+
+#include "tests/desktop/Xcb.h"
+
+namespace seldial::desktop {
+namespace {
+
+constexpr int kDeviceKeyPress = 1;  // offsets from the extension's first event
+constexpr int kDeviceKeyRelease = 2;
+
+bool isXTestDevice(xcb_connection_t* connection, xcb_input_device_id_t device) {
+  const auto cookie = xcb_input_xi_get_property(
+      connection, device, 0, atom(connection, "XTEST Device"), XCB_ATOM_ANY, 0, 1);
+  const auto reply = freed(xcb_input_xi_get_property_reply(connection, cookie, nullptr));
+  return reply && reply->num_items == 1 &&
+         *static_cast<std::uint8_t*>(xcb_input_xi_get_property_items(reply.get())) == 1;
+}
+
+}  // namespace
+
+Keyboard::Keyboard(const std::string& display) : connection_(connectTo(display)) {
+  root_ = rootOf(connection_);
+  const auto version = xcb_input_xi_query_version(connection_, 2, 2);
+  freed(xcb_input_xi_query_version_reply(connection_, version, nullptr));
+  firstInputEvent_ = xcb_get_extension_data(connection_, &xcb_input_id)->first_event;
+  findDevices();
+}
+
+Keyboard::~Keyboard() {
+  xcb_disconnect(connection_);
+}
+
+void Keyboard::findDevices() {
+  const auto cookie = xcb_input_xi_query_device(connection_, XCB_INPUT_DEVICE_ALL);
+  const auto reply = freed(xcb_input_xi_query_device_reply(connection_, cookie, nullptr));
+  if (!reply) throw std::runtime_error("the X server does not list its keyboards");
+  for (auto it = xcb_input_xi_query_device_infos_iterator(reply.get()); it.rem > 0;
+       xcb_input_xi_device_info_next(&it)) {
+    const auto device = static_cast<std::uint8_t>(it.data->deviceid);
+    if (it.data->type == XCB_INPUT_DEVICE_TYPE_MASTER_KEYBOARD) master_ = device;
+    if (it.data->type != XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD) continue;
+    (isXTestDevice(connection_, device) ? typing_ : physical_) = device;
+  }
+  if (master_ == 0 || typing_ == 0 || physical_ == 0) {
+    throw std::runtime_error("the X server lacks a keyboard that the test needs");
+  }
+}
+
+void Keyboard::fake(std::uint8_t type, std::uint8_t key, std::uint8_t device) {
+  xcb_test_fake_input(connection_, type, key, XCB_CURRENT_TIME, root_, 0, 0, device);
+  synchronise();
+}
+
+void Keyboard::synchronise() {
+  desktop::synchronise(connection_);
+}
+
+void Keyboard::press(std::uint8_t key) {
+  fake(static_cast<std::uint8_t>(firstInputEvent_ + kDeviceKeyPress), key, physical_);
+}
+
+void Keyboard::release(std::uint8_t key) {
+  fake(static_cast<std::uint8_t>(firstInputEvent_ + kDeviceKeyRelease), key, physical_);
+}
+
+void Keyboard::tap(std::uint8_t key) {
+  press(key);
+  release(key);
+}
+
+void Keyboard::press(const std::vector<std::uint8_t>& keys) {
+  for (const auto key : keys) press(key);
+}
+
+void Keyboard::release(const std::vector<std::uint8_t>& keys) {
+  for (const auto key : keys) release(key);
+}
+
+void Keyboard::typeThroughXTest(std::uint8_t key, bool down) {
+  fake(down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, key, 0);
+}
+
+unsigned Keyboard::modifiers() const {
+  const auto cookie = xcb_query_pointer(connection_, root_);
+  const auto reply = freed(xcb_query_pointer_reply(connection_, cookie, nullptr));
+  return reply ? reply->mask & 0xFFU : 0;
+}
+
+std::set<std::uint8_t> Keyboard::downOn(std::uint8_t device) const {
+  std::set<std::uint8_t> result;
+  const auto cookie = xcb_input_query_device_state(connection_, device);
+  const auto reply = freed(xcb_input_query_device_state_reply(connection_, cookie, nullptr));
+  if (!reply) return result;
+  for (auto it = xcb_input_query_device_state_classes_iterator(reply.get()); it.rem > 0;
+       xcb_input_input_state_next(&it)) {
+    if (it.data->class_id != XCB_INPUT_INPUT_CLASS_KEY) continue;
+    const auto* keys = reinterpret_cast<const xcb_input_key_state_t*>(it.data)->keys;
+    for (unsigned key = 0; key < 256; ++key) {
+      if ((keys[key / 8] >> (key % 8) & 1) != 0) result.insert(static_cast<std::uint8_t>(key));
+    }
+  }
+  return result;
+}
+
+}  // namespace seldial::desktop

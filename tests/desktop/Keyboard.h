@@ -1,0 +1,55 @@
+// The user's fingers: keys of a physical keyboard of the server, not of the one through which
+// programs type. "The user still holds Control" is thus real server state.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace seldial::desktop {
+
+/// Every call returns once the server has acted on it.
+class Keyboard {
+ public:
+  explicit Keyboard(const std::string& display);
+  ~Keyboard();
+  Keyboard(const Keyboard&) = delete;
+  Keyboard& operator=(const Keyboard&) = delete;
+
+  void press(std::uint8_t key);
+  void release(std::uint8_t key);
+  void tap(std::uint8_t key);
+  void press(const std::vector<std::uint8_t>& keys);
+  /// In the order given.
+  void release(const std::vector<std::uint8_t>& keys);
+
+  /// The keys that are down, as the server sees them: together, on the physical keyboard alone,
+  /// and on the keyboard through which programs type alone.
+  [[nodiscard]] std::set<std::uint8_t> down() const { return downOn(master_); }
+  [[nodiscard]] std::set<std::uint8_t> physicallyDown() const { return downOn(physical_); }
+  [[nodiscard]] std::set<std::uint8_t> typedDown() const { return downOn(typing_); }
+
+  /// The modifiers that applications see now, as StateBit values.
+  [[nodiscard]] unsigned modifiers() const;
+
+  /// Types through the XTEST keyboard, as another program would.
+  void typeThroughXTest(std::uint8_t key, bool down);
+
+ private:
+  [[nodiscard]] std::set<std::uint8_t> downOn(std::uint8_t device) const;
+  void findDevices();
+  void fake(std::uint8_t type, std::uint8_t key, std::uint8_t device);
+  void synchronise();
+
+  xcb_connection_t* connection_;
+  xcb_window_t root_ = 0;
+  std::uint8_t firstInputEvent_ = 0;
+  std::uint8_t master_ = 0;
+  std::uint8_t typing_ = 0;
+  std::uint8_t physical_ = 0;
+};
+
+}  // namespace seldial::desktop

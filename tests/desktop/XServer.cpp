@@ -1,0 +1,27 @@
+#include "tests/desktop/XServer.h"
+
+#include <csignal>
+#include <utility>
+
+namespace seldial::desktop {
+
+XServer::XServer(const std::vector<std::string>& arguments) {
+  std::vector<std::string> command{"Xvfb",       "-displayfd", "1",         "-screen", "0",
+                                   "800x600x24", "-noreset",   "-nolisten", "tcp"};
+  command.insert(command.end(), arguments.begin(), arguments.end());
+  process_ = std::make_unique<ChildProcess>(
+      std::move(command), std::vector<std::string>{},
+      "the desktop tests need a private X server: sudo apt-get install xvfb");
+  display_ = ":" + process_->readLine();
+}
+
+int XServer::run(std::vector<std::string> command) const {
+  return ChildProcess(std::move(command), {environment()}).wait();
+}
+
+void XServer::kill() {
+  process_->signal(SIGKILL);
+  process_->wait();
+}
+
+}  // namespace seldial::desktop
