@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace seldial {
+
+/// Bytes as they travel through a socket; not text, any byte may occur.
+using Data = std::string;
+
+}  // namespace seldial

@@ -1,0 +1,180 @@
+#include "unixsocket/GDUnixSocket.h"
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+#include "platform/BackgroundQueue.h"
+#include "unixsocket/SocketPath.h"
+#include "unixsocket/Uuid.h"
+
+namespace seldial {
+namespace {
+
+/// A zero-filled buffer; nothing, and errno, when there is no memory for it.
+std::optional<Data> makeBuffer(std::uint64_t size) {
+  try {
+    return Data(size, '\0');
+  } catch (const std::bad_alloc&) {
+  } catch (const std::length_error&) {
+  }
+  errno = ENOMEM;
+  return {};
+}
+
+}  // namespace
+
+void handError(std::optional<Error>* outParameter, std::optional<Error> error) {
+  if (outParameter != nullptr) *outParameter = std::move(error);
+}
+
+std::shared_ptr<GDUnixSocket> GDUnixSocket::initWithSocketPath(const std::string& socketPath,
+                                                               std::uint64_t andFragmentSize) {
+  return make<GDUnixSocket>(socketPath, andFragmentSize);
+}
+
+GDUnixSocket::GDUnixSocket(Key /*key*/, std::string socketPath, std::uint64_t fragmentSize)
+    : socketPath_(std::move(socketPath)), fragmentSize_(fragmentSize) {}
+
+GDUnixSocket::~GDUnixSocket() {
+  if (fd() != -1) GDUnixSocket::closeWithError(nullptr);
+}
+
+bool GDUnixSocket::acceptsPath(const std::string& socketPath) {
+  return isAcceptedSocketPath(socketPath);
+}
+
+std::optional<Data> GDUnixSocket::readWithError(std::optional<Error>* error) {
+  const Descriptor::Use use(descriptor_);
+  return readFromSocket(use.number(), error);
+}
+
+std::optional<Data> GDUnixSocket::readOf(Descriptor::Serial serial, std::optional<Error>* error) {
+  const Descriptor::Use use(descriptor_, serial);
+  return readFromSocket(use.number(), error);
+}
+
+std::optional<Data> GDUnixSocket::readFromSocket(std::int32_t descriptor,
+                                                 std::optional<Error>* error) const {
+  handError(error, {});
+  std::optional<Data> buffer = makeBuffer(fragmentSize_);
+  const auto count = buffer ? ::read(descriptor, buffer->data(), buffer->size()) : -1;
+  if (count == -1) {
+    const std::string info = lastErrorInfoForSocket(descriptor);
+    handError(error, Error::gduds_errorForCode(GDUnixSocketErrorReadFailed, info));
+  }
+  if (count <= 0) return {};
+  buffer->resize(static_cast<std::size_t>(count));
+  return buffer;
+}
+
+void GDUnixSocket::readWithCompletion(ReadCompletion completion) {
+  platform::sharedBackgroundQueue().async(
+      [self = shared_from_this(), completion = std::move(completion)] {
+        std::optional<Error> error;
+        const std::optional<Data> data = self->readWithError(&error);
+        if (completion) completion(error, data);
+      });
+}
+
+std::int64_t GDUnixSocket::writeData(const Data& data, std::optional<Error>* error) {
+  const Descriptor::Use use(descriptor_);
+  return write(data, use.number(), error);
+}
+
+std::int64_t GDUnixSocket::write(const Data& data, std::int32_t toSocket,
+                                 std::optional<Error>* error) const {
+  handError(error, {});
+  if (data.empty()) return 0;
+  if (auto badSocket = checkForBadSocket(toSocket)) {
+    handError(error, std::move(badSocket));
+    return -1;
+  }
+  const std::int64_t count = writeOnce(toSocket, data.data(), data.size());
+  if (count == -1 && error != nullptr) {
+    const std::string info = lastErrorInfoForSocket(toSocket);
+    *error = Error::gduds_errorForCode(GDUnixSocketErrorWriteFailed, info);
+  }
+  return count;
+}
+
+void GDUnixSocket::writeData(const Data& data, WriteCompletion completion) {
+  platform::sharedBackgroundQueue().async(
+      [self = shared_from_this(), data, completion = std::move(completion)] {
+        std::optional<Error> error;
+        const std::int64_t count = self->writeData(data, &error);
+        if (completion) completion(error, count);
+      });
+}
+
+bool GDUnixSocket::closeWithError(std::optional<Error>* error) {
+  return closeDescriptor(descriptor_.serial(), error);
+}
+
+bool GDUnixSocket::closeDescriptor(Descriptor::Serial serial, std::optional<Error>* error) {
+  const MutexLock lock(lock_);
+  if (state_ == GDUnixSocketStateClosed || descriptor_.serial() != serial) return true;
+  std::optional<Error> failure;
+  const int number = descriptor_.take();
+  if (const auto badSocket = checkForBadSocket(number)) {
+    failure =
+        Error::gduds_errorForCode(GDUnixSocketErrorCloseFailed, badSocket->localizedDescription);
+  } else if (::close(number) == -1) {
+    failure =
+        Error::gduds_errorForCode(GDUnixSocketErrorCloseFailed, lastErrorInfoForSocket(number));
+  }
+  if (!failure) state_ = GDUnixSocketStateClosed;
+  const bool closed = !failure;
+  handError(error, std::move(failure));
+  return closed;
+}
+
+std::optional<Error> GDUnixSocket::openSocket() {
+  std::optional<Error> failure;
+  const int number = closedOnExec(::socket(AF_UNIX, SOCK_STREAM, 0));
+  if (number == -1) {
+    const std::string info = lastErrorInfoForSocket(number);
+    failure = Error::gduds_errorForCode(GDUnixSocketErrorBadSocket, info);
+  }
+  const MutexLock lock(lock_);
+  const int before = descriptor_.take();
+  if (before != -1) ::close(before);
+  descriptor_.store(number);
+  // A closed object is open again, so that a close closes it.
+  if (number != -1) state_ = GDUnixSocketStateIdle;
+  return failure;
+}
+
+void GDUnixSocket::setStateOf(Descriptor::Serial serial, GDUnixSocketState state) {
+  const MutexLock lock(lock_);
+  if (descriptor_.holds(serial)) state_ = state;
+}
+
+std::optional<Error> GDUnixSocket::checkForBadSocket() const {
+  return checkForBadSocket(fd());
+}
+
+std::optional<Error> GDUnixSocket::checkForBadSocket(std::int32_t descriptor) {
+  if (descriptor != -1) return {};
+  return Error::gduds_errorForCode(GDUnixSocketErrorBadSocket);
+}
+
+std::string GDUnixSocket::lastErrorInfo() const {
+  return lastErrorInfoForSocket(fd());
+}
+
+std::string GDUnixSocket::lastErrorInfoForSocket(std::int32_t descriptor) {
+  return errorInfoForDescriptor(descriptor);
+}
+
+const std::string& GDUnixSocket::uniqueID() const {
+  const MutexLock lock(lock_);
+  if (uniqueID_.empty()) uniqueID_ = makeUuid();
+  return uniqueID_;
+}
+
+}  // namespace seldial

@@ -1,0 +1,35 @@
+// The file-system path of a socket: which ones are accepted, and how one becomes an address.
+#pragma once
+
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include <string>
+
+namespace seldial {
+
+/// Stands for the path of a connection that a server accepted: it has none of its own.
+inline constexpr const char* kDummySocketPath = "(dummy)";
+
+/// Whether a socket object can be made for `path`: it is kDummySocketPath, or it holds a "/", is
+/// standardised (no component "." or "..", no doubled or trailing separator, no leading "~") and
+/// is at most 103 bytes long.
+bool isAcceptedSocketPath(const std::string& path);
+
+/// The address of a path: 106 bytes, all zero but the family and the path.
+class SocketAddress {
+ public:
+  /// Copies at most 103 bytes of `path`.
+  explicit SocketAddress(const std::string& path);
+
+  /// Whether the address names exactly `path`: all of it fitted, and no NUL byte cuts it short.
+  [[nodiscard]] bool names(const std::string& path) const;
+
+  [[nodiscard]] const sockaddr* get() const;
+  [[nodiscard]] static socklen_t size();
+
+ private:
+  sockaddr_un address_{};
+};
+
+}  // namespace seldial

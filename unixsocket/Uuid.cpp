@@ -1,0 +1,42 @@
+#include "unixsocket/Uuid.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+
+namespace seldial {
+namespace {
+
+using Bytes = std::array<unsigned char, 16>;
+
+Bytes randomBytes() {
+  Bytes bytes{};
+  // Straight from the system, nothing kept: a copy of the process made by fork() draws others.
+  if (getentropy(bytes.data(), bytes.size()) != 0) {
+    std::perror("seldial: no random numbers");
+    std::abort();
+  }
+  return bytes;
+}
+
+}  // namespace
+
+std::string makeUuid() {
+  constexpr auto kDigits = "0123456789ABCDEF";
+  Bytes bytes = randomBytes();
+  bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0FU) | 0x40U);  // version 4
+  bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3FU) | 0x80U);  // variant 1
+  std::string text;
+  text.reserve(36);
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
+    text += kDigits[bytes[i] >> 4U];
+    text += kDigits[bytes[i] & 0x0FU];
+  }
+  return text;
+}
+
+}  // namespace seldial
