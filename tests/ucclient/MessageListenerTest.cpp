@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "tests/doubles/TemporaryDirectory.h"
+#include "ucclient/MessageListener.h"
+#include "unixsocket/GDUnixSocketClient.h"
+
+namespace seldial {
+namespace {
+
+class MessageListenerTest : public testing::Test {
+ protected:
+  MessageListenerTest() {
+    listener_ = MessageListener::listenAt(
+        path_, main_,
+        {[this] { events_.emplace_back("connected"); },
+         [this](const std::string& message) { events_.push_back("received " + message); },
+         [this] {
+           events_.emplace_back("disconnected");
+           if (--awaited_ == 0) main_->stop();
+         },
+         [this](const std::string& why) { events_.push_back("failed " + why); }},
+        error_);
+  }
+
+  [[nodiscard]] std::shared_ptr<GDUnixSocketClient> connected() const {
+    auto client = GDUnixSocketClient::initWithSocketPath(path_);
+    EXPECT_TRUE(client->connectWithAutoRead(false));
+    return client;
+  }
+
+  void runUntilDisconnected(int connections) {
+    awaited_ = connections;
+    main_->run();
+  }
+
+  const doubles::TemporaryDirectory directory_;
+  const std::string path_ = directory_.path("client");
+  const std::shared_ptr<MainThread> main_ = std::make_shared<MainThread>();
+  std::vector<std::string> events_;
+  int awaited_ = 0;
+  std::string error_;
+  std::unique_ptr<MessageListener> listener_;
+};
+
+TEST_F(MessageListenerTest, AMessageOfManyChunksComesInOnePiece) {
+  const std::string message(100000, 'x');
+  const auto client = connected();
+  std::int64_t written = 0;
+  while (written < static_cast<std::int64_t>(message.size())) {
+    written += client->writeData(message.substr(static_cast<std::size_t>(written)));
+  }
+  client->close();
+  runUntilDisconnected(1);
+  EXPECT_EQ(events_,
+            (std::vector<std::string>{"connected", "received " + message, "disconnected"}));
+}
+
+TEST_F(MessageListenerTest, ConnectionsSideBySideKeepTheirMessagesApart) {
+  const auto first = connected();
+  const auto second = connected();
+  first->writeData("on");
+  second->writeData("two");
+  first->writeData("e");
+  second->close();
+  first->close();
+  runUntilDisconnected(2);
+  EXPECT_EQ(std::count(events_.begin(), events_.end(), "received one"), 1);
+  EXPECT_EQ(std::count(events_.begin(), events_.end(), "received two"), 1);
+}
+
+TEST_F(MessageListenerTest, APathWhereNothingCanListenIsSaid) {
+  std::string error;
+  EXPECT_FALSE(MessageListener::listenAt(directory_.path("missing/client"), main_, {}, error));
+  EXPECT_EQ(error.rfind("Failed to bind socket", 0), 0U) << error;
+  EXPECT_FALSE(MessageListener::listenAt("client", main_, {}, error));
+  EXPECT_EQ(error, "client cannot be a socket's path");
+}
+
+}  // namespace
+}  // namespace seldial

@@ -1,0 +1,44 @@
+// The client as a user starts it, with the dialer that was built beside it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/desktop/ChildProcess.h"
+#include "tests/doubles/TemporaryDirectory.h"
+
+namespace seldial {
+
+/// Its standard error comes with its standard output. Its sockets lie under a directory of the
+/// test's own.
+class RunningClient {
+ public:
+  /// `environment` ("NAME=value") tells where the desktop is; by default there is none.
+  explicit RunningClient(const std::vector<std::string>& arguments,
+                         const std::string& environment = "DISPLAY=")
+      : process_(commandLine(arguments), {environment, "XDG_RUNTIME_DIR=" + directory_.path("")}) {}
+
+  void expectLine(const std::string& line) { EXPECT_EQ(process_.readLine(), line); }
+
+  [[nodiscard]] desktop::ChildProcess& process() { return process_; }
+
+  /// Whether it has left nothing behind.
+  [[nodiscard]] bool directoryIsEmpty() const {
+    return std::filesystem::is_empty(directory_.path(""));
+  }
+
+ private:
+  static std::vector<std::string> commandLine(const std::vector<std::string>& arguments) {
+    std::vector<std::string> command{"sh", "-c", R"(exec "$0" "$@" 2>&1)", SELDIAL_UC};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return command;
+  }
+
+  const doubles::TemporaryDirectory directory_;
+  desktop::ChildProcess process_;
+};
+
+}  // namespace seldial

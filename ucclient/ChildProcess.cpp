@@ -1,0 +1,138 @@
+#include "ucclient/ChildProcess.h"
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+#include "ucclient/EndWithParent.h"
+
+namespace seldial {
+namespace {
+
+/// A pipe whose ends are closed with it, and in whatever program is started.
+struct Pipe {
+  Pipe() {
+    int ends[2] = {-1, -1};
+    if (pipe(ends) != 0) return;
+    reading = ends[0];
+    writing = ends[1];
+    fcntl(reading, F_SETFD, FD_CLOEXEC);
+    fcntl(writing, F_SETFD, FD_CLOEXEC);
+  }
+  ~Pipe() {
+    if (reading != -1) close(reading);
+    if (writing != -1) close(writing);
+  }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+
+  int reading = -1;
+  int writing = -1;
+};
+
+/// In the child: becomes the program, or writes errno to `trouble`. Other threads of the parent
+/// may have held any lock at the fork, so nothing here may allocate.
+[[noreturn]] void becomeProgram(char* const* arguments, pid_t parent, int output, int trouble) {
+  sigset_t none;
+  sigemptyset(&none);
+  pthread_sigmask(SIG_SETMASK, &none, nullptr);
+  std::signal(SIGPIPE, SIG_DFL);  // the one signal whose handling a program inherits from us
+  setpgid(0, 0);
+  const int input = open("/dev/null", O_RDONLY);
+  if (dup2(input, STDIN_FILENO) != -1 && dup2(output, STDOUT_FILENO) != -1 &&
+      endWithParent(parent)) {
+    execvp(arguments[0], arguments);
+  }
+  const int code = errno;
+  const auto written = write(trouble, &code, sizeof code);
+  _exit(written == sizeof code ? 127 : 126);
+}
+
+/// Waits until the child has become the program: 0, or the errno of what went wrong.
+int outcomeOfStart(Pipe& trouble) {
+  close(std::exchange(trouble.writing, -1));  // now only the child holds it, until it succeeds
+  int code = 0;
+  ssize_t count = 0;
+  do {
+    count = read(trouble.reading, &code, sizeof code);
+  } while (count == -1 && errno == EINTR);
+  return count == sizeof code ? code : 0;
+}
+
+void readLines(int descriptor, const std::function<void(const std::string&)>& wroteLine) {
+  std::string line;
+  char buffer[4096];
+  for (ssize_t count = 0; (count = read(descriptor, buffer, sizeof buffer)) > 0;) {
+    for (const char letter : std::string_view(buffer, static_cast<std::size_t>(count))) {
+      if (letter == '\n') {
+        wroteLine(line);
+        line.clear();
+      } else {
+        line += letter;
+      }
+    }
+  }
+  close(descriptor);
+}
+
+/// Leaves the child's status for wait(), so that its number cannot pass to another process first.
+void waitForEnd(pid_t process) {
+  siginfo_t ignored;
+  while (waitid(P_PID, static_cast<id_t>(process), &ignored, WEXITED | WNOWAIT) == -1 &&
+         errno == EINTR) {
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<ChildProcess> ChildProcess::start(std::vector<std::string> command, Events events,
+                                                  std::string& error) {
+  std::vector<char*> arguments;
+  for (std::string& argument : command) arguments.push_back(argument.data());
+  arguments.push_back(nullptr);
+  Pipe output;
+  Pipe trouble;
+  const pid_t parent = getpid();
+  const pid_t process = output.writing != -1 && trouble.writing != -1 ? fork() : -1;
+  if (process == 0) becomeProgram(arguments.data(), parent, output.writing, trouble.writing);
+  const int code = process == -1 ? errno : outcomeOfStart(trouble);
+  std::unique_ptr<ChildProcess> child(new ChildProcess(process));
+  if (code != 0) {
+    error = "cannot start " + command.front() + ": " + std::strerror(code);
+    return nullptr;
+  }
+  std::thread(readLines, std::exchange(output.reading, -1), std::move(events.wroteLine)).detach();
+  std::thread([process, ended = std::move(events.ended)] {
+    waitForEnd(process);
+    ended();
+  }).detach();
+  return child;
+}
+
+ChildProcess::~ChildProcess() {
+  if (process_ == -1) return;
+  signal(SIGKILL);
+  wait();
+}
+
+void ChildProcess::signal(int number) const {
+  if (process_ != -1) kill(process_, number);
+}
+
+int ChildProcess::wait() {
+  int status = 0;
+  while (waitpid(process_, &status, 0) == -1 && errno == EINTR) {
+  }
+  process_ = -1;
+  return status;
+}
+
+}  // namespace seldial

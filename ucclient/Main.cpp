@@ -1,0 +1,35 @@
+#include <csignal>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ucclient/Options.h"
+#include "ucclient/Session.h"
+#include "ucclient/TerminationSignals.h"
+
+namespace {
+
+int runSession(const seldial::Options& options) {
+  std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);  // a script behind a pipe sees each line at once
+  std::signal(SIGPIPE, SIG_IGN);                  // a reader that is gone is found out by writing
+  const auto session = std::make_shared<seldial::Session>(options);
+  seldial::onTerminationSignals(session->endRequest());
+  return session->run();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  std::string error;
+  const auto options = seldial::optionsFrom(std::vector<std::string>(argv + 1, argv + argc), error);
+  if (!options) {
+    std::fprintf(stderr, "seldial-uc: %s\nTry seldial-uc --help.\n", error.c_str());
+    return 2;
+  }
+  if (options->help) {
+    std::fputs(seldial::helpText(), stdout);
+    return 0;
+  }
+  return runSession(*options);
+}

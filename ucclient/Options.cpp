@@ -1,0 +1,98 @@
+#include "ucclient/Options.h"
+
+#include <cstdlib>
+
+namespace seldial {
+namespace {
+
+std::optional<std::uint16_t> delayFrom(const std::string& text) {
+  const bool digits = text.find_first_not_of("0123456789") == std::string::npos;
+  if (text.empty() || text.size() > 5 || !digits) return std::nullopt;
+  const long value = std::strtol(text.c_str(), nullptr, 10);
+  if (value > UINT16_MAX) return std::nullopt;
+  return static_cast<std::uint16_t>(value);
+}
+
+/// Reads one command line, argument by argument.
+class Reader {
+ public:
+  Reader(const std::vector<std::string>& arguments, std::string& error)
+      : arguments_(arguments), error_(error) {}
+
+  std::optional<Options> read() {
+    while (next_ < arguments_.size()) {
+      if (!readOption(arguments_[next_++])) return std::nullopt;
+    }
+    const auto hotKey = hotKeyFromSpelling(options_.spelling, error_);
+    if (!hotKey) {
+      error_ = "--hotkey " + options_.spelling + ": " + error_;
+      return std::nullopt;
+    }
+    options_.hotKey = *hotKey;
+    return options_;
+  }
+
+ private:
+  bool readOption(const std::string& argument) {
+    const auto equals = argument.find('=');
+    const std::string name = argument.substr(0, equals);
+    const bool takesValue = name == "--hotkey" || name == "--delay" || name == "--seldial";
+    if (takesValue) {
+      if (equals != std::string::npos) return setValue(name, argument.substr(equals + 1));
+      if (next_ == arguments_.size()) return fail(name + " needs a value");
+      return setValue(name, arguments_[next_++]);
+    }
+    if (argument == "--conversation") return options_.conversation = true;
+    if (argument == "--help" || argument == "-h") return options_.help = true;
+    return fail("there is no option " + argument);
+  }
+
+  bool setValue(const std::string& name, const std::string& value) {
+    if (name == "--hotkey") options_.spelling = value;
+    if (name == "--seldial") options_.seldial = value;
+    if (name != "--delay") return true;
+    const auto delay = delayFrom(value);
+    if (!delay) return fail("--delay takes milliseconds from 0 to 65535, not " + value);
+    options_.delay = *delay;
+    return true;
+  }
+
+  bool fail(std::string error) {
+    error_ = std::move(error);
+    return false;
+  }
+
+  const std::vector<std::string>& arguments_;
+  std::string& error_;
+  std::size_t next_ = 0;
+  Options options_;
+};
+
+}  // namespace
+
+std::optional<Options> optionsFrom(const std::vector<std::string>& arguments, std::string& error) {
+  return Reader(arguments, error).read();
+}
+
+const char* helpText() {
+  return R"(usage: seldial-uc [--hotkey KEYS] [--delay MS] [--conversation] [--seldial PATH]
+
+Starts seldial, registers a hot key and prints every number that is dialled with
+it, until Ctrl-C.
+
+  --hotkey KEYS   the hot key, ctrl+alt+d if not given: any of ctrl, alt, shift and
+                  super, and one key, such as d, 7, f5, space, left or keypad0
+  --delay MS      how long the other application gets to copy its selection, from 0
+                  to 65535 milliseconds, 500 if not given
+  --conversation  show everything that passes over the two sockets
+  --seldial PATH  the program to start; if not given, the seldial beside this
+                  program, or else the one in PATH
+  --help          print this text
+
+Each message is printed as it came, and for each call a line "Dial: NUMBER".
+Exit status: 0 after SIGINT, SIGTERM or SIGHUP; 1 when the hot key is refused or
+seldial ends; 2 when the command line makes no sense.
+)";
+}
+
+}  // namespace seldial

@@ -1,0 +1,58 @@
+#include "ucclient/PrivateDirectory.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+
+namespace seldial {
+namespace {
+
+constexpr const char* kTemplate = "/seldial-uc-XXXXXX";
+
+/// Bytes that stay free for a slash and the name of a socket.
+constexpr std::size_t kRoomForName = 16;
+
+/// `path` without links, "..", doubled slashes: the socket library takes no other. Empty when it
+/// does not exist.
+std::string realPath(const std::string& path) {
+  char* const resolved = realpath(path.c_str(), nullptr);
+  std::string result = resolved != nullptr ? resolved : "";
+  std::free(resolved);
+  return result;
+}
+
+}  // namespace
+
+std::unique_ptr<PrivateDirectory> PrivateDirectory::makeUnder(
+    const std::vector<std::string>& parents) {
+  for (const std::string& parent : parents) {
+    const std::string real = realPath(parent);
+    std::string path = (real == "/" ? "" : real) + kTemplate;
+    if (real.empty() || path.size() + kRoomForName > kLongestPath) continue;
+    if (mkdtemp(path.data()) == nullptr) continue;  // reachable by its owner alone from the start
+    return std::unique_ptr<PrivateDirectory>(new PrivateDirectory(path));
+  }
+  return nullptr;
+}
+
+std::vector<std::string> PrivateDirectory::usualParents() {
+  std::vector<std::string> parents;
+  for (const char* const name : {"XDG_RUNTIME_DIR", "TMPDIR"}) {
+    const char* const value = std::getenv(name);
+    if (value != nullptr && value[0] == '/') parents.emplace_back(value);
+  }
+  parents.emplace_back("/tmp");
+  return parents;
+}
+
+PrivateDirectory::~PrivateDirectory() {
+  for (const std::string& file : files_) unlink(file.c_str());
+  rmdir(path_.c_str());
+}
+
+std::string PrivateDirectory::file(const std::string& name) {
+  files_.push_back(path_ + "/" + name);
+  return files_.back();
+}
+
+}  // namespace seldial

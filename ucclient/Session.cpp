@@ -1,0 +1,173 @@
+#include "ucclient/Session.h"
+
+#include <chrono>
+#include <csignal>
+#include <thread>
+#include <utility>
+
+#include "ucclient/ExitStatus.h"
+#include "ucclient/FindSeldial.h"
+#include "ucclient/Messages.h"
+#include "unixsocket/GDUnixSocketClient.h"
+
+namespace seldial {
+namespace {
+
+/// What the dialer has beyond its read delay to end in order.
+constexpr std::chrono::seconds kEndLimit{5};
+
+/// The dialer gives one reason for all that a desktop can have against a hot key.
+std::string inPlainWords(const std::string& failReason) {
+  if (failReason != "hotkey not set") return failReason;
+  return failReason +
+         " (another program holds it, the keyboard has no such key, or there is no X11 desktop)";
+}
+
+bool startsWith(const std::string& text, const std::string& beginning) {
+  return text.compare(0, beginning.size(), beginning) == 0;
+}
+
+}  // namespace
+
+Session::Session(Options options) : options_(std::move(options)), console_(options_.conversation) {}
+
+int Session::run() {
+  if (!makeDirectory() || !listenForMessages() || !startDialer()) return 1;
+  mainThread_->run();
+  return status_;
+}
+
+std::function<void()> Session::endRequest() {
+  return onMainThread(&Session::endRequested);
+}
+
+bool Session::makeDirectory() {
+  directory_ = PrivateDirectory::makeUnder(PrivateDirectory::usualParents());
+  if (directory_) {
+    dialerPath_ = directory_->file("dialer");
+    return true;
+  }
+  console_.trouble("cannot make a directory for the sockets under XDG_RUNTIME_DIR, TMPDIR or /tmp");
+  return false;
+}
+
+bool Session::listenForMessages() {
+  std::string error;
+  listener_ = MessageListener::listenAt(directory_->file("client"), mainThread_,
+                                        {[this] { console_.onClientSocket("connected"); },
+                                         [this](const std::string& message) { received(message); },
+                                         [this] { console_.onClientSocket("disconnected"); },
+                                         [this](const std::string& why) { fail(why); }},
+                                        error);
+  if (!listener_) console_.trouble(error);
+  return listener_ != nullptr;
+}
+
+bool Session::startDialer() {
+  const std::string program =
+      options_.seldial.empty() ? findSeldial(ownDirectory()) : options_.seldial;
+  std::string error;
+  // Its log says when it listens; there is no other sign that a client need not guess at.
+  dialer_ = ChildProcess::start(
+      {program, "-jsonlog", "dialerpipename=" + dialerPath_,
+       "clientpipename=" + directory_->path() + "/client"},
+      {onMainThread(&Session::dialerWrote), onMainThread(&Session::dialerEnded)}, error);
+  if (!dialer_) console_.trouble(error);
+  return dialer_ != nullptr;
+}
+
+void Session::dialerWrote(const std::string& line) {
+  const auto logged = loggedMessage(line);
+  if (!logged || ending_) return;
+  if (startsWith(*logged, "Unix socket server listen ok")) {
+    sendSetHotKey();
+  } else if (startsWith(*logged, "Unix socket server listen failed") ||
+             startsWith(*logged, "Failed to start unix socket server")) {
+    fail("seldial cannot listen at " + dialerPath_);
+  }
+}
+
+void Session::sendSetHotKey() {
+  const std::string command = setHotKeyCommand(options_.hotKey, options_.delay);
+  const auto socket = GDUnixSocketClient::initWithSocketPath(dialerPath_);
+  std::optional<Error> error;
+  if (!socket->connectWithAutoRead(false, &error)) return fail(error->localizedDescription);
+  console_.onDialerSocket("connected");
+  if (socket->writeData(command, &error) != static_cast<std::int64_t>(command.size())) {
+    return fail("the command could not be sent. " + (error ? error->localizedDescription : ""));
+  }
+  console_.sent(command);
+  socket->close();
+  console_.onDialerSocket("disconnected");
+}
+
+void Session::received(const std::string& text) {
+  console_.received(text);
+  const Message message = messageFromJSON(text);
+  switch (message.kind) {
+    case Message::Kind::HotKeySet:
+      console_.hotKeySet(options_.spelling);
+      break;
+    case Message::Kind::HotKeyNotSet:
+      fail("the hot key " + options_.spelling + " was refused: " + inPlainWords(message.text));
+      break;
+    case Message::Kind::Error:
+      fail("seldial did not accept the command: " + message.text);
+      break;
+    case Message::Kind::MakeCall:
+      console_.dial(message.text);
+      break;
+    case Message::Kind::Unknown:
+      break;
+  }
+  if (console_.broken()) fail("standard output cannot be written");
+}
+
+void Session::endRequested() {
+  if (std::exchange(endRequested_, true)) return killDialer();
+  end(0);
+}
+
+void Session::dialerEnded() {
+  const int status = dialer_->wait();
+  if (!ending_) {
+    status_ = 1;
+    console_.trouble("seldial " + describedExitStatus(status));
+  }
+  mainThread_->stop();
+}
+
+void Session::end(int status) {
+  if (std::exchange(ending_, true)) return;
+  status_ = status;
+  dialer_->signal(SIGTERM);
+  killDialerAfterLimit();
+}
+
+void Session::fail(const std::string& sentence) {
+  if (!ending_) console_.trouble(sentence);
+  end(1);
+}
+
+void Session::killDialer() {
+  dialer_->signal(SIGKILL);
+}
+
+void Session::killDialerAfterLimit() {
+  const auto limit = kEndLimit + std::chrono::milliseconds(options_.delay);
+  std::thread([limit, kill = onMainThread(&Session::killDialer)] {
+    std::this_thread::sleep_for(limit);
+    kill();
+  }).detach();
+}
+
+template <class... Arguments>
+std::function<void(Arguments...)> Session::onMainThread(void (Session::*step)(Arguments...)) {
+  return [mainThread = mainThread_, weak = weak_from_this(), step](Arguments... arguments) {
+    mainThread->post([weak, step, arguments...] {
+      if (const auto self = weak.lock()) (self.get()->*step)(arguments...);
+    });
+  };
+}
+
+}  // namespace seldial

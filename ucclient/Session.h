@@ -1,0 +1,62 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "ucclient/ChildProcess.h"
+#include "ucclient/Console.h"
+#include "ucclient/MainThread.h"
+#include "ucclient/MessageListener.h"
+#include "ucclient/Options.h"
+#include "ucclient/PrivateDirectory.h"
+
+namespace seldial {
+
+/// One run of the client: starts the dialer, gives it its hot key once it listens, and shows what
+/// it sends until somebody asks for the end or the dialer ends. Main thread only.
+class Session : public std::enable_shared_from_this<Session> {
+ public:
+  explicit Session(Options options);
+
+  /// The whole session. Returns the exit status: 0 when the end was asked for, 1 after any trouble.
+  int run();
+
+  /// A function for any thread that asks for the end: in order, the dialer first. Called a second
+  /// time, it ends the dialer the hard way. It keeps nothing of the session alive.
+  [[nodiscard]] std::function<void()> endRequest();
+
+ private:
+  bool makeDirectory();
+  bool listenForMessages();
+  bool startDialer();
+
+  void dialerWrote(const std::string& line);
+  void sendSetHotKey();
+  void received(const std::string& message);
+  void endRequested();
+  void dialerEnded();
+
+  void end(int status);
+  void fail(const std::string& sentence);
+  void killDialer();
+  void killDialerAfterLimit();
+
+  /// A function for any thread that runs `step` on the main thread, if the session exists then.
+  template <class... Arguments>
+  std::function<void(Arguments...)> onMainThread(void (Session::*step)(Arguments...));
+
+  const Options options_;
+  const Console console_;
+  const std::shared_ptr<MainThread> mainThread_ = std::make_shared<MainThread>();
+  // In this order, so that the dialer ends first, then the socket, then the directory.
+  std::unique_ptr<PrivateDirectory> directory_;
+  std::unique_ptr<MessageListener> listener_;
+  std::unique_ptr<ChildProcess> dialer_;
+  std::string dialerPath_;
+  bool ending_ = false;
+  bool endRequested_ = false;
+  int status_ = 0;
+};
+
+}  // namespace seldial
