@@ -5,7 +5,11 @@
 namespace seldial {
 
 std::string ErrorApi::toJSONString() const {
-  return stampedMessage("response", "Error", Message,
+  return toJSONString(std::time(nullptr));
+}
+
+std::string ErrorApi::toJSONString(std::time_t now) const {
+  return stampedMessage(now, "response", "Error", Message,
                         R"(","response":"Error","message":"cascading error while serializing"})");
 }
 

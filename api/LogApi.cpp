@@ -5,7 +5,11 @@
 namespace seldial {
 
 std::string LogApi::toJSONString() const {
-  return stampedMessage("event", "Log", Message,
+  return toJSONString(std::time(nullptr));
+}
+
+std::string LogApi::toJSONString(std::time_t now) const {
+  return stampedMessage(now, "event", "Log", Message,
                         R"(","event":"Log","message":"error while serializing [log]"})");
 }
 

@@ -5,9 +5,9 @@
 
 namespace seldial {
 
-std::string stampedMessage(const char* kind, const char* name, const std::string& message,
-                           const char* fallback) {
-  const std::string datetime = messageTimestamp();
+std::string stampedMessage(std::time_t now, const char* kind, const char* name,
+                           const std::string& message, const char* fallback) {
+  const std::string datetime = messageTimestamp(now);
   JSONDictionary dictionary;
   dictionary["datetime"] = datetime;
   dictionary[kind] = name;
