@@ -1,0 +1,91 @@
+// From a SetHotKey command to a registered hot key, and from its use to a MakeCall.
+#include "api/HotKeyStateApi.h"
+#include "api/MakeCallApi.h"
+#include "api/SetHotKeyApi.h"
+#include "app/AppDelegate.h"
+#include "hotkey/QKHotKey.h"
+#include "hotkey/QKHotKeyCenter.h"
+#include "platform/Installed.h"
+#include "platform/KeyboardEvents.h"
+#include "platform/Pasteboard.h"
+
+namespace seldial {
+namespace {
+
+constexpr std::uint16_t kVirtualKeyC = 8;
+
+std::uint64_t modifierFlags(const SetHotKeyApi& command) {
+  std::uint64_t flags = 0;
+  if (command.ModifierShift) flags |= platform::kModifierFlagShift;
+  if (command.ModifierCtrl) flags |= platform::kModifierFlagControl;
+  if (command.ModifierAlt) flags |= platform::kModifierFlagOption;
+  if (command.ModifierCommand) flags |= platform::kModifierFlagCommand;
+  return flags;
+}
+
+}  // namespace
+
+void AppDelegate::processSetHotKey(const SetHotKeyApi& command) {
+  log("process set hotkey");
+  unregisterCurrentHotKey();  // before any check: a rejected command leaves no hot key, on purpose
+  if (command.VirtualKey == SetHotKeyApi::kNoVirtualKey) {
+    return sendHotKeyState({false, "invalid virtual key value"});
+  }
+  const auto center = QKHotKeyCenter::sharedHotKeyCenter();
+  if (!center) return sendHotKeyState({false, "internal error; hotkey center"});
+  CurrentHotKey = center->registerHotKeyWithKeyCode(
+      command.VirtualKey, modifierFlags(command),
+      [self = shared_from_this()](const QKKeyEvent& /*event*/) { self->hotKeyPressed(); });
+  if (!CurrentHotKey) return sendHotKeyState({false, "hotkey not set"});
+  ReadPasteboardDelay = command.ReadDelay;
+  log("ReadPasteBoardDelay: " + std::to_string(ReadPasteboardDelay));
+  sendHotKeyStateOk();
+}
+
+void AppDelegate::unregisterCurrentHotKey() {
+  if (!CurrentHotKey) return;
+  log("unregister current hotkey");
+  const auto center = QKHotKeyCenter::sharedHotKeyCenter();
+  if (!center) return log("internal error; hotkey center");
+  center->unregisterHotKey(CurrentHotKey);
+  CurrentHotKey = nullptr;
+}
+
+void AppDelegate::sendHotKeyStateOk() {
+  sendHotKeyState({true, std::nullopt});
+}
+
+void AppDelegate::sendHotKeyState(const HotKeyStateApi& state) {
+  const auto message = state.toJSONString();
+  if (!message) return log("error while serializing [hotkeystate]");
+  emitMessage(*message);
+}
+
+void AppDelegate::hotKeyPressed() {
+  log("hot key pressed (pasteboard)");
+  const auto pasteboard = platform::installed<platform::Pasteboard>();
+  pasteboard->clearContents();  // so that an older text is never dialled
+  copySelectionToPasteboard();
+  platform::installed<platform::Application>()->usleep(ReadPasteboardDelay * 1000U);
+  const auto number = pasteboard->stringForType(platform::kUTF8PlainText);
+  if (!number) return log("no number found on pasteboard");
+  const auto message = MakeCallApi{number}.toJSONString();
+  if (!message) return log("error while serializing [makecall]");
+  emitMessage(*message);
+}
+
+void AppDelegate::copySelectionToPasteboard() {
+  const auto events = platform::installed<platform::KeyboardEvents>();
+  const auto source = events->createSource(platform::kEventSourceStateHIDSystemState);
+  const auto keyDown = events->createKeyboardEvent(source.get(), kVirtualKeyC, true);
+  const auto keyUp = events->createKeyboardEvent(source.get(), kVirtualKeyC, false);
+  if (!keyDown || !keyUp) {
+    return log("internal error; copy selection to pastboard");  // the misspelling is kept
+  }
+  // The key-up event keeps the flags that it was created with, on purpose.
+  keyDown->setFlags(platform::kModifierFlagCommand);
+  keyDown->post(platform::kHIDEventTap);
+  keyUp->post(platform::kHIDEventTap);
+}
+
+}  // namespace seldial

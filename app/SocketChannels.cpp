@@ -1,0 +1,61 @@
+// The incoming channel: one client at a time, whose input is one command, ended by its disconnect.
+#include <cstdio>
+
+#include "app/AppDelegate.h"
+#include "app/GDUnixSocketEventsCS.h"
+#include "unixsocket/GDUnixSocketServer.h"
+
+namespace seldial {
+
+void AppDelegate::startUnixSocketServer() {
+  if (!ValueDialerPipeName) return;
+  const std::string& path = *ValueDialerPipeName;
+  log("Start unix socket server at " + path);
+  // Takes away a file, a link, a socket or an empty directory, never a directory that holds
+  // something. What could not be removed shows when the server binds.
+  std::remove(path.c_str());
+  UnixSocketServer = GDUnixSocketServer::initWithSocketPath(path);
+  if (!UnixSocketServer) {
+    log("Failed to start unix socket server at path " + path + ".");
+    return;
+  }
+  UnixSocketServer->setDelegate(unixSocketEvents());
+  const bool listening = UnixSocketServer->listenWithError();
+  log(std::string("Unix socket server listen ") + (listening ? "ok" : "failed") + " at path " +
+      path + ".");
+}
+
+void AppDelegate::takeUnixSocketInput(const std::string& clientID) {
+  log("Unix socket now taking input from client: " + clientID + ".");
+  if (!UnixSocketInputString.empty()) {
+    log("Unix socket input string from previous client " + UnixSocketConnetedClientId +
+        " did contain " + UnixSocketInputString + "; PURGED !!!");
+  }
+  UnixSocketConnetedClientId = clientID;
+  UnixSocketInputString.clear();
+}
+
+void AppDelegate::appendUnixSocketInput(const std::string& clientID, const std::string& text) {
+  if (clientID != UnixSocketConnetedClientId) {
+    log("Unix socket received message from unrecognized client.");
+    return;
+  }
+  UnixSocketInputString += text;
+}
+
+void AppDelegate::processUnixSocketInputString(const std::string& clientID) {
+  if (clientID != UnixSocketConnetedClientId) return;
+  log("Process Unix socket input string.");
+  processInputString(UnixSocketInputString);
+  UnixSocketConnetedClientId = "";
+  UnixSocketInputString = std::string();  // gives a long input's memory back
+}
+
+std::shared_ptr<GDUnixSocketEventsCS> AppDelegate::unixSocketEvents() {
+  if (!UnixSocketEventsCS) {
+    UnixSocketEventsCS = std::make_shared<GDUnixSocketEventsCS>(weak_from_this());
+  }
+  return UnixSocketEventsCS;
+}
+
+}  // namespace seldial

@@ -1,0 +1,70 @@
+// Launch, command line, termination.
+#include <algorithm>
+#include <initializer_list>
+#include <string_view>
+
+#include "app/AppDelegate.h"
+#include "app/Lowercased.h"
+#include "platform/Installed.h"
+#include "unixsocket/GDUnixSocketServer.h"
+
+namespace seldial {
+namespace {
+
+bool isOneOf(const std::string& lowercasedArgument, std::initializer_list<const char*> forms) {
+  return std::find(forms.begin(), forms.end(), lowercasedArgument) != forms.end();
+}
+
+void setFlag(bool& flag, const std::string& lowercasedArgument,
+             std::initializer_list<const char*> forms) {
+  if (isOneOf(lowercasedArgument, forms)) flag = true;
+}
+
+/// The value keeps the letter case of the argument as it was given.
+void setValue(std::optional<std::string>& value, const std::string& argument,
+              const std::string& lowercasedArgument, std::string_view key) {
+  if (lowercasedArgument.compare(0, key.size(), key) == 0) value = argument.substr(key.size());
+}
+
+}  // namespace
+
+std::shared_ptr<AppDelegate> AppDelegate::init() {
+  return std::shared_ptr<AppDelegate>(new AppDelegate);
+}
+
+void AppDelegate::applicationWillFinishLaunching() {}
+
+void AppDelegate::applicationDidFinishLaunching() {
+  parseCommandLine();
+  showBanner();
+  if (FlagHelp) showHelp();
+  if (FlagChangeLog) showChangeLog();
+  if (FlagShowApi) showApi();
+  if (FlagHelp || FlagChangeLog || FlagShowApi) {
+    platform::installed<platform::Application>()->terminate(this);
+    return;  // where terminate() comes back, a run that only prints opens no socket
+  }
+  startUnixSocketServer();
+}
+
+void AppDelegate::applicationWillTerminate() {
+  if (UnixSocketServer) {
+    UnixSocketServer->close();
+    UnixSocketServer = nullptr;
+  }
+}
+
+void AppDelegate::parseCommandLine() {
+  for (const auto& argument : platform::installed<platform::Application>()->arguments()) {
+    const std::string lower = lowercased(argument);
+    setFlag(FlagChangeLog, lower, {"/changelog", "-changelog"});
+    setFlag(FlagHelp, lower, {"/help", "-help", "/h", "-h"});
+    setFlag(FlagLog, lower, {"/log", "-log"});
+    setFlag(FlagJsonLog, lower, {"/jsonlog", "-jsonlog"});
+    setFlag(FlagShowApi, lower, {"/showapi", "-showapi"});
+    setValue(ValueDialerPipeName, argument, lower, "dialerpipename=");
+    setValue(ValueClientPipeName, argument, lower, "clientpipename=");
+  }
+}
+
+}  // namespace seldial

@@ -1,0 +1,64 @@
+// An application on doubles: nothing of the desktop, a main queue that the test drains.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/AppDelegate.h"
+#include "app/GDUnixSocketEventsCS.h"
+#include "hotkey/QKHotKey.h"
+#include "hotkey/QKHotKeyCenter.h"
+#include "tests/doubles/CapturedOutput.h"
+#include "tests/doubles/PlatformDoubles.h"
+#include "tests/doubles/TemporaryDirectory.h"
+#include "tests/doubles/UcListener.h"
+
+namespace seldial {
+
+class AppTest : public testing::Test {
+ protected:
+  AppTest() {
+    // The centre is the process's: each test starts with a fresh one on the test's own port.
+    if (const auto center = QKHotKeyCenter::sharedHotKeyCenter()) center->init();
+    app = AppDelegate::init();
+  }
+  ~AppTest() override {
+    if (const auto center = QKHotKeyCenter::sharedHotKeyCenter()) center->unregisterAllHotKeys();
+  }
+
+  /// The lines on standard output with every log line's time taken out: "Log> message".
+  [[nodiscard]] std::vector<std::string> lines() const {
+    auto all = output.lines();
+    for (auto& line : all) {
+      const auto log = line.find("Log ");
+      if (log != std::string::npos && line.compare(log + 12, 2, "> ") == 0) line.erase(log + 3, 9);
+    }
+    return all;
+  }
+
+  void setCommandLine(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "seldial");
+    application->commandLine = std::move(arguments);
+  }
+
+  doubles::Journal journal;
+  doubles::Installed<platform::MainQueue, doubles::ManualMainQueue> mainQueue;
+  doubles::Installed<platform::Application, doubles::RecordingApplication> application{&journal};
+  doubles::Installed<platform::Pasteboard, doubles::FakePasteboard> pasteboard{&journal};
+  doubles::Installed<platform::KeyboardEvents, doubles::RecordingKeyboardEvents> keyboard{&journal};
+  doubles::Installed<platform::HotKeyEvents, doubles::FakeHotKeyEvents> hotKeys;
+  doubles::TemporaryDirectory directory;
+  doubles::CapturedOutput output;
+  std::shared_ptr<AppDelegate> app;
+};
+
+/// The value of a text member of a compact JSON line, still escaped; empty when it has none.
+inline std::string jsonText(const std::string& line, const std::string& key) {
+  const std::string opening = "\"" + key + "\":\"";
+  const auto begin = line.find(opening);
+  if (begin == std::string::npos) return {};
+  const auto from = begin + opening.size();
+  return line.substr(from, line.find('"', from) - from);
+}
+
+}  // namespace seldial

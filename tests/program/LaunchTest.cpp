@@ -1,0 +1,125 @@
+// Start and end of the real program.
+#include <sys/stat.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include "tests/program/ProgramTest.h"
+
+namespace seldial::program {
+namespace {
+
+using Launch = ProgramTest;
+using testing::HasSubstr;
+
+TEST_F(Launch, WithoutArgumentsItPrintsTheBannerAndKeepsRunningUntilTerminated) {
+  SeldialProcess seldial({});
+  for (int line = 0; line < 8; ++line) ASSERT_TRUE(seldial.nextLine());
+  EXPECT_TRUE(seldial.isRunning());
+  seldial.signal(SIGTERM);
+  EXPECT_EQ(seldial.wait(), 0);
+  EXPECT_EQ(seldial.restOfOutput(), "");
+  EXPECT_EQ(seldial.restOfErrors(), "");
+}
+
+TEST_F(Launch, TheReferenceFlagsPrintAndQuitWithoutASocket) {
+  start({"-showapi", "/HELP", "-ChangeLog"});
+  EXPECT_EQ(process->wait(), 0);
+  const std::string text = process->restOfOutput();
+  EXPECT_LT(text.find("usage:"), text.find("2018.11.01"));
+  EXPECT_LT(text.find("2018.11.01"), text.find("Log []->"));
+  EXPECT_FALSE(std::filesystem::exists(in));
+}
+
+TEST_F(Launch, EachTerminationSignalEndsItInTheOrderlyWay) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    startListening();
+    process->signal(signal);
+    EXPECT_EQ(process->wait(), 0) << signal;
+    EXPECT_FALSE(std::filesystem::exists(in)) << signal;
+  }
+}
+
+TEST_F(Launch, TheIncomingSocketIsReachableByItsOwnerAlone) {
+  startListening();
+  struct stat status {};
+  ASSERT_EQ(stat(in.c_str(), &status), 0);
+  EXPECT_TRUE(S_ISSOCK(status.st_mode));
+  EXPECT_EQ(status.st_mode & 0777U, 0U | S_IRUSR | S_IWUSR);
+}
+
+TEST_F(Launch, TheSoftLimitOfDescriptorsIsTheHardOne) {
+  startListening();
+  std::ifstream limits("/proc/" + std::to_string(process->pid()) + "/limits");
+  for (std::string line; std::getline(limits, line);) {
+    std::istringstream words(line);
+    std::string max, open, files, soft, hard;
+    words >> max >> open >> files >> soft >> hard;
+    if (open == "open") {
+      EXPECT_EQ(soft, hard) << line;
+    }
+  }
+}
+
+TEST_F(Launch, AStartThatCannotListenKeepsRunning) {
+  in = directory.path("none/in");
+  start();
+  EXPECT_TRUE(process->waitForLine("Unix socket server listen failed at path " + in + "."));
+  EXPECT_TRUE(process->isRunning());
+  process->signal(SIGTERM);
+  EXPECT_EQ(process->wait(), 0);
+}
+
+TEST_F(Launch, ASecondProgramAtTheSamePathTakesItOver) {
+  startListening();
+  std::optional<SeldialProcess> first;
+  SeldialProcess second({"-log", "dialerpipename=" + in, "clientpipename=" + out});
+  ASSERT_TRUE(second.waitForLine("listen ok"));
+  sendCommand(in, {""});
+  EXPECT_TRUE(second.waitForLine("Process Unix socket input string."));
+}
+
+TEST_F(Launch, ClosedStandardDescriptorsNeverBecomeASocket) {
+  for (const auto& closed : {std::vector<int>{0}, std::vector<int>{1}, std::vector<int>{0, 1, 2}}) {
+    start({"-log", "-jsonlog"}, {"", closed});
+    ASSERT_TRUE(eventually([this] {
+      const int connection = connectTo(in);
+      if (connection != -1) close(connection);
+      return connection != -1;
+    }));
+    EXPECT_THAT(client.nextMessage(), IsError("empty string on standard input stream"));
+    EXPECT_THAT(answerTo("{}"), IsError("command tag not found"));
+    process->signal(SIGTERM);
+    EXPECT_EQ(process->wait(), 0);
+  }
+}
+
+TEST_F(Launch, AReaderThatClosesStandardOutputEndsNothing) {
+  startListening();
+  process->closeOutput();
+  for (int i = 0; i < 3; ++i) EXPECT_THAT(answerTo("{}"), IsError("command tag not found"));
+  EXPECT_TRUE(process->isRunning());
+  process->signal(SIGTERM);
+  EXPECT_EQ(process->wait(), 0);
+}
+
+TEST_F(Launch, SigpipeIsIgnored) {
+  startListening();
+  process->signal(SIGPIPE);
+  EXPECT_THAT(answerTo("{}"), IsError("command tag not found"));
+}
+
+TEST_F(Launch, AnUnreachableDisplayIsOneLineOnStandardErrorAndEveryRegistrationIsRefused) {
+  start({"-log"}, {"unix:65535", {}});
+  ASSERT_TRUE(process->waitForLine("listen ok"));
+  EXPECT_THAT(answerTo(R"({"command":"SetHotKey","virtualkey":2})"),
+              IsHotkeyStateFalse("hotkey not set"));
+  process->signal(SIGTERM);
+  EXPECT_EQ(process->wait(), 0);
+  const std::string errors = process->restOfErrors();
+  EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
+}
+
+}  // namespace
+}  // namespace seldial::program

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/doubles/TemporaryDirectory.h"
+#include "tests/doubles/UcListener.h"
+#include "tests/program/SeldialProcess.h"
+
+namespace seldial::program {
+
+/// The real program between two sockets, without a desktop.
+class ProgramTest : public testing::Test {
+ protected:
+  void start(std::vector<std::string> flags = {"-log"},
+             const SeldialProcess::Options& options = {}) {
+    flags.push_back("dialerpipename=" + in);
+    flags.push_back("clientpipename=" + out);
+    process.emplace(std::move(flags), options);
+  }
+
+  /// As start(), and waits until commands can be sent.
+  void startListening() {
+    start();
+    ASSERT_TRUE(process->waitForLine("listen ok"));
+  }
+
+  /// Sends one command and gives what comes back over the client's socket.
+  std::optional<std::string> answerTo(const std::string& command) {
+    sendCommand(in, {command});
+    return client.nextMessage();
+  }
+
+  doubles::TemporaryDirectory directory;
+  std::string in = directory.path("in");
+  std::string out = directory.path("out");
+  doubles::UcListener client{out};
+  std::optional<SeldialProcess> process;
+};
+
+/// Whether `message` is an "Error" with that message text.
+MATCHER_P(IsError, text, "") {
+  const std::string& message = arg.value_or("nothing");
+  *result_listener << message;
+  return message.find(R"("response":"Error")") != std::string::npos &&
+         message.find(R"("message":")" + std::string(text) + "\"") != std::string::npos;
+}
+
+/// Whether `message` is a "HotkeyState" that failed for that reason.
+MATCHER_P(IsHotkeyStateFalse, reason, "") {
+  const std::string& message = arg.value_or("nothing");
+  *result_listener << message;
+  return message.find(R"("response":"HotkeyState")") != std::string::npos &&
+         message.find(R"("result":false)") != std::string::npos &&
+         message.find(R"("failreason":")" + std::string(reason) + "\"") != std::string::npos;
+}
+
+}  // namespace seldial::program
