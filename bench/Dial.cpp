@@ -1,0 +1,118 @@
+// From the release of the hot key to the end of the MakeCall message, less the delay that the
+// client asked for: in two toolkits' text entries, with the text in them selected.
+#include <stdexcept>
+
+#include "bench/Figures.h"
+#include "bench/Measured.h"
+#include "bench/ProcessState.h"
+#include "tests/desktop/Keyboard.h"
+#include "tests/desktop/Keys.h"
+#include "tests/desktop/XServer.h"
+
+namespace seldial::bench {
+namespace {
+
+using desktop::ChildProcess;
+using desktop::Keyboard;
+
+constexpr int kTurns = 100;
+constexpr unsigned kDelay = 50;  ///< ms; enough for every copy on a busy machine
+constexpr double kLimitMilliseconds = 2;
+constexpr std::chrono::milliseconds kNoAnswer{kDelay + 1500};
+
+/// A program that dials when its own key is released with Control and Alt.
+struct Dialer {
+  const UcClient& client;
+  std::uint8_t key = 0;
+  std::vector<double> milliseconds;
+  int failures = 0;
+};
+
+/// Less than 0 when no MakeCall came.
+double use(Keyboard& keyboard, const Dialer& dialer) {
+  const std::vector<std::uint8_t> modifiers{desktop::kKeyLeftControl, desktop::kKeyLeftAlt};
+  keyboard.press(modifiers);
+  keyboard.press(dialer.key);
+  keyboard.release(modifiers);
+  const auto begin = Clock::now();
+  keyboard.release(dialer.key);
+  const auto message = dialer.client.receive(kNoAnswer);
+  const std::chrono::duration<double, std::milli> elapsed = Clock::now() - begin;
+  const bool dialed = message.find("+31 20 123 4567") != std::string::npos;
+  return dialed ? elapsed.count() - kDelay : -1;
+}
+
+void measure(Keyboard& keyboard, Dialer& dialer) {
+  const double milliseconds = use(keyboard, dialer);
+  if (milliseconds < 0) {
+    ++dialer.failures;
+  } else {
+    dialer.milliseconds.push_back(milliseconds);
+  }
+}
+
+/// An application has its focus and its selection at some moment after it was started, and says
+/// so to nobody: the first use that succeeds shows it.
+void warmUp(Keyboard& keyboard, const Dialer& dialer) {
+  for (int attempt = 0; attempt < 20; ++attempt) {
+    if (use(keyboard, dialer) >= 0) return;
+  }
+  throw std::runtime_error("nothing is ever dialed");
+}
+
+Row row(const std::string& application, const Dialer& ours, const Dialer& floor) {
+  const double milliseconds = median(ours.milliseconds);
+  return {text("release to MakeCall less %u ms, %s; failed", kDelay, application.c_str()),
+          text("%.2f ms; %d", milliseconds, ours.failures),
+          text("%.2f ms; %d", median(floor.milliseconds), floor.failures),
+          text("%.0f ms, none failed", kLimitMilliseconds),
+          milliseconds <= kLimitMilliseconds && ours.failures == 0};
+}
+
+std::string setHotKey() {
+  return text(R"({"command":"SetHotKey","modifierCtrl":true,"modifierAlt":true,)"
+              R"("virtualkey":2,"readdelay":%u})",
+              kDelay);
+}
+
+Row dialFrom(const std::string& name, const std::vector<std::string>& application) {
+  const desktop::XServer server;
+  const ChildProcess windowManager({"openbox"}, {server.environment()});
+  const ChildProcess window(application, {server.environment()});
+  Keyboard keyboard(server.display());
+
+  const OnOneProcessor pinned;
+  const Measured seldial(bench::seldial(), server.display());
+  const auto answer = seldial.client.ask(setHotKey());
+  if (answer.find(R"("result":true)") == std::string::npos) {
+    throw std::runtime_error("no hot key: " + answer);
+  }
+  const UcClient floorClient;
+  const Program bare(bareDial(desktop::kKeyF, kDelay)(floorClient), server.display());
+
+  Dialer ours{seldial.client, desktop::kKeyD, {}, 0};
+  Dialer floor{floorClient, desktop::kKeyF, {}, 0};
+  warmUp(keyboard, floor);
+  warmUp(keyboard, ours);
+  for (int turn = 0; turn < kTurns; ++turn) {
+    measure(keyboard, ours);
+    measure(keyboard, floor);
+  }
+  return row(name, ours, floor);
+}
+
+}  // namespace
+
+std::vector<Row> dial() {
+  return {dialFrom("Tk", {"sh", "-c", R"(exec wish <<'TK'
+entry .e
+.e insert 0 "+31 20 123 4567"
+pack .e
+focus -force .e
+.e selection range 0 end
+vwait forever
+TK)"}),
+          dialFrom("GTK", {"zenity", "--entry", "--entry-text=+31 20 123 4567"})};
+}
+
+}  // namespace seldial::bench
