@@ -39,9 +39,12 @@ MainLoop::~MainLoop() {
 }
 
 void MainLoop::async(Task task) {
-  const std::lock_guard lock(mutex_);
-  tasks_.push_back(std::move(task));
-  if (!std::exchange(signalled_, true)) eventfd_write(wakeUp_, 1);
+  {
+    const std::lock_guard lock(mutex_);
+    tasks_.push_back(std::move(task));
+    if (std::exchange(signalled_, true)) return;
+  }
+  eventfd_write(wakeUp_, 1);  // without the lock, which the main thread takes as soon as it runs
 }
 
 bool MainLoop::isMainThread() const {
@@ -103,7 +106,10 @@ void MainLoop::block(std::chrono::microseconds duration) {
   const auto end = Clock::now() + duration;
   const auto sources = sources_;
   std::vector<pollfd> descriptors;
-  for (const auto* source : sources) descriptors.push_back({source->descriptor(), POLLIN, 0});
+  for (auto* const source : sources) {
+    const bool willing = source->readableWhileBlocked();
+    descriptors.push_back({willing ? source->descriptor() : -1, POLLIN, 0});
+  }
   for (auto left = end - Clock::now(); left.count() > 0; left = end - Clock::now()) {
     pollFor(descriptors, left);
     for (std::size_t i = 0; i < sources.size(); ++i) {

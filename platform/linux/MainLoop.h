@@ -25,9 +25,10 @@ class EventSource {
   /// no readable() will come for it, and send what is still buffered.
   virtual void willWait() {}
 
-  /// As readable(), while the main thread is blocked on purpose (MainLoop::block): serve other
-  /// programs, keep everything that is the application's own business for later. False: do not
-  /// call again during this block.
+  /// As willWait() and readable(), while the main thread is blocked on purpose (MainLoop::block):
+  /// serve other programs, keep everything that is the application's own business for later.
+  /// Called as the block begins and whenever there is something to read. False: do not call again
+  /// during this block.
   virtual bool readableWhileBlocked() { return false; }
 };
 

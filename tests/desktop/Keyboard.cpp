@@ -4,6 +4,7 @@
 #include <xcb/xtest.h>
 
 #include <stdexcept>
+#include <thread>
 
 #include "tests/desktop/Xcb.h"
 
@@ -73,12 +74,23 @@ void Keyboard::tap(std::uint8_t key) {
   release(key);
 }
 
+void Keyboard::hold(std::uint8_t key, std::chrono::milliseconds duration) {
+  press(key);
+  std::this_thread::sleep_for(duration);  // what the user does, not what the test waits for
+  release(key);
+}
+
 void Keyboard::press(const std::vector<std::uint8_t>& keys) {
   for (const auto key : keys) press(key);
 }
 
 void Keyboard::release(const std::vector<std::uint8_t>& keys) {
   for (const auto key : keys) release(key);
+}
+
+void Keyboard::movePointer(std::int16_t x, std::int16_t y) {
+  xcb_warp_pointer(connection_, XCB_WINDOW_NONE, root_, 0, 0, 0, 0, x, y);
+  synchronise();
 }
 
 void Keyboard::typeThroughXTest(std::uint8_t key, bool down) {

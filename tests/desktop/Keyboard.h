@@ -4,6 +4,7 @@
 
 #include <xcb/xcb.h>
 
+#include <chrono>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -22,6 +23,7 @@ class Keyboard {
   void press(std::uint8_t key);
   void release(std::uint8_t key);
   void tap(std::uint8_t key);
+  void hold(std::uint8_t key, std::chrono::milliseconds duration);
   void press(const std::vector<std::uint8_t>& keys);
   /// In the order given.
   void release(const std::vector<std::uint8_t>& keys);
@@ -32,8 +34,10 @@ class Keyboard {
   [[nodiscard]] std::set<std::uint8_t> physicallyDown() const { return downOn(physical_); }
   [[nodiscard]] std::set<std::uint8_t> typedDown() const { return downOn(typing_); }
 
-  /// The modifiers that applications see now, as StateBit values.
+  /// The modifiers that applications see now, as kState bits.
   [[nodiscard]] unsigned modifiers() const;
+
+  void movePointer(std::int16_t x, std::int16_t y);
 
   /// Types through the XTEST keyboard, as another program would.
   void typeThroughXTest(std::uint8_t key, bool down);

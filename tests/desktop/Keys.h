@@ -23,15 +23,15 @@ enum Key : std::uint8_t {
   kKeyRightControl = 105,
   kKeyInsert = 118,
   kKeyLeftSuper = 133,
+  kKeyMenu = 135,
 };
 
-enum StateBit : std::uint16_t {
-  kStateShift = 1,
-  kStateLock = 2,
-  kStateControl = 4,
-  kStateAlt = 8,
-  kStateNumLock = 16,
-  kStateSuper = 64,
-};
+/// What applications see of the modifiers.
+inline constexpr unsigned kStateShift = 1;
+inline constexpr unsigned kStateLock = 2;
+inline constexpr unsigned kStateControl = 4;
+inline constexpr unsigned kStateAlt = 8;
+inline constexpr unsigned kStateNumLock = 16;
+inline constexpr unsigned kStateSuper = 64;
 
 }  // namespace seldial::desktop

@@ -30,7 +30,7 @@ struct XClientSettings {
 /// A key event as the window received it.
 struct KeyRecord {
   std::uint8_t key = 0;
-  unsigned state = 0;  ///< StateBit values before the event
+  unsigned state = 0;  ///< kState bits before the event
   bool pressed = false;
 };
 

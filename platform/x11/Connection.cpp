@@ -1,0 +1,113 @@
+#include "platform/x11/Connection.h"
+
+#include <xcb/xinput.h>
+#include <xcb/xtest.h>
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+
+#include "platform/x11/XkbHeader.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+struct AtomName {
+  const char* name;
+  xcb_atom_t Atoms::*atom;
+};
+
+constexpr std::array kAtomNames{
+    AtomName{"CLIPBOARD", &Atoms::clipboard},
+    AtomName{"TARGETS", &Atoms::targets},
+    AtomName{"TIMESTAMP", &Atoms::timestamp},
+    AtomName{"UTF8_STRING", &Atoms::utf8String},
+    AtomName{"text/plain;charset=utf-8", &Atoms::utf8PlainText},
+    AtomName{"INCR", &Atoms::incr},
+    AtomName{"XTEST Device", &Atoms::xtestDevice},
+};
+
+bool displayIsNamed() {
+  const char* const display = std::getenv("DISPLAY");
+  return display != nullptr && *display != '\0';
+}
+
+}  // namespace
+
+std::unique_ptr<Connection> Connection::open() {
+  if (!displayIsNamed()) return nullptr;
+  std::unique_ptr<Connection> connection(new Connection(xcb_connect(nullptr, nullptr)));
+  if (connection->lost()) {
+    std::fprintf(stderr, "seldial: no X server at %s\n", std::getenv("DISPLAY"));
+    return nullptr;
+  }
+  return connection->handshake() ? std::move(connection) : nullptr;
+}
+
+Connection::~Connection() {
+  xcb_disconnect(xcb_);
+}
+
+// A round trip costs more than a request: everything that can be asked at once is.
+bool Connection::handshake() {
+  root_ = xcb_setup_roots_iterator(xcb_get_setup(xcb_)).data->root;
+  for (auto* const extension : {&xcb_xkb_id, &xcb_input_id, &xcb_test_id}) {
+    xcb_prefetch_extension_data(xcb_, extension);
+  }
+  createWindow();
+  internAtoms();
+  const char* missing = missingExtension();
+  if (missing == nullptr) missing = missingAbility();
+  if (missing == nullptr) return true;
+  std::fprintf(stderr, "seldial: the X server lacks %s; there will be no hot key\n", missing);
+  return false;
+}
+
+void Connection::createWindow() {
+  window_ = xcb_generate_id(xcb_);
+  const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+  xcb_create_window(xcb_, XCB_COPY_FROM_PARENT, window_, root_, -1, -1, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+}
+
+void Connection::internAtoms() {
+  std::array<xcb_intern_atom_cookie_t, kAtomNames.size()> cookies{};
+  for (std::size_t i = 0; i < cookies.size(); ++i) {
+    const char* const name = kAtomNames[i].name;
+    cookies[i] = xcb_intern_atom(xcb_, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
+  }
+  for (std::size_t i = 0; i < cookies.size(); ++i) {
+    const auto reply = freed(xcb_intern_atom_reply(xcb_, cookies[i], nullptr));
+    if (reply) atoms_.*kAtomNames[i].atom = reply->atom;
+  }
+}
+
+const char* Connection::missingExtension() {
+  const auto* const xtest = xcb_get_extension_data(xcb_, &xcb_test_id);
+  if (xtest == nullptr || xtest->present == 0) return "XTEST";
+  const auto* const xkb = xcb_get_extension_data(xcb_, &xcb_xkb_id);
+  if (xkb == nullptr || xkb->present == 0) return "XKEYBOARD";
+  const auto* const input = xcb_get_extension_data(xcb_, &xcb_input_id);
+  if (input == nullptr || input->present == 0) return "XInputExtension";
+  xkbEvent_ = xkb->first_event;
+  inputExtension_ = input->major_opcode;
+  return nullptr;
+}
+
+const char* Connection::missingAbility() {
+  const std::uint32_t detectable = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
+  const auto use = xcb_xkb_use_extension(xcb_, 1, 0);
+  const auto flags =
+      xcb_xkb_per_client_flags(xcb_, XCB_XKB_ID_USE_CORE_KBD, detectable, detectable, 0, 0, 0);
+  const auto input = xcb_input_xi_query_version(xcb_, 2, 2);
+  const auto used = freed(xcb_xkb_use_extension_reply(xcb_, use, nullptr));
+  const auto set = freed(xcb_xkb_per_client_flags_reply(xcb_, flags, nullptr));
+  const auto version = freed(xcb_input_xi_query_version_reply(xcb_, input, nullptr));
+  if (!used || used->supported == 0) return "XKEYBOARD 1.0";
+  if (!set || (set->value & detectable) == 0) return "detectable auto-repeat";
+  // Before 2.1 raw key events stop while a key is grabbed.
+  if (!version || version->major_version != 2 || version->minor_version < 1) return "XInput 2.1";
+  return nullptr;
+}
+
+}  // namespace seldial::platform::x11

@@ -1,0 +1,99 @@
+#include "platform/x11/EventPump.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+namespace seldial::platform::x11 {
+
+EventPump::EventPump(Connection& connection, linux_port::MainLoop& loop,
+                     std::function<void()> connectionLost)
+    : connection_(connection), loop_(&loop), connectionLost_(std::move(connectionLost)) {
+  loop_->watch(*this);
+}
+
+void EventPump::stop() {
+  if (loop_ != nullptr) std::exchange(loop_, nullptr)->unwatch(*this);
+}
+
+void EventPump::remove(EventHandler& handler) {
+  handlers_.erase(std::remove(handlers_.begin(), handlers_.end(), &handler), handlers_.end());
+}
+
+int EventPump::descriptor() const {
+  return xcb_get_file_descriptor(connection_.xcb());
+}
+
+void EventPump::readable() {
+  serve();
+  reportLoss();
+}
+
+void EventPump::willWait() {
+  do {
+    for (auto* const handler : handlers_) handler->idle();
+  } while (handleRead());
+  xcb_flush(connection_.xcb());
+  reportLoss();
+}
+
+bool EventPump::readableWhileBlocked() {
+  serve();
+  return !connection_.lost();
+}
+
+void EventPump::serve() {
+  handleArrived();
+  xcb_flush(connection_.xcb());
+}
+
+void EventPump::handleArrived() {
+  while (const auto event = freed(xcb_poll_for_event(connection_.xcb()))) handle(*event);
+}
+
+/// Whether there was an event among those that XCB has read already.
+bool EventPump::handleRead() {
+  bool any = false;
+  while (const auto event = freed(xcb_poll_for_queued_event(connection_.xcb()))) {
+    handle(*event);
+    any = true;
+  }
+  return any;
+}
+
+bool EventPump::serveUntil(Clock::time_point deadline, const std::function<bool()>& done) {
+  for (;;) {
+    serve();
+    if (done()) return true;
+    if (handleRead()) continue;  // came with replies that `done` waited for
+    const auto left = deadline - Clock::now();
+    if (connection_.lost() || left.count() <= 0) return false;
+    waitForInput(left);
+  }
+}
+
+void EventPump::waitForInput(Clock::duration limit) const {
+  pollfd entry{descriptor(), POLLIN, 0};
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(limit);
+  const timespec time{seconds.count(), std::chrono::nanoseconds(limit - seconds).count()};
+  ppoll(&entry, 1, &time, nullptr);
+}
+
+void EventPump::handle(const xcb_generic_event_t& event) {
+  // Kind 0 is the error of a request that nobody awaits an answer to: a window of another client
+  // that has gone meanwhile. Nothing is to be done about it.
+  for (auto* const handler : handlers_) {
+    if (kindOf(event) == 0 || handler->handle(event)) return;
+  }
+}
+
+void EventPump::reportLoss() {
+  if (!connection_.lost() || loop_ == nullptr) return;
+  stop();
+  std::fputs("seldial: the connection to the X server is lost\n", stderr);
+  connectionLost_();
+}
+
+}  // namespace seldial::platform::x11

@@ -1,0 +1,181 @@
+#include "platform/x11/HotKeyGrabs.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+#include "platform/ModifierFlags.h"
+#include "platform/x11/KeyTable.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+constexpr std::uint32_t kKnownModifiers =
+    kHotKeyCommand | kHotKeyShift | kHotKeyAlphaLock | kHotKeyOption | kHotKeyControl;
+
+/// The modifier bits of an event's state; above them are buttons and the keyboard group.
+constexpr unsigned kModifierBits = 0xFF;
+
+/// The mask together with every subset of the lock bits.
+std::vector<std::uint16_t> variants(std::uint16_t mask, std::uint8_t locks) {
+  std::vector<std::uint16_t> result;
+  unsigned subset = 0;
+  do {
+    result.push_back(static_cast<std::uint16_t>(mask | subset));
+    subset = (subset - locks) & locks;  // counts within the bits of `locks`
+  } while (subset != 0);
+  return result;
+}
+
+}  // namespace
+
+HotKeyGrabs::HotKeyGrabs(Connection& connection, EventPump& pump, MainQueue& queue,
+                         Keyboards& keyboards)
+    : connection_(connection), queue_(queue), keyboards_(keyboards) {
+  pump.add(*this);
+  keyboards.whenModifiersChange([this] { grabAgain(); });
+}
+
+std::optional<HotKeyRef> HotKeyGrabs::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
+                                                     HotKeyID hotKeyID) {
+  const auto key = keyAtPosition(keyCode);
+  if (!key || !keyboards_.load() || keyboards_.map().modifiers[*key]) return {};
+  locks_ = keyboards_.map().masks.locks;
+  const auto mask = maskFor(modifiers);
+  const bool taken = mask && isFree(*key, *mask) && grab(*key, *mask);
+  if (!taken) return {};
+  registrations_.push_back({++lastRef_, hotKeyID, *key, modifiers, mask});
+  return lastRef_;
+}
+
+void HotKeyGrabs::unregisterHotKey(HotKeyRef ref) {
+  const auto found =
+      std::find_if(registrations_.begin(), registrations_.end(),
+                   [ref](const Registration& registration) { return registration.ref == ref; });
+  if (found == registrations_.end()) return;
+  if (found->mask) ungrab(found->key, *found->mask);
+  registrations_.erase(found);
+}
+
+/// Nothing where no key carries one of the modifiers. CapsLock is no part of a combination.
+std::optional<std::uint16_t> HotKeyGrabs::maskFor(std::uint32_t modifiers) const {
+  const ModifierMasks& masks = keyboards_.map().masks;
+  const std::pair<std::uint32_t, std::uint8_t> table[] = {{kHotKeyControl, masks.control},
+                                                          {kHotKeyShift, masks.shift},
+                                                          {kHotKeyOption, masks.alt},
+                                                          {kHotKeyCommand, masks.super}};
+  if ((modifiers & ~kKnownModifiers) != 0) return {};
+  std::uint16_t mask = 0;
+  for (const auto& [modifier, bit] : table) {
+    if ((modifiers & modifier) == 0) continue;
+    if (bit == 0) return {};
+    mask |= bit;
+  }
+  return mask;
+}
+
+std::uint64_t HotKeyGrabs::flagsFor(std::uint16_t state) const {
+  const ModifierMasks& masks = keyboards_.map().masks;
+  const std::pair<std::uint8_t, std::uint64_t> table[] = {{masks.control, kModifierFlagControl},
+                                                          {masks.shift, kModifierFlagShift},
+                                                          {masks.alt, kModifierFlagOption},
+                                                          {masks.super, kModifierFlagCommand}};
+  std::uint64_t flags = 0;
+  for (const auto& [bit, flag] : table) {
+    if ((state & bit) != 0) flags |= flag;
+  }
+  return flags;
+}
+
+bool HotKeyGrabs::isFree(xcb_keycode_t key, std::uint16_t mask) const {
+  const bool copyKeystroke =
+      key == keyboards_.typingMap().insert && mask == keyboards_.map().masks.control;
+  return !copyKeystroke &&
+         std::none_of(registrations_.begin(), registrations_.end(), [&](const Registration& other) {
+           return other.key == key && other.mask == mask;
+         });
+}
+
+/// All variants or none: another program may hold a single one of them.
+bool HotKeyGrabs::grab(xcb_keycode_t key, std::uint16_t mask) {
+  std::vector<xcb_void_cookie_t> cookies;
+  for (const auto variant : variants(mask, locks_)) {
+    cookies.push_back(xcb_grab_key_checked(connection_.xcb(), 0, connection_.root(), variant, key,
+                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+  }
+  bool taken = true;
+  // The last one first: its answer, one round trip away, is the answer to all.
+  for (auto cookie = cookies.rbegin(); cookie != cookies.rend(); ++cookie) {
+    if (freed(xcb_request_check(connection_.xcb(), *cookie))) taken = false;
+  }
+  if (!taken) ungrab(key, mask);
+  return taken && !connection_.lost();
+}
+
+void HotKeyGrabs::ungrab(xcb_keycode_t key, std::uint16_t mask) {
+  for (const auto variant : variants(mask, locks_)) {
+    xcb_ungrab_key(connection_.xcb(), key, connection_.root(), variant);
+  }
+}
+
+/// A layout gave the modifiers other bits. A hot key that cannot be had now may be had under the
+/// next layout, so its registration stays.
+void HotKeyGrabs::grabAgain() {
+  for (auto& registration : registrations_) {
+    if (registration.mask) ungrab(registration.key, *std::exchange(registration.mask, {}));
+  }
+  locks_ = keyboards_.map().masks.locks;
+  for (auto& registration : registrations_) {
+    const auto mask = maskFor(registration.modifiers);
+    if (mask && isFree(registration.key, *mask) && grab(registration.key, *mask)) {
+      registration.mask = mask;
+    } else {
+      std::fputs("seldial: the hot key cannot be had under the new keyboard layout\n", stderr);
+    }
+  }
+}
+
+bool HotKeyGrabs::handle(const xcb_generic_event_t& event) {
+  // The bit of events that another client made up is not set in these.
+  if (event.response_type == XCB_KEY_PRESS) {
+    press(as<xcb_key_press_event_t>(event));
+  } else if (event.response_type == XCB_KEY_RELEASE) {
+    release(as<xcb_key_press_event_t>(event));
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void HotKeyGrabs::press(const xcb_key_press_event_t& event) {
+  if (spent_[event.detail]) return;
+  const unsigned mask = event.state & kModifierBits & ~unsigned{locks_};
+  for (auto& registration : registrations_) {
+    if (registration.key != event.detail || registration.mask != mask) continue;
+    registration.armed = true;
+    pressed_.set(event.detail);
+  }
+}
+
+void HotKeyGrabs::release(const xcb_key_press_event_t& event) {
+  pressed_.reset(event.detail);
+  for (auto& registration : registrations_) {
+    if (registration.key == event.detail && std::exchange(registration.armed, false)) {
+      post(registration, event);
+    }
+  }
+}
+
+void HotKeyGrabs::post(const Registration& registration, const xcb_key_press_event_t& event) {
+  HotKeyReleased released;
+  released.hotKeyID = registration.hotKeyID;
+  released.locationX = event.root_x;
+  released.locationY = event.root_y;
+  released.modifierFlags = flagsFor(event.state);
+  released.timestamp = event.time / 1000.0;
+  queue_.async([handler = handler_, released] {
+    if (*handler) (*handler)(released);
+  });
+}
+
+}  // namespace seldial::platform::x11

@@ -1,0 +1,74 @@
+// Hot keys as grabs of the X server's root window.
+//
+// The server reports the press to us alone, and then everything until that key is released. What
+// the user lets go first does not matter: a release is recognised by its key, and counts when a
+// press of the hot key came before it. Held keys repeat as further presses without a release, by
+// detectable auto-repeat. Locks are no part of a combination, so each is grabbed once for every
+// way in which CapsLock, NumLock and ScrollLock can be set.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "platform/HotKeyEvents.h"
+#include "platform/x11/Keyboards.h"
+
+namespace seldial::platform::x11 {
+
+/// Main thread only. Releases reach the handler through the main queue.
+class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
+ public:
+  HotKeyGrabs(Connection& connection, EventPump& pump, MainQueue& queue, Keyboards& keyboards);
+
+  void installReleasedHandler(ReleasedHandler handler) override { *handler_ = std::move(handler); }
+
+  /// Refuses also modifier keys, keys that an application could not use otherwise, and the copy
+  /// keystroke itself, which we would take from the application that is to copy.
+  std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
+                                          HotKeyID hotKeyID) override;
+  void unregisterHotKey(HotKeyRef ref) override;
+
+  /// Hot keys whose press was reported and whose release was not. While one is held the server
+  /// gives us every key event, typed ones too.
+  [[nodiscard]] const KeySet& pressedKeys() const { return pressed_; }
+
+  /// The release of these keys is about to be typed although the user still holds them: until
+  /// releasedByUser(), their auto-repeat is no new press.
+  void expectTypedRelease(const KeySet& keys) { spent_ |= keys; }
+  void releasedByUser(xcb_keycode_t key) { spent_.reset(key); }
+  [[nodiscard]] const KeySet& spentKeys() const { return spent_; }
+
+  bool handle(const xcb_generic_event_t& event) override;
+
+ private:
+  struct Registration {
+    HotKeyRef ref = 0;
+    HotKeyID hotKeyID;
+    xcb_keycode_t key = 0;
+    std::uint32_t modifiers = 0;        ///< HotKeyModifier bits
+    std::optional<std::uint16_t> mask;  ///< as grabbed; nothing while it cannot be
+    bool armed = false;                 ///< pressed, not yet released
+  };
+
+  [[nodiscard]] std::optional<std::uint16_t> maskFor(std::uint32_t modifiers) const;
+  [[nodiscard]] std::uint64_t flagsFor(std::uint16_t state) const;
+  [[nodiscard]] bool isFree(xcb_keycode_t key, std::uint16_t mask) const;
+  bool grab(xcb_keycode_t key, std::uint16_t mask);
+  void ungrab(xcb_keycode_t key, std::uint16_t mask);
+  void grabAgain();
+  void press(const xcb_key_press_event_t& event);
+  void release(const xcb_key_press_event_t& event);
+  void post(const Registration& registration, const xcb_key_press_event_t& event);
+
+  Connection& connection_;
+  MainQueue& queue_;
+  Keyboards& keyboards_;
+  std::shared_ptr<ReleasedHandler> handler_ = std::make_shared<ReleasedHandler>();
+  std::vector<Registration> registrations_;
+  std::uint8_t locks_ = 0;  ///< as grabbed
+  HotKeyRef lastRef_ = 0;
+  KeySet pressed_;
+  KeySet spent_;
+};
+
+}  // namespace seldial::platform::x11

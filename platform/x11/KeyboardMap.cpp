@@ -1,0 +1,123 @@
+#include "platform/x11/KeyboardMap.h"
+
+#define XK_MISCELLANY
+#include <X11/keysymdef.h>
+
+#include <algorithm>
+#include <initializer_list>
+
+namespace seldial::platform::x11 {
+namespace {
+
+constexpr int kRows = 8;  // Shift, Lock, Control, Mod1 to Mod5
+
+/// The replies of the server, readable by key and by modifier.
+class Answers {
+ public:
+  Answers(const xcb_input_get_device_key_mapping_reply_t& symbols,
+          const xcb_input_get_device_modifier_mapping_reply_t& modifiers, std::uint8_t firstKey)
+      : symbols_(xcb_input_get_device_key_mapping_keysyms(&symbols)),
+        perKey_(symbols.keysyms_per_keycode),
+        keys_(perKey_ == 0 ? 0 : static_cast<int>(symbols.length) / perKey_),
+        firstKey_(firstKey),
+        modifiers_(xcb_input_get_device_modifier_mapping_keymaps(&modifiers)),
+        perRow_(modifiers.keycodes_per_modifier) {}
+
+  [[nodiscard]] KeySet row(int row) const {
+    KeySet keys;
+    for (int i = 0; i < perRow_; ++i) keys.set(modifiers_[row * perRow_ + i]);
+    return keys.reset(0);  // fills the places of a row that are not used
+  }
+
+  /// Whether the key makes one of the symbols at any level.
+  [[nodiscard]] bool makes(unsigned key, std::initializer_list<xcb_keysym_t> wanted) const {
+    const auto* const symbols = symbolsOf(key);
+    return symbols != nullptr && std::find_first_of(symbols, symbols + perKey_, wanted.begin(),
+                                                    wanted.end()) != symbols + perKey_;
+  }
+
+  /// The first key that makes the symbol by itself, in its first group; 0 when there is none.
+  [[nodiscard]] xcb_keycode_t keyFor(xcb_keysym_t symbol) const {
+    for (int key = firstKey_; key < firstKey_ + keys_; ++key) {
+      if (*symbolsOf(static_cast<unsigned>(key)) == symbol) return static_cast<xcb_keycode_t>(key);
+    }
+    return 0;
+  }
+
+ private:
+  [[nodiscard]] const xcb_keysym_t* symbolsOf(unsigned key) const {
+    const int index = static_cast<int>(key) - firstKey_;
+    return index < 0 || index >= keys_ ? nullptr : symbols_ + std::ptrdiff_t{index} * perKey_;
+  }
+
+  const xcb_keysym_t* symbols_;
+  int perKey_;
+  int keys_;
+  int firstKey_;
+  const std::uint8_t* modifiers_;
+  int perRow_;
+};
+
+/// The first modifier with a key that makes one of the symbols.
+std::uint8_t maskOf(const Answers& answers, std::initializer_list<xcb_keysym_t> symbols) {
+  for (int row = 0; row < kRows; ++row) {
+    const KeySet keys = answers.row(row);
+    for (unsigned key = 0; key < keys.size(); ++key) {
+      if (keys[key] && answers.makes(key, symbols)) return static_cast<std::uint8_t>(1U << row);
+    }
+  }
+  return 0;
+}
+
+ModifierMasks masksOf(const Answers& answers) {
+  const auto fixed = [&](int row) {
+    return static_cast<std::uint8_t>(answers.row(row).any() ? 1U << row : 0U);
+  };
+  ModifierMasks masks;
+  masks.shift = fixed(XCB_MAP_INDEX_SHIFT);
+  masks.control = fixed(XCB_MAP_INDEX_CONTROL);
+  masks.alt = maskOf(answers, {XK_Alt_L, XK_Alt_R});
+  masks.super = maskOf(answers, {XK_Super_L, XK_Super_R});
+  const unsigned locks = fixed(XCB_MAP_INDEX_LOCK) | maskOf(answers, {XK_Num_Lock}) |
+                         maskOf(answers, {XK_Scroll_Lock});
+  // A lock that shares its bit with one of these cannot be told from it.
+  const unsigned wanted = masks.shift | masks.control | masks.alt | masks.super;
+  masks.locks = static_cast<std::uint8_t>(locks & ~wanted);
+  return masks;
+}
+
+KeyboardMap mapOf(const Answers& answers) {
+  KeyboardMap map;
+  map.masks = masksOf(answers);
+  for (int row = 0; row < kRows; ++row) {
+    map.modifiers |= answers.row(row);
+    if ((map.masks.locks >> row & 1U) == 0) map.heldModifiers |= answers.row(row);
+  }
+  const KeySet controls = answers.row(XCB_MAP_INDEX_CONTROL);
+  for (unsigned key = 0; key < controls.size() && map.control == 0; ++key) {
+    if (controls[key]) map.control = static_cast<xcb_keycode_t>(key);
+  }
+  map.insert = answers.keyFor(XK_Insert);
+  return map;
+}
+
+}  // namespace
+
+KeyboardMapRequest::KeyboardMapRequest(xcb_connection_t* xcb, xcb_input_device_id_t keyboard)
+    : xcb_(xcb), firstKey_(xcb_get_setup(xcb)->min_keycode) {
+  const auto device = static_cast<std::uint8_t>(keyboard);
+  const int count = xcb_get_setup(xcb)->max_keycode - firstKey_ + 1;
+  symbols_ =
+      xcb_input_get_device_key_mapping(xcb, device, firstKey_, static_cast<std::uint8_t>(count));
+  modifiers_ = xcb_input_get_device_modifier_mapping(xcb, device);
+}
+
+std::optional<KeyboardMap> KeyboardMapRequest::map() const {
+  const auto symbols = freed(xcb_input_get_device_key_mapping_reply(xcb_, symbols_, nullptr));
+  const auto modifiers =
+      freed(xcb_input_get_device_modifier_mapping_reply(xcb_, modifiers_, nullptr));
+  if (!symbols || !modifiers) return {};
+  return mapOf(Answers(*symbols, *modifiers, firstKey_));
+}
+
+}  // namespace seldial::platform::x11

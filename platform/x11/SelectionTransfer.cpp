@@ -1,0 +1,82 @@
+#include "platform/x11/SelectionTransfer.h"
+
+#include <utility>
+
+namespace seldial::platform::x11 {
+namespace {
+
+constexpr std::size_t kMostBytes = std::size_t{256} * 1024 * 1024;
+
+/// How long an owner may pause between two pieces.
+constexpr std::chrono::seconds kPatience{1};
+
+}  // namespace
+
+SelectionTransfer::SelectionTransfer(Connection& connection, EventPump& pump)
+    : connection_(connection), pump_(pump), window_(xcb_generate_id(connection.xcb())) {
+  const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+  xcb_create_window(connection_.xcb(), XCB_COPY_FROM_PARENT, window_, connection_.root(), -1, -1, 1,
+                    1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
+                    &events);
+  pump_.add(*this);
+}
+
+SelectionTransfer::~SelectionTransfer() {
+  pump_.remove(*this);
+  xcb_destroy_window(connection_.xcb(), window_);
+}
+
+std::optional<SelectionAnswer> SelectionTransfer::ask(xcb_atom_t selection, xcb_atom_t target,
+                                                      EventPump::Clock::time_point deadline) {
+  target_ = target;
+  answered_.reset();
+  // Whatever time the owner took the selection at: it is the one of now that is meant.
+  xcb_convert_selection(connection_.xcb(), window_, selection, target, target, XCB_CURRENT_TIME);
+  if (!pump_.serveUntil(deadline, [this] { return answered_.has_value(); })) return {};
+  if (*answered_ == XCB_ATOM_NONE) return SelectionAnswer{};
+  pieceCame_ = false;  // the property that announces pieces is none itself
+  auto answer = takeProperty();
+  return answer && answer->type == connection_.atoms().incr ? takePieces() : answer;
+}
+
+/// Takes what the owner put there; that the property vanishes asks for the next piece.
+std::optional<SelectionAnswer> SelectionTransfer::takeProperty() {
+  auto* const xcb = connection_.xcb();
+  const auto cookie =
+      xcb_get_property(xcb, 1, window_, *answered_, XCB_ATOM_ANY, 0, kMostBytes / 4);
+  const auto reply = freed(xcb_get_property_reply(xcb, cookie, nullptr));
+  if (!reply || reply->bytes_after != 0) return {};
+  return SelectionAnswer{reply->type,
+                         {static_cast<const char*>(xcb_get_property_value(reply.get())),
+                          static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))}};
+}
+
+std::optional<SelectionAnswer> SelectionTransfer::takePieces() {
+  SelectionAnswer whole;
+  for (;;) {
+    const auto deadline = EventPump::Clock::now() + kPatience;
+    if (!pump_.serveUntil(deadline, [this] { return std::exchange(pieceCame_, false); })) return {};
+    const auto piece = takeProperty();
+    if (!piece || piece->bytes.size() > kMostBytes - whole.bytes.size()) return {};
+    if (piece->type == XCB_ATOM_NONE) continue;  // it came in two parts, and both were taken before
+    if (whole.type == XCB_ATOM_NONE) whole.type = piece->type;
+    if (piece->bytes.empty()) return whole;
+    whole.bytes += piece->bytes;
+  }
+}
+
+bool SelectionTransfer::handle(const xcb_generic_event_t& event) {
+  if (kindOf(event) == XCB_SELECTION_NOTIFY) {
+    const auto& notify = as<xcb_selection_notify_event_t>(event);
+    if (notify.requestor != window_ || notify.target != target_) return false;
+    answered_ = notify.property;
+    return true;
+  }
+  if (kindOf(event) != XCB_PROPERTY_NOTIFY) return false;
+  const auto& change = as<xcb_property_notify_event_t>(event);
+  if (change.window != window_) return false;
+  if (change.state == XCB_PROPERTY_NEW_VALUE && answered_ == change.atom) pieceCame_ = true;
+  return true;
+}
+
+}  // namespace seldial::platform::x11

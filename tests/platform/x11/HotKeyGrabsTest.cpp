@@ -1,0 +1,301 @@
+// Hot keys under a real X server, pressed on a physical keyboard of it.
+#include <xcb/xcb.h>
+
+#include "platform/ModifierFlags.h"
+#include "tests/desktop/Xcb.h"
+#include "tests/platform/x11/X11Test.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+using HotKeyGrabs = X11Test;
+
+/// Another program that holds combinations.
+class ForeignGrabs {
+ public:
+  explicit ForeignGrabs(const std::string& display) : connection_(connectTo(display)) {}
+  ~ForeignGrabs() { xcb_disconnect(connection_); }
+  ForeignGrabs(const ForeignGrabs&) = delete;
+  ForeignGrabs& operator=(const ForeignGrabs&) = delete;
+
+  /// Whether the server let us have it.
+  bool take(std::uint8_t key, std::uint16_t modifiers) {
+    const auto cookie = xcb_grab_key_checked(connection_, 0, rootOf(connection_), modifiers, key,
+                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    return freed(xcb_request_check(connection_, cookie)) == nullptr;
+  }
+
+ private:
+  xcb_connection_t* connection_;
+};
+
+TEST_F(HotKeyGrabs, FiresOnceOnReleaseNotOnPress) {
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  keyboard.press(kControlAltKeys);
+  keyboard.press(kKeyD);
+  port.settle();
+  EXPECT_EQ(port.releases().size(), 0U);
+  keyboard.release(kKeyD);
+  port.waitForReleases(1);
+  keyboard.release(kControlAltKeys);
+  port.settle();
+  EXPECT_EQ(port.releases().size(), 1U);
+}
+
+TEST_F(HotKeyGrabs, FiresWhateverIsReleasedFirst) {
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  const std::vector<std::vector<std::uint8_t>> orders{{kKeyD, kKeyLeftControl, kKeyLeftAlt},
+                                                      {kKeyLeftControl, kKeyLeftAlt, kKeyD},
+                                                      {kKeyLeftAlt, kKeyD, kKeyLeftControl}};
+  for (std::size_t i = 0; i < orders.size(); ++i) {
+    keyboard.press(kControlAltKeys);
+    keyboard.press(kKeyD);
+    keyboard.release(orders[i]);
+    port.waitForReleases(i + 1);
+    port.settle();
+    EXPECT_EQ(port.releases().size(), i + 1);
+  }
+}
+
+TEST_F(HotKeyGrabs, FiresUnderEveryStateOfTheLocks) {
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  std::size_t uses = 0;
+  // A Gray code: one lock key is tapped at a time, and all four states are passed.
+  for (const auto lock : {kKeyCapsLock, kKeyNumLock, kKeyCapsLock, kKeyNumLock}) {
+    keyboard.tap(lock);
+    useHotKey();
+    port.waitForReleases(++uses);
+  }
+  EXPECT_EQ(keyboard.modifiers(), 0U);
+  port.settle();
+  EXPECT_EQ(port.releases().size(), uses);
+}
+
+TEST_F(HotKeyGrabs, FiresWhileALockOnAnotherModifierIsOn) {
+  // ScrollLock on a modifier of its own is not among the usual four variants.
+  useLayout("scroll-lock.xkb");
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  keyboard.tap(kKeyScrollLock);
+  ASSERT_NE(keyboard.modifiers(), 0U);
+  useHotKey();
+  port.waitForReleases(1);
+  keyboard.tap(kKeyScrollLock);
+}
+
+TEST_F(HotKeyGrabs, AKeyHeldLongFiresOnceAndRepeatsNothing) {
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  keyboard.press(kControlAltKeys);
+  keyboard.hold(kKeyD, std::chrono::milliseconds(1500));
+  keyboard.release(kControlAltKeys);
+  port.waitForReleases(1);
+  port.settle();
+  EXPECT_EQ(port.releases().size(), 1U);
+}
+
+TEST_F(HotKeyGrabs, OtherChordsOfTheSameKeyDoNotFire) {
+  const XClient client(server.display());
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  keyboard.tap(kKeyD);
+  keyboard.press({kKeyLeftControl, kKeyD});
+  keyboard.release({kKeyD, kKeyLeftControl});
+  keyboard.press({kKeyLeftShift, kKeyLeftControl, kKeyLeftAlt, kKeyD});
+  keyboard.release({kKeyD, kKeyLeftAlt, kKeyLeftControl, kKeyLeftShift});
+  client.waitForRelease(kKeyLeftShift);
+  port.settle();
+  EXPECT_EQ(port.releases().size(), 0U);
+}
+
+TEST_F(HotKeyGrabs, TheApplicationDoesNotSeeTheHotKey) {
+  const XClient client(server.display());
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  useHotKey();
+  port.waitForReleases(1);
+  client.waitForRelease(kKeyLeftAlt);
+  for (const auto& record : client.keys()) EXPECT_NE(record.key, kKeyD);
+}
+
+TEST_F(HotKeyGrabs, EachModifierIsTheOneThatCarriesIt) {
+  const std::vector<std::pair<std::uint32_t, std::uint8_t>> modifiers{
+      {kHotKeyControl, kKeyRightControl},
+      {kHotKeyShift, kKeyLeftShift},
+      {kHotKeyOption, kKeyLeftAlt},
+      {kHotKeyCommand, kKeyLeftSuper}};
+  std::size_t uses = 0;
+  for (const auto& [modifier, key] : modifiers) {
+    const auto ref = port.registerHotKey(kVirtualD, modifier, key);
+    ASSERT_TRUE(ref);
+    keyboard.press({key, kKeyD});
+    keyboard.release({kKeyD, key});
+    port.waitForReleases(++uses);
+    EXPECT_EQ(port.releases().back().hotKeyID.id, key);
+    port.unregisterHotKey(*ref);
+  }
+}
+
+TEST_F(HotKeyGrabs, ABareKeyCanBeAHotKey) {
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, 0));
+  keyboard.tap(kKeyD);
+  port.waitForReleases(1);
+}
+
+TEST_F(HotKeyGrabs, TheReleaseTellsWhereWhenAndWhatIsStillHeld) {
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt, 77));
+  keyboard.movePointer(123, 45);
+  keyboard.press(kControlAltKeys);
+  keyboard.press(kKeyD);
+  keyboard.release({kKeyLeftControl, kKeyD, kKeyLeftAlt});
+  port.waitForReleases(1);
+  const auto release = port.releases().front();
+  EXPECT_EQ(release.hotKeyID.id, 77U);
+  EXPECT_EQ(release.locationX, 123);
+  EXPECT_EQ(release.locationY, 45);
+  EXPECT_EQ(release.modifierFlags, kModifierFlagOption);
+  EXPECT_GT(release.timestamp, 0);
+}
+
+TEST_F(HotKeyGrabs, AnUnregisteredHotKeyIsTheApplicationsAgain) {
+  const XClient client(server.display());
+  const auto ref = port.registerHotKey(kVirtualD, kControlAlt);
+  ASSERT_TRUE(ref);
+  port.unregisterHotKey(*ref);
+  useHotKey();
+  client.waitForRelease(kKeyD);
+  port.settle();
+  EXPECT_EQ(port.releases().size(), 0U);
+}
+
+TEST_F(HotKeyGrabs, ACombinationThatWasGivenBackCanBeTakenAgain) {
+  const auto ref = port.registerHotKey(kVirtualD, kControlAlt);
+  ASSERT_TRUE(ref);
+  EXPECT_FALSE(port.registerHotKey(kVirtualD, kControlAlt));
+  port.unregisterHotKey(*ref);
+  EXPECT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+}
+
+TEST_F(HotKeyGrabs, AKeyThatIsDownWhenItIsRegisteredFiresWithItsNextPress) {
+  keyboard.press(kControlAltKeys);
+  keyboard.press(kKeyD);
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  keyboard.release(kKeyD);
+  port.settle();
+  EXPECT_EQ(port.releases().size(), 0U);
+  keyboard.tap(kKeyD);
+  port.waitForReleases(1);
+  keyboard.release(kControlAltKeys);
+}
+
+TEST_F(HotKeyGrabs, TwoHotKeysOnOneKeyAreToldApart) {
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kHotKeyControl, 1));
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt, 2));
+  useHotKey();
+  port.waitForReleases(1);
+  EXPECT_EQ(port.releases()[0].hotKeyID.id, 2U);
+  keyboard.press({kKeyLeftControl, kKeyD});
+  keyboard.release({kKeyD, kKeyLeftControl});
+  port.waitForReleases(2);
+  EXPECT_EQ(port.releases()[1].hotKeyID.id, 1U);
+}
+
+TEST_F(HotKeyGrabs, WhatIsNoKeyIsRefused) {
+  for (const std::uint32_t code : {52U, 63U, 66U, 127U, 128U, 65534U}) {
+    EXPECT_FALSE(port.registerHotKey(code, kControlAlt)) << code;
+  }
+}
+
+TEST_F(HotKeyGrabs, ModifierAndLockKeysAreRefused) {
+  for (std::uint32_t code = 54; code <= 62; ++code) {
+    EXPECT_FALSE(port.registerHotKey(code, 0)) << code;
+  }
+  EXPECT_FALSE(port.registerHotKey(kVirtualNumLock, kControlAlt));
+}
+
+TEST_F(HotKeyGrabs, TheCopyKeystrokeIsRefusedButItsKeyIsNot) {
+  EXPECT_FALSE(port.registerHotKey(kVirtualInsert, kHotKeyControl));
+  EXPECT_TRUE(port.registerHotKey(kVirtualInsert, kControlAlt));
+  EXPECT_TRUE(port.registerHotKey(kVirtualC, kHotKeyControl));
+}
+
+TEST_F(HotKeyGrabs, AModifierThatNoKeyCarriesIsRefused) {
+  useLayout("no-super.xkb");
+  EXPECT_FALSE(port.registerHotKey(kVirtualD, kHotKeyCommand));
+  EXPECT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+}
+
+TEST_F(HotKeyGrabs, ACombinationThatAnotherProgramHoldsIsRefused) {
+  ForeignGrabs other(server.display());
+  ASSERT_TRUE(other.take(kKeyD, kStateControl | kStateAlt));
+  EXPECT_FALSE(port.registerHotKey(kVirtualD, kControlAlt));
+  EXPECT_TRUE(port.registerHotKey(kVirtualD, kHotKeyControl));
+}
+
+TEST_F(HotKeyGrabs, ACombinationHeldInOneStateOfTheLocksIsRefusedAndNothingOfItKept) {
+  ForeignGrabs other(server.display());
+  ASSERT_TRUE(other.take(kKeyD, kStateControl | kStateAlt | kStateNumLock));
+  EXPECT_FALSE(port.registerHotKey(kVirtualD, kControlAlt));
+  port.settle();
+  for (const unsigned locks : {0U, kStateLock, kStateLock | kStateNumLock}) {
+    EXPECT_TRUE(other.take(kKeyD, static_cast<std::uint16_t>(kStateControl | kStateAlt | locks)));
+  }
+}
+
+TEST_F(HotKeyGrabs, FiresUnderAnotherLayoutAndItsSecondGroup) {
+  for (const std::string layout : {"de", "fr", "ru", "us,ru"}) {
+    ASSERT_EQ(server.run({"setxkbmap", "-option", "grp:menu_toggle", layout}), 0);
+    const auto ref = port.registerHotKey(kVirtualD, kControlAlt);
+    ASSERT_TRUE(ref) << layout;
+    const auto before = port.releases().size();
+    keyboard.tap(kKeyMenu);
+    useHotKey();
+    port.waitForReleases(before + 1);
+    port.unregisterHotKey(*ref);
+  }
+}
+
+TEST_F(HotKeyGrabs, StaysRegisteredWhenTheLayoutChanges) {
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  for (const std::string layout : {"dvorak", "ru", "us"}) {
+    ASSERT_EQ(server.run({"setxkbmap", layout}), 0);
+    const auto before = port.releases().size();
+    useHotKey();
+    port.waitForReleases(before + 1);
+  }
+}
+
+TEST_F(HotKeyGrabs, FollowsAModifierThatMovesToAnotherBit) {
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kHotKeyCommand));
+  useLayout("super-on-mod3.xkb");
+  port.settle();
+  keyboard.press({kKeyLeftSuper, kKeyD});
+  keyboard.release({kKeyD, kKeyLeftSuper});
+  port.waitForReleases(1);
+}
+
+TEST_F(HotKeyGrabs, ComesBackWithTheModifierThatALayoutLacked) {
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kHotKeyCommand));
+  ::testing::internal::CaptureStderr();
+  useLayout("no-super.xkb");
+  port.settle();
+  port.settle();
+  EXPECT_NE(::testing::internal::GetCapturedStderr(), "");
+  ASSERT_EQ(server.run({"setxkbmap", "us"}), 0);
+  port.settle();
+  keyboard.press({kKeyLeftSuper, kKeyD});
+  keyboard.release({kKeyD, kKeyLeftSuper});
+  port.waitForReleases(1);
+}
+
+TEST_F(HotKeyGrabs, FiresAgainAfterAnotherProgramsMenuHadTheKeyboard) {
+  XClient client(server.display());
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  client.grabKeyboard(true);
+  useHotKey();
+  client.waitForRelease(kKeyD);
+  client.grabKeyboard(false);
+  useHotKey();
+  port.waitForReleases(1);
+  port.settle();
+  EXPECT_EQ(port.releases().size(), 1U);
+}
+
+}  // namespace
+}  // namespace seldial::platform::x11

@@ -1,0 +1,68 @@
+// A desktop with nothing on it but the ports under test and a user's keyboard.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "tests/desktop/Keyboard.h"
+#include "tests/desktop/Keys.h"
+#include "tests/desktop/XClient.h"
+#include "tests/desktop/XServer.h"
+#include "tests/platform/x11/X11Port.h"
+
+namespace seldial::platform::x11 {
+
+using namespace desktop;  // NOLINT: the tests speak of the desktop's things by their short names
+using KeySetSeen = std::set<std::uint8_t>;
+
+/// Virtual key codes.
+enum VirtualKey : std::uint32_t {
+  kVirtualD = 2,
+  kVirtualF = 3,
+  kVirtualC = 8,
+  kVirtualNumLock = 71,
+  kVirtualInsert = 114,
+};
+
+constexpr std::uint32_t kControlAlt = kHotKeyControl | kHotKeyOption;
+const std::vector<std::uint8_t> kControlAltKeys{kKeyLeftControl, kKeyLeftAlt};
+
+class X11Test : public ::testing::Test {
+ protected:
+  explicit X11Test(const std::vector<std::string>& serverArguments = {})
+      : server(serverArguments), keyboard(server.display()), port(server.display()) {}
+
+  /// Whatever a test did: no key may be stuck on any keyboard.
+  void TearDown() override {
+    if (!serverLives) return;
+    port.settle();
+    EXPECT_EQ(keyboard.down(), KeySetSeen{});
+    EXPECT_EQ(keyboard.physicallyDown(), KeySetSeen{});
+    EXPECT_EQ(keyboard.typedDown(), KeySetSeen{});
+    EXPECT_EQ(keyboard.modifiers(), 0U);
+    EXPECT_EQ(port.connectionsLost(), 0);
+  }
+
+  void killServer() {
+    serverLives = false;
+    server.kill();
+  }
+
+  /// Gives every keyboard the layout in that file of the test data.
+  void useLayout(const std::string& file) {
+    ASSERT_EQ(server.run({"xkbcomp", "-w0", SELDIAL_TEST_DATA "/" + file, server.display()}), 0);
+  }
+
+  /// The user uses Ctrl+Alt+D.
+  void useHotKey() {
+    keyboard.press(kControlAltKeys);
+    keyboard.tap(kKeyD);
+    keyboard.release(kControlAltKeys);
+  }
+
+  XServer server;
+  Keyboard keyboard;
+  X11Port port;
+  bool serverLives = true;
+};
+
+}  // namespace seldial::platform::x11
