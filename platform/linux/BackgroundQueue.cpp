@@ -46,19 +46,28 @@ class BlockedSignals {
 }  // namespace
 
 void ThreadPerTaskQueue::async(Task task) {
-  const std::lock_guard lock(mutex_);
-  if (!idle_.empty()) {
-    auto* const thread = idle_.back();
-    idle_.pop_back();
-    thread->task = std::move(task);
-    thread->wakeUp.notify_one();  // under the lock: the thread may leave as soon as it is free
+  if (const auto seat = handOver(task)) {
+    seat->wakeUp.notify_one();  // without the lock, which the thread takes as soon as it runs
     return;
   }
-  waiting_.push_back(std::move(task));
   if (!startThread()) {
     // The task waits for a thread that becomes free. Nobody else could act on this.
     std::fprintf(stderr, "seldial: no thread for a background task: %s\n", std::strerror(errno));
   }
+}
+
+/// Gives the task to an idle thread, and returns where to wake it up; null when there is none: then
+/// the task waits for the thread that will be started.
+std::shared_ptr<ThreadPerTaskQueue::Seat> ThreadPerTaskQueue::handOver(Task& task) {
+  const std::lock_guard lock(mutex_);
+  if (idle_.empty()) {
+    waiting_.push_back(std::move(task));
+    return nullptr;
+  }
+  auto seat = std::move(idle_.back());
+  idle_.pop_back();
+  seat->task = std::move(task);
+  return seat;
 }
 
 void ThreadPerTaskQueue::after(std::chrono::nanoseconds delay, Task task) {
@@ -86,25 +95,25 @@ void* ThreadPerTaskQueue::threadMain(void* queue) {
 }
 
 void ThreadPerTaskQueue::runTasks() {
-  while (Task task = nextTask()) {
+  const auto seat = std::make_shared<Seat>();
+  while (Task task = nextTask(seat)) {
     task();
   }
   malloc_trim(0);  // a quiet moment: what a burst of tasks left behind goes back to the system
 }
 
 /// The next task for the calling thread; empty when it has waited in vain.
-ThreadPerTaskQueue::Task ThreadPerTaskQueue::nextTask() {
+ThreadPerTaskQueue::Task ThreadPerTaskQueue::nextTask(const std::shared_ptr<Seat>& seat) {
   std::unique_lock lock(mutex_);
   if (!waiting_.empty()) {
     Task task = std::move(waiting_.front());
     waiting_.pop_front();
     return task;
   }
-  IdleThread self;
-  idle_.push_back(&self);
-  self.wakeUp.wait_for(lock, kIdleTime, [&self] { return static_cast<bool>(self.task); });
-  if (!self.task) idle_.erase(std::find(idle_.begin(), idle_.end(), &self));
-  return std::move(self.task);
+  idle_.push_back(seat);
+  seat->wakeUp.wait_for(lock, kIdleTime, [&seat] { return static_cast<bool>(seat->task); });
+  if (!seat->task) idle_.erase(std::find(idle_.begin(), idle_.end(), seat));
+  return std::exchange(seat->task, nullptr);
 }
 
 }  // namespace linux_port

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -20,21 +21,23 @@ class ThreadPerTaskQueue final : public BackgroundQueue {
   void after(std::chrono::nanoseconds delay, Task task) override;
 
  private:
-  /// A thread without a task. It lives on that thread's stack.
-  struct IdleThread {
+  /// Where a thread of this queue waits for its next task. Shared with the one that wakes it up,
+  /// who may be slower than the thread.
+  struct Seat {
     std::condition_variable wakeUp;
     Task task;  ///< empty until async() hands one over
   };
 
   static void* threadMain(void* queue);
   void runTasks();
-  Task nextTask();
+  Task nextTask(const std::shared_ptr<Seat>& seat);
+  std::shared_ptr<Seat> handOver(Task& task);
   bool startThread();
 
   std::mutex mutex_;  ///< guards everything below
   /// Threads that wait for a task; the last one to become idle is the first to get one, so that
   /// the others can leave, and because its memory is still in the cache.
-  std::vector<IdleThread*> idle_;
+  std::vector<std::shared_ptr<Seat>> idle_;
   std::deque<Task> waiting_;  ///< tasks for which no thread could be made; normally empty
 };
 
