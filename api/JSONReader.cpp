@@ -52,17 +52,20 @@ class Builder final : public nlohmann::json_sax<Parser> {
   }
 
  private:
-  JSONValue& place(JSONValue value) {
-    if (open_.empty()) return root = std::move(value);
-    if (auto* array = open_.back()->array()) return array->emplace_back(std::move(value));
-    return *member_ = std::move(value);
+  // Where the next value belongs.
+  JSONValue& place() {
+    if (open_.empty()) return root;
+    if (auto* array = open_.back()->array()) return array->emplace_back();
+    return *member_;
   }
   bool scalar(JSONValue value) {
-    place(std::move(value));
+    place() = std::move(value);
     return !open_.empty();  // alone at the top level it is no text of ours
   }
   bool open(JSONValue container) {
-    open_.push_back(&place(std::move(container)));
+    JSONValue& opened = place();
+    opened = std::move(container);
+    open_.push_back(&opened);
     return true;
   }
   bool close() {

@@ -16,17 +16,18 @@ JSONValue::JSONValue(JSONDictionary value)
     : content_(std::make_unique<JSONDictionary>(std::move(value))) {}
 JSONValue::JSONValue(JSONArray value) : content_(std::make_unique<JSONArray>(std::move(value))) {}
 
-JSONValue::JSONValue(JSONValue&& other) noexcept
-    : content_(std::exchange(other.content_, Content{})) {}
+JSONValue::JSONValue(JSONValue&& other) noexcept : content_(std::move(other.content_)) {
+  other.content_.emplace<std::monostate>();
+}
 
 JSONValue& JSONValue::operator=(const JSONValue& other) {
   return *this = JSONValue(other);
 }
 
 JSONValue& JSONValue::operator=(JSONValue&& other) noexcept {
-  // `other` may lie inside what this value holds so far, which therefore lives until the end.
-  const JSONValue before(std::move(*this));
-  content_ = std::exchange(other.content_, Content{});
+  // Taken first: `other` may lie inside what this value holds so far.
+  JSONValue taken(std::move(other));
+  content_.swap(taken.content_);
   return *this;
 }
 
@@ -72,7 +73,12 @@ void JSONValue::copyLevel(const JSONValue& from, std::vector<Copying>& deeper) {
   }
 }
 
+bool JSONValue::isContainer() const {
+  return dictionary() != nullptr || array() != nullptr;
+}
+
 JSONValue::~JSONValue() {
+  if (!isContainer()) return;
   std::vector<JSONValue> nested;
   takeContainers(nested);
   while (!nested.empty()) {
@@ -84,9 +90,7 @@ JSONValue::~JSONValue() {
 
 void JSONValue::takeContainers(std::vector<JSONValue>& taken) {
   const auto take = [&taken](JSONValue& value) {
-    if (value.dictionary() != nullptr || value.array() != nullptr) {
-      taken.push_back(std::move(value));
-    }
+    if (value.isContainer()) taken.push_back(std::move(value));
   };
   if (auto* members = dictionary()) {
     for (auto& member : *members) take(member.second);

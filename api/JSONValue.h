@@ -62,6 +62,7 @@ class JSONValue {
                    std::unique_ptr<JSONDictionary>, std::unique_ptr<JSONArray>>;
   struct Copying;
 
+  [[nodiscard]] bool isContainer() const;
   void copyLevel(const JSONValue& from, std::vector<Copying>& deeper);
   void takeContainers(std::vector<JSONValue>& taken);
 

@@ -80,7 +80,7 @@ std::shared_ptr<QKHotKey> QKHotKeyCenter::registerHotKey(const std::shared_ptr<Q
   return hotKey;
 }
 
-void QKHotKeyCenter::unregisterHotKey(std::shared_ptr<QKHotKey> hotKey) {
+void QKHotKeyCenter::unregisterHotKey(const std::shared_ptr<QKHotKey>& hotKey) {
   unregister(*hotKey);
 }
 

@@ -47,7 +47,7 @@ class QKHotKeyCenter {
 
   /// Gives the record's combination back, if it holds one, and drops the record or its equal from
   /// the registry.
-  void unregisterHotKey(std::shared_ptr<QKHotKey> hotKey);
+  void unregisterHotKey(const std::shared_ptr<QKHotKey>& hotKey);
 
   void unregisterHotKeysMatching(const Test& test);
   void unregisterHotKeysWithTarget(const QKHotKeyTarget* target);

@@ -57,14 +57,14 @@ TEST(JSONValue, CanBeAssignedAPartOfItself) {
   EXPECT_EQ(*value.text(), "inner");
 }
 
-TEST(JSONValue, FiveMillionLevelsAreCopied) {
+TEST(JSONValue, HalfAMillionLevelsAreCopied) {
   const auto original = readJSON(nestedArrays(kDeep));
   ASSERT_TRUE(original);
   const JSONValue copy = *original;
   EXPECT_TRUE(writeJSON(*copy.dictionary()) == nestedArrays(kDeep));
 }
 
-TEST(JSONValue, FiveMillionLevelsAreOverwritten) {
+TEST(JSONValue, HalfAMillionLevelsAreOverwritten) {
   auto value = readJSON(nestedArrays(kDeep));
   ASSERT_TRUE(value);
   *value = JSONValue(1);

@@ -102,7 +102,7 @@ TEST(JSONWriter, ANumberThatIsNotFiniteIsAFailure) {
   EXPECT_EQ(writeJSON({{"a", std::numeric_limits<double>::infinity()}}), std::nullopt);
 }
 
-TEST(JSONWriter, FiveMillionLevelsAreWritten) {
+TEST(JSONWriter, HalfAMillionLevelsAreWritten) {
   const std::string text = nestedArrays(kDeep);
   const auto value = readJSON(text);
   ASSERT_TRUE(value);

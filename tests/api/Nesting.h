@@ -5,8 +5,11 @@
 
 namespace seldial {
 
-/// Deeper than the stack of any thread.
-inline constexpr std::size_t kDeep = 5'000'000;
+/// Deeper than a recursion into it can go on any thread's stack.
+inline constexpr std::size_t kDeep = 500'000;
+
+/// The deepest that a hostile client was ever thought of sending.
+inline constexpr std::size_t kFiveMillion = 5'000'000;
 
 /// {"a":[[...]]} with that many arrays.
 inline std::string nestedArrays(std::size_t depth) {

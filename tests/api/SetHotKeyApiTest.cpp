@@ -131,11 +131,11 @@ TEST(SetHotKeyApi, WhatIsNoJSONObjectGivesTheDefaultRecord) {
 }
 
 TEST(SetHotKeyApi, FiveMillionOpenBracketsGiveTheDefaultRecord) {
-  expectDefaults(std::string(kDeep, '['));
+  expectDefaults(std::string(kFiveMillion, '['));
 }
 
 TEST(SetHotKeyApi, FiveMillionBalancedBracketsBesideTheCommandAreIgnored) {
-  std::string text = nestedArrays(kDeep);
+  std::string text = nestedArrays(kFiveMillion);
   text.insert(1, R"("command":"SetHotKey","virtualkey":19,)");
   const auto record = SetHotKeyApi::fromJSONString(text);
   EXPECT_EQ(record.Command, "SetHotKey");
