@@ -48,7 +48,7 @@ void AppDelegate::processUnixSocketInputString(const std::string& clientID) {
   log("Process Unix socket input string.");
   processInputString(UnixSocketInputString);
   UnixSocketConnetedClientId = "";
-  UnixSocketInputString = std::string();  // gives a long input's memory back
+  std::string().swap(UnixSocketInputString);  // gives the memory of a long input back, too
 }
 
 std::shared_ptr<GDUnixSocketEventsCS> AppDelegate::unixSocketEvents() {

@@ -1,6 +1,7 @@
 // Start and end of the real program.
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -19,16 +20,17 @@ TEST_F(Launch, WithoutArgumentsItPrintsTheBannerAndKeepsRunningUntilTerminated) 
   EXPECT_TRUE(seldial.isRunning());
   seldial.signal(SIGTERM);
   EXPECT_EQ(seldial.wait(), 0);
-  EXPECT_EQ(seldial.restOfOutput(), "");
-  EXPECT_EQ(seldial.restOfErrors(), "");
+  EXPECT_THAT(seldial.restOfLines(), testing::IsEmpty());
+  EXPECT_EQ(seldial.errors(), "");
 }
 
 TEST_F(Launch, TheReferenceFlagsPrintAndQuitWithoutASocket) {
   start({"-showapi", "/HELP", "-ChangeLog"});
   EXPECT_EQ(process->wait(), 0);
-  const std::string text = process->restOfOutput();
-  EXPECT_LT(text.find("usage:"), text.find("2018.11.01"));
-  EXPECT_LT(text.find("2018.11.01"), text.find("Log []->"));
+  const auto lines = process->restOfLines();
+  const auto usage = std::find(lines.begin(), lines.end(), "usage:");
+  const auto changeLog = std::find(usage, lines.end(), "2018.11.01");
+  EXPECT_NE(std::find(changeLog, lines.end(), "Log []->"), lines.end());
   EXPECT_FALSE(std::filesystem::exists(in));
 }
 
@@ -46,7 +48,7 @@ TEST_F(Launch, TheIncomingSocketIsReachableByItsOwnerAlone) {
   struct stat status {};
   ASSERT_EQ(stat(in.c_str(), &status), 0);
   EXPECT_TRUE(S_ISSOCK(status.st_mode));
-  EXPECT_EQ(status.st_mode & 0777U, 0U | S_IRUSR | S_IWUSR);
+  EXPECT_EQ(status.st_mode & (S_IRWXG | S_IRWXO), 0U);
 }
 
 TEST_F(Launch, TheSoftLimitOfDescriptorsIsTheHardOne) {
@@ -73,7 +75,6 @@ TEST_F(Launch, AStartThatCannotListenKeepsRunning) {
 
 TEST_F(Launch, ASecondProgramAtTheSamePathTakesItOver) {
   startListening();
-  std::optional<SeldialProcess> first;
   SeldialProcess second({"-log", "dialerpipename=" + in, "clientpipename=" + out});
   ASSERT_TRUE(second.waitForLine("listen ok"));
   sendCommand(in, {""});
@@ -117,7 +118,7 @@ TEST_F(Launch, AnUnreachableDisplayIsOneLineOnStandardErrorAndEveryRegistrationI
               IsHotkeyStateFalse("hotkey not set"));
   process->signal(SIGTERM);
   EXPECT_EQ(process->wait(), 0);
-  const std::string errors = process->restOfErrors();
+  const std::string errors = process->errors();
   EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
 }
 

@@ -25,6 +25,17 @@ class ProgramTest : public testing::Test {
     ASSERT_TRUE(process->waitForLine("listen ok"));
   }
 
+  /// As startListening(), without log lines: for what would be millions of them.
+  void startQuietly() {
+    start({});
+    ASSERT_TRUE(eventually([this] {
+      const int connection = connectTo(in);
+      if (connection != -1) close(connection);
+      return connection != -1;
+    }));
+    ASSERT_TRUE(client.nextMessage()) << "the answer to the empty connection";
+  }
+
   /// Sends one command and gives what comes back over the client's socket.
   std::optional<std::string> answerTo(const std::string& command) {
     sendCommand(in, {command});

@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
@@ -80,7 +81,9 @@ SeldialProcess::SeldialProcess(std::vector<std::string> arguments, const Options
   close(err[1]);
   output_ = out[0];
   errors_ = err[0];
+  stopReading_ = eventfd(0, EFD_CLOEXEC);
   if (failure != 0) throw std::runtime_error("cannot start " SELDIAL_PROGRAM);
+  reader_ = std::thread([this] { readOutput(); });
 }
 
 SeldialProcess::~SeldialProcess() {
@@ -90,28 +93,40 @@ SeldialProcess::~SeldialProcess() {
   }
   closeOutput();
   close(errors_);
+  close(stopReading_);
 }
 
-bool SeldialProcess::readMore() {
-  pollfd readable{output_, POLLIN, 0};
-  const auto limit = std::chrono::milliseconds(kPatience).count();
-  if (poll(&readable, 1, static_cast<int>(limit)) != 1) return false;
+/// Reads what is there and hands over the whole lines in it; false at the end.
+bool SeldialProcess::takeLines(std::string& unfinished) {
   char chunk[65536];
   const ssize_t count = read(output_, chunk, sizeof chunk);
-  if (count <= 0) return false;
-  buffer_.append(chunk, static_cast<std::size_t>(count));
-  return true;
+  const std::lock_guard lock(mutex_);
+  for (ssize_t i = 0; i < count; ++i) {
+    if (chunk[i] == '\n') {
+      lines_.push_back(std::exchange(unfinished, {}));
+    } else {
+      unfinished += chunk[i];
+    }
+  }
+  ended_ = count <= 0;
+  linesChanged_.notify_all();
+  return !ended_;
+}
+
+void SeldialProcess::readOutput() {
+  std::string unfinished;
+  pollfd descriptors[2] = {{output_, POLLIN, 0}, {stopReading_, POLLIN, 0}};
+  do {
+    poll(descriptors, 2, -1);
+  } while (descriptors[1].revents == 0 && takeLines(unfinished));
 }
 
 std::optional<std::string> SeldialProcess::nextLine() {
-  auto end = buffer_.find('\n');
-  while (end == std::string::npos) {
-    const auto searched = buffer_.size();
-    if (!readMore()) return {};
-    end = buffer_.find('\n', searched);
-  }
-  std::string line = buffer_.substr(0, end);
-  buffer_.erase(0, end + 1);
+  std::unique_lock lock(mutex_);
+  linesChanged_.wait_for(lock, kPatience, [this] { return ended_ || !lines_.empty(); });
+  if (lines_.empty()) return {};
+  std::string line = std::move(lines_.front());
+  lines_.pop_front();
   return line;
 }
 
@@ -122,16 +137,21 @@ bool SeldialProcess::waitForLine(const std::string& part) {
   return false;
 }
 
-std::string SeldialProcess::restOfOutput() {
-  return std::exchange(buffer_, {}) + readToEnd(output_);
+std::vector<std::string> SeldialProcess::restOfLines() {
+  std::vector<std::string> result;
+  while (auto line = nextLine()) result.push_back(std::move(*line));
+  return result;
 }
 
-std::string SeldialProcess::restOfErrors() {
+std::string SeldialProcess::errors() {
   return readToEnd(errors_);
 }
 
 void SeldialProcess::closeOutput() {
-  if (output_ != -1) close(std::exchange(output_, -1));
+  if (!reader_.joinable()) return;
+  eventfd_write(stopReading_, 1);
+  reader_.join();
+  close(output_);
 }
 
 void SeldialProcess::signal(int number) const {

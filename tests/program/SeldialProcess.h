@@ -4,9 +4,13 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <condition_variable>
+#include <deque>
 #include <functional>
+#include <mutex>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace seldial::program {
@@ -17,6 +21,7 @@ inline constexpr std::chrono::seconds kPatience{60};
 /// Looks at `condition` again and again until it holds; for what no event announces.
 bool eventually(const std::function<bool()>& condition);
 
+/// Its standard output is read all the time, so that it never stalls on a full pipe.
 class SeldialProcess {
  public:
   struct Options {
@@ -38,10 +43,13 @@ class SeldialProcess {
   /// Reads lines up to the first that contains `part`; false when there is none.
   bool waitForLine(const std::string& part);
 
-  /// Everything that is left on standard output and standard error up to their ends.
-  std::string restOfOutput();
-  std::string restOfErrors();
+  /// The lines that are left on standard output up to its end.
+  std::vector<std::string> restOfLines();
 
+  /// Everything on standard error up to its end.
+  std::string errors();
+
+  /// Makes the program's standard output a pipe that nobody reads any more.
   void closeOutput();
   void signal(int number) const;
 
@@ -55,13 +63,20 @@ class SeldialProcess {
   [[nodiscard]] int openDescriptors() const;
 
  private:
-  bool readMore();
+  void readOutput();
+  bool takeLines(std::string& unfinished);
 
   pid_t pid_ = -1;
   std::optional<int> status_;
   int output_ = -1;
   int errors_ = -1;
-  std::string buffer_;
+  int stopReading_ = -1;  ///< an eventfd
+
+  std::mutex mutex_;  ///< guards the lines, which the reader adds and the test takes
+  std::condition_variable linesChanged_;
+  std::deque<std::string> lines_;
+  bool ended_ = false;
+  std::thread reader_;
 };
 
 /// Connects to a socket path, sends `chunks` one after the other, and disconnects.
