@@ -96,6 +96,7 @@ void waitForEnd(pid_t process) {
 std::unique_ptr<ChildProcess> ChildProcess::start(std::vector<std::string> command, Events events,
                                                   std::string& error) {
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (std::string& argument : command) arguments.push_back(argument.data());
   arguments.push_back(nullptr);
   Pipe output;

@@ -26,10 +26,7 @@ class MessageListener::Receiver final : public GDUnixSocketServerDelegate,
 
   void unixSocketServerClientWithIDDidDisconnect(GDUnixSocketServer& /*server*/,
                                                  const std::string& clientID) override {
-    post([clientID](Receiver& self) {
-      self.events_.received(self.assembler_.finish(clientID));
-      self.events_.disconnected();
-    });
+    post([clientID](Receiver& self) { self.events_.received(self.assembler_.finish(clientID)); });
   }
 
   void unixSocketServerDidFailToReadForClientID(GDUnixSocketServer& /*server*/,

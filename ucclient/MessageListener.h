@@ -16,8 +16,7 @@ class MessageListener {
  public:
   struct Events {
     std::function<void()> connected;
-    std::function<void(const std::string& message)> received;
-    std::function<void()> disconnected;  ///< after received
+    std::function<void(const std::string& message)> received;  ///< its connection has ended
     std::function<void(const std::string& why)> failed;
   };
 

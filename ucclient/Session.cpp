@@ -56,7 +56,6 @@ bool Session::listenForMessages() {
   listener_ = MessageListener::listenAt(directory_->file("client"), mainThread_,
                                         {[this] { console_.onClientSocket("connected"); },
                                          [this](const std::string& message) { received(message); },
-                                         [this] { console_.onClientSocket("disconnected"); },
                                          [this](const std::string& why) { fail(why); }},
                                         error);
   if (!listener_) console_.trouble(error);
@@ -103,6 +102,7 @@ void Session::sendSetHotKey() {
 
 void Session::received(const std::string& text) {
   console_.received(text);
+  console_.onClientSocket("disconnected");  // which is how the message ended
   const Message message = messageFromJSON(text);
   switch (message.kind) {
     case Message::Kind::HotKeySet:
@@ -159,15 +159,6 @@ void Session::killDialerAfterLimit() {
     std::this_thread::sleep_for(limit);
     kill();
   }).detach();
-}
-
-template <class... Arguments>
-std::function<void(Arguments...)> Session::onMainThread(void (Session::*step)(Arguments...)) {
-  return [mainThread = mainThread_, weak = weak_from_this(), step](Arguments... arguments) {
-    mainThread->post([weak, step, arguments...] {
-      if (const auto self = weak.lock()) (self.get()->*step)(arguments...);
-    });
-  };
 }
 
 }  // namespace seldial

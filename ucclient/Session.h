@@ -44,7 +44,13 @@ class Session : public std::enable_shared_from_this<Session> {
 
   /// A function for any thread that runs `step` on the main thread, if the session exists then.
   template <class... Arguments>
-  std::function<void(Arguments...)> onMainThread(void (Session::*step)(Arguments...));
+  [[nodiscard]] auto onMainThread(void (Session::*step)(Arguments...)) {
+    return [mainThread = mainThread_, weak = weak_from_this(), step](Arguments... arguments) {
+      mainThread->post([weak, step, arguments...] {
+        if (const auto self = weak.lock()) (self.get()->*step)(arguments...);
+      });
+    };
+  }
 
   const Options options_;
   const Console console_;

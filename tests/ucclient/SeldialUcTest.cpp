@@ -30,6 +30,7 @@ TEST(SeldialUc, TheConversationIsShownInBothDirections) {
   client.expectLine("client ← connected");
   client.expectLine(
       R"(client ← {"failreason":"hotkey not set","response":"HotkeyState","result":false})");
+  client.expectLine("client ← disconnected");
   EXPECT_EQ(client.process().wait(), 1);
 }
 

@@ -1,0 +1,75 @@
+// The client itself with the real dialer on a desktop of its own.
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+#include "tests/desktop/Keyboard.h"
+#include "tests/desktop/Keys.h"
+#include "tests/desktop/XClient.h"
+#include "tests/desktop/XServer.h"
+#include "tests/ucclient/RunningClient.h"
+
+namespace seldial {
+namespace {
+
+class SeldialUcOnDesktop : public testing::Test {
+ protected:
+  /// Returns once the hot key is set.
+  void expectHotKey(RunningClient& client) {
+    client.expectLine(R"({"response":"HotkeyState","result":true})");
+    client.expectLine(
+        "Hot key ctrl+alt+d is set: select a number in any application and press it.");
+  }
+
+  void pressHotKey() const {
+    desktop::Keyboard keyboard(server_.display());
+    keyboard.press({desktop::kKeyLeftControl, desktop::kKeyLeftAlt, desktop::kKeyD});
+    keyboard.release({desktop::kKeyD, desktop::kKeyLeftAlt, desktop::kKeyLeftControl});
+  }
+
+  desktop::XServer server_;
+};
+
+TEST_F(SeldialUcOnDesktop, EachNumberIsShownAsItCameAndForPeople) {
+  desktop::XClientSettings settings;
+  settings.copy = desktop::answersWith("+31 20 123 4567\n");
+  const desktop::XClient editor(server_.display(), settings);
+  RunningClient client({"--delay", "100"}, server_.environment());
+  expectHotKey(client);
+  for (int use = 0; use < 2; ++use) {
+    pressHotKey();
+    client.expectLine(R"({"command":"MakeCall","number":"+31 20 123 4567\n"})");
+    client.expectLine(R"(Dial: +31 20 123 4567\u000a)");
+  }
+  client.process().signal(SIGTERM);
+  EXPECT_EQ(client.process().wait(), 0);
+  EXPECT_TRUE(client.directoryIsEmpty());
+}
+
+TEST_F(SeldialUcOnDesktop, AHotKeyThatIsTakenIsRefusedAndIsFreeAgainAfterwards) {
+  RunningClient holder({}, server_.environment());
+  expectHotKey(holder);
+  RunningClient second({}, server_.environment());
+  second.expectLine(R"({"failreason":"hotkey not set","response":"HotkeyState","result":false})");
+  (void)second.process().readLine();
+  EXPECT_EQ(second.process().wait(), 1);
+
+  holder.process().signal(SIGINT);
+  EXPECT_EQ(holder.process().wait(), 0);
+  RunningClient third({}, server_.environment());
+  expectHotKey(third);
+}
+
+TEST_F(SeldialUcOnDesktop, TheDialerThatLosesItsDesktopEndsTheClientWithStatus1) {
+  RunningClient client({}, server_.environment());
+  expectHotKey(client);
+  server_.kill();
+  std::string line = client.process().readLine();
+  while (line.rfind("seldial-uc: ", 0) != 0) line = client.process().readLine();
+  EXPECT_EQ(line, "seldial-uc: seldial ended with status 1");
+  EXPECT_EQ(client.process().wait(), 1);
+  EXPECT_TRUE(client.directoryIsEmpty());
+}
+
+}  // namespace
+}  // namespace seldial
