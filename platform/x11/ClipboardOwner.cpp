@@ -26,8 +26,7 @@ xcb_timestamp_t ClipboardOwner::serverTime() {
   now_ = XCB_CURRENT_TIME;
   xcb_change_property(xcb, XCB_PROP_MODE_APPEND, connection_.window(),
                       connection_.atoms().timestamp, XCB_ATOM_INTEGER, 32, 0, nullptr);
-  // The report comes before the reply to any later request.
-  freed(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+  connection_.synchronise();
   pump_.handleArrived();
   return now_;
 }

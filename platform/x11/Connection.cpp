@@ -48,6 +48,10 @@ Connection::~Connection() {
   xcb_disconnect(xcb_);
 }
 
+void Connection::synchronise() const {
+  freed(xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr));
+}
+
 // A round trip costs more than a request: everything that can be asked at once is.
 bool Connection::handshake() {
   root_ = xcb_setup_roots_iterator(xcb_get_setup(xcb_)).data->root;

@@ -37,6 +37,9 @@ class Connection {
   [[nodiscard]] const Atoms& atoms() const { return atoms_; }
   [[nodiscard]] bool lost() const { return xcb_connection_has_error(xcb_) != 0; }
 
+  /// Returns once the server has acted on every request and has sent every event before it.
+  void synchronise() const;
+
   /// The kind of every XKB event.
   [[nodiscard]] int xkbEvent() const { return xkbEvent_; }
   /// The extension number in every XInput 2 event.

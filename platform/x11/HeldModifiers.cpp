@@ -60,6 +60,7 @@ void HeldModifiers::settle(const KeySet& physical) {
 
 void HeldModifiers::payDebts() {
   settle({});
+  connection_.synchronise();  // what is under way when a connection is closed is not acted on
 }
 
 bool HeldModifiers::handle(const xcb_generic_event_t& event) {

@@ -58,7 +58,7 @@ std::optional<SelectionAnswer> SelectionTransfer::takePieces() {
     if (!pump_.serveUntil(deadline, [this] { return std::exchange(pieceCame_, false); })) return {};
     const auto piece = takeProperty();
     if (!piece || piece->bytes.size() > kMostBytes - whole.bytes.size()) return {};
-    if (piece->type == XCB_ATOM_NONE) continue;  // it came in two parts, and both were taken before
+    if (piece->type == XCB_ATOM_NONE) continue;  // was taken with the piece before
     if (whole.type == XCB_ATOM_NONE) whole.type = piece->type;
     if (piece->bytes.empty()) return whole;
     whole.bytes += piece->bytes;

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "tests/desktop/ChildProcess.h"
 #include "tests/desktop/Xcb.h"
 
 namespace seldial::desktop {
@@ -90,6 +91,37 @@ void Keyboard::release(const std::vector<std::uint8_t>& keys) {
 
 void Keyboard::movePointer(std::int16_t x, std::int16_t y) {
   xcb_warp_pointer(connection_, XCB_WINDOW_NONE, root_, 0, 0, 0, 0, x, y);
+  synchronise();
+}
+
+void Keyboard::waitForTypedDown(const std::set<std::uint8_t>& keys) const {
+  const auto deadline = std::chrono::steady_clock::now() + kLimit;
+  while (typedDown() != keys) {
+    if (std::chrono::steady_clock::now() > deadline) {
+      throw std::runtime_error("the typed keys did not come to the awaited state");
+    }
+  }
+}
+
+void Keyboard::focusFollowsPointer() {
+  xcb_set_input_focus(connection_, XCB_INPUT_FOCUS_NONE, XCB_INPUT_FOCUS_POINTER_ROOT,
+                      XCB_CURRENT_TIME);
+  synchronise();
+}
+
+void Keyboard::unplug() {
+  const xcb_input_detach_slave_t change{
+      XCB_INPUT_HIERARCHY_CHANGE_TYPE_DETACH_SLAVE, sizeof change / 4, physical_, {}};
+  xcb_input_xi_change_hierarchy(connection_, 1,
+                                reinterpret_cast<const xcb_input_hierarchy_change_t*>(&change));
+  synchronise();
+}
+
+void Keyboard::plugIn() {
+  const xcb_input_attach_slave_t change{XCB_INPUT_HIERARCHY_CHANGE_TYPE_ATTACH_SLAVE,
+                                        sizeof change / 4, physical_, master_};
+  xcb_input_xi_change_hierarchy(connection_, 1,
+                                reinterpret_cast<const xcb_input_hierarchy_change_t*>(&change));
   synchronise();
 }
 

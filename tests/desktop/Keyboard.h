@@ -34,10 +34,24 @@ class Keyboard {
   [[nodiscard]] std::set<std::uint8_t> physicallyDown() const { return downOn(physical_); }
   [[nodiscard]] std::set<std::uint8_t> typedDown() const { return downOn(typing_); }
 
+  /// Waits until exactly these keys are down on the keyboard through which programs type; throws
+  /// std::runtime_error after kLimit.
+  void waitForTypedDown(const std::set<std::uint8_t>& keys) const;
+
   /// The modifiers that applications see now, as kState bits.
   [[nodiscard]] unsigned modifiers() const;
 
   void movePointer(std::int16_t x, std::int16_t y);
+
+  /// No window has the focus: what is typed goes to the one under the pointer.
+  void focusFollowsPointer();
+
+  /// Takes the physical keyboard from the desktop, with the keys that it holds, or brings it back.
+  void unplug();
+  void plugIn();
+
+  /// The number by which setxkbmap -device knows the keyboard through which programs type.
+  [[nodiscard]] std::string typingDevice() const { return std::to_string(typing_); }
 
   /// Types through the XTEST keyboard, as another program would.
   void typeThroughXTest(std::uint8_t key, bool down);

@@ -21,6 +21,7 @@ enum Key : std::uint8_t {
   kKeyNumLock = 77,
   kKeyScrollLock = 78,
   kKeyRightControl = 105,
+  kKeyAltGr = 108,
   kKeyInsert = 118,
   kKeyLeftSuper = 133,
   kKeyMenu = 135,

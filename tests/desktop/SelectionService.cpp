@@ -7,8 +7,8 @@
 namespace seldial::desktop {
 namespace {
 
-/// XCB sends no request above the server's limit; whole answers go out in appended pieces.
-constexpr std::size_t kLargestPiece = std::size_t{128} * 1024;
+/// Below the server's limit of one request.
+constexpr std::size_t kLargestPiece = std::size_t{4} * 1024 * 1024;
 
 void putBytes(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property,
               xcb_atom_t type, const std::string& bytes) {

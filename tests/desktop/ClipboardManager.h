@@ -1,0 +1,43 @@
+// A clipboard manager of the kind that never leaves the clipboard without a text: as soon as nobody
+// owns it, the text that was there before is back.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "tests/desktop/SelectionService.h"
+
+namespace seldial::desktop {
+
+/// Runs on a thread and a connection of its own.
+class ClipboardManager {
+ public:
+  /// Returns once it owns the clipboard with `text`.
+  ClipboardManager(const std::string& display, std::string text);
+  ~ClipboardManager();
+  ClipboardManager(const ClipboardManager&) = delete;
+  ClipboardManager& operator=(const ClipboardManager&) = delete;
+
+  /// How often it has put the text back.
+  [[nodiscard]] int timesPutBack() const { return timesPutBack_; }
+
+ private:
+  void run();
+  void put();
+
+  const std::string text_;
+  xcb_connection_t* connection_;
+  xcb_window_t window_;
+  xcb_atom_t clipboard_;
+  std::unique_ptr<SelectionService> selections_;
+  std::uint8_t firstEvent_ = 0;
+  std::atomic<int> timesPutBack_{0};
+  int stop_;
+  std::thread thread_;
+};
+
+}  // namespace seldial::desktop

@@ -1,0 +1,239 @@
+// The pasteboard over selections that other programs own.
+#include "platform/Installed.h"
+#include "tests/desktop/ClipboardManager.h"
+#include "tests/desktop/Xcb.h"
+#include "tests/platform/x11/X11Test.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+using SelectionPasteboard = X11Test;
+
+std::string longText(std::size_t size) {
+  std::string text;
+  text.reserve(size);
+  while (text.size() < size) text += "line " + std::to_string(text.size()) + "\n";
+  text.resize(size);
+  return text;
+}
+
+/// Somebody who asks for the clipboard, as a program that pastes.
+class Asker {
+ public:
+  explicit Asker(const std::string& display)
+      : connection_(connectTo(display)), window_(xcb_generate_id(connection_)) {
+    xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, rootOf(connection_), 0, 0, 1, 1,
+                      0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+  }
+  ~Asker() { xcb_disconnect(connection_); }
+  Asker(const Asker&) = delete;
+  Asker& operator=(const Asker&) = delete;
+
+  xcb_atom_t named(const std::string& name) { return atom(connection_, name); }
+
+  /// The 32-bit values of the answer; nothing when it is refused.
+  std::optional<std::vector<std::uint32_t>> ask(const std::string& target,
+                                                bool namesProperty = true,
+                                                const std::string& selection = "CLIPBOARD") {
+    const auto property = namesProperty ? named("ANSWER") : xcb_atom_t{XCB_ATOM_NONE};
+    xcb_convert_selection(connection_, window_, named(selection), named(target), property,
+                          XCB_CURRENT_TIME);
+    xcb_flush(connection_);
+    auto event = freed(xcb_wait_for_event(connection_));
+    while (event && (event->response_type & 0x7F) != XCB_SELECTION_NOTIFY) {
+      event = freed(xcb_wait_for_event(connection_));
+    }
+    if (!event) return {};
+    const auto given = reinterpret_cast<xcb_selection_notify_event_t*>(event.get())->property;
+    if (given == XCB_ATOM_NONE) return {};
+    const auto cookie = xcb_get_property(connection_, 1, window_, given, XCB_ATOM_ANY, 0, 1024);
+    const auto reply = freed(xcb_get_property_reply(connection_, cookie, nullptr));
+    if (!reply) return {};
+    const auto* const values = static_cast<std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return std::vector<std::uint32_t>(values, values + reply->value_len);
+  }
+
+ private:
+  xcb_connection_t* connection_;
+  xcb_window_t window_;
+};
+
+TEST_F(SelectionPasteboard, NobodysClipboardHoldsNothing) {
+  EXPECT_EQ(port.text(), std::nullopt);
+}
+
+TEST_F(SelectionPasteboard, ATextIsReadExactly) {
+  XClient client(server.display());
+  for (const std::string& text :
+       {std::string("+31 20 123 4567"), std::string("J\xC3\xB6rg \xE2\x98\x8E\n"),
+        std::string("  \t\r\n"), std::string("a\0b", 3)}) {
+    client.own("CLIPBOARD", answersWith(text));
+    EXPECT_EQ(port.text(), text);
+  }
+}
+
+TEST_F(SelectionPasteboard, AnEmptyTextIsAText) {
+  XClient client(server.display());
+  client.own("CLIPBOARD", answersWith(""));
+  EXPECT_EQ(port.text(), "");
+  client.own("CLIPBOARD", answersWith("", 100));
+  EXPECT_EQ(port.text(), "");
+}
+
+TEST_F(SelectionPasteboard, AnotherTypeThanTextHoldsNothing) {
+  XClient client(server.display());
+  client.own("CLIPBOARD", answersWith("text"));
+  EXPECT_EQ(port.call([] { return installed<Pasteboard>()->stringForType("public.png"); }),
+            std::nullopt);
+}
+
+TEST_F(SelectionPasteboard, ClearingLeavesNothingToRead) {
+  XClient client(server.display());
+  client.own("CLIPBOARD", answersWith("old"));
+  port.clear();
+  EXPECT_EQ(port.text(), std::nullopt);
+}
+
+TEST_F(SelectionPasteboard, ATextCopiedAfterClearingIsRead) {
+  XClient client(server.display());
+  port.clear();
+  client.own("CLIPBOARD", answersWith("new"));
+  EXPECT_EQ(port.text(), "new");
+  port.clear();
+  EXPECT_EQ(port.text(), std::nullopt);
+}
+
+TEST_F(SelectionPasteboard, AManagerDoesNotPutTheOldTextBack) {
+  const ClipboardManager manager(server.display(), "old");
+  ASSERT_EQ(port.text(), "old");
+  port.clear();
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(port.text(), std::nullopt);
+  EXPECT_EQ(manager.timesPutBack(), 0);
+}
+
+TEST_F(SelectionPasteboard, ClearedItOffersItsTargetsAndNothingElse) {
+  Asker asker(server.display());
+  port.clear();
+  const auto targets = asker.ask("TARGETS");
+  ASSERT_TRUE(targets);
+  EXPECT_EQ(*targets, (std::vector{asker.named("TARGETS"), asker.named("TIMESTAMP")}));
+  EXPECT_EQ(asker.ask("TARGETS", false), targets);
+  const auto since = asker.ask("TIMESTAMP");
+  ASSERT_TRUE(since);
+  EXPECT_EQ(since->size(), 1U);
+  EXPECT_NE(since->front(), 0U);
+  EXPECT_EQ(asker.ask("UTF8_STRING"), std::nullopt);
+  EXPECT_EQ(asker.ask("STRING"), std::nullopt);
+  EXPECT_EQ(asker.ask("MULTIPLE"), std::nullopt);
+}
+
+TEST_F(SelectionPasteboard, OtherProgramsAreAnsweredWhileTheMainThreadIsBlocked) {
+  Asker asker(server.display());
+  std::promise<void> blocking;
+  port.whenBlocking([&] { blocking.set_value(); });
+  auto dial = std::async(std::launch::async, [&] {
+    return port.call([&] { return port.dial(std::chrono::seconds(2)); });
+  });
+  blocking.get_future().wait();
+  EXPECT_TRUE(asker.ask("TARGETS"));
+  EXPECT_EQ(dial.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
+  EXPECT_EQ(dial.get(), std::nullopt);
+}
+
+TEST_F(SelectionPasteboard, ALatin1TextBecomesUtf8) {
+  XClient client(server.display());
+  client.own("CLIPBOARD", Answers{{{"STRING", "STRING", "caf\xE9 \xA7 1"}}});
+  EXPECT_EQ(port.text(), "caf\xC3\xA9 \xC2\xA7 1");
+}
+
+TEST_F(SelectionPasteboard, TheTypeOfTheAnswerCountsNotTheQuestion) {
+  XClient client(server.display());
+  client.own("CLIPBOARD", Answers{{{"STRING", "UTF8_STRING", "caf\xC3\xA9"}}});
+  EXPECT_EQ(port.text(), "caf\xC3\xA9");
+  client.own("CLIPBOARD", Answers{{{"UTF8_STRING", "STRING", "caf\xE9"}}});
+  EXPECT_EQ(port.text(), "caf\xC3\xA9");
+  client.own("CLIPBOARD",
+             Answers{{{"UTF8_STRING", "image/png", "png"}, {"STRING", "STRING", "text"}}});
+  EXPECT_EQ(port.text(), "text");
+}
+
+TEST_F(SelectionPasteboard, TheSecondFormIsAskedForWhereTheFirstIsRefused) {
+  XClient client(server.display());
+  client.own("CLIPBOARD",
+             Answers{{{"STRING", "STRING", "escaped"},
+                      {"text/plain;charset=utf-8", "text/plain;charset=utf-8", "plain"}}});
+  EXPECT_EQ(port.text(), "plain");
+}
+
+TEST_F(SelectionPasteboard, AnImageIsNoText) {
+  XClient client(server.display());
+  client.own("CLIPBOARD", Answers{{{"image/png", "image/png", "\x89PNG"}}});
+  EXPECT_EQ(port.text(), std::nullopt);
+}
+
+TEST_F(SelectionPasteboard, ALargeTextArrivesWhole) {
+  XClient client(server.display());
+  const auto text = longText(20'000'000);
+  client.own("CLIPBOARD", answersWith(text, 250'000));
+  EXPECT_TRUE(port.text() == text);
+}
+
+TEST_F(SelectionPasteboard, ATextInUnevenPiecesArrivesWhole) {
+  XClient client(server.display());
+  for (const std::size_t size : {1U, 999U, 1000U, 1001U, 300'001U}) {
+    const auto text = longText(size);
+    client.own("CLIPBOARD", answersWith(text, size > 2000 ? 299'999 : 1000));
+    EXPECT_TRUE(port.text() == text) << size;
+  }
+}
+
+TEST_F(SelectionPasteboard, ALargeTextInOnePropertyArrivesWhole) {
+  XClient client(server.display());
+  const auto text = longText(5'000'000);
+  client.own("CLIPBOARD", answersWith(text));
+  EXPECT_TRUE(port.text() == text);
+}
+
+TEST_F(SelectionPasteboard, AnOwnerThatNeverAnswersYieldsNothing) {
+  XClient client(server.display());
+  Answers never;
+  never.never = true;
+  client.own("CLIPBOARD", never);
+  EXPECT_EQ(port.text(), std::nullopt);
+  client.own("CLIPBOARD", answersWith("later"));
+  EXPECT_EQ(port.text(), "later");
+}
+
+TEST_F(SelectionPasteboard, AnOwnerThatStopsInTheMiddleYieldsNothing) {
+  XClient client(server.display());
+  auto answers = answersWith(longText(10'000), 1000);
+  answers.chunksUntilSilence = 3;
+  client.own("CLIPBOARD", answers);
+  EXPECT_EQ(port.text(), std::nullopt);
+  client.own("CLIPBOARD", answersWith("later"));
+  EXPECT_EQ(port.text(), "later");
+}
+
+TEST_F(SelectionPasteboard, AnOwnerThatDiesInTheMiddleYieldsNothing) {
+  XClientSettings settings;
+  settings.endsWhenSilent = true;
+  XClient client(server.display(), settings);
+  auto answers = answersWith(longText(10'000), 1000);
+  answers.chunksUntilSilence = 3;
+  client.own("CLIPBOARD", answers);
+  EXPECT_EQ(port.text(), std::nullopt);
+  XClient next(server.display());
+  next.own("CLIPBOARD", answersWith("later"));
+  EXPECT_EQ(port.text(), "later");
+}
+
+TEST_F(SelectionPasteboard, AnOwnerThatIsGoneYieldsNothing) {
+  {
+    XClient client(server.display());
+    client.own("CLIPBOARD", answersWith("text"));
+  }
+  EXPECT_EQ(port.text(), std::nullopt);
+}
+
+}  // namespace
+}  // namespace seldial::platform::x11
