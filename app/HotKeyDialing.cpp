@@ -33,9 +33,12 @@ void AppDelegate::processSetHotKey(const SetHotKeyApi& command) {
   }
   const auto center = QKHotKeyCenter::sharedHotKeyCenter();
   if (!center) return sendHotKeyState({false, "internal error; hotkey center"});
-  CurrentHotKey = center->registerHotKeyWithKeyCode(
-      command.VirtualKey, modifierFlags(command),
-      [self = shared_from_this()](const QKKeyEvent& /*event*/) { self->hotKeyPressed(); });
+  // Weakly: this object owns the record, and the record its task.
+  const auto task = [weakSelf = weak_from_this()](const QKKeyEvent& /*event*/) {
+    if (const auto self = weakSelf.lock()) self->hotKeyPressed();
+  };
+  CurrentHotKey =
+      center->registerHotKeyWithKeyCode(command.VirtualKey, modifierFlags(command), task);
   if (!CurrentHotKey) return sendHotKeyState({false, "hotkey not set"});
   ReadPasteboardDelay = command.ReadDelay;
   log("ReadPasteBoardDelay: " + std::to_string(ReadPasteboardDelay));
