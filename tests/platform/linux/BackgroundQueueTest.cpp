@@ -1,0 +1,123 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <csignal>
+#include <fstream>
+#include <future>
+#include <string>
+#include <thread>
+
+#include "platform/Installed.h"
+#include "platform/linux/BackgroundQueue.h"
+
+namespace seldial::platform {
+namespace {
+
+constexpr std::chrono::seconds kPatience{60};
+
+int threadsOfThisProcess() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.compare(0, 8, "Threads:") == 0) return std::stoi(line.substr(8));
+  }
+  return -1;
+}
+
+bool threadsFallTo(int count) {
+  for (const auto end = std::chrono::steady_clock::now() + kPatience;
+       std::chrono::steady_clock::now() < end;) {
+    if (threadsOfThisProcess() <= count) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return false;
+}
+
+/// Runs `work` on the queue and waits for its result.
+template <class Work>
+auto onBackgroundThread(Work work) {
+  std::promise<decltype(work())> promise;
+  sharedBackgroundQueue().async([&] { promise.set_value(work()); });
+  auto result = promise.get_future();
+  EXPECT_EQ(result.wait_for(kPatience), std::future_status::ready);
+  return result.get();
+}
+
+TEST(BackgroundQueue, RunsATaskOnAnotherThread) {
+  EXPECT_NE(onBackgroundThread(&std::this_thread::get_id), std::this_thread::get_id());
+}
+
+TEST(BackgroundQueue, TasksThatBlockForEverKeepNobodyWaiting) {
+  const int before = threadsOfThisProcess();
+  std::promise<void> release;
+  const auto released = release.get_future().share();
+  std::atomic<int> running{0};
+  for (int i = 0; i < 500; ++i) {
+    sharedBackgroundQueue().async([&running, released] {
+      ++running;
+      released.wait();
+    });
+  }
+  EXPECT_TRUE(onBackgroundThread([] { return true; }));
+  release.set_value();
+  EXPECT_TRUE(threadsFallTo(before)) << threadsOfThisProcess();
+  EXPECT_EQ(running, 500);
+}
+
+TEST(BackgroundQueue, AnIdleThreadIsUsedAgain) {
+  const auto first = onBackgroundThread([] { return gettid(); });
+  // The thread is idle a moment after its task has ended: some later task finds it.
+  bool again = false;
+  for (int i = 0; i < 1000 && !again; ++i) {
+    again = onBackgroundThread([] { return gettid(); }) == first;
+  }
+  EXPECT_TRUE(again);
+}
+
+TEST(BackgroundQueue, ADelayedTaskStartsNoSoonerThanItsDelay) {
+  std::promise<std::chrono::steady_clock::time_point> started;
+  const auto begin = std::chrono::steady_clock::now();
+  sharedBackgroundQueue().after(std::chrono::milliseconds(20),
+                                [&] { started.set_value(std::chrono::steady_clock::now()); });
+  auto result = started.get_future();
+  ASSERT_EQ(result.wait_for(kPatience), std::future_status::ready);
+  EXPECT_GE(result.get() - begin, std::chrono::milliseconds(20));
+}
+
+TEST(BackgroundQueue, SignalsNeverReachItsThreads) {
+  const sigset_t mask = onBackgroundThread([] {
+    sigset_t current;
+    pthread_sigmask(SIG_SETMASK, nullptr, &current);
+    return current;
+  });
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGCHLD, SIGUSR1, SIGALRM}) {
+    EXPECT_EQ(sigismember(&mask, signal), 1) << signal;
+  }
+}
+
+TEST(BackgroundQueue, EveryTaskOfABurstRunsOnce) {
+  constexpr int kTasks = 20000;
+  std::promise<void> done;
+  std::atomic<int> count{0};
+  for (int i = 0; i < kTasks; ++i) {
+    sharedBackgroundQueue().async([&] {
+      if (++count == kTasks) done.set_value();
+    });
+  }
+  EXPECT_EQ(done.get_future().wait_for(kPatience), std::future_status::ready);
+  EXPECT_EQ(count, kTasks);
+}
+
+class ImmediateQueue final : public BackgroundQueue {
+ public:
+  void async(Task task) override { task(); }
+  void after(std::chrono::nanoseconds /*delay*/, Task task) override { task(); }
+};
+
+TEST(BackgroundQueue, AnInstalledQueueTakesThePlaceOfTheSystemsOwn) {
+  installed<BackgroundQueue>() = std::make_shared<ImmediateQueue>();
+  EXPECT_EQ(onBackgroundThread(&std::this_thread::get_id), std::this_thread::get_id());
+  installed<BackgroundQueue>() = nullptr;
+}
+
+}  // namespace
+}  // namespace seldial::platform
