@@ -8,6 +8,7 @@ namespace seldial::desktop {
 enum Key : std::uint8_t {
   kKeyEscape = 9,
   kKeyQ = 24,
+  kKeyReturn = 36,
   kKeyLeftControl = 37,
   kKeyA = 38,
   kKeyD = 40,

@@ -114,7 +114,7 @@ void SelectionService::putOffer(const xcb_selection_request_event_t& request, xc
   xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, request.requestor, property,
                       atom(connection_, "INCR"), 32, 1, &hint);
   transfers_[{request.requestor, property}] = {type, offer.bytes, answers.chunkSize,
-                                               answers.chunksUntilSilence};
+                                               answers.chunksUntilSilence, answers.whenSilent};
 }
 
 void SelectionService::sendChunk(const xcb_property_notify_event_t& event) {
@@ -123,6 +123,7 @@ void SelectionService::sendChunk(const xcb_property_notify_event_t& event) {
   Transfer& transfer = found->second;
   if (transfer.chunksUntilSilence-- == 0) {
     silent_ = true;
+    transfer.whenSilent();
     transfers_.erase(found);
     return;
   }

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <map>
 #include <string>
@@ -26,6 +27,7 @@ struct Answers {
   bool never = false;         ///< as a stopped program
   std::size_t chunkSize = 0;  ///< above 0: handed over incrementally, so many bytes at a time
   std::size_t chunksUntilSilence = std::numeric_limits<std::size_t>::max();
+  std::function<void()> whenSilent = [] {};  ///< on the thread that reads the events
 };
 
 /// A text as today's toolkits offer it.
@@ -51,6 +53,7 @@ class SelectionService {
     std::string left;
     std::size_t chunkSize = 0;
     std::size_t chunksUntilSilence = 0;
+    std::function<void()> whenSilent;
   };
 
   void answer(const xcb_selection_request_event_t& request);

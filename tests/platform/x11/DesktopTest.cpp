@@ -1,0 +1,125 @@
+// Finding a desktop, finding none, and losing it.
+#include <algorithm>
+#include <cstdlib>
+
+#include "platform/Installed.h"
+#include "platform/x11/Desktop.h"
+#include "tests/platform/x11/X11Test.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+/// What a try to connect writes on the standard streams.
+struct Attempt {
+  bool connected = false;
+  std::string output;
+  std::string errors;
+};
+
+Attempt attempt() {
+  Attempt result;
+  linux_port::MainLoop loop;
+  ::testing::internal::CaptureStdout();
+  ::testing::internal::CaptureStderr();
+  result.connected = Desktop::connect(loop, [] {}) != nullptr;
+  result.output = ::testing::internal::GetCapturedStdout();
+  result.errors = ::testing::internal::GetCapturedStderr();
+  installed<HotKeyEvents>() = nullptr;
+  installed<KeyboardEvents>() = nullptr;
+  installed<Pasteboard>() = nullptr;
+  return result;
+}
+
+void expectOneLineAbout(const std::string& what, const Attempt& attempt) {
+  EXPECT_FALSE(attempt.connected);
+  EXPECT_EQ(attempt.output, "");
+  EXPECT_NE(attempt.errors.find(what), std::string::npos) << attempt.errors;
+  EXPECT_EQ(std::count(attempt.errors.begin(), attempt.errors.end(), '\n'), 1) << attempt.errors;
+}
+
+TEST(Desktop, WithoutADisplayThereIsNoneAndNothingIsSaid) {
+  unsetenv("DISPLAY");
+  EXPECT_FALSE(attempt().connected);
+  setenv("DISPLAY", "", 1);
+  const auto empty = attempt();
+  EXPECT_FALSE(empty.connected);
+  EXPECT_EQ(empty.output + empty.errors, "");
+}
+
+TEST(Desktop, AServerThatCannotBeReachedIsOneLine) {
+  setenv("DISPLAY", ":60123", 1);
+  expectOneLineAbout(":60123", attempt());
+  setenv("DISPLAY", "no display", 1);
+  expectOneLineAbout("no display", attempt());
+}
+
+TEST(Desktop, AServerThatLacksXTestIsOneLine) {
+  const XServer server({"-extension", "XTEST"});
+  setenv("DISPLAY", server.display().c_str(), 1);
+  expectOneLineAbout("XTEST", attempt());
+}
+
+TEST(Desktop, AServerThatHasEverythingIsUsedInSilence) {
+  const XServer server;
+  setenv("DISPLAY", server.display().c_str(), 1);
+  const auto result = attempt();
+  EXPECT_TRUE(result.connected);
+  EXPECT_EQ(result.output + result.errors, "");
+}
+
+class LostDesktop : public X11Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+    ::testing::internal::CaptureStderr();
+  }
+
+  /// It is told once, in one line, and every port then refuses.
+  void expectLoss() {
+    port.waitForLoss();
+    EXPECT_FALSE(port.registerHotKey(kVirtualF, kControlAlt));
+    port.clear();
+    EXPECT_EQ(port.text(), std::nullopt);
+    port.call([&] { port.postCopyKeystroke(); });
+    EXPECT_EQ(port.connectionsLost(), 1);
+    const auto errors = ::testing::internal::GetCapturedStderr();
+    EXPECT_NE(errors.find("seldial: the connection to the X server is lost\n"), std::string::npos);
+  }
+};
+
+TEST_F(LostDesktop, WhileIdleIsReportedOnce) {
+  killServer();
+  expectLoss();
+}
+
+TEST_F(LostDesktop, WhileTheMainThreadIsBlockedIsReportedAfterwards) {
+  port.whenBlocking([&] { killServer(); });
+  port.dialOnRelease(std::chrono::milliseconds(200));
+  useHotKey();
+  port.waitForDials(1);
+  EXPECT_EQ(port.dialled()[0], std::nullopt);
+  expectLoss();
+}
+
+TEST_F(LostDesktop, WhileATextIsReadEndsTheReading) {
+  XClient client(server.display());
+  auto answers = answersWith(std::string(1000, 'x'), 100);
+  answers.chunksUntilSilence = 3;
+  answers.whenSilent = [&] { killServer(); };
+  client.own("CLIPBOARD", answers);
+  EXPECT_EQ(port.text(), std::nullopt);
+  expectLoss();
+}
+
+TEST_F(LostDesktop, BetweenClearingAndTheKeystroke) {
+  port.call([&] {
+    installed<Pasteboard>()->clearContents();
+    killServer();
+    port.postCopyKeystroke();
+    EXPECT_EQ(installed<Pasteboard>()->stringForType(kUTF8PlainText), std::nullopt);
+  });
+  expectLoss();
+}
+
+}  // namespace
+}  // namespace seldial::platform::x11

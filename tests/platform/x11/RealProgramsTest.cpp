@@ -1,0 +1,101 @@
+// Dialling from programs that people use: Tk, GTK 3 and a terminal, under a window manager.
+#include "tests/desktop/TemporaryFiles.h"
+#include "tests/desktop/Windows.h"
+#include "tests/platform/x11/X11Test.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+using std::chrono::milliseconds;
+
+const std::string kNumber = "+31 20 123 4567";
+
+class RealPrograms : public X11Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+    // Time for a program to copy on a machine that is busy with other things.
+    port.dialOnRelease(milliseconds(500));
+  }
+
+  /// The hot key with its modifiers let go in time and with them kept down; twice in a row each,
+  /// since some programs need to lose the clipboard before they take it again.
+  void expectDials(const std::string& text) {
+    for (const std::size_t uses : {1U, 2U}) {
+      useHotKey();
+      port.waitForDials(uses);
+    }
+    keyboard.press(kControlAltKeys);
+    for (const std::size_t uses : {3U, 4U}) {
+      keyboard.tap(kKeyD);
+      port.waitForDials(uses);
+    }
+    keyboard.release(kControlAltKeys);
+    EXPECT_EQ(port.dialled(), std::vector<std::optional<std::string>>(4, text));
+  }
+
+  const WindowManager manager{server.display()};
+  const Windows windows{server.display()};
+};
+
+TEST_F(RealPrograms, ATkEntryIsDialledAndKeepsItsText) {
+  const TemporaryFile script(
+      "pack [entry .e]; .e insert 0 {" + kNumber +
+      "}; .e selection range 0 end\n"
+      "bind .e <FocusIn> {puts focus; bind .e <FocusIn> {}}; bind .e <F5> {puts [.e get]}\n"
+      "fconfigure stdout -buffering line; focus -force .e\n");
+  ChildProcess wish({"wish", script.path(), "-name", "editor"}, {server.environment()},
+                    "sudo apt-get install tk");
+  EXPECT_EQ(wish.readLine(), "focus");
+  expectDials(kNumber);
+  keyboard.tap(kKeyF5);
+  EXPECT_EQ(wish.readLine(), kNumber);
+}
+
+TEST_F(RealPrograms, WithNothingSelectedNothingIsFound) {
+  const TemporaryFile script("pack [entry .e]; .e insert 0 {" + kNumber +
+                             "}\n"
+                             "bind .e <FocusIn> {puts focus; bind .e <FocusIn> {}}; fconfigure "
+                             "stdout -buffering line; focus -force .e\n");
+  ChildProcess wish({"wish", script.path()}, {server.environment()}, "sudo apt-get install tk");
+  EXPECT_EQ(wish.readLine(), "focus");
+  useHotKey();
+  port.waitForDials(1);
+  EXPECT_EQ(port.dialled()[0], std::nullopt);
+}
+
+TEST_F(RealPrograms, AGtkEntryIsDialledAndKeepsItsText) {
+  ChildProcess zenity({"zenity", "--entry", "--entry-text", kNumber},
+                      {server.environment(), "GDK_BACKEND=x11", "NO_AT_BRIDGE=1"},
+                      "sudo apt-get install zenity");
+  ASSERT_NE(windows.waitForFocus("zenity"), 0U);
+  expectDials(kNumber);
+  keyboard.tap(kKeyReturn);
+  EXPECT_EQ(zenity.readLine(), kNumber);
+}
+
+TEST_F(RealPrograms, ATerminalsSelectionIsDialledAndNothingReachesTheProgramInside) {
+  const Pipe pipe;
+  // The terminal answers where its cursor is, so what was written before is on its screen.
+  const TemporaryFile script("exec 3>'" + pipe.path() +
+                             "'\n"
+                             "stty raw -echo\n"
+                             "printf '4930123\\033[6n'\n"
+                             "dd bs=1 count=6 of=/dev/null 2>/dev/null\n"
+                             "echo shown >&3\n"
+                             "dd bs=1 count=1 2>/dev/null >&3\n"
+                             "echo >&3\n");
+  const ChildProcess xterm({"xterm", "-e", "sh", script.path()}, {server.environment()},
+                           "sudo apt-get install xterm");
+  ChildProcess inside({"cat", pipe.path()});
+  EXPECT_EQ(inside.readLine(), "shown");
+  const auto window = windows.waitForFocus("XTerm");
+  windows.click(window, 5, 5, 2);  // on the first character, whatever the font
+  windows.waitForOwner("PRIMARY");
+  expectDials("4930123");
+  keyboard.tap(kKeyQ);
+  EXPECT_EQ(inside.readLine(), "q");
+}
+
+}  // namespace
+}  // namespace seldial::platform::x11
