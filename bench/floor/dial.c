@@ -101,7 +101,9 @@ int main(int argc, char** argv) {
                XCB_GRAB_MODE_ASYNC);
   xcb_flush(x);
   for (xcb_generic_event_t* event; (event = xcb_wait_for_event(x)) != NULL; free(event)) {
+    // While the key is down the grab brings the modifiers' releases too.
     if ((event->response_type & 0x7F) != XCB_KEY_RELEASE) continue;
+    if (((xcb_key_release_event_t*)event)->detail != key) continue;
     copy_selection();
     wait_for(delay);
     if (await_text()) send_text();
