@@ -55,6 +55,7 @@ void HotKeyGrabs::unregisterHotKey(HotKeyRef ref) {
   if (found == registrations_.end()) return;
   if (found->mask) ungrab(found->key, *found->mask);
   registrations_.erase(found);
+  connection_.synchronise();  // whoever is told of it next can rely on it
 }
 
 /// Nothing where no key carries one of the modifiers. CapsLock is no part of a combination.
@@ -104,9 +105,9 @@ bool HotKeyGrabs::grab(xcb_keycode_t key, std::uint16_t mask) {
                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
   }
   bool taken = true;
-  // The last one first: its answer, one round trip away, is the answer to all.
-  for (auto cookie = cookies.rbegin(); cookie != cookies.rend(); ++cookie) {
-    if (freed(xcb_request_check(connection_.xcb(), *cookie))) taken = false;
+  // The first check waits for the answers to all.
+  for (const auto cookie : cookies) {
+    if (freed(xcb_request_check(connection_.xcb(), cookie))) taken = false;
   }
   if (!taken) ungrab(key, mask);
   return taken && !connection_.lost();
