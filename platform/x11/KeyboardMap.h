@@ -39,7 +39,7 @@ class KeyboardMapRequest {
   KeyboardMapRequest(xcb_connection_t* xcb, xcb_input_device_id_t keyboard);
 
   /// Waits for the answers; call it once. Nothing when the keyboard or the server has gone.
-  std::optional<KeyboardMap> map() const;
+  [[nodiscard]] std::optional<KeyboardMap> map() const;
 
  private:
   xcb_connection_t* xcb_;

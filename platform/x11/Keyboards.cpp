@@ -80,10 +80,9 @@ bool Keyboards::readDevices() {
   const auto typingBefore = std::exchange(typing_, 0);
   physical_.clear();
   for (const auto& slave : slaves) {
-    if (!answersYes(xcb, slave.isXTest))
-      physical_.push_back(slave.device);
-    else if (typing_ == 0)
-      typing_ = slave.device;
+    const bool types = answersYes(xcb, slave.isXTest);
+    if (!types) physical_.push_back(slave.device);
+    if (types && typing_ == 0) typing_ = slave.device;
   }
   if (typing_ != 0 && typing_ != typingBefore) selectMapEvents(typing_);
   devicesStale_ = false;

@@ -123,7 +123,7 @@ void XClient::perform(Task task) {
   std::promise<void> done;
   {
     const std::lock_guard lock(mutex_);
-    tasks_.push_back([&] {
+    tasks_.emplace_back([&] {
       task();
       done.set_value();
     });
