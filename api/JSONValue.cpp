@@ -17,7 +17,7 @@ JSONValue::JSONValue(JSONDictionary value)
 JSONValue::JSONValue(JSONArray value) : content_(std::make_unique<JSONArray>(std::move(value))) {}
 
 JSONValue::JSONValue(JSONValue&& other) noexcept : content_(std::move(other.content_)) {
-  other.content_.emplace<std::monostate>();
+  other.content_ = Content();
 }
 
 JSONValue& JSONValue::operator=(const JSONValue& other) {
@@ -26,8 +26,9 @@ JSONValue& JSONValue::operator=(const JSONValue& other) {
 
 JSONValue& JSONValue::operator=(JSONValue&& other) noexcept {
   // Taken first: `other` may lie inside what this value holds so far.
-  JSONValue taken(std::move(other));
-  content_.swap(taken.content_);
+  Content taken = std::exchange(other.content_, Content());
+  const JSONValue before(std::move(*this));
+  content_ = std::move(taken);
   return *this;
 }
 

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <thread>
-#include <vector>
 
 #include "api/ISODateFormatter.h"
 #include "api/MessageTimestamp.h"
@@ -46,9 +46,9 @@ TEST(MessageTimestamp, IsTheCurrentTime) {
 
 TEST(MessageTimestamp, AnyThreadMayCallAtTheSameTime) {
   const LocalTimeZone zone("CET-1");
-  std::vector<std::thread> threads;
-  for (int count = 0; count < 8; ++count) {
-    threads.emplace_back([] {
+  std::array<std::thread, 8> threads;
+  for (auto& thread : threads) {
+    thread = std::thread([] {
       for (int round = 0; round < 500; ++round) {
         ASSERT_EQ(messageTimestamp(kFebruary2017), "2017-02-06T14:10:32+0100");
       }

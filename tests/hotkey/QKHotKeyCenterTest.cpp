@@ -157,7 +157,7 @@ class UnregisterVariants : public HotKeyTest {
     center->registerHotKeyWithKeyCode(4, kCommand, nullptr);
   }
 
-  std::vector<int> keyCodes() const {
+  [[nodiscard]] std::vector<int> keyCodes() const {
     std::vector<int> codes;
     for (const auto& hotKey : center->registeredHotKeys()) codes.push_back(hotKey->keyCode());
     EXPECT_EQ(codes.size(), port->registrations.size());

@@ -6,7 +6,6 @@
 namespace seldial {
 namespace {
 
-using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
