@@ -31,11 +31,12 @@ void EventPump::readable() {
   reportLoss();
 }
 
+// While XCB sends it also reads. What it read then must not wait for the next readable().
 void EventPump::willWait() {
   do {
     for (auto* const handler : handlers_) handler->idle();
+    xcb_flush(connection_.xcb());
   } while (handleRead());
-  xcb_flush(connection_.xcb());
   reportLoss();
 }
 
@@ -45,8 +46,10 @@ bool EventPump::readableWhileBlocked() {
 }
 
 void EventPump::serve() {
-  handleArrived();
-  xcb_flush(connection_.xcb());
+  do {
+    handleArrived();
+    xcb_flush(connection_.xcb());
+  } while (handleRead());
 }
 
 void EventPump::handleArrived() {
@@ -82,10 +85,11 @@ void EventPump::waitForInput(Clock::duration limit) const {
 }
 
 void EventPump::handle(const xcb_generic_event_t& event) {
-  // Kind 0 is the error of a request that nobody awaits an answer to: a window of another client
-  // that has gone meanwhile. Nothing is to be done about it.
+  // The error of a request that nobody awaits an answer to: a window of another client has gone
+  // meanwhile. Nothing is to be done about it.
+  if (kindOf(event) == 0) return;
   for (auto* const handler : handlers_) {
-    if (kindOf(event) == 0 || handler->handle(event)) return;
+    if (handler->handle(event)) return;
   }
 }
 

@@ -13,7 +13,7 @@ struct FocusedWindow {
   std::vector<std::string> names;         ///< WM_CLASS, of the window or the nearest one around it
 };
 
-/// Two round trips, and one for every window that has to be passed on the way to the names.
+/// A round trip, and one for every window from there to the one with the names.
 FocusedWindow findFocusedWindow(const Connection& connection);
 
 }  // namespace seldial::platform::x11

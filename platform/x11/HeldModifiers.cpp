@@ -32,8 +32,7 @@ void HeldModifiers::release() {
   });
   hotKeys_.expectTypedRelease(held() & hotKeys_.pressedKeys());
   taken_ = held() & modifiers;
-  typeAll(held() | (down.typed & modifiers), false);
-  debts_.reset();
+  typeAll(held() | (down.typed & modifiers) | std::exchange(debts_, {}), false);
 }
 
 void HeldModifiers::restore(xcb_keycode_t control) {

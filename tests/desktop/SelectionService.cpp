@@ -60,7 +60,10 @@ void SelectionService::handle(const xcb_generic_event_t& event) {
 
 void SelectionService::answer(const xcb_selection_request_event_t& request) {
   const auto owned = owned_.find(request.selection);
-  if (owned != owned_.end() && owned->second.never) return;
+  if (owned != owned_.end() && owned->second.never) {
+    owned->second.whenSilent();
+    return;
+  }
   const auto property = request.property != XCB_ATOM_NONE ? request.property : request.target;
   xcb_selection_notify_event_t notify{};
   notify.response_type = XCB_SELECTION_NOTIFY;

@@ -27,7 +27,7 @@ struct Answers {
   bool never = false;         ///< as a stopped program
   std::size_t chunkSize = 0;  ///< above 0: handed over incrementally, so many bytes at a time
   std::size_t chunksUntilSilence = std::numeric_limits<std::size_t>::max();
-  std::function<void()> whenSilent = [] {};  ///< on the thread that reads the events
+  std::function<void()> whenSilent = [] {};  ///< called where it does not go on
 };
 
 /// A text as today's toolkits offer it.

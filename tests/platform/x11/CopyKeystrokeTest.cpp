@@ -174,6 +174,20 @@ TEST_F(CopyKeystroke, PressesDuringTheWaitAreEachHandledAfterwards) {
   EXPECT_EQ(typedInto(client), Typed(3, {kKeyInsert, kStateControl}));
 }
 
+TEST_F(CopyKeystroke, APressWhileATextIsAwaitedIsHandledAfterwards) {
+  XClientSettings settings;
+  settings.copy.never = true;
+  int asked = 0;
+  settings.copy.whenSilent = [&] {
+    if (++asked == 1) useHotKey();
+  };
+  const XClient client(server.display(), settings);
+  useHotKey();
+  port.waitForDials(2);
+  EXPECT_EQ(port.releases().size(), 2U);
+  EXPECT_EQ(client.copies(), 2);
+}
+
 TEST_F(CopyKeystroke, AHotKeyHeldAgainMeanwhileIsOneMoreUseAndTypesNothing) {
   const XClient client(server.display());
   keyboard.press(kControlAltKeys);

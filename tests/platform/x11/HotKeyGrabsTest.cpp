@@ -1,6 +1,7 @@
 // Hot keys under a real X server, pressed on a physical keyboard of it.
 #include <xcb/xcb.h>
 
+#include "platform/Installed.h"
 #include "platform/ModifierFlags.h"
 #include "tests/desktop/Xcb.h"
 #include "tests/platform/x11/X11Test.h"
@@ -194,6 +195,19 @@ TEST_F(HotKeyGrabs, TwoHotKeysOnOneKeyAreToldApart) {
   keyboard.release({kKeyD, kKeyLeftControl});
   port.waitForReleases(2);
   EXPECT_EQ(port.releases()[1].hotKeyID.id, 1U);
+}
+
+TEST_F(HotKeyGrabs, APressThatArrivesWhileRequestsAreSentIsNotOverlooked) {
+  XClient client(server.display());
+  client.own("CLIPBOARD", answersWith("text"));
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  port.call([&] {
+    // Reading leaves a request behind that nothing has sent yet; when it leaves, the press is
+    // there.
+    EXPECT_EQ(installed<Pasteboard>()->stringForType(kUTF8PlainText), "text");
+    useHotKey();
+  });
+  port.waitForReleases(1);
 }
 
 TEST_F(HotKeyGrabs, WhatIsNoKeyIsRefused) {
