@@ -17,6 +17,8 @@ using Parser = nlohmann::json;
 /// recursion.
 class Builder final : public nlohmann::json_sax<Parser> {
  public:
+  explicit Builder(std::size_t levels) : levels_(levels) {}
+
   JSONValue root;
 
   bool null() override { return scalar(JSONValue()); }
@@ -36,7 +38,7 @@ class Builder final : public nlohmann::json_sax<Parser> {
   }
   bool string(string_t& value) override { return scalar(JSONValue(std::move(value))); }
   bool key(string_t& value) override {
-    member_ = &(*open_.back()->dictionary())[std::move(value)];
+    if (skipped_ == 0) member_ = &(*open_.back()->dictionary())[std::move(value)];
     return true;
   }
 
@@ -59,23 +61,34 @@ class Builder final : public nlohmann::json_sax<Parser> {
     return *member_;
   }
   bool scalar(JSONValue value) {
+    if (skipped_ > 0) return true;
     place() = std::move(value);
     return !open_.empty();  // alone at the top level it is no text of ours
   }
   bool open(JSONValue container) {
+    if (open_.size() == levels_) {
+      if (skipped_++ == 0) place() = JSONValue();
+      return true;
+    }
     JSONValue& opened = place();
     opened = std::move(container);
     open_.push_back(&opened);
     return true;
   }
   bool close() {
-    open_.pop_back();
+    if (skipped_ > 0) {
+      --skipped_;
+    } else {
+      open_.pop_back();
+    }
     return true;
   }
 
   // A container does not grow while one inside it is open, so these stay where they are.
   std::vector<JSONValue*> open_;
   JSONValue* member_ = nullptr;
+  std::size_t levels_;
+  std::size_t skipped_ = 0;  // open containers that are too deep to be kept
 };
 
 // Every open bracket takes fifty bytes and more once it is built, but a bit to be checked: a long
@@ -84,13 +97,13 @@ constexpr std::size_t kBuiltUnchecked = 4096;
 
 }  // namespace
 
-std::optional<JSONValue> readJSON(const std::string& text) {
+std::optional<JSONValue> readJSON(const std::string& text, std::size_t levels) {
   // The parser takes a raw NUL for the end of its input.
   if (text.find('\0') != std::string::npos) return {};
   const char* const begin = text.data();
   const char* const end = begin + text.size();
   if (text.size() > kBuiltUnchecked && !Parser::accept(begin, end)) return {};
-  Builder builder;
+  Builder builder(levels);
   if (!Parser::sax_parse(begin, end, &builder)) return {};
   return std::move(builder.root);
 }

@@ -8,6 +8,9 @@ namespace seldial {
 
 namespace {
 
+// No key of a command lies deeper, so that a nest of brackets beside them costs no memory.
+constexpr std::size_t kLevels = 1;
+
 std::optional<std::string> textAt(const char* key, const JSONDictionary& dictionary) {
   const JSONValue* value = valueForKeyPath(key, dictionary);
   const std::string* text = value != nullptr ? value->text() : nullptr;
@@ -32,7 +35,7 @@ std::uint16_t numberAt(const char* key, const JSONDictionary& dictionary, std::u
 }  // namespace
 
 SetHotKeyApi SetHotKeyApi::fromJSONString(const std::string& text) {
-  const auto value = readJSON(text);
+  const auto value = readJSON(text, kLevels);
   if (!value) return {};
   const JSONDictionary* dictionary = value->dictionary();
   if (dictionary == nullptr)

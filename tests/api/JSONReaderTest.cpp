@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "api/JSONReader.h"
+#include "api/JSONWriter.h"
 #include "tests/api/Nesting.h"
 
 namespace seldial {
@@ -218,6 +219,23 @@ TEST(JSONReader, HalfAMillionBalancedArraysAreReadAndDestroyed) {
 
 TEST(JSONReader, HalfAMillionBalancedDictionariesAreReadAndDestroyed) {
   EXPECT_TRUE(readJSON(nestedDictionaries(kDeep)));
+}
+
+TEST(JSONReader, ContainersBelowTheLevelsAskedForComeAsNull) {
+  const std::string text = R"({"a":{"b":[1,{"c":2}],"d":3},"e":[[4],5],"f":6,"f":[7],"g":8})";
+  const auto one = readJSON(text, 1);
+  ASSERT_TRUE(one);
+  EXPECT_EQ(writeJSON(*one->dictionary()), R"({"a":null,"e":null,"f":null,"g":8})");
+  const auto two = readJSON(text, 2);
+  ASSERT_TRUE(two);
+  EXPECT_EQ(writeJSON(*two->dictionary()), R"({"a":{"b":null,"d":3},"e":[null,5],"f":[7],"g":8})");
+}
+
+TEST(JSONReader, ContainersBelowTheLevelsAskedForAreCheckedLikeTheRest) {
+  EXPECT_TRUE(readJSON(R"({"a":[{"b":1}]})", 1));
+  EXPECT_FALSE(readJSON(R"({"a":[{"b":1]})", 1));
+  EXPECT_FALSE(readJSON(R"({"a":[1e999]})", 1));
+  EXPECT_FALSE(readJSON(R"({"a":[1,]})", 1));
 }
 
 TEST(JSONReader, ALongTextIsReadLikeAShortOne) {
