@@ -46,6 +46,12 @@ class Asker {
     return answer();
   }
 
+  /// Its window is gone before it is answered.
+  void vanish() {
+    xcb_destroy_window(connection_, window_);
+    synchronise(connection_);
+  }
+
   std::optional<std::vector<std::uint32_t>> answer() {
     auto event = freed(xcb_wait_for_event(connection_));
     while (event && (event->response_type & 0x7F) != XCB_SELECTION_NOTIFY) {
@@ -133,6 +139,19 @@ TEST_F(SelectionPasteboard, ClearedItOffersItsTargetsAndNothingElse) {
   EXPECT_EQ(asker.ask("UTF8_STRING"), std::nullopt);
   EXPECT_EQ(asker.ask("STRING"), std::nullopt);
   EXPECT_EQ(asker.ask("MULTIPLE"), std::nullopt);
+}
+
+TEST_F(SelectionPasteboard, SomebodyWhoIsGoneBeforeTheAnswerDoesNoHarm) {
+  Asker asker(server.display());
+  port.clear();
+  port.call([&] {
+    asker.send("TARGETS");
+    asker.vanish();
+  });
+  port.settle();
+  XClient client(server.display());
+  client.own("CLIPBOARD", answersWith("later"));
+  EXPECT_EQ(port.text(), "later");
 }
 
 class BlockedPasteboard : public X11Test {
