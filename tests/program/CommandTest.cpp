@@ -18,11 +18,11 @@ TEST_F(Command, WithoutADesktopASetHotKeyIsRefusedOnBothOutputs) {
 TEST_F(Command, TheWholeConversationIsLoggedInOrder) {
   startListening();
   sendCommand(in, {R"({"command":"SetHotKey"})"});
-  const char* const expected[] = {"Unix socket server; did start listening",
+  const std::string received = R"(did receive: {"command":"SetHotKey"}; from client with id: )";
+  const std::string expected[] = {"Unix socket server; did start listening",
                                   "Unix socket server; did accept client with id: ",
                                   "Unix socket now taking input from client: ",
-                                  "Unix socket server; did receive: {\"command\":\"SetHotKey\"}; "
-                                  "from client with id: ",
+                                  "Unix socket server; " + received,
                                   "Unix socket server; client with id did disconnect: ",
                                   "Process Unix socket input string.",
                                   "process set hotkey",
@@ -30,7 +30,7 @@ TEST_F(Command, TheWholeConversationIsLoggedInOrder) {
                                   "Unix socket client connect ok at path ",
                                   "Unix socket client bytes written (",
                                   "Now closing unix socket client."};
-  for (const char* part : expected) {
+  for (const auto& part : expected) {
     const auto line = process->nextLine();
     ASSERT_TRUE(line);
     EXPECT_NE(line->find(part), std::string::npos) << *line << "\ninstead of " << part;
