@@ -1,0 +1,123 @@
+// Doubles of the background queue. Install one with doubles::Installed (PlatformDoubles.h) before
+// the first task is started, and leave it until the last has ended.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include "platform/BackgroundQueue.h"
+
+namespace seldial::doubles {
+
+/// Keeps every task until the test runs it, on whatever thread the test is then. Any thread.
+class ManualBackgroundQueue final : public platform::BackgroundQueue {
+ public:
+  struct Entry {
+    std::chrono::nanoseconds delay{0};  ///< as it was asked for
+    Task task;
+  };
+
+  void async(Task task) override { after(std::chrono::nanoseconds::zero(), std::move(task)); }
+  void after(std::chrono::nanoseconds delay, Task task) override {
+    const std::lock_guard lock(mutex_);
+    entries_.push_back({delay, std::move(task)});
+  }
+
+  [[nodiscard]] std::size_t size() const {
+    const std::lock_guard lock(mutex_);
+    return entries_.size();
+  }
+
+  /// The task that was posted first, taken out; an empty one when there is none.
+  Entry take() {
+    const std::lock_guard lock(mutex_);
+    if (entries_.empty()) return {};
+    Entry entry = std::move(entries_.front());
+    entries_.pop_front();
+    return entry;
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  std::deque<Entry> entries_;
+};
+
+/// The system's own queue, with a say of the test's in when each task starts, and an end to wait
+/// for: `start` gets the task in place of async(), on the thread that posted it, and may run() it,
+/// keep it, or do something first. Set `start` before the first task. Any thread.
+class SteeredBackgroundQueue final : public platform::BackgroundQueue {
+ public:
+  ~SteeredBackgroundQueue() override { waitUntilIdle(); }
+
+  void async(Task task) override { start(counted(std::move(task))); }
+  void after(std::chrono::nanoseconds delay, Task task) override {
+    system().after(delay, counted(std::move(task)));
+  }
+
+  /// Starts a task that `start` was given.
+  void run(Task task) { system().async(std::move(task)); }
+
+  /// Waits until every task that was posted has ended, and what it held is gone.
+  void waitUntilIdle() {
+    std::unique_lock lock(mutex_);
+    idle_.wait(lock, [this] { return pending_ == 0; });
+  }
+
+  /// The count of tasks that were posted and have not ended.
+  [[nodiscard]] int pending() {
+    const std::lock_guard lock(mutex_);
+    return pending_;
+  }
+
+  std::function<void(Task)> start = [this](Task task) { run(std::move(task)); };
+
+ private:
+  /// Counts a task as pending until it has run, or was dropped.
+  class Pending {
+   public:
+    explicit Pending(SteeredBackgroundQueue& queue) : queue_(queue) {
+      const std::lock_guard lock(queue_.mutex_);
+      ++queue_.pending_;
+    }
+    ~Pending() {
+      const std::lock_guard lock(queue_.mutex_);
+      if (--queue_.pending_ == 0) queue_.idle_.notify_all();
+    }
+    Pending(const Pending&) = delete;
+    Pending& operator=(const Pending&) = delete;
+
+   private:
+    SteeredBackgroundQueue& queue_;
+  };
+
+  Task counted(Task task) {
+    // The task is declared after the count, so that what it holds goes first.
+    struct Counted {
+      std::shared_ptr<Pending> pending;
+      Task task;
+    };
+    auto counted = std::make_shared<Counted>();
+    counted->pending = std::make_shared<Pending>(*this);
+    counted->task = std::move(task);
+    return [counted] { counted->task(); };
+  }
+
+  /// One for all tests, never destroyed: its threads outlive a test.
+  static platform::BackgroundQueue& system() {
+    static auto* const queue =
+        new std::shared_ptr<platform::BackgroundQueue>(platform::makeSystemBackgroundQueue());
+    return **queue;
+  }
+
+  std::mutex mutex_;
+  std::condition_variable idle_;
+  int pending_ = 0;
+};
+
+}  // namespace seldial::doubles

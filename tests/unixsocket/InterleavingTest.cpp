@@ -1,0 +1,256 @@
+// One connection, from its accept to its end, in every order in which the accept thread, its
+// reader, its client and a close can meet.
+//
+// The accept thread passes the moments below. At each, a plan says who acts: the reader's task is
+// started, the client sends or leaves, somebody closes the server. The thread that passes a moment
+// waits there until those actions are done, or blocked on something that only it can give.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <future>
+#include <optional>
+#include <thread>
+
+#include "tests/doubles/BackgroundQueueDoubles.h"
+#include "tests/doubles/PlatformDoubles.h"
+#include "tests/unixsocket/Support.h"
+#include "tests/unixsocket/SystemCalls.h"
+
+namespace seldial::tests {
+namespace {
+
+enum Moment : unsigned {
+  // of the accept thread
+  kConnected,  ///< the client is connected, and waits to be accepted
+  kAccepted,
+  kReaderPosted,  ///< the reader's task was handed to the queue, which has not come back
+  kBeforeTable,
+  kAcceptTold,     ///< in the accept callback
+  kAcceptToldEnd,  ///< at its end, after something was sent to the connection
+  kNextAccept,
+  kLater,  ///< the accept thread has nothing to do
+  // of the reader
+  kBeforeRead,
+  kAfterRead,
+  kDataTold,
+  kDisconnectTold,
+  kMoments
+};
+
+struct Plan {
+  Moment readerStarts;
+  Moment clientSends;
+  Moment clientLeaves;
+  std::optional<Moment> closes;
+};
+
+/// A thread whose progress can be waited for.
+class Actor {
+ public:
+  ~Actor() {
+    if (thread_.joinable()) thread_.join();
+  }
+
+  /// Runs `action` on a thread of its own, or where `runner` puts it; comes back when it has ended
+  /// or is blocked.
+  void act(std::function<void()> action,
+           const std::function<void(std::function<void()>)>& runner = {}) {
+    auto run = [this, action = std::move(action)] {
+      number_ = threadNumber();
+      action();
+      ended_ = true;
+    };
+    if (runner) {
+      runner(run);
+    } else {
+      thread_ = std::thread(run);
+    }
+    EXPECT_TRUE(eventually([this] { return ended_ || (number_ != 0 && isAsleepOrGone(number_)); }));
+  }
+
+ private:
+  std::thread thread_;
+  std::atomic<int> number_{0};
+  std::atomic<bool> ended_{false};
+};
+
+/// Plays one plan.
+class Stage {
+ public:
+  explicit Stage(const Plan& plan) : plan_(plan) {
+    queue_->start = [this](auto task) {
+      readerTask_ = std::move(task);
+      pass(kReaderPosted);
+    };
+    SystemCalls::set([this](const SystemCall& call) { return beforeCall(call); },
+                     [this](const SystemCall& call) { afterCall(call); });
+    delegate_->onAccept = [this](GDUnixSocketServer& server, const std::string& clientID) {
+      pass(kAcceptTold);
+      welcomed_ = server.sendData("welcome", clientID) == 7;
+      pass(kAcceptToldEnd);
+    };
+    delegate_->onData = [this](auto&, auto&) { pass(kDataTold); };
+    delegate_->onDisconnect = [this](auto&, auto&) { pass(kDisconnectTold); };
+    server_->setDelegate(delegate_);
+  }
+
+  void play() {
+    ASSERT_TRUE(server_->listenWithError());
+    client_.emplace(Peer::connectedTo(path_));
+    pass(kConnected);
+    mayAccept_.set_value();
+    ASSERT_TRUE(delegate_->journal.waitFor("accept"));
+    ASSERT_TRUE(eventually([this] { return passed_[kNextAccept] || server_->fd() == -1; }));
+    pass(kNextAccept);  // which the accept thread does not, if the server is closed before
+    pass(kLater);
+    ASSERT_TRUE(delegate_->journal.waitFor(plan_.closes ? "close" : "disconnect"));
+    EXPECT_TRUE(eventually([this] { return server_->connectedClients().empty(); }));
+    server_->closeSilently();
+    queue_->waitUntilIdle();
+  }
+
+  [[nodiscard]] std::vector<std::string> lines() const { return delegate_->journal.lines(); }
+
+ private:
+  /// The first that passes a moment sees to the actions; any other waits for them.
+  void pass(Moment moment) {
+    if (passed_[moment].exchange(true)) {
+      EXPECT_TRUE(eventually([&] { return done_[moment].load(); }));
+      return;
+    }
+    if (plan_.readerStarts == moment) {
+      reader_.act(std::move(readerTask_), [this](auto task) { queue_->run(std::move(task)); });
+    }
+    if (plan_.clientSends == moment) client_->send(std::string(600, 'x'));
+    if (plan_.clientLeaves == moment) leave();
+    if (plan_.closes == moment) closer_.act([this] { server_->close(); });
+    done_[moment] = true;
+  }
+
+  /// Leaving with bytes unread would be a reset, not a disconnect.
+  void leave() {
+    EXPECT_EQ(welcomed_ ? "welcome" : "", client_->receive(welcomed_ ? 7 : 0));
+    client_->leave();
+  }
+
+  std::optional<int> beforeCall(const SystemCall& call) {
+    if (call.name == "accept") {
+      if (acceptCalls_++ == 0) {
+        mayAccept_.get_future().wait();
+      } else {
+        pass(kNextAccept);
+      }
+    }
+    if (call.name == "getentropy") pass(kBeforeTable);
+    if (call.name == "read") pass(kBeforeRead);
+    return {};
+  }
+
+  void afterCall(const SystemCall& call) {
+    if (call.name == "accept") pass(kAccepted);
+    if (call.name == "read") pass(kAfterRead);
+  }
+
+  const Plan plan_;
+  doubles::Installed<platform::BackgroundQueue, doubles::SteeredBackgroundQueue> queue_;
+  TemporaryDirectory directory_;
+  const std::string path_ = directory_.file("socket");
+  const std::shared_ptr<RecordingServerDelegate> delegate_ =
+      std::make_shared<RecordingServerDelegate>();
+  const std::shared_ptr<GDUnixSocketServer> server_ = GDUnixSocketServer::initWithSocketPath(path_);
+  std::optional<Peer> client_;
+  std::atomic<bool> welcomed_{false};
+  std::promise<void> mayAccept_;
+  std::array<std::atomic<bool>, kMoments> passed_{};
+  std::array<std::atomic<bool>, kMoments> done_{};
+  std::atomic<int> acceptCalls_{0};
+  std::function<void()> readerTask_;
+  Actor reader_;
+  Actor closer_;
+  const SystemCalls calls_;
+};
+
+std::string nameOf(const Plan& plan) {
+  return "reader starts at " + std::to_string(plan.readerStarts) + ", client sends at " +
+         std::to_string(plan.clientSends) + " and leaves at " + std::to_string(plan.clientLeaves) +
+         ", server closed at " + (plan.closes ? std::to_string(*plan.closes) : "no moment");
+}
+
+/// What the delegate may have been told when the server was closed on the way: a beginning of the
+/// whole story, with the close anywhere after the listening.
+void expectABeginning(std::vector<std::string> lines) {
+  const std::vector<std::string> story = {"listening", "accept",  "data 256",
+                                          "data 256",  "data 88", "disconnect"};
+  EXPECT_EQ(1, std::erase(lines, "close"));
+  ASSERT_GE(lines.size(), 2U);
+  ASSERT_LE(lines.size(), story.size());
+  lines.resize(story.size());
+  for (std::size_t i = 0; i < story.size(); ++i) {
+    EXPECT_TRUE(lines[i].empty() || lines[i] == story[i]) << lines[i];
+  }
+}
+
+void play(const Plan& plan) {
+  SCOPED_TRACE(nameOf(plan));
+  const std::size_t descriptors = openDescriptors();
+  {
+    Stage stage(plan);
+    stage.play();
+    if (plan.closes) {
+      expectABeginning(stage.lines());
+    } else {
+      const std::vector<std::string> story = {"listening", "accept",  "data 256",
+                                              "data 256",  "data 88", "disconnect"};
+      EXPECT_EQ(story, stage.lines());
+    }
+  }
+  EXPECT_EQ(descriptors, openDescriptors());
+}
+
+void playAllWith(Moment readerStarts, std::optional<Moment> closes) {
+  for (unsigned sends = kConnected; sends <= kLater; ++sends) {
+    for (unsigned leaves = sends; leaves <= kLater; ++leaves) {
+      play({readerStarts, static_cast<Moment>(sends), static_cast<Moment>(leaves), closes});
+      if (testing::Test::HasFailure()) return;  // the first order that fails says enough
+    }
+  }
+}
+
+class Interleaving : public testing::TestWithParam<Moment> {};
+
+TEST_P(Interleaving, NothingIsLostAndNothingOvertakesTheAccept) {
+  playAllWith(GetParam(), {});
+}
+
+TEST_P(Interleaving, ACloseAtAnyMomentEndsItSilently) {
+  for (unsigned closes = kAccepted; closes < kMoments; ++closes) {
+    playAllWith(GetParam(), static_cast<Moment>(closes));
+    if (HasFailure()) return;
+  }
+}
+
+std::string nameOfParameter(const testing::TestParamInfo<Moment>& parameter) {
+  switch (parameter.param) {
+    case kReaderPosted:
+      return "WhenPosted";
+    case kBeforeTable:
+      return "BeforeTheTable";
+    case kAcceptTold:
+      return "InTheAcceptCallback";
+    case kAcceptToldEnd:
+      return "AtItsEnd";
+    case kNextAccept:
+      return "AtTheNextAccept";
+    default:
+      return "Later";
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(ReaderStarts, Interleaving,
+                         testing::Values(kReaderPosted, kBeforeTable, kAcceptTold, kAcceptToldEnd,
+                                         kNextAccept, kLater),
+                         nameOfParameter);
+
+}  // namespace
+}  // namespace seldial::tests
