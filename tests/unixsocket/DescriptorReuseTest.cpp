@@ -68,7 +68,7 @@ class CloseInBetween {
   std::atomic<bool> used_{false};
   Opener opener_;
   std::thread closer_;
-  const SystemCalls calls_;
+  SystemCalls calls_;
 };
 
 TEST(DescriptorReuse, AReadIsNeverOvertakenByTheClose) {

@@ -23,7 +23,7 @@ TEST(Fault, AReadThatFailsIsNotTriedAgain) {
   for (const int error : {EINTR, EAGAIN, ECONNRESET}) {
     const auto [socket, peer] = makePair();
     peer.send("x");
-    const SystemCalls calls;
+    SystemCalls calls;
     SystemCalls::set(failing("read", error, 0, 1));
     std::optional<Error> told;
     EXPECT_FALSE(socket->readWithError(&told));
@@ -37,7 +37,7 @@ TEST(Fault, AReadThatFailsIsNotTriedAgain) {
 TEST(Fault, AWriteThatFailsIsNotTriedAgain) {
   for (const int error : {EINTR, EAGAIN, EPIPE, ECONNRESET, ENOSPC}) {
     const auto [socket, peer] = makePair();
-    const SystemCalls calls;
+    SystemCalls calls;
     SystemCalls::set(failing("write", error, 0, 1));
     std::optional<Error> told;
     EXPECT_EQ(-1, socket->writeData("x", &told));
@@ -51,7 +51,7 @@ TEST(Fault, AWriteThatFailsIsNotTriedAgain) {
 
 TEST(Fault, AShortWriteIsReturnedAsItIs) {
   const auto [socket, peer] = makePair();
-  const SystemCalls calls;
+  SystemCalls calls;
   SystemCalls::limitWrites(3);
   std::optional<Error> error = Error::gduds_errorForCode(0);
   EXPECT_EQ(3, socket->writeData("hello", &error));
@@ -63,7 +63,7 @@ TEST(Fault, AShortWriteOfASendIsReturnedAsItIs) {
   const auto server = GDUnixSocketServer::initWithSocketPath("/tmp/b");
   const auto [socket, peer] = makePair();
   server->addClient(socket);
-  const SystemCalls calls;
+  SystemCalls calls;
   SystemCalls::limitWrites(3);
   EXPECT_EQ(3, server->sendData("hello", socket->uniqueID()));
   EXPECT_EQ("hel", peer.receive(3));
@@ -74,7 +74,7 @@ TEST(Fault, ADescriptorWhoseCloseFailsIsForgotten) {
   const int descriptor = socket->fd();
   std::optional<Error> error;
   {
-    const SystemCalls calls;
+    SystemCalls calls;
     SystemCalls::set(failing("close", EIO));
     EXPECT_FALSE(socket->closeWithError(&error));
   }
@@ -98,7 +98,7 @@ class FaultyListen : public ListeningServer {
     return told ? std::to_string(told->code) + " " + told->localizedDescription : "";
   }
 
-  const SystemCalls calls;
+  SystemCalls calls;
 };
 
 TEST_F(FaultyListen, WithoutASocketNothingIsClosed) {
@@ -246,7 +246,7 @@ class FaultyClient : public testing::Test {
   const std::shared_ptr<RecordingClientDelegate> delegate =
       std::make_shared<RecordingClientDelegate>();
   const std::shared_ptr<GDUnixSocketClient> client = GDUnixSocketClient::initWithSocketPath(path);
-  const SystemCalls calls;
+  SystemCalls calls;
 };
 
 TEST_F(FaultyClient, WithoutASocketItStaysIdle) {
@@ -263,7 +263,7 @@ TEST_F(FaultyClient, AFailedConnectIsToldAsItWasBeforeTheClose) {
     const int descriptor = ::dup(0);
     ::close(descriptor);
     const auto refuse = failing("connect", error);
-    SystemCalls::set([&](const SystemCall& call) {
+    SystemCalls::set([refuse](const SystemCall& call) {
       if (call.name == "close") errno = EIO;  // nothing of the close is told
       return refuse(call);
     });

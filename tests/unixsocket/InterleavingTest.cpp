@@ -168,7 +168,7 @@ class Stage {
   std::function<void()> readerTask_;
   Actor reader_;
   Actor closer_;
-  const SystemCalls calls_;
+  SystemCalls calls_;
 };
 
 std::string nameOf(const Plan& plan) {
