@@ -51,13 +51,10 @@ void CopyKeystroke::press() {
     return;
   }
   held_.release();
-  const auto& [control, insert] =
-      std::pair(keyboards_.typingMap().control, keyboards_.typingMap().insert);
-  // A key that is down already on this keyboard, by another program's fault, would not go down.
-  keyboards_.type(insert, false);
-  keyboards_.type(control, false);
-  keyboards_.type(control, true);
-  keyboards_.type(insert, true);
+  const KeyboardMap& map = keyboards_.typingMap();
+  keyboards_.type(map.insert, false);  // another program may have left it down
+  keyboards_.type(map.control, true);
+  keyboards_.type(map.insert, true);
   pressed_ = true;
 }
 

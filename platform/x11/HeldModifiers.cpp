@@ -30,9 +30,9 @@ void HeldModifiers::release() {
     if (std::exchange(changed_, false)) down = keyboards_.down();
     return held().none();
   });
-  hotKeys_.expectTypedRelease(held() & hotKeys_.pressedKeys());
   taken_ = held() & modifiers;
-  typeAll(held() | (down.typed & modifiers) | std::exchange(debts_, {}), false);
+  typeAll(held() | (down.typed & (modifiers | keyboards_.typingMap().heldModifiers)), false);
+  debts_.reset();
 }
 
 void HeldModifiers::restore(xcb_keycode_t control) {
@@ -64,7 +64,6 @@ void HeldModifiers::payDebts() {
 
 bool HeldModifiers::handle(const xcb_generic_event_t& event) {
   const int type = inputEventType(connection_, event);
-  if (type == XCB_INPUT_HIERARCHY) unplugged_ = true;
   if (type != XCB_INPUT_RAW_KEY_PRESS && type != XCB_INPUT_RAW_KEY_RELEASE) return false;
   const auto& key = as<xcb_input_raw_key_press_event_t>(event);
   if (!keyboards_.isPhysical(key.sourceid)) return true;
@@ -74,21 +73,15 @@ bool HeldModifiers::handle(const xcb_generic_event_t& event) {
 }
 
 void HeldModifiers::releasedByUser(xcb_keycode_t key) {
-  hotKeys_.releasedByUser(key);
   if (debts_[key]) keyboards_.type(key, false);
   debts_.reset(key);
   watchKeys();
 }
 
-// A keyboard that is unplugged takes its held keys with it, and no key event tells.
-void HeldModifiers::idle() {
-  if (std::exchange(unplugged_, false) && debts_.any()) settle(keyboards_.down().physical);
-}
-
 // Raw events come from every keyboard and whatever is grabbed, at the price of a wake-up for every
 // key: they are chosen only while they are needed.
 void HeldModifiers::watchKeys() {
-  const bool needed = underWay_ || debts_.any() || hotKeys_.spentKeys().any();
+  const bool needed = underWay_ || debts_.any();
   if (std::exchange(watching_, needed) == needed) return;
   selectInput(connection_, XCB_INPUT_DEVICE_ALL_MASTER,
               needed

@@ -19,7 +19,7 @@ class HeldModifiers final : public EventHandler {
                 HotKeyGrabs& hotKeys);
 
   /// Waits at most a quarter of a second until the user holds no modifier and no hot key, then
-  /// releases what is still down.
+  /// releases what is still down, by his hand or another program's.
   void release();
 
   /// Presses again what release() took, where the user still holds it. `control` was released by
@@ -30,7 +30,6 @@ class HeldModifiers final : public EventHandler {
   void payDebts();
 
   bool handle(const xcb_generic_event_t& event) override;
-  void idle() override;
 
  private:
   void settle(const KeySet& physical);
@@ -42,12 +41,11 @@ class HeldModifiers final : public EventHandler {
   EventPump& pump_;
   Keyboards& keyboards_;
   HotKeyGrabs& hotKeys_;
-  bool underWay_ = false;   ///< between release() and restore()
-  bool watching_ = false;   ///< raw key events are chosen
-  bool changed_ = false;    ///< the user pressed or released a key since it was last looked at
-  bool unplugged_ = false;  ///< keyboards have come or gone since the last idle()
-  KeySet taken_;            ///< released by typing for the keystroke under way
-  KeySet debts_;            ///< pressed by typing because the user holds them
+  bool underWay_ = false;  ///< between release() and restore()
+  bool watching_ = false;  ///< raw key events are chosen
+  bool changed_ = false;   ///< the user pressed or released a key since it was last looked at
+  KeySet taken_;           ///< released by typing for the keystroke under way
+  KeySet debts_;           ///< pressed by typing because the user holds them
 };
 
 }  // namespace seldial::platform::x11

@@ -149,7 +149,6 @@ bool HotKeyGrabs::handle(const xcb_generic_event_t& event) {
 }
 
 void HotKeyGrabs::press(const xcb_key_press_event_t& event) {
-  if (spent_[event.detail]) return;
   const unsigned mask = event.state & kModifierBits & ~unsigned{locks_};
   for (auto& registration : registrations_) {
     if (registration.key != event.detail || registration.mask != mask) continue;

@@ -32,12 +32,6 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   /// gives us every key event, typed ones too.
   [[nodiscard]] const KeySet& pressedKeys() const { return pressed_; }
 
-  /// The release of these keys is about to be typed although the user still holds them: until
-  /// releasedByUser(), their auto-repeat is no new press.
-  void expectTypedRelease(const KeySet& keys) { spent_ |= keys; }
-  void releasedByUser(xcb_keycode_t key) { spent_.reset(key); }
-  [[nodiscard]] const KeySet& spentKeys() const { return spent_; }
-
   bool handle(const xcb_generic_event_t& event) override;
 
  private:
@@ -68,7 +62,6 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   std::uint8_t locks_ = 0;  ///< as grabbed
   HotKeyRef lastRef_ = 0;
   KeySet pressed_;
-  KeySet spent_;
 };
 
 }  // namespace seldial::platform::x11

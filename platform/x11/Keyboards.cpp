@@ -106,8 +106,9 @@ bool Keyboards::handle(const xcb_generic_event_t& event) {
     mapsStale_ = true;
     return true;
   }
-  if (inputEventType(connection_, event) == XCB_INPUT_HIERARCHY) devicesStale_ = mapsStale_ = true;
-  return false;  // others want to hear of a keyboard that is unplugged, too
+  if (inputEventType(connection_, event) != XCB_INPUT_HIERARCHY) return false;
+  devicesStale_ = mapsStale_ = true;
+  return true;
 }
 
 // A new layout comes as a burst of events, and so does every change from one keyboard to another:

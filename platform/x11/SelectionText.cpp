@@ -8,6 +8,8 @@ namespace {
 /// How long an owner has for its first answer, whatever it has been asked before.
 constexpr std::chrono::seconds kPatience{1};
 
+constexpr std::size_t kMostBytes = std::size_t{256} * 1024 * 1024;
+
 std::string utf8FromLatin1(const std::string& latin1) {
   std::string utf8;
   utf8.reserve(latin1.size());
@@ -29,7 +31,7 @@ std::optional<std::string> readSelectionText(Connection& connection, EventPump& 
                                              xcb_atom_t selection) {
   const Atoms& atoms = connection.atoms();
   const auto deadline = EventPump::Clock::now() + kPatience;
-  SelectionTransfer transfer(connection, pump);
+  SelectionTransfer transfer(connection, pump, kMostBytes);
   // In this order: some owners put escape sequences into STRING for what Latin-1 lacks.
   for (const auto target : {atoms.utf8String, atoms.utf8PlainText, xcb_atom_t{XCB_ATOM_STRING}}) {
     auto answer = transfer.ask(selection, target, deadline);

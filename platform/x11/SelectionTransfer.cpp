@@ -5,15 +5,16 @@
 namespace seldial::platform::x11 {
 namespace {
 
-constexpr std::size_t kMostBytes = std::size_t{256} * 1024 * 1024;
-
 /// How long an owner may pause between two pieces.
 constexpr std::chrono::seconds kPatience{1};
 
 }  // namespace
 
-SelectionTransfer::SelectionTransfer(Connection& connection, EventPump& pump)
-    : connection_(connection), pump_(pump), window_(xcb_generate_id(connection.xcb())) {
+SelectionTransfer::SelectionTransfer(Connection& connection, EventPump& pump, std::size_t mostBytes)
+    : connection_(connection),
+      pump_(pump),
+      mostBytes_(mostBytes),
+      window_(xcb_generate_id(connection.xcb())) {
   const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
   xcb_create_window(connection_.xcb(), XCB_COPY_FROM_PARENT, window_, connection_.root(), -1, -1, 1,
                     1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
@@ -42,8 +43,8 @@ std::optional<SelectionAnswer> SelectionTransfer::ask(xcb_atom_t selection, xcb_
 /// Takes what the owner put there; that the property vanishes asks for the next piece.
 std::optional<SelectionAnswer> SelectionTransfer::takeProperty() {
   auto* const xcb = connection_.xcb();
-  const auto cookie =
-      xcb_get_property(xcb, 1, window_, *answered_, XCB_ATOM_ANY, 0, kMostBytes / 4);
+  const auto cookie = xcb_get_property(xcb, 1, window_, *answered_, XCB_ATOM_ANY, 0,
+                                       static_cast<std::uint32_t>(mostBytes_ / 4));
   const auto reply = freed(xcb_get_property_reply(xcb, cookie, nullptr));
   if (!reply || reply->bytes_after != 0) return {};
   return SelectionAnswer{reply->type,
@@ -57,7 +58,7 @@ std::optional<SelectionAnswer> SelectionTransfer::takePieces() {
     const auto deadline = EventPump::Clock::now() + kPatience;
     if (!pump_.serveUntil(deadline, [this] { return std::exchange(pieceCame_, false); })) return {};
     const auto piece = takeProperty();
-    if (!piece || piece->bytes.size() > kMostBytes - whole.bytes.size()) return {};
+    if (!piece || piece->bytes.size() > mostBytes_ - whole.bytes.size()) return {};
     if (piece->type == XCB_ATOM_NONE) continue;  // was taken with the piece before
     if (whole.type == XCB_ATOM_NONE) whole.type = piece->type;
     if (piece->bytes.empty()) return whole;

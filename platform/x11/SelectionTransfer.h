@@ -19,7 +19,8 @@ struct SelectionAnswer {
 /// a transfer that was given up, reaches nothing.
 class SelectionTransfer final : public EventHandler {
  public:
-  SelectionTransfer(Connection& connection, EventPump& pump);
+  /// An answer of more than `mostBytes` is given up.
+  SelectionTransfer(Connection& connection, EventPump& pump, std::size_t mostBytes);
   ~SelectionTransfer() override;
   SelectionTransfer(const SelectionTransfer&) = delete;
   SelectionTransfer& operator=(const SelectionTransfer&) = delete;
@@ -37,6 +38,7 @@ class SelectionTransfer final : public EventHandler {
 
   Connection& connection_;
   EventPump& pump_;
+  const std::size_t mostBytes_;
   xcb_window_t window_;
   xcb_atom_t target_ = XCB_ATOM_NONE;
   std::optional<xcb_atom_t> answered_;  ///< the property of the owner's answer

@@ -130,9 +130,17 @@ void Keyboard::typeThroughXTest(std::uint8_t key, bool down) {
 }
 
 unsigned Keyboard::modifiers() const {
+  return state() & 0xFF;
+}
+
+unsigned Keyboard::group() const {
+  return state() >> 13 & 3;
+}
+
+unsigned Keyboard::state() const {
   const auto cookie = xcb_query_pointer(connection_, root_);
   const auto reply = freed(xcb_query_pointer_reply(connection_, cookie, nullptr));
-  return reply ? reply->mask & 0xFFU : 0;
+  return reply ? reply->mask : 0;
 }
 
 std::set<std::uint8_t> Keyboard::downOn(std::uint8_t device) const {

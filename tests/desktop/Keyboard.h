@@ -53,12 +53,16 @@ class Keyboard {
   /// The number by which setxkbmap -device knows the keyboard through which programs type.
   [[nodiscard]] std::string typingDevice() const { return std::to_string(typing_); }
 
+  /// Which of several layouts is chosen, from 0 on.
+  [[nodiscard]] unsigned group() const;
+
   /// Types through the XTEST keyboard, as another program would.
   void typeThroughXTest(std::uint8_t key, bool down);
 
  private:
   [[nodiscard]] std::set<std::uint8_t> downOn(std::uint8_t device) const;
   void findDevices();
+  [[nodiscard]] unsigned state() const;
   void fake(std::uint8_t type, std::uint8_t key, std::uint8_t device);
   void synchronise();
 

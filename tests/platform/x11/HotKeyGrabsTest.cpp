@@ -185,6 +185,35 @@ TEST_F(HotKeyGrabs, AKeyThatIsDownWhenItIsRegisteredFiresWithItsNextPress) {
   keyboard.release(kControlAltKeys);
 }
 
+TEST_F(HotKeyGrabs, AHotKeyRegisteredAnewWhileItIsHeldFiresWithItsNextPress) {
+  const auto before = port.registerHotKey(kVirtualD, kControlAlt, 1);
+  ASSERT_TRUE(before);
+  keyboard.press(kControlAltKeys);
+  keyboard.press(kKeyD);
+  port.unregisterHotKey(*before);
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt, 2));
+  keyboard.release(kKeyD);
+  port.settle();
+  EXPECT_EQ(port.releases().size(), 0U);
+  keyboard.tap(kKeyD);
+  port.waitForReleases(1);
+  keyboard.release(kControlAltKeys);
+}
+
+TEST_F(HotKeyGrabs, AnotherKeyPressedWhileAHotKeyIsHeldIsNoUseOfIt) {
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt, 1));
+  ASSERT_TRUE(port.registerHotKey(kVirtualF, 0, 2));
+  keyboard.press(kControlAltKeys);
+  keyboard.press(kKeyD);
+  keyboard.tap(kKeyF);
+  keyboard.release(kKeyD);
+  keyboard.release(kControlAltKeys);
+  port.waitForReleases(1);
+  port.settle();
+  ASSERT_EQ(port.releases().size(), 1U);
+  EXPECT_EQ(port.releases()[0].hotKeyID.id, 1U);
+}
+
 TEST_F(HotKeyGrabs, TwoHotKeysOnOneKeyAreToldApart) {
   ASSERT_TRUE(port.registerHotKey(kVirtualD, kHotKeyControl, 1));
   ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt, 2));
@@ -252,17 +281,25 @@ TEST_F(HotKeyGrabs, ACombinationHeldInOneStateOfTheLocksIsRefusedAndNothingOfItK
   }
 }
 
-TEST_F(HotKeyGrabs, FiresUnderAnotherLayoutAndItsSecondGroup) {
-  for (const std::string layout : {"de", "fr", "ru", "us,ru"}) {
-    ASSERT_EQ(server.run({"setxkbmap", "-option", "grp:menu_toggle", layout}), 0);
+TEST_F(HotKeyGrabs, FiresUnderAnyLayout) {
+  for (const char* const layout : {"de", "fr", "ru", "dvorak"}) {
+    ASSERT_EQ(server.run({"setxkbmap", layout}), 0);
     const auto ref = port.registerHotKey(kVirtualD, kControlAlt);
     ASSERT_TRUE(ref) << layout;
     const auto before = port.releases().size();
-    keyboard.tap(kKeyMenu);
     useHotKey();
     port.waitForReleases(before + 1);
     port.unregisterHotKey(*ref);
   }
+}
+
+TEST_F(HotKeyGrabs, FiresUnderTheSecondLayoutOfTwo) {
+  ASSERT_EQ(server.run({"setxkbmap", "-option", "grp:menu_toggle", "us,ru"}), 0);
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  keyboard.tap(kKeyMenu);
+  ASSERT_EQ(keyboard.group(), 1U);
+  useHotKey();
+  port.waitForReleases(1);
 }
 
 TEST_F(HotKeyGrabs, StaysRegisteredWhenTheLayoutChanges) {

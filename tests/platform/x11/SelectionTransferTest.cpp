@@ -1,0 +1,56 @@
+// The limit on what is read from another program.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "platform/x11/SelectionTransfer.h"
+#include "tests/desktop/XClient.h"
+#include "tests/desktop/XServer.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+using desktop::answersWith;
+
+class SelectionTransferLimit : public ::testing::Test {
+ protected:
+  static std::unique_ptr<Connection> connect(const std::string& display) {
+    setenv("DISPLAY", display.c_str(), 1);
+    return Connection::open();
+  }
+
+  /// The text of the clipboard in UTF-8, read with a limit of `mostBytes`.
+  std::optional<SelectionAnswer> read(std::size_t mostBytes) {
+    SelectionTransfer transfer(*connection, pump, mostBytes);
+    return transfer.ask(connection->atoms().clipboard, connection->atoms().utf8String,
+                        EventPump::Clock::now() + desktop::kLimit);
+  }
+
+  desktop::XServer server;
+  desktop::XClient client{server.display()};
+  linux_port::MainLoop loop;
+  std::unique_ptr<Connection> connection = connect(server.display());
+  EventPump pump{*connection, loop, [] {}};
+};
+
+TEST_F(SelectionTransferLimit, ATextOfJustTheLimitIsRead) {
+  client.own("CLIPBOARD", answersWith(std::string(4000, 'x')));
+  const auto answer = read(4000);
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->bytes.size(), 4000U);
+}
+
+TEST_F(SelectionTransferLimit, ALongerOneIsGivenUp) {
+  client.own("CLIPBOARD", answersWith(std::string(4001, 'x')));
+  EXPECT_FALSE(read(4000));
+}
+
+TEST_F(SelectionTransferLimit, InPiecesTheSumCounts) {
+  client.own("CLIPBOARD", answersWith(std::string(4000, 'x'), 1000));
+  EXPECT_TRUE(read(4000));
+  client.own("CLIPBOARD", answersWith(std::string(4001, 'x'), 1000));
+  EXPECT_FALSE(read(4000));
+}
+
+}  // namespace
+}  // namespace seldial::platform::x11
