@@ -103,6 +103,10 @@ void Keyboard::waitForTypedDown(const std::set<std::uint8_t>& keys) const {
   }
 }
 
+void Keyboard::holdMouseButton(bool held) {
+  fake(held ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, 1, 0);
+}
+
 void Keyboard::focusFollowsPointer() {
   xcb_set_input_focus(connection_, XCB_INPUT_FOCUS_NONE, XCB_INPUT_FOCUS_POINTER_ROOT,
                       XCB_CURRENT_TIME);

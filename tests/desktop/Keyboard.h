@@ -42,6 +42,7 @@ class Keyboard {
   [[nodiscard]] unsigned modifiers() const;
 
   void movePointer(std::int16_t x, std::int16_t y);
+  void holdMouseButton(bool held);
 
   /// No window has the focus: what is typed goes to the one under the pointer.
   void focusFollowsPointer();
@@ -50,7 +51,8 @@ class Keyboard {
   void unplug();
   void plugIn();
 
-  /// The number by which setxkbmap -device knows the keyboard through which programs type.
+  /// The numbers by which setxkbmap and xkbcomp know the keyboards.
+  [[nodiscard]] std::string physicalDevice() const { return std::to_string(physical_); }
   [[nodiscard]] std::string typingDevice() const { return std::to_string(typing_); }
 
   /// Which of several layouts is chosen, from 0 on.

@@ -47,9 +47,12 @@ class X11Test : public ::testing::Test {
     server.kill();
   }
 
-  /// Gives every keyboard the layout in that file of the test data.
-  void useLayout(const std::string& file) {
-    ASSERT_EQ(server.run({"xkbcomp", "-w0", SELDIAL_TEST_DATA "/" + file, server.display()}), 0);
+  /// Gives every keyboard, or one of them, the layout in that file of the test data.
+  void useLayout(const std::string& file, const std::string& keyboardNumber = {}) {
+    std::vector<std::string> command{"xkbcomp", "-w0"};
+    if (!keyboardNumber.empty()) command.insert(command.end(), {"-i", keyboardNumber});
+    command.insert(command.end(), {SELDIAL_TEST_DATA "/" + file, server.display()});
+    ASSERT_EQ(server.run(command), 0);
   }
 
   /// The user uses Ctrl+Alt+D.

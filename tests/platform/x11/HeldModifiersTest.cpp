@@ -1,0 +1,195 @@
+// Keys that the user, or another program, holds while the copy keystroke is typed.
+#include <algorithm>
+
+#include "tests/platform/x11/DialTest.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+using HeldModifiers = DialTest;
+
+TEST_F(HeldModifiers, ModifiersThatAreStillHeldDoNotChangeIt) {
+  const XClient client(server.display());
+  keyboard.press(kControlAltKeys);
+  keyboard.tap(kKeyD);
+  expectDial(1);
+  EXPECT_EQ(typedInto(client), (Typed{{kKeyInsert, kStateControl}}));
+  keyboard.release(kControlAltKeys);
+}
+
+TEST_F(HeldModifiers, EveryModifierThatCanBeHeldDoesNotChangeIt) {
+  const XClient client(server.display());
+  keyboard.press(kControlAltKeys);
+  keyboard.press({kKeyD, kKeyLeftSuper, kKeyLeftShift, kKeyRightControl, kKeyAltGr});
+  keyboard.release(kKeyD);
+  expectDial(1);
+  EXPECT_EQ(typedInto(client), (Typed{{kKeyInsert, kStateControl}}));
+  keyboard.release({kKeyLeftSuper, kKeyLeftShift, kKeyRightControl, kKeyAltGr});
+  keyboard.release(kControlAltKeys);
+}
+
+TEST_F(HeldModifiers, TheHotKeyWorksAgainWhileItsModifiersAreKeptDown) {
+  const XClient client(server.display());
+  keyboard.press(kControlAltKeys);
+  for (std::size_t uses = 1; uses <= 3; ++uses) {
+    keyboard.tap(kKeyD);
+    expectDial(uses);
+    EXPECT_EQ(keyboard.modifiers(), kStateControl | kStateAlt);
+  }
+  keyboard.release(kControlAltKeys);
+  port.settle();
+  EXPECT_EQ(typedInto(client), Typed(3, {kKeyInsert, kStateControl}));
+}
+
+TEST_F(HeldModifiers, ModifiersLetGoDuringTheWaitAreNotStuck) {
+  const XClient client(server.display());
+  std::promise<void> blocking;
+  port.whenBlocking([&] { blocking.set_value(); });
+  port.dialOnRelease(std::chrono::seconds(2));
+  keyboard.press(kControlAltKeys);
+  keyboard.tap(kKeyD);
+  blocking.get_future().wait();
+  EXPECT_EQ(keyboard.typedDown(), (KeySetSeen{kKeyLeftControl, kKeyLeftAlt}));
+  keyboard.release(kKeyLeftAlt);
+  keyboard.waitForTypedDown({kKeyLeftControl});
+  EXPECT_EQ(keyboard.modifiers(), kStateControl);
+  keyboard.release(kKeyLeftControl);
+  keyboard.waitForTypedDown({});
+  EXPECT_EQ(keyboard.modifiers(), 0U);
+  EXPECT_EQ(port.dialled().size(), 0U);  // all that while the main thread was blocked
+  expectDial(1);
+}
+
+TEST_F(HeldModifiers, ModifiersLetGoBeforeTheKeyAreNotTyped) {
+  const XClient client(server.display());
+  keyboard.press(kControlAltKeys);
+  keyboard.press(kKeyD);
+  keyboard.release(kControlAltKeys);
+  keyboard.release(kKeyD);
+  expectDial(1);
+  keyboard.tap(kKeyF5);
+  client.waitForRelease(kKeyF5);
+  // The hot key's modifiers going down, the keystroke, and the last key.
+  EXPECT_EQ(client.keys().size(), 2U + 4U + 2U);
+}
+
+TEST_F(HeldModifiers, PressesDuringTheWaitAreEachHandledAfterwards) {
+  const XClient client(server.display());
+  std::promise<void> blocking;
+  std::atomic<int> blocks{0};
+  port.whenBlocking([&] {
+    if (++blocks == 1) blocking.set_value();
+  });
+  useHotKey();
+  blocking.get_future().wait();
+  useHotKey();
+  useHotKey();
+  port.waitForDials(3);
+  port.settle();
+  EXPECT_EQ(port.dialled(), std::vector<std::optional<std::string>>(3, kNumber));
+  EXPECT_EQ(typedInto(client), Typed(3, {kKeyInsert, kStateControl}));
+}
+
+TEST_F(HeldModifiers, APressWhileATextIsAwaitedIsHandledAfterwards) {
+  XClientSettings settings;
+  settings.copy.never = true;
+  int asked = 0;
+  settings.copy.whenSilent = [&] {
+    if (++asked == 1) useHotKey();
+  };
+  const XClient client(server.display(), settings);
+  useHotKey();
+  port.waitForDials(2);
+  EXPECT_EQ(port.releases().size(), 2U);
+  EXPECT_EQ(client.copies(), 2);
+}
+
+TEST_F(HeldModifiers, AHotKeyHeldAgainMeanwhileIsOneMoreUseAndTypesNothing) {
+  const XClient client(server.display());
+  keyboard.press(kControlAltKeys);
+  keyboard.tap(kKeyD);
+  // Down again before the keystroke of the first use is typed, and long enough to repeat.
+  keyboard.hold(kKeyD, std::chrono::milliseconds(1500));
+  keyboard.release(kControlAltKeys);
+  port.waitForDials(2);
+  port.settle();
+  EXPECT_EQ(port.dialled(), std::vector<std::optional<std::string>>(2, kNumber));
+  EXPECT_EQ(typedInto(client), Typed(2, {kKeyInsert, kStateControl}));
+}
+
+TEST_F(HeldModifiers, AHotKeyUsedAgainAfterThatIsAUseAsAnyOther) {
+  const XClient client(server.display());
+  keyboard.press(kControlAltKeys);
+  keyboard.tap(kKeyD);
+  keyboard.hold(kKeyD, std::chrono::milliseconds(800));
+  port.waitForDials(2);
+  keyboard.tap(kKeyD);
+  port.waitForDials(3);
+  keyboard.release(kControlAltKeys);
+  port.settle();
+  EXPECT_EQ(port.dialled().size(), 3U);
+}
+
+TEST_F(HeldModifiers, AKeyThatAnotherProgramLeftDownDoesNotSpoilIt) {
+  for (const auto key : {kKeyLeftControl, kKeyRightControl, kKeyLeftShift, kKeyInsert}) {
+    const XClient client(server.display());
+    keyboard.typeThroughXTest(key, true);
+    EXPECT_EQ(port.call([&] { return port.dial(kDelay); }), kNumber) << key;
+    EXPECT_EQ(typedInto(client).back(), (std::pair{0U + kKeyInsert, kStateControl})) << key;
+  }
+}
+
+TEST_F(HeldModifiers, AHotKeyThatAProgramTypesWorksToo) {
+  const XClient client(server.display());
+  for (const auto key : {kKeyLeftControl, kKeyLeftAlt, kKeyD}) keyboard.typeThroughXTest(key, true);
+  for (const auto key : {kKeyD, kKeyLeftAlt, kKeyLeftControl})
+    keyboard.typeThroughXTest(key, false);
+  expectDial(1);
+}
+
+TEST_F(HeldModifiers, AKeyboardUnpluggedWithItsKeysDownLeavesNothingStuck) {
+  const XClient client(server.display());
+  keyboard.press(kControlAltKeys);
+  keyboard.tap(kKeyD);
+  expectDial(1);
+  keyboard.unplug();
+  keyboard.waitForTypedDown({});
+  keyboard.plugIn();
+  keyboard.release(kControlAltKeys);
+}
+
+TEST_F(HeldModifiers, AControlPressedMeanwhileStaysPressed) {
+  const XClient client(server.display());
+  port.call([&] {
+    auto& events = *installed<KeyboardEvents>();
+    const auto down = events.createKeyboardEvent(nullptr, kVirtualC, true);
+    const auto up = events.createKeyboardEvent(nullptr, kVirtualC, false);
+    down->setFlags(kModifierFlagCommand);
+    down->post(kHIDEventTap);
+    keyboard.press(kKeyLeftControl);
+    up->post(kHIDEventTap);
+  });
+  EXPECT_EQ(keyboard.modifiers(), kStateControl);
+  keyboard.release(kKeyLeftControl);
+}
+
+TEST(HeldModifiersAtTheEnd, NothingIsStuckWhenTheProgramEnds) {
+  const XServer server;
+  Keyboard keyboard(server.display());
+  const XClient client(server.display());
+  {
+    X11Port port(server.display());
+    ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+    port.dialOnRelease(kDelay);
+    keyboard.press(kControlAltKeys);
+    keyboard.tap(kKeyD);
+    port.waitForDials(1);
+    EXPECT_EQ(keyboard.typedDown(), (KeySetSeen{kKeyLeftControl, kKeyLeftAlt}));
+  }
+  keyboard.waitForTypedDown({});
+  keyboard.release(kControlAltKeys);
+  EXPECT_EQ(keyboard.down(), KeySetSeen{});
+}
+
+}  // namespace
+}  // namespace seldial::platform::x11

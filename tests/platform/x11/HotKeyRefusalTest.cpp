@@ -1,0 +1,86 @@
+// Hot keys that cannot be had.
+#include <xcb/xcb.h>
+
+#include "tests/desktop/Xcb.h"
+#include "tests/platform/x11/X11Test.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+using HotKeyRefusal = X11Test;
+
+/// Another program that holds combinations.
+class ForeignGrabs {
+ public:
+  explicit ForeignGrabs(const std::string& display) : connection_(connectTo(display)) {}
+  ~ForeignGrabs() { xcb_disconnect(connection_); }
+  ForeignGrabs(const ForeignGrabs&) = delete;
+  ForeignGrabs& operator=(const ForeignGrabs&) = delete;
+
+  /// Whether the server let us have it.
+  bool take(std::uint8_t key, std::uint16_t modifiers) {
+    const auto cookie = xcb_grab_key_checked(connection_, 0, rootOf(connection_), modifiers, key,
+                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    return freed(xcb_request_check(connection_, cookie)) == nullptr;
+  }
+
+ private:
+  xcb_connection_t* connection_;
+};
+
+TEST_F(HotKeyRefusal, ACombinationThatWasGivenBackCanBeTakenAgain) {
+  const auto ref = port.registerHotKey(kVirtualD, kControlAlt);
+  ASSERT_TRUE(ref);
+  EXPECT_FALSE(port.registerHotKey(kVirtualD, kControlAlt));
+  port.unregisterHotKey(*ref);
+  EXPECT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+}
+
+TEST_F(HotKeyRefusal, WhatIsNoKeyIsRefused) {
+  for (const std::uint32_t code : {52U, 63U, 66U, 127U, 128U, 65534U}) {
+    EXPECT_FALSE(port.registerHotKey(code, kControlAlt)) << code;
+  }
+}
+
+TEST_F(HotKeyRefusal, ModifierAndLockKeysAreRefused) {
+  for (std::uint32_t code = 54; code <= 62; ++code) {
+    EXPECT_FALSE(port.registerHotKey(code, 0)) << code;
+  }
+  EXPECT_FALSE(port.registerHotKey(kVirtualNumLock, kControlAlt));
+}
+
+TEST_F(HotKeyRefusal, TheCopyKeystrokeIsRefusedButItsKeyIsNot) {
+  EXPECT_FALSE(port.registerHotKey(kVirtualInsert, kHotKeyControl));
+  EXPECT_TRUE(port.registerHotKey(kVirtualInsert, kControlAlt));
+  EXPECT_TRUE(port.registerHotKey(kVirtualC, kHotKeyControl));
+}
+
+TEST_F(HotKeyRefusal, AModifierThatNoKeyCarriesIsRefused) {
+  useLayout("no-super.xkb");
+  EXPECT_FALSE(port.registerHotKey(kVirtualD, kHotKeyCommand));
+  EXPECT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  useLayout("super-on-mod3.xkb");
+  port.settle();
+  EXPECT_FALSE(port.registerHotKey(kVirtualD, kHotKeyShift));
+  EXPECT_TRUE(port.registerHotKey(kVirtualD, kHotKeyCommand));
+}
+
+TEST_F(HotKeyRefusal, ACombinationThatAnotherProgramHoldsIsRefused) {
+  ForeignGrabs other(server.display());
+  ASSERT_TRUE(other.take(kKeyD, kStateControl | kStateAlt));
+  EXPECT_FALSE(port.registerHotKey(kVirtualD, kControlAlt));
+  EXPECT_TRUE(port.registerHotKey(kVirtualD, kHotKeyControl));
+}
+
+TEST_F(HotKeyRefusal, ACombinationHeldInOneStateOfTheLocksIsRefusedAndNothingOfItKept) {
+  ForeignGrabs other(server.display());
+  ASSERT_TRUE(other.take(kKeyD, kStateControl | kStateAlt | kStateNumLock));
+  EXPECT_FALSE(port.registerHotKey(kVirtualD, kControlAlt));
+  port.settle();
+  for (const unsigned locks : {0U, kStateLock, kStateLock | kStateNumLock}) {
+    EXPECT_TRUE(other.take(kKeyD, static_cast<std::uint16_t>(kStateControl | kStateAlt | locks)));
+  }
+}
+
+}  // namespace
+}  // namespace seldial::platform::x11
