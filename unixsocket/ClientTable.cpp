@@ -33,4 +33,9 @@ void GDUnixSocketServer::removeAllClients() {
   connectedClients_.clear();
 }
 
+bool GDUnixSocketServer::isClosed() const {
+  const MutexLock lock(lock_);
+  return fd() == -1;
+}
+
 }  // namespace seldial

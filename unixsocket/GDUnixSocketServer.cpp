@@ -142,7 +142,10 @@ std::optional<Error> GDUnixSocketServer::closeListening(bool informDelegate) {
   const MutexLock lock(closeLock_);
   std::optional<Error> failure = unlinkSocket();
   // Kept on purpose: a server whose file cannot be removed goes on listening.
-  if (!failure) GDUnixSocket::closeWithError(&failure);
+  if (!failure) {
+    GDUnixSocket::closeWithError(&failure);
+    removeAllClients();  // those that were accepted since they were removed first
+  }
   if (informDelegate) {
     if (const auto told = delegate()) told->unixSocketServerDidClose(*this, failure);
   }

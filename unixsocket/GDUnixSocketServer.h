@@ -120,9 +120,12 @@ class GDUnixSocketServer final : public GDUnixSocket {
   std::optional<Error> closeListening(bool informDelegate) SELDIAL_EXCLUDES(closeLock_);
   void startMainLoop(Descriptor::Serial listening);
 
+  /// Whether there is no listening socket, once an opening or a close that is under way is done.
+  bool isClosed() const SELDIAL_EXCLUDES(lock_);
+
   void acceptConnections(Descriptor::Serial listening);
   int acceptOn(Descriptor::Serial listening);
-  void welcome(int accepted, Descriptor::Serial listening);
+  void welcome(int accepted);
   void acceptFailed(Descriptor::Serial listening, int errorNumber);
   void endOfConnection(const std::shared_ptr<GDUnixSocket>& connection,
                        const std::optional<Error>& error);

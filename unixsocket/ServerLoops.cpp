@@ -39,7 +39,7 @@ void GDUnixSocketServer::acceptConnections(Descriptor::Serial listening) {
       acceptFailed(listening, errno);
       return;
     }
-    welcome(accepted, listening);
+    welcome(accepted);
   }
 }
 
@@ -51,7 +51,7 @@ int GDUnixSocketServer::acceptOn(Descriptor::Serial listening) {
 /// The reader starts first and looks its connection up before anything else, so it waits at a gate
 /// until the connection is in the table and the delegate knows it: none is taken for a removed one,
 /// and its data does not overtake its accept.
-void GDUnixSocketServer::welcome(int accepted, Descriptor::Serial listening) {
+void GDUnixSocketServer::welcome(int accepted) {
   const auto connection = GDUnixSocket::initWithSocketPath(kDummySocketPath);
   connection->setFd(accepted);
   const auto announced = std::make_shared<Gate>();
@@ -63,8 +63,8 @@ void GDUnixSocketServer::welcome(int accepted, Descriptor::Serial listening) {
   if (const auto told = delegate()) {
     told->unixSocketServerDidAcceptClientWithID(*this, connection->uniqueID());
   }
-  // A close that came before the connection was in the table did not find it there.
-  if (!descriptor().holds(listening)) removeAndCloseClient(connection);
+  // A close that was over before the connection was in the table did not find it there.
+  if (isClosed()) removeAndCloseClient(connection);
   announced->open();
 }
 

@@ -46,7 +46,10 @@ class CloseInBetween {
       return std::optional<int>();
     });
   }
-  ~CloseInBetween() { closer_.join(); }
+  ~CloseInBetween() {
+    SystemCalls::set({});
+    closer_.join();
+  }
   CloseInBetween(const CloseInBetween&) = delete;
   CloseInBetween& operator=(const CloseInBetween&) = delete;
 
@@ -68,7 +71,6 @@ class CloseInBetween {
   std::atomic<bool> used_{false};
   Opener opener_;
   std::thread closer_;
-  SystemCalls calls_;
 };
 
 TEST(DescriptorReuse, AReadIsNeverOvertakenByTheClose) {

@@ -14,6 +14,7 @@
 
 #include "tests/doubles/BackgroundQueueDoubles.h"
 #include "tests/doubles/PlatformDoubles.h"
+#include "tests/unixsocket/ListeningServer.h"
 #include "tests/unixsocket/Support.h"
 #include "tests/unixsocket/SystemCalls.h"
 
@@ -215,6 +216,27 @@ void playAllWith(Moment readerStarts, std::optional<Moment> closes) {
       if (testing::Test::HasFailure()) return;  // the first order that fails says enough
     }
   }
+}
+
+using InterleavingWithAClose = ListeningServer;
+
+TEST_F(InterleavingWithAClose, AConnectionThatIsAcceptedInTheMiddleOfItIsClosedToo) {
+  std::optional<Peer> late;
+  std::atomic<int> looks{0};
+  listen();
+  connect();
+  SystemCalls calls;
+  // The close looks for the socket file after it has removed all connections.
+  SystemCalls::set([&](const SystemCall& call) {
+    if (call.name == "stat" && looks++ == 0) late.emplace(connect());
+    return std::optional<int>();
+  });
+  server->close();
+  ASSERT_TRUE(late);
+  EXPECT_EQ("", late->receiveToTheEnd());
+  queue->waitUntilIdle();
+  EXPECT_TRUE(server->connectedClients().empty());
+  EXPECT_EQ(2U, delegate->journal.count("accept"));
 }
 
 class Interleaving : public testing::TestWithParam<Moment> {};
