@@ -66,7 +66,7 @@ TEST_F(ServerClose, OfAServerThatNeverListenedFails) {
 
 TEST_F(ServerClose, EndsTheAcceptLoopWithoutAFailureCallback) {
   listen();
-  connect();
+  const Peer peer = connect();
   server->close();
   queue->waitUntilIdle();
   EXPECT_THAT(delegate->journal.lines().back(), "close");
@@ -144,7 +144,7 @@ TEST_F(ServerClose, IsAllowedInADisconnectCallback) {
 
 TEST_F(ServerClose, AnAcceptThatFailsOnAnOpenServerIsToldAndClosesIt) {
   listen();
-  connect();
+  const Peer peer = connect();
   const std::string descriptor = std::to_string(server->fd());
   ::shutdown(server->fd(), SHUT_RDWR);  // the system now refuses to accept
   ASSERT_TRUE(delegate->journal.waitFor("close"));
