@@ -2,6 +2,7 @@
 
 #include <string>
 
+/// Where everything of this system lives.
 namespace seldial {
 
 /// Bytes as they travel through a socket; not text, any byte may occur.

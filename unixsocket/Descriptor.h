@@ -22,6 +22,7 @@ class Descriptor {
 
   class Use;
 
+  /// The number, -1 for none. Another thread may take it as soon as it is returned.
   [[nodiscard]] int number() const SELDIAL_EXCLUDES(mutex_);
 
   /// The serial of the descriptor that was stored last; it stays when that one is taken.
@@ -62,6 +63,7 @@ class Descriptor::Use {
   Use(const Use&) = delete;
   Use& operator=(const Use&) = delete;
 
+  /// What to make the call on; -1 when there was no descriptor.
   [[nodiscard]] int number() const { return number_; }
 
  private:
@@ -69,11 +71,12 @@ class Descriptor::Use {
   int number_ = -1;
 };
 
-/// Makes programs that this process starts not inherit `number`. -1 is passed on as it is, with
-/// errno as it was.
+/// Makes programs that this process starts not inherit `number`, and returns it; it stays the
+/// caller's. -1 is passed on as it is, with errno as it was. Any thread.
 int closedOnExec(int number);
 
-/// As write(2), but a peer that is gone is an error (EPIPE) and never a signal.
+/// As write(2): the count of bytes that were taken, or -1 and errno. But a peer that is gone is an
+/// error (EPIPE) and never a signal. Any thread; blocks it as write(2) does.
 std::int64_t writeOnce(int number, const void* bytes, std::size_t size);
 
 }  // namespace seldial

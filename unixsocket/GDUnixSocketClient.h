@@ -34,20 +34,25 @@ class GDUnixSocketClientDelegate {
                                                       const Error& /*error*/) {}
 };
 
-/// Connects and writes on the caller's thread. May be connected again after a close.
+/// Connects and writes on the caller's thread. May be connected again after a close. Failures,
+/// threads and ownership are as GDUnixSocket says.
 class GDUnixSocketClient final : public GDUnixSocket {
  public:
+  /// Would be called with the error or none.
   using ConnectCompletion = std::function<void(const std::optional<Error>& error)>;
 
   /// A client for `socketPath`, not connected; null when the path is rejected.
   static std::shared_ptr<GDUnixSocketClient> initWithSocketPath(
       const std::string& socketPath, std::uint64_t andFragmentSize = kDefaultFragmentSize);
+  /// Always null: there is no client without a path.
   static std::shared_ptr<GDUnixSocketClient> init() { return initWithSocketPath({}); }
 
+  /// For initWithSocketPath() alone.
   GDUnixSocketClient(Key key, const std::string& socketPath, std::uint64_t fragmentSize);
 
   /// Who is told; not owned, null when there is none or it is gone.
   [[nodiscard]] std::shared_ptr<GDUnixSocketClientDelegate> delegate() const;
+  /// From the next callback on. The caller keeps the delegate alive; null is none.
   void setDelegate(std::weak_ptr<GDUnixSocketClientDelegate> delegate);
 
   /// The longest that a connect, or a write, of the connections made from now on waits for a server

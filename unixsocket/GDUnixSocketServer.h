@@ -14,7 +14,7 @@
 
 namespace seldial {
 
-/// A broken invariant of the caller's; the only exception of the library.
+/// A mistake of the caller's; the only exception of the library.
 class InternalInconsistencyException : public std::logic_error {
  public:
   using std::logic_error::logic_error;
@@ -23,18 +23,22 @@ class InternalInconsistencyException : public std::logic_error {
 /// Its fd() is the listening socket; each accepted connection is a GDUnixSocket in the table, known
 /// by its uniqueID.
 ///
-/// The accept loop and the readers run on the shared background queue and keep the server alive: a
-/// server that listens lives until it is closed, however few references are left.
+/// The accept loop and the readers run on background threads, which take no signals, and keep the
+/// server alive: a server that listens lives until it is closed, however few references are left.
+/// Failures, threads and ownership are as GDUnixSocket says.
 class GDUnixSocketServer final : public GDUnixSocket {
  public:
+  /// Connections by their uniqueID.
   using ConnectedClients = std::unordered_map<std::string, std::shared_ptr<GDUnixSocket>>;
 
   /// A server for `socketPath` that does not listen yet; null when the path is rejected. The
   /// fragment size is the server's own: connections always read 256 bytes at a time.
   static std::shared_ptr<GDUnixSocketServer> initWithSocketPath(
       const std::string& socketPath, std::uint64_t andFragmentSize = kDefaultFragmentSize);
+  /// Always null: there is no server without a path.
   static std::shared_ptr<GDUnixSocketServer> init() { return initWithSocketPath({}); }
 
+  /// For initWithSocketPath() alone.
   GDUnixSocketServer(Key key, const std::string& socketPath, std::uint64_t fragmentSize);
 
   /// Closes, as close() does, if there is still a listening socket.
@@ -44,13 +48,14 @@ class GDUnixSocketServer final : public GDUnixSocket {
 
   /// Who is told; not owned, null when there is none or it is gone.
   [[nodiscard]] std::shared_ptr<GDUnixSocketServerDelegate> delegate() const;
+  /// From the next callback on. The caller keeps the delegate alive; null is none.
   void setDelegate(std::weak_ptr<GDUnixSocketServerDelegate> delegate);
 
   /// Held by every close from the removal of the socket file to the end of the callback, and while
   /// a failed accept is judged and told.
   [[nodiscard]] Mutex& closeLock() SELDIAL_RETURN_CAPABILITY(closeLock_) { return closeLock_; }
 
-  /// The table, as it is now.
+  /// A copy of the table as it is now, which keeps its connections alive but not open.
   [[nodiscard]] ConnectedClients connectedClients() const;
 
   /// listenWithMaxConnections() with 0.
@@ -85,6 +90,7 @@ class GDUnixSocketServer final : public GDUnixSocket {
   /// The same, without a callback.
   bool closeSilently();
 
+  /// The one or the other.
   bool closeWithError(std::optional<Error>* error, bool informDelegate);
 
   /// Puts a connection into the table. Throws InternalInconsistencyException when it is null.
@@ -102,6 +108,7 @@ class GDUnixSocketServer final : public GDUnixSocket {
 
   /// Removes the file at the path if it is a socket; GDUnixSocketErrorUnlinkFailed when that fails.
   std::optional<Error> unlinkSocket();
+  /// The same at any path, which need not be standardised. Relative ones are the process's.
   std::optional<Error> unlinkSocket(const char* path);
 
   /// Reads from a connection, and tells, until it leaves the table; blocks the calling thread.

@@ -22,10 +22,12 @@
 
 namespace seldial {
 
-/// A mutex, not recursive.
+/// A mutex, not recursive. Any thread.
 class SELDIAL_CAPABILITY("mutex") Mutex {
  public:
+  /// Waits until no other thread holds it, and holds it from then on.
   void lock() SELDIAL_ACQUIRE() { mutex_.lock(); }
+  /// Lets go of it: in the thread that holds it alone.
   void unlock() SELDIAL_RELEASE() { mutex_.unlock(); }
 
  private:
@@ -36,7 +38,9 @@ class SELDIAL_CAPABILITY("mutex") Mutex {
 /// Holds a Mutex for as long as it lives.
 class SELDIAL_SCOPED_CAPABILITY MutexLock {
  public:
+  /// Locks `mutex`, which has to outlive the object.
   explicit MutexLock(Mutex& mutex) SELDIAL_ACQUIRE(mutex) : mutex_(mutex) { mutex_.lock(); }
+  /// Unlocks it.
   ~MutexLock() SELDIAL_RELEASE() { mutex_.unlock(); }
   MutexLock(const MutexLock&) = delete;
   MutexLock& operator=(const MutexLock&) = delete;
@@ -45,15 +49,17 @@ class SELDIAL_SCOPED_CAPABILITY MutexLock {
   Mutex& mutex_;
 };
 
-/// Something to wait for under a Mutex. Wait in a loop that tests what is waited for: a wait may
-/// end for no reason.
+/// Something to wait for under a Mutex. Any thread.
 class Condition {
  public:
+  /// Unlocks `mutex`, which the thread holds, until notifyAll(), and locks it again. To be called
+  /// in a loop that tests what is waited for: a wait may end for no reason.
   void wait(Mutex& mutex) SELDIAL_REQUIRES(mutex) {
     std::unique_lock<std::mutex> lock(mutex.mutex_, std::adopt_lock);
     condition_.wait(lock);
     lock.release();
   }
+  /// Ends the waits of all threads. The mutex may be held or not.
   void notifyAll() { condition_.notify_all(); }
 
  private:
