@@ -36,7 +36,10 @@ sigset_t terminationSignals() {
   sigemptyset(&signals);
   sigaddset(&signals, SIGTERM);
   sigaddset(&signals, SIGINT);
-  sigaddset(&signals, SIGHUP);
+  // Blocked it would arrive even where it is ignored, as nohup makes it.
+  struct sigaction hangUp {};
+  sigaction(SIGHUP, nullptr, &hangUp);
+  if (hangUp.sa_handler != SIG_IGN) sigaddset(&signals, SIGHUP);
   return signals;
 }
 

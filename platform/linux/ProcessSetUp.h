@@ -5,7 +5,8 @@
 
 namespace seldial::platform::linux_port {
 
-/// SIGTERM, SIGINT and SIGHUP: each asks for an orderly end.
+/// SIGTERM, SIGINT and SIGHUP: each asks for an orderly end. Without SIGHUP where whoever started
+/// the process made it ignored, so that the process outlives its terminal.
 sigset_t terminationSignals();
 
 /// Main thread, before any other thread is started (they inherit the signal mask):

@@ -34,13 +34,37 @@ TEST_F(Launch, TheReferenceFlagsPrintAndQuitWithoutASocket) {
   EXPECT_FALSE(std::filesystem::exists(in));
 }
 
+/// What a signal does in this process, and so in a program that it starts.
+class Disposition {
+ public:
+  Disposition(int signal, void (*disposition)(int))
+      : signal_(signal), before_(std::signal(signal, disposition)) {}
+  ~Disposition() { std::signal(signal_, before_); }
+  Disposition(const Disposition&) = delete;
+  Disposition& operator=(const Disposition&) = delete;
+
+ private:
+  const int signal_;
+  void (*const before_)(int);
+};
+
 TEST_F(Launch, EachTerminationSignalEndsItInTheOrderlyWay) {
+  const Disposition notIgnored(SIGHUP, SIG_DFL);
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     startListening();
     process->signal(signal);
     EXPECT_EQ(process->wait(), 0) << signal;
     EXPECT_FALSE(std::filesystem::exists(in)) << signal;
   }
+}
+
+TEST_F(Launch, AHangUpThatItsStarterIgnoresIsIgnored) {
+  const Disposition asNohupDoes(SIGHUP, SIG_IGN);
+  startListening();
+  process->signal(SIGHUP);
+  EXPECT_THAT(answerTo("{}"), IsError("command tag not found"));
+  process->signal(SIGTERM);
+  EXPECT_EQ(process->wait(), 0);
 }
 
 TEST_F(Launch, TheIncomingSocketIsReachableByItsOwnerAlone) {

@@ -26,6 +26,7 @@ class RecordingDelegate final : public ApplicationDelegate {
 
 struct ApplicationTest : testing::Test {
   ApplicationTest() {
+    std::signal(SIGHUP, SIG_DFL);  // where the tests themselves were started to outlive a hang-up
     const sigset_t signals = terminationSignals();
     pthread_sigmask(SIG_BLOCK, &signals, &before);
   }
