@@ -60,6 +60,19 @@ TEST_F(SeldialUcOnDesktop, AHotKeyThatIsTakenIsRefusedAndIsFreeAgainAfterwards) 
   expectHotKey(third);
 }
 
+TEST_F(SeldialUcOnDesktop, AReaderThatIsGoneEndsItWithStatus1) {
+  const desktop::XClient editor(server_.display());
+  desktop::ChildProcess shell(
+      {"sh", "-c",
+       R"(exec 3>&1; { "$0" --delay 20 2>/dev/null; echo "status $?" >&3; } |)"
+       R"( { read -r line; echo "$line" >&3; })",
+       SELDIAL_UC},
+      {server_.environment()});
+  EXPECT_EQ(shell.readLine(), R"({"response":"HotkeyState","result":true})");
+  pressHotKey();  // what it then has to print finds no reader, if nothing before did
+  EXPECT_EQ(shell.readLine(), "status 1");
+}
+
 TEST_F(SeldialUcOnDesktop, TheDialerThatLosesItsDesktopEndsTheClientWithStatus1) {
   RunningClient client({}, server_.environment());
   expectHotKey(client);
