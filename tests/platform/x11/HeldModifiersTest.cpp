@@ -169,6 +169,7 @@ TEST_F(HeldModifiers, AControlPressedMeanwhileStaysPressed) {
     keyboard.press(kKeyLeftControl);
     up->post(kHIDEventTap);
   });
+  keyboard.waitForTypedDown({kKeyLeftControl});
   EXPECT_EQ(keyboard.modifiers(), kStateControl);
   keyboard.release(kKeyLeftControl);
 }
