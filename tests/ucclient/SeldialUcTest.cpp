@@ -58,6 +58,7 @@ class Script {
 
 TEST(SeldialUc, AnySignalForTheEndEndsTheDialerFirstAndThenItselfInOrder) {
   const Script dialer("sleep 1000 & trap 'echo told >&2; kill $!; exit' TERM; echo up >&2; wait");
+  std::signal(SIGHUP, SIG_DFL);  // where the tests themselves were started to outlive a hang-up
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     RunningClient client(dialer.arguments());
     client.expectLine("up");
@@ -66,6 +67,17 @@ TEST(SeldialUc, AnySignalForTheEndEndsTheDialerFirstAndThenItselfInOrder) {
     EXPECT_EQ(client.process().wait(), 0) << signal;
     EXPECT_TRUE(client.directoryIsEmpty());
   }
+}
+
+TEST(SeldialUc, AHangUpThatItsStarterIgnoresIsIgnored) {
+  const Script dialer("echo $$ >&2; exec sleep 1000");
+  std::signal(SIGHUP, SIG_IGN);  // as nohup does
+  RunningClient client(dialer.arguments());
+  std::signal(SIGHUP, SIG_DFL);
+  const pid_t dialerID = std::stoi(client.process().readLine());
+  client.process().signal(SIGHUP);
+  kill(dialerID, SIGKILL);
+  EXPECT_EQ(client.process().wait(), 1);  // the status of an end that nobody asked for
 }
 
 TEST(SeldialUc, TheSecondSignalKillsADialerThatDoesNotEnd) {
