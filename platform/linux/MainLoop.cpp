@@ -1,6 +1,7 @@
 #include "platform/linux/MainLoop.h"
 
 #include <poll.h>
+#include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -20,21 +21,42 @@ int makeEventDescriptor() {
   return descriptor;
 }
 
-/// A negative time-out waits for ever. EINTR is a wait that ended early, which every caller takes.
+int makeEpollDescriptor() {
+  const int descriptor = epoll_create1(EPOLL_CLOEXEC);
+  if (descriptor == -1) throw std::system_error(errno, std::generic_category(), "epoll_create");
+  return descriptor;
+}
+
+void addTo(int epoll, int descriptor, std::uint32_t events, EventSource* source) {
+  epoll_event event{};
+  event.events = events;
+  event.data.ptr = source;
+  if (epoll_ctl(epoll, EPOLL_CTL_ADD, descriptor, &event) == -1) {
+    throw std::system_error(errno, std::generic_category(), "epoll_ctl");
+  }
+}
+
+/// EINTR is a wait that ended early, which the caller takes.
 void pollFor(std::vector<pollfd>& descriptors, std::chrono::nanoseconds timeout) {
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(timeout);
   const timespec limit{seconds.count(), (timeout - seconds).count()};
-  const bool forEver = timeout.count() < 0;
-  if (ppoll(descriptors.data(), descriptors.size(), forEver ? nullptr : &limit, nullptr) == -1) {
+  if (ppoll(descriptors.data(), descriptors.size(), &limit, nullptr) == -1) {
     for (auto& descriptor : descriptors) descriptor.revents = 0;
   }
 }
 
 }  // namespace
 
-MainLoop::MainLoop() : mainThread_(std::this_thread::get_id()), wakeUp_(makeEventDescriptor()) {}
+MainLoop::MainLoop()
+    : mainThread_(std::this_thread::get_id()),
+      wakeUp_(makeEventDescriptor()),
+      epoll_(makeEpollDescriptor()) {
+  // Edge-triggered: each signal ends one wait, and nobody has to read it away.
+  addTo(epoll_, wakeUp_, EPOLLIN | EPOLLET, nullptr);
+}
 
 MainLoop::~MainLoop() {
+  close(epoll_);
   close(wakeUp_);
 }
 
@@ -42,7 +64,7 @@ void MainLoop::async(Task task) {
   {
     const std::lock_guard lock(mutex_);
     tasks_.push_back(std::move(task));
-    if (std::exchange(signalled_, true)) return;
+    if (!std::exchange(waiting_, false)) return;
   }
   eventfd_write(wakeUp_, 1);  // without the lock, which the main thread takes as soon as it runs
 }
@@ -52,10 +74,12 @@ bool MainLoop::isMainThread() const {
 }
 
 void MainLoop::watch(EventSource& source) {
+  addTo(epoll_, source.descriptor(), EPOLLIN, &source);
   sources_.push_back(&source);
 }
 
 void MainLoop::unwatch(EventSource& source) {
+  epoll_ctl(epoll_, EPOLL_CTL_DEL, source.descriptor(), nullptr);
   sources_.erase(std::remove(sources_.begin(), sources_.end(), &source), sources_.end());
 }
 
@@ -79,7 +103,7 @@ void MainLoop::runTasks() {
   {
     const std::lock_guard lock(mutex_);
     tasks.swap(tasks_);
-    signalled_ = false;
+    waiting_ = false;
   }
   for (auto& task : tasks) {
     if (quit_) return;
@@ -88,17 +112,20 @@ void MainLoop::runTasks() {
   }
 }
 
+/// From a true answer on, async() wakes the loop up.
+bool MainLoop::nothingToDo() {
+  const std::lock_guard lock(mutex_);
+  waiting_ = tasks_.empty();
+  return waiting_;
+}
+
 void MainLoop::wait() {
-  const auto sources = sources_;
-  std::vector<pollfd> descriptors{{wakeUp_, POLLIN, 0}};
-  for (const auto* source : sources) descriptors.push_back({source->descriptor(), POLLIN, 0});
-  pollFor(descriptors, std::chrono::nanoseconds(-1));
-  if (descriptors.front().revents != 0) {
-    eventfd_t count = 0;
-    eventfd_read(wakeUp_, &count);
-  }
-  for (std::size_t i = 0; i < sources.size() && !quit_; ++i) {
-    if (descriptors[i + 1].revents != 0) sources[i]->readable();
+  epoll_event events[8];
+  const int count = epoll_wait(epoll_, events, 8, nothingToDo() ? -1 : 0);
+  for (int i = 0; i < count && !quit_; ++i) {
+    auto* const source = static_cast<EventSource*>(events[i].data.ptr);
+    const bool watched = std::find(sources_.begin(), sources_.end(), source) != sources_.end();
+    if (watched) source->readable();
   }
 }
 

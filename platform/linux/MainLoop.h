@@ -60,15 +60,17 @@ class MainLoop final : public MainQueue {
  private:
   void runTasks();
   void wait();
+  bool nothingToDo();
 
   const std::thread::id mainThread_;
   const int wakeUp_;  ///< an eventfd that async() signals
+  const int epoll_;   ///< watches wakeUp_ and the sources
   bool quit_ = false;
   std::vector<EventSource*> sources_;
 
   std::mutex mutex_;         ///< guards the two below, which any thread reaches
   std::vector<Task> tasks_;  ///< posted, not yet taken
-  bool signalled_ = false;   ///< wakeUp_ is set, or the loop will look at tasks_ before it waits
+  bool waiting_ = false;     ///< the loop will not look at tasks_ unless it is woken up
 };
 
 }  // namespace seldial::platform::linux_port
