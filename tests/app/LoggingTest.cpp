@@ -1,5 +1,6 @@
 #include <thread>
 
+#include "tests/api/LocalTimeZone.h"
 #include "tests/app/AppTest.h"
 
 namespace seldial {
@@ -23,6 +24,22 @@ TEST_F(Logging, LogAloneGivesOnePlainLinePerCall) {
   EXPECT_THAT(output.lines(),
               ElementsAre(MatchesRegex("Log [0-2][0-9]:[0-5][0-9]:[0-6][0-9]> process set hotkey"),
                           EndsWith("> again")));
+}
+
+TEST_F(Logging, ThePlainTimeIsLocalAlsoWhenTheZoneChanges) {
+  constexpr int kHour = 3600;
+  constexpr int kDay = 24 * kHour;
+  app->FlagLog = true;
+  const auto secondsOfDay = [this](const char* zone) {
+    const LocalTimeZone local(zone);
+    app->log("now");
+    const std::string line = output.lines().back();
+    return std::stoi(line.substr(4, 2)) * kHour + std::stoi(line.substr(7, 2)) * 60 +
+           std::stoi(line.substr(10, 2));
+  };
+  const int first = secondsOfDay("AAA0");
+  const int later = secondsOfDay("BBB-7");  // seven hours east, and as long as the test has taken
+  EXPECT_EQ((later - first + kDay) % kDay / kHour, 7);
 }
 
 TEST_F(Logging, JsonLogAloneGivesOneJsonLinePerCall) {

@@ -39,7 +39,9 @@ TEST_F(StartUp, NoArgumentsPrintsTheBannerOpensNoChannelAndKeepsRunning) {
 TEST_F(StartUp, AnEmptyArgumentListLeavesEveryFieldAsItIs) {
   application->commandLine = {};
   app->parseCommandLine();
-  EXPECT_FALSE(app->FlagHelp || app->FlagLog);
+  EXPECT_FALSE(app->FlagChangeLog || app->FlagHelp || app->FlagLog || app->FlagJsonLog ||
+               app->FlagShowApi);
+  EXPECT_FALSE(app->ValueDialerPipeName || app->ValueClientPipeName);
 }
 
 TEST_F(StartUp, HelpInItsFormsSetsTheFlag) {
