@@ -97,6 +97,14 @@ TEST_F(Launch, AStartThatCannotListenKeepsRunning) {
   EXPECT_EQ(process->wait(), 0);
 }
 
+TEST_F(Launch, APathMayHoldBlanksLineBreaksAndAnyLetters) {
+  for (const char* name : {"a b", "a\nb", "zażółć 📞", "=", "-log", "\xff"}) {
+    in = directory.path(name);
+    startListening();
+    EXPECT_THAT(answerTo("{}"), IsError("command tag not found")) << name;
+  }
+}
+
 TEST_F(Launch, ASecondProgramAtTheSamePathTakesItOver) {
   startListening();
   SeldialProcess second({"-log", "dialerpipename=" + in, "clientpipename=" + out});
@@ -106,7 +114,7 @@ TEST_F(Launch, ASecondProgramAtTheSamePathTakesItOver) {
 }
 
 TEST_F(Launch, ClosedStandardDescriptorsNeverBecomeASocket) {
-  for (const auto& closed : {std::vector<int>{0}, std::vector<int>{1}, std::vector<int>{0, 1, 2}}) {
+  for (const auto& closed : std::vector<std::vector<int>>{{0}, {1}, {2}, {0, 1, 2}}) {
     start({"-log", "-jsonlog"}, {"", closed});
     ASSERT_TRUE(eventually([this] {
       const int connection = connectTo(in);

@@ -1,5 +1,8 @@
 // Clients that behave badly, and many of them.
+#include <sys/resource.h>
 #include <sys/socket.h>
+
+#include <filesystem>
 
 #include "tests/program/ProgramTest.h"
 
@@ -33,6 +36,21 @@ TEST_F(Robustness, FiveHundredClientsThatNeverLeaveDoNotStarveTheNext) {
   EXPECT_TRUE(eventually([this] { return process->statusValue("Threads") < 10; }))
       << process->statusValue("Threads");
   EXPECT_TRUE(eventually([this] { return process->openDescriptors() < 20; }));
+}
+
+TEST_F(Robustness, WhereNoDescriptorIsLeftTheIncomingSocketClosesAndTheProgramStays) {
+  startListening();
+  const rlimit few{20, 20};
+  ASSERT_EQ(prlimit(process->pid(), RLIMIT_NOFILE, &few, nullptr), 0);
+  std::vector<int> held;
+  for (int i = 0; i < 20; ++i) held.push_back(connectTo(in));
+  EXPECT_TRUE(process->waitForLine("Unix socket server; did fail to accept"));
+  EXPECT_TRUE(process->waitForLine("Unix socket server; did close"));
+  EXPECT_FALSE(std::filesystem::exists(in));
+  EXPECT_TRUE(process->isRunning());
+  process->signal(SIGTERM);
+  EXPECT_EQ(process->wait(), 0);
+  for (const int connection : held) close(connection);
 }
 
 TEST_F(Robustness, AClientSocketThatNobodyListensOnLosesTheMessageOnly) {
