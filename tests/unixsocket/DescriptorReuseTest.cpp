@@ -42,7 +42,7 @@ class CloseInBetween {
  public:
   CloseInBetween(std::string name, std::function<void()> close) : close_(std::move(close)) {
     SystemCalls::set([this, name = std::move(name)](const SystemCall& call) {
-      if (call.name == name && !used_.exchange(true)) closeNow(call.descriptor);
+      if (call.name == name && !begun_.exchange(true)) closeNow(call.descriptor);
       return std::optional<int>();
     });
   }
@@ -65,9 +65,11 @@ class CloseInBetween {
     const int thread = closer.get_future().get();
     EXPECT_TRUE(eventually([thread] { return isAsleepOrGone(thread); }));
     EXPECT_FALSE(opener_.isGiven(descriptor)) << "the call would land on somebody else's file";
+    used_ = true;
   }
 
   std::function<void()> close_;
+  std::atomic<bool> begun_{false};
   std::atomic<bool> used_{false};
   Opener opener_;
   std::thread closer_;
