@@ -1,0 +1,62 @@
+// The other side of every comparison: system calls alone, in the fewest lines that do the work.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <string>
+#include <thread>
+
+#include "bench/UcClient.h"
+#include "bench/unixsocket/Tally.h"
+
+namespace seldial::bench {
+
+/// A path for a socket, in a directory that goes with it.
+class SocketPlace {
+ public:
+  SocketPlace();
+  ~SocketPlace();
+  SocketPlace(const SocketPlace&) = delete;
+  SocketPlace& operator=(const SocketPlace&) = delete;
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  std::string directory_;
+  std::string path_;
+};
+
+/// Failures of these are a std::runtime_error.
+Descriptor bareListen(const std::string& path);
+Descriptor bareConnect(const std::string& path);
+Descriptor bareAccept(const Descriptor& listener);
+
+/// Sends all of it.
+void bareSend(const Descriptor& connection, const std::string& bytes);
+
+/// Reads to the end of the stream, at most `fragment` bytes at a time, and adds their count.
+void bareReadAll(const Descriptor& connection, std::size_t fragment, Tally& bytes);
+
+/// Accepts connections and reads each to its end, one after the other, until it is destroyed.
+class BareServer {
+ public:
+  explicit BareServer(const std::string& path);
+  ~BareServer();
+  BareServer(const BareServer&) = delete;
+  BareServer& operator=(const BareServer&) = delete;
+
+  /// When the last connection was accepted; to be asked once `accepted` tells of it.
+  [[nodiscard]] Clock::time_point acceptedAt() const { return acceptedAt_; }
+
+  Tally accepted;
+  Tally ended;
+
+ private:
+  void serve();
+
+  const Descriptor listener_;
+  Clock::time_point acceptedAt_;
+  std::thread thread_;
+};
+
+}  // namespace seldial::bench

@@ -1,0 +1,15 @@
+// Measures the socket library beside bare system calls and prints one table. Everything runs on one
+// processor, so that what a figure shows is the work that is done, not how the system spreads it.
+#include <benchmark/benchmark.h>
+
+#include "bench/ProcessState.h"
+#include "bench/unixsocket/Ratios.h"
+
+int main(int argc, char* argv[]) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+  const seldial::bench::OnOneProcessor pinned;
+  seldial::bench::Ratios ratios;
+  benchmark::RunSpecifiedBenchmarks(&ratios);
+  return ratios.complete() ? 0 : 1;
+}
