@@ -101,6 +101,7 @@ TEST_F(Logging, AMessageThatIsNotTextGetsTheFallbackInJson) {
 TEST_F(Logging, LinesOfManyThreadsStayWhole) {
   app->FlagLog = true;
   std::vector<std::thread> threads;
+  threads.reserve(8);
   for (int i = 0; i < 8; ++i) {
     threads.emplace_back([this, i] {
       for (int n = 0; n < 200; ++n) app->log(std::string(1000, static_cast<char>('a' + i)));

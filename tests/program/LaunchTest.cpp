@@ -12,7 +12,6 @@ namespace seldial::program {
 namespace {
 
 using Launch = ProgramTest;
-using testing::HasSubstr;
 
 TEST_F(Launch, WithoutArgumentsItPrintsTheBannerAndKeepsRunningUntilTerminated) {
   SeldialProcess seldial({});

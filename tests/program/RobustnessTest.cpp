@@ -42,8 +42,8 @@ TEST_F(Robustness, WhereNoDescriptorIsLeftTheIncomingSocketClosesAndTheProgramSt
   startListening();
   const rlimit few{20, 20};
   ASSERT_EQ(prlimit(process->pid(), RLIMIT_NOFILE, &few, nullptr), 0);
-  std::vector<int> held;
-  for (int i = 0; i < 20; ++i) held.push_back(connectTo(in));
+  std::vector<int> held(few.rlim_max);
+  for (int& connection : held) connection = connectTo(in);
   EXPECT_TRUE(process->waitForLine("Unix socket server; did fail to accept"));
   EXPECT_TRUE(process->waitForLine("Unix socket server; did close"));
   EXPECT_FALSE(std::filesystem::exists(in));
@@ -106,8 +106,8 @@ TEST_F(Robustness, ManyCommandsAreAnsweredEachOnceInOrder) {
 
 TEST_F(Robustness, TerminationWhileClientsAreConnectedIsOrderly) {
   startListening();
-  std::vector<int> held;
-  for (int i = 0; i < 20; ++i) held.push_back(connectTo(in));
+  std::vector<int> held(20);
+  for (int& connection : held) connection = connectTo(in);
   ASSERT_TRUE(process->waitForLine("did accept client"));
   process->signal(SIGTERM);
   EXPECT_EQ(process->wait(), 0);
