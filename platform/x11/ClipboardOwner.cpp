@@ -10,31 +10,24 @@ ClipboardOwner::ClipboardOwner(Connection& connection, EventPump& pump)
   pump.add(*this);
 }
 
+// The server takes it for the time of now: an older one could come before that of the last copy,
+// and be refused. A change of a property of ours tells that time, for those who ask since when.
 bool ClipboardOwner::take() {
   auto* const xcb = connection_.xcb();
-  since_ = serverTime();
-  xcb_set_selection_owner(xcb, connection_.window(), connection_.atoms().clipboard, since_);
-  const auto cookie = xcb_get_selection_owner(xcb, connection_.atoms().clipboard);
-  const auto reply = freed(xcb_get_selection_owner_reply(xcb, cookie, nullptr));
-  return reply && reply->owner == connection_.window();
-}
-
-/// A change of a property of ours is reported with the server's time. It has to be that of now:
-/// with an older one the application that copies next could have come before us, or be refused.
-xcb_timestamp_t ClipboardOwner::serverTime() {
-  auto* const xcb = connection_.xcb();
-  now_ = XCB_CURRENT_TIME;
   xcb_change_property(xcb, XCB_PROP_MODE_APPEND, connection_.window(),
                       connection_.atoms().timestamp, XCB_ATOM_INTEGER, 32, 0, nullptr);
-  connection_.synchronise();
+  xcb_set_selection_owner(xcb, connection_.window(), connection_.atoms().clipboard,
+                          XCB_CURRENT_TIME);
+  const auto cookie = xcb_get_selection_owner(xcb, connection_.atoms().clipboard);
+  const auto reply = freed(xcb_get_selection_owner_reply(xcb, cookie, nullptr));
   pump_.handleArrived();
-  return now_;
+  return reply && reply->owner == connection_.window();
 }
 
 bool ClipboardOwner::handle(const xcb_generic_event_t& event) {
   if (kindOf(event) == XCB_PROPERTY_NOTIFY &&
       as<xcb_property_notify_event_t>(event).window == connection_.window()) {
-    now_ = as<xcb_property_notify_event_t>(event).time;
+    since_ = as<xcb_property_notify_event_t>(event).time;
     return true;
   }
   if (kindOf(event) != XCB_SELECTION_REQUEST) return false;

@@ -18,13 +18,11 @@ class ClipboardOwner final : public EventHandler {
   bool handle(const xcb_generic_event_t& event) override;
 
  private:
-  xcb_timestamp_t serverTime();
   void answer(const xcb_selection_request_event_t& request);
   bool fulfil(const xcb_selection_request_event_t& request, xcb_atom_t property);
 
   Connection& connection_;
   EventPump& pump_;
-  xcb_timestamp_t now_ = XCB_CURRENT_TIME;  ///< of the last answer to serverTime()
   xcb_timestamp_t since_ = XCB_CURRENT_TIME;
 };
 

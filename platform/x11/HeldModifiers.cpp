@@ -58,6 +58,7 @@ void HeldModifiers::settle(const KeySet& physical) {
 }
 
 void HeldModifiers::payDebts() {
+  if (debts_.none()) return;
   settle({});
   connection_.synchronise();  // what is under way when a connection is closed is not acted on
 }
