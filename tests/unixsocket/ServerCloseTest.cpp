@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <future>
+#include <thread>
 
 #include "tests/unixsocket/ListeningServer.h"
 
