@@ -181,6 +181,8 @@ TEST_F(ServerClose, WhoHoldsTheCloseLockHoldsUpTheClose) {
 
 TEST_F(ServerClose, TheLastReferenceMayGoInTheCloseCallback) {
   listen();
+  server->close();
+  queue->waitUntilIdle();  // no task refers to the server any more
   std::shared_ptr<GDUnixSocketServer> last = std::move(server);
   server = GDUnixSocketServer::initWithSocketPath(path);
   delegate->onClose = [&last](GDUnixSocketServer&) { last.reset(); };
