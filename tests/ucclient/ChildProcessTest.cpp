@@ -3,6 +3,7 @@
 
 #include <csignal>
 #include <memory>
+#include <utility>
 
 #include "ucclient/ChildProcess.h"
 #include "ucclient/ExitStatus.h"
@@ -15,15 +16,16 @@ namespace {
 class ChildProcessTest : public testing::Test {
  protected:
   void start(const std::string& script) {
-    child_ = ChildProcess::start({"sh", "-c", script},
-                                 {[main = main_, lines = lines_](const std::string& line) {
-                                    main->post([main, lines, line] {
-                                      lines->push_back(line);
-                                      main->stop();
-                                    });
-                                  },
-                                  [main = ended_] { main->post([main] { main->stop(); }); }},
-                                 error_);
+    // A task does not hold the thread that it waits for: one that is never run would keep it.
+    ChildProcess::Events events;
+    events.wroteLine = [main = main_, lines = lines_](const std::string& line) {
+      main->post([&main = *main, lines, line] {
+        lines->push_back(line);
+        main.stop();
+      });
+    };
+    events.ended = [main = ended_] { main->post([&main = *main] { main.stop(); }); };
+    child_ = ChildProcess::start({"sh", "-c", script}, std::move(events), error_);
     ASSERT_TRUE(child_) << error_;
   }
 
