@@ -93,7 +93,7 @@ void inThreads(unsigned count, const std::function<void(unsigned number)>& work)
 TEST(Stress, SixtyFourThreadsLoseNoByteAndNoCallback) {
   raiseDescriptorLimit();
   constexpr unsigned kThreads = 64;
-  constexpr unsigned kRounds = 20;
+  constexpr unsigned kRounds = 160;  // 10,240 connections
   const TemporaryDirectory directory;
   const std::string path = directory.file("socket");
   const std::size_t descriptors = openDescriptors();
