@@ -12,6 +12,7 @@ enum ModifierFlag : std::uint64_t {
   kModifierFlagControl = 0x40000,
   kModifierFlagOption = 0x80000,
   kModifierFlagCommand = 0x100000,
+  kModifierFlagFunction = 0x800000,  ///< set by the function keys and the keys that move the cursor
 };
 
 }  // namespace seldial::platform
