@@ -9,16 +9,10 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "tests/doubles/ArgumentVector.h"
+
 namespace seldial::bench {
 namespace {
-
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-  std::vector<char*> result;
-  result.reserve(texts.size() + 1);
-  for (auto& text : texts) result.push_back(text.data());
-  result.push_back(nullptr);
-  return result;
-}
 
 std::vector<std::string> environmentWith(const std::string& display) {
   std::vector<std::string> result;
@@ -44,7 +38,8 @@ Program::Program(std::vector<std::string> command, const std::string& display) {
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
   const int error = posix_spawn(&process_, command.front().c_str(), &actions, nullptr,
-                                pointers(command).data(), pointers(environment).data());
+                                doubles::argumentVector(command).data(),
+                                doubles::argumentVector(environment).data());
   posix_spawn_file_actions_destroy(&actions);
   if (error != 0) throw std::runtime_error(command.front() + ": " + std::strerror(error));
 }

@@ -13,16 +13,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include "tests/doubles/ArgumentVector.h"
+
 namespace seldial::desktop {
 namespace {
-
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-  std::vector<char*> result;
-  result.reserve(texts.size() + 1);
-  for (auto& text : texts) result.push_back(text.data());
-  result.push_back(nullptr);
-  return result;
-}
 
 std::vector<std::string> mergedEnvironment(std::vector<std::string> added) {
   std::vector<std::string> result = std::move(added);
@@ -62,8 +56,8 @@ bool readableInTime(int descriptor) {
 ChildProcess::ChildProcess(std::vector<std::string> command, std::vector<std::string> environment,
                            const std::string& hint) {
   auto whole = mergedEnvironment(std::move(environment));
-  const auto arguments = pointers(command);
-  const auto variables = pointers(whole);
+  const auto arguments = doubles::argumentVector(command);
+  const auto variables = doubles::argumentVector(whole);
   int output[2];
   int failure[2];
   if (pipe2(output, O_CLOEXEC) != 0 || pipe2(failure, O_CLOEXEC) != 0) {

@@ -2,23 +2,17 @@
 
 #include <xcb/xtest.h>
 
-#include <chrono>
 #include <functional>
 #include <stdexcept>
-#include <thread>
 
 #include "tests/desktop/Xcb.h"
+#include "tests/doubles/Eventually.h"
 
 namespace seldial::desktop {
 namespace {
 
-/// Other programs' state can only be asked for, again and again.
 void waitUntil(const std::function<bool()>& condition, const std::string& what) {
-  const auto deadline = std::chrono::steady_clock::now() + kLimit;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > deadline) throw std::runtime_error("no " + what);
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
-  }
+  if (!doubles::eventually(condition)) throw std::runtime_error("no " + what);
 }
 
 }  // namespace

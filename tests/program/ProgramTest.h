@@ -3,11 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/doubles/Eventually.h"
 #include "tests/doubles/TemporaryDirectory.h"
 #include "tests/doubles/UcListener.h"
 #include "tests/program/SeldialProcess.h"
 
 namespace seldial::program {
+
+using doubles::eventually;
 
 /// The real program between two sockets, without a desktop.
 class ProgramTest : public testing::Test {

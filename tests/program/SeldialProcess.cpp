@@ -17,10 +17,10 @@
 #include <thread>
 #include <utility>
 
+#include "tests/doubles/ArgumentVector.h"
+
 namespace seldial::program {
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 std::string readToEnd(int descriptor) {
   std::string all;
@@ -43,22 +43,7 @@ std::vector<std::string> environmentWith(const std::string& display) {
   return result;
 }
 
-std::vector<char*> pointers(std::vector<std::string>& texts) {
-  std::vector<char*> result;
-  for (auto& text : texts) result.push_back(text.data());
-  result.push_back(nullptr);
-  return result;
-}
-
 }  // namespace
-
-bool eventually(const std::function<bool()>& condition) {
-  for (const auto end = Clock::now() + kPatience; Clock::now() < end;) {
-    if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  return condition();
-}
 
 SeldialProcess::SeldialProcess(std::vector<std::string> arguments, const Options& options) {
   int out[2];
@@ -75,7 +60,8 @@ SeldialProcess::SeldialProcess(std::vector<std::string> arguments, const Options
   arguments.insert(arguments.begin(), SELDIAL_PROGRAM);
   auto environment = environmentWith(options.display);
   const int failure = posix_spawn(&pid_, SELDIAL_PROGRAM, &actions, nullptr,
-                                  pointers(arguments).data(), pointers(environment).data());
+                                  doubles::argumentVector(arguments).data(),
+                                  doubles::argumentVector(environment).data());
   posix_spawn_file_actions_destroy(&actions);
   close(out[1]);
   close(err[1]);

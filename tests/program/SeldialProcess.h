@@ -18,9 +18,6 @@ namespace seldial::program {
 /// How long a test waits for what must come. Only a failing test waits this long.
 inline constexpr std::chrono::seconds kPatience{60};
 
-/// Looks at `condition` again and again until it holds; for what no event announces.
-bool eventually(const std::function<bool()>& condition);
-
 /// Its standard output is read all the time, so that it never stalls on a full pipe.
 class SeldialProcess {
  public:

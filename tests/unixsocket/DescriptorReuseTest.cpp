@@ -91,8 +91,8 @@ TEST(DescriptorReuse, AWriteIsNeverOvertakenByTheClose) {
 
 TEST(DescriptorReuse, AConnectIsNeverOvertakenByTheClose) {
   const TemporaryDirectory directory;
-  const Peer server = Peer::listeningAt(directory.file("socket"));
-  const auto client = GDUnixSocketClient::initWithSocketPath(directory.file("socket"));
+  const Peer server = Peer::listeningAt(directory.path("socket"));
+  const auto client = GDUnixSocketClient::initWithSocketPath(directory.path("socket"));
   CloseInBetween attack("connect", [&client] { client->close(); });
   client->connectWithAutoRead(false);
   EXPECT_TRUE(attack.wasUsed());

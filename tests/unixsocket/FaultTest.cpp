@@ -241,7 +241,7 @@ TEST_F(FaultyServer, RemovingAConnectionTellsTheErrorOfItsClose) {
 class FaultyClient : public testing::Test {
  protected:
   TemporaryDirectory directory;
-  const std::string path = directory.file("socket");
+  const std::string path = directory.path("socket");
   const Peer server = Peer::listeningAt(path);
   const std::shared_ptr<RecordingClientDelegate> delegate =
       std::make_shared<RecordingClientDelegate>();

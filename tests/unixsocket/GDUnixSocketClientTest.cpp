@@ -23,7 +23,7 @@ class GDUnixSocketClientTest : public testing::Test {
 
   doubles::Installed<platform::BackgroundQueue, doubles::SteeredBackgroundQueue> queue;
   TemporaryDirectory directory;
-  const std::string path = directory.file("socket");
+  const std::string path = directory.path("socket");
   const std::shared_ptr<RecordingClientDelegate> delegate =
       std::make_shared<RecordingClientDelegate>();
   std::shared_ptr<GDUnixSocketClient> client = GDUnixSocketClient::initWithSocketPath(path);

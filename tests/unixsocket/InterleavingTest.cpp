@@ -173,7 +173,7 @@ class Stage {
   const Plan plan_;
   doubles::Installed<platform::BackgroundQueue, doubles::SteeredBackgroundQueue> queue_;
   TemporaryDirectory directory_;
-  const std::string path_ = directory_.file("socket");
+  const std::string path_ = directory_.path("socket");
   const std::shared_ptr<RecordingServerDelegate> delegate_ =
       std::make_shared<RecordingServerDelegate>();
   const std::shared_ptr<GDUnixSocketServer> server_ = GDUnixSocketServer::initWithSocketPath(path_);

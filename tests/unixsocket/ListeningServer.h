@@ -33,7 +33,7 @@ class ListeningServer : public testing::Test {
 
   doubles::Installed<platform::BackgroundQueue, doubles::SteeredBackgroundQueue> queue;
   TemporaryDirectory directory;
-  const std::string path = directory.file("socket");
+  const std::string path = directory.path("socket");
   const std::shared_ptr<RecordingServerDelegate> delegate =
       std::make_shared<RecordingServerDelegate>();
   std::shared_ptr<GDUnixSocketServer> server = GDUnixSocketServer::initWithSocketPath(path);

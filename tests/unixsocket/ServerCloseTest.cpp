@@ -194,7 +194,7 @@ TEST_F(ServerClose, AListeningServerLivesUntilItIsClosed) {
   listen();
   const Peer peer = connect();  // the loop is at work
   const std::weak_ptr<GDUnixSocketServer> weak = server;
-  server = GDUnixSocketServer::initWithSocketPath(directory.file("other"));
+  server = GDUnixSocketServer::initWithSocketPath(directory.path("other"));
   const Peer later = connect();
   weak.lock()->close();
   queue->waitUntilIdle();

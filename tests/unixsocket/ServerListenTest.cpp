@@ -46,7 +46,7 @@ TEST_F(ServerListen, TellsInTheCallingThreadOnceItListens) {
 }
 
 TEST_F(ServerListen, APathOf103BytesCanBeListenedOnAndConnectedTo) {
-  const std::string longest = directory.fileOfLength(103);
+  const std::string longest = directory.path(std::string(103 - directory.path("").size(), 's'));
   const auto other = GDUnixSocketServer::initWithSocketPath(longest);
   ASSERT_TRUE(other);
   EXPECT_TRUE(other->listenWithError());
@@ -80,7 +80,7 @@ TEST_F(ServerListen, ARegularFileIsLeftAloneAndBindFails) {
 }
 
 TEST_F(ServerListen, AMissingDirectoryMakesBindFail) {
-  const auto other = GDUnixSocketServer::initWithSocketPath(directory.file("none/socket"));
+  const auto other = GDUnixSocketServer::initWithSocketPath(directory.path("none/socket"));
   std::optional<Error> error;
   EXPECT_FALSE(other->listenWithError(&error));
   EXPECT_EQ("Failed to bind socket. fd: -1. errno: 2. No such file or directory",
@@ -171,7 +171,7 @@ class AcceptLoopStart : public testing::Test {
  protected:
   doubles::Installed<platform::BackgroundQueue, doubles::ManualBackgroundQueue> queue;
   TemporaryDirectory directory;
-  const std::string path = directory.file("socket");
+  const std::string path = directory.path("socket");
   std::shared_ptr<GDUnixSocketServer> server = GDUnixSocketServer::initWithSocketPath(path);
 };
 

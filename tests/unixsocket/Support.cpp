@@ -37,23 +37,6 @@ int newSocket() {
 
 }  // namespace
 
-TemporaryDirectory::TemporaryDirectory() {
-  char name[] = "/tmp/seldial-test-XXXXXX";
-  if (mkdtemp(name) == nullptr) std::abort();
-  path_ = name;
-}
-
-TemporaryDirectory::~TemporaryDirectory() {
-  DIR* const stream = opendir(path_.c_str());
-  while (const dirent* entry = readdir(stream)) ::unlink(file(entry->d_name).c_str());
-  closedir(stream);
-  ::rmdir(path_.c_str());
-}
-
-std::string TemporaryDirectory::fileOfLength(std::size_t bytes) const {
-  return file(std::string(bytes - path_.size() - 1, 's'));
-}
-
 Peer Peer::connectedTo(const std::string& path) {
   Peer peer(newSocket());
   const sockaddr_un address = addressOf(path);
@@ -213,15 +196,6 @@ void RecordingClientDelegate::unixSocketClientDidReceiveData(GDUnixSocketClient&
 void RecordingClientDelegate::unixSocketClientDidFailToReadWithError(GDUnixSocketClient& /*client*/,
                                                                      const Error& error) {
   journal.add("failed " + std::to_string(error.code));
-}
-
-bool eventually(const std::function<bool()>& condition) {
-  const auto end = std::chrono::steady_clock::now() + kPatience;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) return false;
-    std::this_thread::yield();
-  }
-  return true;
 }
 
 std::size_t openDescriptors() {

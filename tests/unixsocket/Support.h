@@ -1,5 +1,5 @@
-// What the tests of the socket library share: a place for sockets, a peer made of bare system
-// calls, delegates that record, and what the process holds.
+// What the tests of the socket library share: a peer made of bare system calls, delegates that
+// record, and what the process holds.
 #pragma once
 
 #include <chrono>
@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/doubles/Eventually.h"
+#include "tests/doubles/TemporaryDirectory.h"
 #include "unixsocket/GDUnixSocketClient.h"
 #include "unixsocket/GDUnixSocketServer.h"
 
@@ -19,22 +21,8 @@ namespace seldial::tests {
 /// How long a test waits for what must come; reaching it is a failure.
 inline constexpr std::chrono::seconds kPatience{60};
 
-/// A directory of its own for each test, gone with it.
-class TemporaryDirectory {
- public:
-  TemporaryDirectory();
-  ~TemporaryDirectory();
-  TemporaryDirectory(const TemporaryDirectory&) = delete;
-  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-
-  [[nodiscard]] std::string file(const std::string& name) const { return path_ + "/" + name; }
-
-  /// A path in it that is exactly `bytes` long.
-  [[nodiscard]] std::string fileOfLength(std::size_t bytes) const;
-
- private:
-  std::string path_;
-};
+using doubles::eventually;
+using doubles::TemporaryDirectory;
 
 /// The other side: a program that uses system calls alone, for its bytes such as SystemCalls.h does
 /// not touch. Closes its descriptor.
@@ -138,9 +126,6 @@ class RecordingClientDelegate final : public GDUnixSocketClientDelegate {
   Journal journal;
   std::function<void(GDUnixSocketClient& client)> onData;  ///< before the line is written
 };
-
-/// Waits until `condition` holds, looking again and again; for what has no event to wait for.
-[[nodiscard]] bool eventually(const std::function<bool()>& condition);
 
 [[nodiscard]] std::size_t openDescriptors();
 [[nodiscard]] std::size_t runningThreads();

@@ -26,7 +26,7 @@ TEST(Threads, FiveHundredConnectionsDoNotStarveTheNextAndLeaveNoThread) {
   raiseDescriptorLimit();
   const TemporaryDirectory directory;
   const auto delegate = std::make_shared<RecordingServerDelegate>();
-  const auto server = GDUnixSocketServer::initWithSocketPath(directory.file("socket"));
+  const auto server = GDUnixSocketServer::initWithSocketPath(directory.path("socket"));
   server->setDelegate(delegate);
   std::thread([] {}).join();  // ThreadSanitizer starts one of its own with the first
   const std::size_t threads = runningThreads();
@@ -34,9 +34,9 @@ TEST(Threads, FiveHundredConnectionsDoNotStarveTheNextAndLeaveNoThread) {
   ASSERT_TRUE(server->listenWithError());
   {
     std::vector<Peer> held;
-    for (int i = 0; i < 500; ++i) held.push_back(Peer::connectedTo(directory.file("socket")));
+    for (int i = 0; i < 500; ++i) held.push_back(Peer::connectedTo(directory.path("socket")));
     ASSERT_TRUE(delegate->journal.waitFor("accept", 500));
-    Peer next = Peer::connectedTo(directory.file("socket"));
+    Peer next = Peer::connectedTo(directory.path("socket"));
     next.send("served");
     next.leave();
     EXPECT_TRUE(delegate->journal.waitFor("data 6"));
@@ -95,7 +95,7 @@ TEST(Stress, SixtyFourThreadsLoseNoByteAndNoCallback) {
   constexpr unsigned kThreads = 64;
   constexpr unsigned kRounds = 160;  // 10,240 connections
   const TemporaryDirectory directory;
-  const std::string path = directory.file("socket");
+  const std::string path = directory.path("socket");
   const std::size_t descriptors = openDescriptors();
   const auto delegate = std::make_shared<CountingDelegate>();
   const auto server = GDUnixSocketServer::initWithSocketPath(path);
@@ -168,7 +168,7 @@ void disturb(const std::string& path, const std::shared_ptr<CountingDelegate>& d
 TEST(Stress, ServersMayCloseReopenAndGoWhileSixtyFourThreadsUseThem) {
   raiseDescriptorLimit();
   const TemporaryDirectory directory;
-  const std::string path = directory.file("socket");
+  const std::string path = directory.path("socket");
   const std::size_t descriptors = openDescriptors();
   const auto delegate = std::make_shared<CountingDelegate>();
   Opening opening;

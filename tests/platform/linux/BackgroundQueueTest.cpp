@@ -9,6 +9,7 @@
 
 #include "platform/Installed.h"
 #include "platform/linux/BackgroundQueue.h"
+#include "tests/doubles/Eventually.h"
 
 namespace seldial::platform {
 namespace {
@@ -24,12 +25,7 @@ int threadsOfThisProcess() {
 }
 
 bool threadsFallTo(int count) {
-  for (const auto end = std::chrono::steady_clock::now() + kPatience;
-       std::chrono::steady_clock::now() < end;) {
-    if (threadsOfThisProcess() <= count) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return false;
+  return doubles::eventually([count] { return threadsOfThisProcess() <= count; });
 }
 
 /// Runs `work` on the queue and waits for its result.
