@@ -50,9 +50,14 @@ class QKHotKeyEditing {
   /// The field has lost the focus, in whatever way.
   void end();
 
+  /// Takes every key-down and every change of the modifiers while the field has the focus: none of
+  /// them reaches anybody else.
   void processHotkeyEvent(const QKHotKeyEditingEvent& event);
 
  private:
+  void record(const QKHotKeyEditingEvent& event);
+  void finish(bool restore);
+
   std::weak_ptr<QKHotKeyEditedField> hotKeyField_;
   std::shared_ptr<QKHotKey> originalHotKey_;
   bool hasSeenKeyDown_ = false;

@@ -14,8 +14,8 @@ class KeyboardLayout {
 
   /// The characters that the key at that virtual key code makes when it goes down, as UTF-8, in the
   /// layout of this moment; nothing when it makes none (a dead key among them) or there is no
-  /// layout. `modifierKeyState` is in the layout's terms, where the HotKeyModifier bits sit eight
-  /// places lower: the bits themselves leave the key's plain character, on every desktop.
+  /// layout. `modifierKeyState` are HotKeyModifier bits as they are; a layout looks for modifiers
+  /// eight places lower, so what comes is the key's plain character, on every desktop.
   [[nodiscard]] virtual std::optional<std::string> translate(std::uint16_t keyCode,
                                                              std::uint32_t modifierKeyState) = 0;
 };

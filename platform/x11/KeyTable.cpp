@@ -2,6 +2,7 @@
 
 #include <linux/input-event-codes.h>
 
+#include <algorithm>
 #include <array>
 
 namespace seldial::platform::x11 {
@@ -39,12 +40,19 @@ constexpr std::array<std::uint16_t, 0x80> kEvdevCodes{
 
 }  // namespace
 
-std::optional<xcb_keycode_t> keyAtPosition(std::uint32_t virtualKeyCode) {
+std::optional<std::uint8_t> keyAtPosition(std::uint32_t virtualKeyCode) {
   if (virtualKeyCode >= kEvdevCodes.size()) return {};
   const auto code = kEvdevCodes[virtualKeyCode];
   // An X key code has eight bits; the function key's would need nine.
   if (code == kNone || code + kFirstKey > UINT8_MAX) return {};
-  return static_cast<xcb_keycode_t>(code + kFirstKey);
+  return static_cast<std::uint8_t>(code + kFirstKey);
+}
+
+std::optional<std::uint16_t> virtualKeyAtPosition(std::uint32_t key) {
+  if (key <= kFirstKey) return {};
+  const auto* const found = std::find(kEvdevCodes.begin(), kEvdevCodes.end(), key - kFirstKey);
+  if (found == kEvdevCodes.end()) return {};
+  return static_cast<std::uint16_t>(found - kEvdevCodes.begin());
 }
 
 }  // namespace seldial::platform::x11

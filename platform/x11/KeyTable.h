@@ -5,11 +5,13 @@
 #include <cstdint>
 #include <optional>
 
-#include "platform/x11/Xcb.h"
-
 namespace seldial::platform::x11 {
 
 /// The key of the X server at that position; nothing when no keyboard has one there.
-std::optional<xcb_keycode_t> keyAtPosition(std::uint32_t virtualKeyCode);
+std::optional<std::uint8_t> keyAtPosition(std::uint32_t virtualKeyCode);
+
+/// The virtual key code of a key, by its key code in an X server or in another display server that
+/// counts keys alike, but beyond 255; nothing when no virtual key code stands for it.
+std::optional<std::uint16_t> virtualKeyAtPosition(std::uint32_t key);
 
 }  // namespace seldial::platform::x11

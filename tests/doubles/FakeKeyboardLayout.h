@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/KeyboardLayout.h"
+
+namespace seldial::doubles {
+
+/// Says what the test put in, and keeps what it was asked: key code and modifier key state.
+class FakeKeyboardLayout final : public platform::KeyboardLayout {
+ public:
+  std::optional<std::string> translate(std::uint16_t keyCode,
+                                       std::uint32_t modifierKeyState) override {
+    asked.emplace_back(keyCode, modifierKeyState);
+    const auto key = keys.find(keyCode);
+    if (key == keys.end()) return {};
+    return key->second;
+  }
+
+  std::map<std::uint16_t, std::string> keys;
+  std::vector<std::pair<std::uint16_t, std::uint32_t>> asked;
+};
+
+}  // namespace seldial::doubles
