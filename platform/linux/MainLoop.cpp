@@ -86,12 +86,17 @@ void MainLoop::unwatch(EventSource& source) {
 void MainLoop::run() {
   while (!quit_) {
     runTasks();
-    const auto sources = sources_;
-    for (auto* const source : sources) {
-      if (!quit_) source->willWait();
-    }
-    if (!quit_) wait();
+    announceWait();
+    if (!quit_) serveSources(nothingToDo() ? -1 : 0);
   }
+}
+
+void MainLoop::serve() {
+  do {
+    runTasks();
+    announceWait();
+    // The last look at the tasks is what makes async() signal the descriptor from now on.
+  } while (!quit_ && (serveSources(0) > 0 || !nothingToDo()));
 }
 
 void MainLoop::quit() {
@@ -119,14 +124,23 @@ bool MainLoop::nothingToDo() {
   return waiting_;
 }
 
-void MainLoop::wait() {
+void MainLoop::announceWait() {
+  const auto sources = sources_;
+  for (auto* const source : sources) {
+    if (!quit_) source->willWait();
+  }
+}
+
+/// Returns how many events there were, wake-ups among them.
+int MainLoop::serveSources(int timeout) {
   epoll_event events[8];
-  const int count = epoll_wait(epoll_, events, 8, nothingToDo() ? -1 : 0);
+  const int count = epoll_wait(epoll_, events, 8, timeout);
   for (int i = 0; i < count && !quit_; ++i) {
     auto* const source = static_cast<EventSource*>(events[i].data.ptr);
     const bool watched = std::find(sources_.begin(), sources_.end(), source) != sources_.end();
     if (watched) source->readable();
   }
+  return count;
 }
 
 void MainLoop::block(std::chrono::microseconds duration) {

@@ -51,15 +51,24 @@ class MainLoop final : public MainQueue {
   /// Serves tasks and sources until quit(); returns at once when it was called already.
   void run();
 
-  /// Makes run() return after the task or source that is being served. Main thread.
+  /// Makes run() or serve() return after the task or source that is being served. Main thread.
   void quit();
+
+  /// For a program whose main thread waits in another loop, a toolkit's: serves all that there is
+  /// to be served and returns instead of waiting. Main thread; to be called whenever descriptor()
+  /// is readable, and before each wait of that loop, since sources have something to do then.
+  void serve();
+
+  /// Readable when there is something to serve; not to be read from.
+  [[nodiscard]] int descriptor() const { return epoll_; }
 
   /// Blocks for `duration`; no task runs, sources get readableWhileBlocked().
   void block(std::chrono::microseconds duration);
 
  private:
   void runTasks();
-  void wait();
+  void announceWait();
+  int serveSources(int timeout);
   bool nothingToDo();
 
   const std::thread::id mainThread_;

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <memory>
@@ -148,6 +149,74 @@ TEST(MainLoop, ASourceThatIsNoLongerWatchedIsLeftAlone) {
   loop.async([&loop] { loop.async([&loop] { loop.quit(); }); });
   loop.run();
   EXPECT_EQ(source.waits, 0);
+}
+
+/// Whether the loop asks for being served.
+bool asks(const MainLoop& loop) {
+  pollfd entry{loop.descriptor(), POLLIN, 0};
+  return poll(&entry, 1, 0) == 1;
+}
+
+TEST(MainLoop, ServesEverythingThereIsAndReturns) {
+  MainLoop loop;
+  std::vector<int> order;
+  PipeSource source;
+  source.onReadable = [&] { loop.async([&order] { order.push_back(3); }); };
+  loop.watch(source);
+  source.fill();
+  loop.async([&] {
+    order.push_back(1);
+    loop.async([&order] { order.push_back(2); });
+  });
+  loop.serve();
+  EXPECT_THAT(order, ElementsAre(1, 2, 3));
+  EXPECT_FALSE(asks(loop));
+  EXPECT_GE(source.waits, 2) << "a source that was served may have kept something for its wait";
+}
+
+TEST(MainLoop, ServedFromAnotherLoopItAsksForEveryTask) {
+  MainLoop loop;
+  int ran = 0;
+  const auto run = [&ran] { ++ran; };
+  for (int round = 1; round <= 3; ++round) {
+    loop.serve();
+    EXPECT_FALSE(asks(loop));
+    std::thread([&] { loop.async(run); }).join();
+    EXPECT_TRUE(asks(loop)) << "of another thread, round " << round;
+    loop.serve();
+    EXPECT_FALSE(asks(loop));
+    loop.async(run);
+    EXPECT_TRUE(asks(loop)) << "of the main thread, round " << round;
+    loop.serve();
+    EXPECT_EQ(ran, 2 * round);
+  }
+}
+
+TEST(MainLoop, ServedFromAnotherLoopItAsksForAReadableSource) {
+  MainLoop loop;
+  PipeSource source;
+  int served = 0;
+  source.onReadable = [&served] { ++served; };
+  loop.watch(source);
+  loop.serve();
+  EXPECT_FALSE(asks(loop));
+  source.fill();
+  EXPECT_TRUE(asks(loop));
+  loop.serve();
+  EXPECT_EQ(served, 1);
+  EXPECT_FALSE(asks(loop));
+}
+
+TEST(MainLoop, ServesNothingAfterQuit) {
+  MainLoop loop;
+  bool ran = false;
+  loop.async([&] {
+    loop.quit();
+    loop.async([&ran] { ran = true; });
+  });
+  loop.serve();
+  loop.serve();
+  EXPECT_FALSE(ran);
 }
 
 TEST(MainLoop, BlockRunsNoTask) {
