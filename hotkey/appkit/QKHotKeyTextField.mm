@@ -20,13 +20,13 @@
                                 : @""];
 }
 
-- (void)setStringValue:(NSString *)string {
+- (void)setStringValue:(NSString*)string {
   NSLog(@"-[QKHotKeyTextField setStringValue:] is not what you want. "
         @"Use -[QKHotKeyTextField setHotKey:] instead.");
   [super setStringValue:string];
 }
 
-- (NSString *)stringValue {
+- (NSString*)stringValue {
   NSLog(@"-[QKHotKeyTextField stringValue] is not what you want. "
         @"Use -[QKHotKeyTextField hotKey] instead.");
   return [super stringValue];

@@ -5,11 +5,11 @@
 
 @implementation QKHotKeyTextFieldCell
 
-- (NSTextView *)fieldEditorForView:(NSView *)view {
+- (NSTextView*)fieldEditorForView:(NSView*)view {
   if (![view isKindOfClass:[QKHotKeyTextField class]]) return nil;
-  QKHotKeyTextFieldEditor *const editor = [QKHotKeyTextFieldEditor sharedEditor];
+  QKHotKeyTextFieldEditor* const editor = [QKHotKeyTextFieldEditor sharedEditor];
   editor.insertionPointColor = editor.backgroundColor;  // a caret would promise typing
-  editor.hotKeyField = static_cast<QKHotKeyTextField *>(view);
+  editor.hotKeyField = static_cast<QKHotKeyTextField*>(view);
   return editor;
 }
 

@@ -13,11 +13,11 @@
 + (instancetype)sharedEditor;
 
 /// The field that is edited, or will be as soon as the editor has the focus. While it has, another
-/// one than nil is ignored: AppKit asks cells for their editor in the middle of an editing, too, and
-/// Escape brings back the record from its beginning.
-@property(nonatomic, weak) QKHotKeyTextField *hotKeyField;
+/// one than nil is ignored: AppKit asks cells for their editor in the middle of an editing, too,
+/// and Escape brings back the record from its beginning.
+@property(nonatomic, weak) QKHotKeyTextField* hotKeyField;
 
 /// What the event does to the edited field.
-- (void)processHotkeyEvent:(NSEvent *)event;
+- (void)processHotkeyEvent:(NSEvent*)event;
 
 @end

@@ -5,4 +5,4 @@
 #include <string>
 
 /// A display string (UTF-8) as hot key fields show it.
-NSString *QKUpperCasedString(const std::string &displayString);
+NSString* QKUpperCasedString(const std::string& displayString);

@@ -1,5 +1,5 @@
 #import "hotkey/appkit/QKUpperCasedString.h"
 
-NSString *QKUpperCasedString(const std::string &displayString) {
+NSString* QKUpperCasedString(const std::string& displayString) {
   return @(displayString.c_str()).uppercaseString;
 }
