@@ -42,6 +42,11 @@ Owned<xkb_state> plainState(xkb_keymap* keymap, xkb_layout_index_t layout) {
   return state;
 }
 
+/// Such as the keypad's Enter makes: nothing to look at.
+bool isControl(char character) {
+  return static_cast<unsigned char>(character) < ' ' || character == '\x7F';
+}
+
 class XkbKeyboardLayout final : public KeyboardLayout {
  public:
   std::optional<std::string> translate(std::uint16_t keyCode,
@@ -52,9 +57,7 @@ class XkbKeyboardLayout final : public KeyboardLayout {
     std::array<char, 64> characters{};
     const int length =
         xkb_state_key_get_utf8(state.get(), *key, characters.data(), characters.size());
-    // A control character, such as the keypad's Enter makes, is nothing to look at.
-    if (length <= 0 || static_cast<unsigned char>(characters[0]) < ' ' || characters[0] == '\x7F')
-      return {};
+    if (length <= 0 || isControl(characters[0])) return {};
     return std::string(characters.data());
   }
 
@@ -64,6 +67,7 @@ class XkbKeyboardLayout final : public KeyboardLayout {
     if (!connection_) return nullptr;
     auto* const xcb = connection_.get();
     const auto keyboard = xkb_x11_get_core_keyboard_device_id(xcb);
+    if (keyboard < 0) return nullptr;
     const Owned<xkb_keymap> keymap(
         xkb_x11_keymap_new_from_device(context_.get(), xcb, keyboard, XKB_KEYMAP_COMPILE_NO_FLAGS));
     if (!keymap) return nullptr;
