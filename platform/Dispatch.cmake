@@ -1,5 +1,11 @@
-# seldial_dispatch: the background queue alone, all that the socket library needs of a platform.
+# seldial_dispatch: the background queue, and what the systems have not in common of sockets and
+# random numbers: all that the socket library needs of a platform.
+if(APPLE)
+  set(port ${SELDIAL_ROOT}/platform/macos)
+else()
+  set(port ${SELDIAL_ROOT}/platform/linux)
+endif()
 seldial_library(seldial_dispatch
-  ${SELDIAL_ROOT}/platform/BackgroundQueue.cpp
-  ${SELDIAL_ROOT}/platform/linux/BackgroundQueue.cpp
+  ${SELDIAL_ROOT}/platform/BackgroundQueue.cpp ${port}/BackgroundQueue.cpp
+  ${port}/Random.cpp ${port}/Sockets.cpp
   LINK Threads::Threads)

@@ -1,13 +1,16 @@
 #include "unixsocket/Descriptor.h"
 
-#include <fcntl.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <utility>
 
+#include "platform/Sockets.h"
+
 namespace seldial {
+
+Descriptor::Descriptor() = default;
+Descriptor::~Descriptor() = default;
 
 int Descriptor::number() const {
   const MutexLock lock(mutex_);
@@ -27,6 +30,7 @@ bool Descriptor::holds(Serial serial) const {
 Descriptor::Serial Descriptor::store(int number) {
   const MutexLock lock(mutex_);
   number_ = number;
+  accepting_ = nullptr;
   return ++serial_;
 }
 
@@ -35,7 +39,12 @@ int Descriptor::take() {
   const int number = std::exchange(number_, -1);
   if (number == -1 || uses_ == 0) return number;
   const int error = errno;
-  ::shutdown(number, SHUT_RDWR);  // closing alone would not wake a read or an accept
+  // Closing alone would not wake a read or an accept.
+  if (accepting_) {
+    accepting_->end(number);
+  } else {
+    ::shutdown(number, SHUT_RDWR);
+  }
   errno = error;
   while (uses_ > 0) noUses_.wait(mutex_);
   return number;
@@ -60,15 +69,18 @@ Descriptor::Use::~Use() {
   if (--descriptor_.uses_ == 0) descriptor_.noUses_.notifyAll();
 }
 
-int closedOnExec(int number) {
-  if (number != -1) ::fcntl(number, F_SETFD, FD_CLOEXEC);
-  return number;
+int Descriptor::Use::accept() const {
+  auto* const accepting = number_ == -1 ? nullptr : descriptor_.accepting();
+  if (accepting != nullptr) return accepting->accept(number_);
+  errno = EBADF;
+  return -1;
 }
 
-std::int64_t writeOnce(int number, const void* bytes, std::size_t size) {
-  const auto written = ::send(number, bytes, size, MSG_NOSIGNAL);
-  if (written != -1 || errno != ENOTSOCK) return written;
-  return ::write(number, bytes, size);
+platform::Accepting* Descriptor::accepting() {
+  const MutexLock lock(mutex_);
+  if (number_ == -1) return nullptr;
+  if (!accepting_) accepting_ = platform::makeAccepting();
+  return accepting_.get();
 }
 
 }  // namespace seldial

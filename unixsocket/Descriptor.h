@@ -5,10 +5,14 @@
 // each call on the number is bracketed by a Use, and the number is not closed while a Use lives.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
+#include <memory>
 
 #include "unixsocket/Mutex.h"
+
+namespace seldial::platform {
+class Accepting;
+}
 
 namespace seldial {
 
@@ -16,6 +20,13 @@ namespace seldial {
 /// must outlive its uses.
 class Descriptor {
  public:
+  /// Of none yet.
+  Descriptor();
+  /// While no Use lives.
+  ~Descriptor();
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
   /// Tells the descriptors that were stored in one object apart, also when their numbers are the
   /// same.
   using Serial = std::uint64_t;
@@ -36,16 +47,22 @@ class Descriptor {
   Serial store(int number) SELDIAL_EXCLUDES(mutex_);
 
   /// Takes the number out, for closing: from now on no call starts on it. Calls that are under way
-  /// are ended by shutting the socket down, and waited for. A file that is no socket cannot be
-  /// shut down: there the wait lasts until the call returns by itself. So does the wait for a
-  /// connect() that waits for room in its server's queue. Leaves errno alone.
+  /// are ended, by shutting the socket down or as the system lets an accept end, and waited for. A
+  /// file that is no socket cannot be shut down: there the wait lasts until the call returns by
+  /// itself. So does the wait for a connect() that waits for room in its server's queue. Leaves
+  /// errno alone.
   int take() SELDIAL_EXCLUDES(mutex_);
 
  private:
+  /// Of the descriptor that is here now; null when there is none. It stays while a Use lives.
+  platform::Accepting* accepting() SELDIAL_EXCLUDES(mutex_);
+
   mutable Mutex mutex_;
   int number_ SELDIAL_GUARDED_BY(mutex_) = -1;
   std::uint32_t uses_ SELDIAL_GUARDED_BY(mutex_) = 0;
   Serial serial_ SELDIAL_GUARDED_BY(mutex_) = 0;
+  /// Of this descriptor; null until it accepts.
+  std::unique_ptr<platform::Accepting> accepting_ SELDIAL_GUARDED_BY(mutex_);
   Condition noUses_;  ///< uses_ became 0
 };
 
@@ -66,17 +83,13 @@ class Descriptor::Use {
   /// What to make the call on; -1 when there was no descriptor.
   [[nodiscard]] int number() const { return number_; }
 
+  /// accept(2) on a listening socket: the descriptor of a connection, which is the caller's then,
+  /// or -1 and errno.
+  [[nodiscard]] int accept() const;
+
  private:
   Descriptor& descriptor_;
   int number_ = -1;
 };
-
-/// Makes programs that this process starts not inherit `number`, and returns it; it stays the
-/// caller's. -1 is passed on as it is, with errno as it was. Any thread.
-int closedOnExec(int number);
-
-/// As write(2): the count of bytes that were taken, or -1 and errno. But a peer that is gone is an
-/// error (EPIPE) and never a signal. Any thread; blocks it as write(2) does.
-std::int64_t writeOnce(int number, const void* bytes, std::size_t size);
 
 }  // namespace seldial

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/BackgroundQueue.h"
+#include "platform/Sockets.h"
 #include "unixsocket/SocketPath.h"
 #include "unixsocket/Uuid.h"
 
@@ -94,7 +95,7 @@ std::int64_t GDUnixSocket::write(const Data& data, std::int32_t toSocket,
     handError(error, std::move(badSocket));
     return -1;
   }
-  const std::int64_t count = writeOnce(toSocket, data.data(), data.size());
+  const std::int64_t count = platform::writeOnce(toSocket, data.data(), data.size());
   if (count == -1 && error != nullptr) {
     const std::string info = lastErrorInfoForSocket(toSocket);
     *error = Error::gduds_errorForCode(GDUnixSocketErrorWriteFailed, info);
@@ -135,7 +136,7 @@ bool GDUnixSocket::closeDescriptor(Descriptor::Serial serial, std::optional<Erro
 
 std::optional<Error> GDUnixSocket::openSocket() {
   std::optional<Error> failure;
-  const int number = closedOnExec(::socket(AF_UNIX, SOCK_STREAM, 0));
+  const int number = platform::fittedOut(::socket(AF_UNIX, SOCK_STREAM, 0));
   if (number == -1) {
     const std::string info = lastErrorInfoForSocket(number);
     failure = Error::gduds_errorForCode(GDUnixSocketErrorBadSocket, info);

@@ -1,12 +1,11 @@
 // The server's work on background threads: one task that accepts, one per connection that reads.
-#include <sys/socket.h>
-
 #include <cerrno>
 #include <chrono>
 #include <memory>
 #include <utility>
 
 #include "platform/BackgroundQueue.h"
+#include "platform/Sockets.h"
 #include "unixsocket/GDUnixSocketServer.h"
 #include "unixsocket/Gate.h"
 #include "unixsocket/SocketPath.h"
@@ -45,7 +44,7 @@ void GDUnixSocketServer::acceptConnections(Descriptor::Serial listening) {
 
 int GDUnixSocketServer::acceptOn(Descriptor::Serial listening) {
   const Descriptor::Use use(descriptor(), listening);
-  return closedOnExec(::accept(use.number(), nullptr, nullptr));
+  return platform::fittedOut(use.accept());
 }
 
 /// The reader starts first and looks its connection up before anything else, so it waits at a gate

@@ -1,11 +1,11 @@
 #include "unixsocket/Uuid.h"
 
-#include <unistd.h>
-
 #include <array>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+
+#include "platform/Random.h"
 
 namespace seldial {
 namespace {
@@ -14,8 +14,7 @@ using Bytes = std::array<unsigned char, 16>;
 
 Bytes randomBytes() {
   Bytes bytes{};
-  // Straight from the system, nothing kept: a copy of the process made by fork() draws others.
-  if (getentropy(bytes.data(), bytes.size()) != 0) {
+  if (!platform::fillWithRandom(bytes.data(), bytes.size())) {
     std::perror("seldial: no random numbers");
     std::abort();
   }

@@ -1,0 +1,36 @@
+#include "platform/Sockets.h"
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace seldial::platform {
+namespace {
+
+/// Here a listening socket can be shut down, which ends an accept() for good.
+class ShutDownToEnd final : public Accepting {
+ public:
+  int accept(int number) override { return ::accept(number, nullptr, nullptr); }
+  void end(int number) override { ::shutdown(number, SHUT_RDWR); }
+};
+
+}  // namespace
+
+int fittedOut(int number) {
+  if (number != -1) ::fcntl(number, F_SETFD, FD_CLOEXEC);
+  return number;
+}
+
+std::int64_t writeOnce(int number, const void* bytes, std::size_t size) {
+  const auto written = ::send(number, bytes, size, MSG_NOSIGNAL);
+  if (written != -1 || errno != ENOTSOCK) return written;
+  return ::write(number, bytes, size);
+}
+
+std::unique_ptr<Accepting> makeAccepting() {
+  return std::make_unique<ShutDownToEnd>();
+}
+
+}  // namespace seldial::platform
