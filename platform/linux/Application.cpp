@@ -8,7 +8,7 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/linux/ProcessSetUp.h"
+#include "platform/posix/ProcessSetUp.h"
 
 namespace seldial::platform::linux_port {
 namespace {
@@ -27,7 +27,7 @@ class TerminationSignals final : public EventSource {
 
  private:
   static int makeDescriptor() {
-    const sigset_t signals = terminationSignals();
+    const sigset_t signals = posix_port::terminationSignals();
     const int descriptor = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
     if (descriptor == -1) throw std::system_error(errno, std::generic_category(), "signalfd");
     return descriptor;

@@ -11,7 +11,7 @@
 namespace seldial::platform::linux_port {
 
 /// Runs the delegate on the main loop until it is told to terminate, by terminate() or by one of
-/// the terminationSignals(), which setUpProcess() has blocked.
+/// the posix_port::terminationSignals(), which setUpProcess() has blocked.
 class LinuxApplication final : public platform::Application {
  public:
   /// `loop` must outlive the application.

@@ -1,23 +1,12 @@
 // What a background program asks of its process before anything else happens in it.
 #pragma once
 
-#include <csignal>
-
 namespace seldial::platform::linux_port {
 
-/// SIGTERM, SIGINT and SIGHUP: each asks for an orderly end. Without SIGHUP where whoever started
-/// the process made it ignored, so that the process outlives its terminal.
-sigset_t terminationSignals();
-
 /// Main thread, before any other thread is started (they inherit the signal mask):
-/// - opens /dev/null as descriptors 0, 1 and 2 where one is closed, so that no line of output is
-///   ever written into a socket that took the number;
-/// - puts standard output in line-buffered mode, so that a reader behind a pipe sees each line;
-/// - ignores SIGPIPE and blocks the termination signals, which the main loop reads;
-/// - raises the soft limit of open descriptors to the hard one: a waiting client costs one each;
-/// - makes every file reachable by its owner alone from its first instant (the sockets);
+/// - all that posix_port::setUpProcess() does;
+/// - blocks the posix_port::terminationSignals(), which the main loop reads;
 /// - keeps one allocation arena for all threads: they come and go, and each would keep its own.
-/// A step that the system refuses is left out.
 void setUpProcess();
 
 }  // namespace seldial::platform::linux_port

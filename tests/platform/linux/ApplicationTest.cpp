@@ -4,7 +4,7 @@
 #include <csignal>
 
 #include "platform/linux/Application.h"
-#include "platform/linux/ProcessSetUp.h"
+#include "platform/posix/ProcessSetUp.h"
 
 namespace seldial::platform::linux_port {
 namespace {
@@ -27,7 +27,7 @@ class RecordingDelegate final : public ApplicationDelegate {
 struct ApplicationTest : testing::Test {
   ApplicationTest() {
     std::signal(SIGHUP, SIG_DFL);  // where the tests themselves were started to outlive a hang-up
-    const sigset_t signals = terminationSignals();
+    const sigset_t signals = posix_port::terminationSignals();
     pthread_sigmask(SIG_BLOCK, &signals, &before);
   }
   ~ApplicationTest() override { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
@@ -53,7 +53,7 @@ TEST_F(ApplicationTest, ASignalEndsItInOrderWithStatus0) {
     EXPECT_EQ(signalled.run(told), 0);
     EXPECT_EQ(told.calls.back(), "will terminate");
     // What was read as a signal of one application is no signal to the next.
-    const sigset_t signals = terminationSignals();
+    const sigset_t signals = posix_port::terminationSignals();
     const timespec now{};
     sigtimedwait(&signals, nullptr, &now);
   }
