@@ -12,7 +12,7 @@
 #include <thread>
 #include <utility>
 
-#include "ucclient/EndWithParent.h"
+#include "platform/EndWithParent.h"
 
 namespace seldial {
 namespace {
@@ -48,7 +48,7 @@ struct Pipe {
   setpgid(0, 0);
   const int input = open("/dev/null", O_RDONLY);
   if (dup2(input, STDIN_FILENO) != -1 && dup2(output, STDOUT_FILENO) != -1 &&
-      endWithParent(parent)) {
+      platform::endWithParent(parent)) {
     execvp(arguments[0], arguments);
   }
   const int code = errno;

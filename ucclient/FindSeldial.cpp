@@ -3,11 +3,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <climits>
-#include <cstdlib>
+#include "platform/OwnProgram.h"
 
 namespace seldial {
 namespace {
+
+/// The program itself, or as it lies in the bundle that it is on some systems.
+constexpr const char* kPrograms[] = {"/seldial", "/Seldial.app/Contents/MacOS/Seldial"};
 
 bool isProgram(const std::string& path) {
   struct stat status {};
@@ -18,15 +20,16 @@ bool isProgram(const std::string& path) {
 }  // namespace
 
 std::string ownDirectory() {
-  char path[PATH_MAX];
-  if (realpath("/proc/self/exe", path) == nullptr) return "";
-  const std::string file = path;
+  const std::string file = platform::ownProgram();
   return file.substr(0, file.rfind('/'));
 }
 
 std::string findSeldial(const std::string& directory) {
-  for (const char* const place : {"/seldial", "/../app/seldial"}) {
-    if (!directory.empty() && isProgram(directory + place)) return directory + place;
+  if (directory.empty()) return "seldial";
+  for (const std::string& place : {directory, directory + "/../app", directory + "/.."}) {
+    for (const char* const program : kPrograms) {
+      if (isProgram(place + program)) return place + program;
+    }
   }
   return "seldial";
 }

@@ -21,6 +21,18 @@ class FindSeldial : public testing::Test {
     mkdir(client_.c_str(), 0700);
     mkdir(app_.c_str(), 0700);
   }
+
+  /// The path of the program in it.
+  static std::string makeBundle(const std::string& place) {
+    std::string path = place;
+    for (const char* const folder : {"/Seldial.app", "/Contents", "/MacOS"}) {
+      path += folder;
+      EXPECT_EQ(mkdir(path.c_str(), 0700), 0);
+    }
+    makeFile(path + "/Seldial", 0700);
+    return path + "/Seldial";
+  }
+
   const doubles::TemporaryDirectory directory_;
   const std::string client_ = directory_.path("ucclient");
   const std::string app_ = directory_.path("app");
@@ -35,6 +47,21 @@ TEST_F(FindSeldial, BesideTheClientFirst) {
 TEST_F(FindSeldial, ThenInTheBuildTree) {
   makeFile(app_ + "/seldial", 0700);
   EXPECT_EQ(findSeldial(client_), client_ + "/../app/seldial");
+}
+
+TEST_F(FindSeldial, InItsBundleBesideTheClient) {
+  makeFile(app_ + "/seldial", 0700);
+  EXPECT_EQ(findSeldial(client_), makeBundle(client_));
+}
+
+TEST_F(FindSeldial, InItsBundleInTheBuildTree) {
+  makeBundle(app_);
+  EXPECT_EQ(findSeldial(client_), client_ + "/../app/Seldial.app/Contents/MacOS/Seldial");
+}
+
+TEST_F(FindSeldial, InItsBundleAboveTheClientsFolder) {
+  makeBundle(directory_.path("."));
+  EXPECT_EQ(findSeldial(client_), client_ + "/../Seldial.app/Contents/MacOS/Seldial");
 }
 
 TEST_F(FindSeldial, OtherwiseInPath) {

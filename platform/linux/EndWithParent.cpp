@@ -1,4 +1,4 @@
-#include "ucclient/EndWithParent.h"
+#include "platform/EndWithParent.h"
 
 #include <sys/prctl.h>
 #include <unistd.h>
@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <csignal>
 
-namespace seldial {
+namespace seldial::platform {
 
 bool endWithParent(pid_t parent) {
   if (prctl(PR_SET_PDEATHSIG, SIGTERM) != 0) return false;
@@ -15,4 +15,4 @@ bool endWithParent(pid_t parent) {
   return false;
 }
 
-}  // namespace seldial
+}  // namespace seldial::platform
