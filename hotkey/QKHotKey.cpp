@@ -55,9 +55,11 @@ QKHotKey::~QKHotKey() {
 
 void QKHotKey::invokeWithEvent(const QKKeyEvent& event) const {
   if (target_ != nullptr && !action_.empty() && target_->respondsTo(action_)) {
-    target_->perform(action_, event, object_);
-  } else if (task_) {
-    task_(event);
+    const auto action = action_;
+    const auto object = object_;
+    target_->perform(action, event, object);
+  } else if (const auto task = task_) {
+    task(event);
   }
 }
 

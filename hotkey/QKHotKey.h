@@ -45,8 +45,8 @@ class QKHotKey {
   /// The identifier that the record was last registered under, 0 before.
   std::uint32_t hotKeyID = 0;
 
-  /// Performs the action when the target responds to it, otherwise runs the task, if any. The
-  /// caller keeps the record alive meanwhile.
+  /// Performs the action when the target responds to it, otherwise runs the task, if any. Either
+  /// may destroy the record.
   void invokeWithEvent(const QKKeyEvent& event) const;
 
   [[nodiscard]] std::string description() const;

@@ -143,11 +143,16 @@ QKHotKeySet QKHotKeyCenter::registeredHotKeys() const {
 void QKHotKeyCenter::hotKeyReleased(const platform::HotKeyReleased& released) {
   const auto center = sharedHotKeyCenter();
   if (!center) return;
-  const auto named = center->hotKeysMatching(
+  auto named = center->hotKeysMatching(
       [&](const QKHotKey& hotKey) { return hotKey.hotKeyID == released.hotKeyID.id; });
   if (named.size() > 1) (void)std::fputs("ERROR!\n", stderr);
-  // `named` keeps the record alive, whatever it does to the registry.
-  if (!named.empty()) (*named.begin())->invokeWithEvent(keyUpEvent(released, **named.begin()));
+  if (named.empty()) return;
+  const QKHotKey& hotKey = **named.begin();
+  const auto event = keyUpEvent(released, hotKey);
+  // Not kept alive: what it invokes may take the combination anew, and if it died after that, it
+  // would drop its successor from the registry.
+  named.clear();
+  hotKey.invokeWithEvent(event);
 }
 
 }  // namespace seldial

@@ -90,7 +90,7 @@ TEST_F(HotKeyRelease, PerformsTheActionOfATargetRecord) {
   EXPECT_EQ(target.events.at(0).keyCode, kKeyV);
 }
 
-TEST_F(HotKeyRelease, ATaskMayUnregisterItsOwnHotKeyWhichLivesUntilItIsDone) {
+TEST_F(HotKeyRelease, ATaskMayUnregisterItsOwnHotKeyAndGoOn) {
   auto owned = std::make_shared<std::string>("still here");
   const std::weak_ptr<std::string> watched = owned;
   std::string seen;
@@ -103,6 +103,36 @@ TEST_F(HotKeyRelease, ATaskMayUnregisterItsOwnHotKeyWhichLivesUntilItIsDone) {
   EXPECT_EQ(seen, "still here");
   EXPECT_TRUE(watched.expired());
   EXPECT_TRUE(port->registrations.empty());
+}
+
+TEST_F(HotKeyRelease, AnActionMayUnregisterItsOwnHotKeyAndGoOn) {
+  class Unregistering final : public QKHotKeyTarget {
+   public:
+    [[nodiscard]] bool respondsTo(const QKAction& /*action*/) const override { return true; }
+    void perform(const QKAction& action, const QKKeyEvent& event, const QKObject& object) override {
+      QKHotKeyCenter::sharedHotKeyCenter()->unregisterHotKeysWithTarget(this, action);
+      seen =
+          action + *std::static_pointer_cast<std::string>(object) + std::to_string(event.keyCode);
+    }
+    std::string seen;
+  } target;
+  center->registerHotKeyWithKeyCode(kKeyV, kCommand, &target, "an action of some length: ",
+                                    std::make_shared<std::string>("still here "));
+  port->release(1);
+  EXPECT_EQ(target.seen, "an action of some length: still here 9");
+  EXPECT_TRUE(port->registrations.empty());
+}
+
+TEST_F(HotKeyRelease, ATaskMayTakeItsOwnCombinationAnew) {
+  int calls = 0;
+  center->registerHotKeyWithKeyCode(kKeyV, kCommand, [&](const QKKeyEvent& /*event*/) {
+    center->unregisterHotKeyWithKeyCode(kKeyV, kCommand);
+    EXPECT_NE(center->registerHotKeyWithKeyCode(kKeyV, kCommand, counting(calls)), nullptr);
+  });
+  port->release(1);
+  EXPECT_TRUE(center->hasRegisteredHotKeyWithKeyCode(kKeyV, kCommand));
+  port->release(2);
+  EXPECT_EQ(calls, 1);
 }
 
 TEST_F(HotKeyRelease, ATaskMayReplaceItsHotKeyByAnother) {

@@ -1,32 +1,11 @@
 // Hot keys that cannot be had.
-#include <xcb/xcb.h>
-
-#include "tests/desktop/Xcb.h"
+#include "tests/platform/x11/ForeignGrabs.h"
 #include "tests/platform/x11/X11Test.h"
 
 namespace seldial::platform::x11 {
 namespace {
 
 using HotKeyRefusal = X11Test;
-
-/// Another program that holds combinations.
-class ForeignGrabs {
- public:
-  explicit ForeignGrabs(const std::string& display) : connection_(connectTo(display)) {}
-  ~ForeignGrabs() { xcb_disconnect(connection_); }
-  ForeignGrabs(const ForeignGrabs&) = delete;
-  ForeignGrabs& operator=(const ForeignGrabs&) = delete;
-
-  /// Whether the server let us have it.
-  bool take(std::uint8_t key, std::uint16_t modifiers) {
-    const auto cookie = xcb_grab_key_checked(connection_, 0, rootOf(connection_), modifiers, key,
-                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    return freed(xcb_request_check(connection_, cookie)) == nullptr;
-  }
-
- private:
-  xcb_connection_t* connection_;
-};
 
 TEST_F(HotKeyRefusal, ACombinationThatWasGivenBackCanBeTakenAgain) {
   const auto ref = port.registerHotKey(kVirtualD, kControlAlt);
@@ -78,7 +57,7 @@ TEST_F(HotKeyRefusal, ACombinationHeldInOneStateOfTheLocksIsRefusedAndNothingOfI
   EXPECT_FALSE(port.registerHotKey(kVirtualD, kControlAlt));
   port.settle();
   for (const unsigned locks : {0U, kStateLock, kStateLock | kStateNumLock}) {
-    EXPECT_TRUE(other.take(kKeyD, static_cast<std::uint16_t>(kStateControl | kStateAlt | locks)));
+    EXPECT_TRUE(other.take(kKeyD, kStateControl | kStateAlt | locks));
   }
 }
 

@@ -1,0 +1,164 @@
+#include "tests/platform/x11/HotKeyCenterTest.h"
+
+#include "tests/platform/x11/ForeignGrabs.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+using HotKeyCenterOnX11 = HotKeyCenterTest;
+
+constexpr unsigned kStateControlAlt = kStateControl | kStateAlt;
+
+/// Virtual key codes beside those of X11Test.h, and their keys.
+constexpr std::uint16_t kVirtualA = 0;
+constexpr std::uint16_t kVirtualQ = 12;
+
+TEST_F(HotKeyCenterOnX11, ACombinationThatAnotherProgramHoldsIsRefusedAndUsesUpNoId) {
+  ForeignGrabs other(server.display());
+  ASSERT_TRUE(other.take(kKeyD, kStateControlAlt));
+  onMain([&] {
+    EXPECT_EQ(add(kVirtualD), nullptr);
+    EXPECT_FALSE(center->hasRegisteredHotKeyWithKeyCode(kVirtualD, kControlOption));
+    EXPECT_EQ(add(kVirtualF)->hotKeyID, 1U);
+  });
+  other.giveBack(kKeyD, kStateControlAlt);
+  onMain([&] { EXPECT_EQ(add(kVirtualD)->hotKeyID, 2U); });
+  EXPECT_EQ(useKey(kKeyD).size(), 1U);
+}
+
+TEST_F(HotKeyCenterOnX11, AUseReachesTheTaskWithAKeyUpEvent) {
+  onMain([&] { add(kVirtualD); });
+  keyboard.movePointer(123, 45);
+  const auto events = useKey(kKeyD);
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events[0].type, QKKeyEvent::kKeyUp);
+  EXPECT_EQ(events[0].keyCode, kVirtualD);
+  EXPECT_EQ(events[0].modifierFlags, kControlOption);
+  EXPECT_EQ(events[0].locationX, 123);
+  EXPECT_EQ(events[0].locationY, 45);
+  EXPECT_GT(events[0].timestamp, 0);
+  EXPECT_EQ(events[0].windowNumber, -1);
+}
+
+TEST_F(HotKeyCenterOnX11, IdsCountUpAreNeverReusedAndEachUseReachesTheRecordOfToday) {
+  for (std::uint32_t id = 1; id <= 5; ++id) {
+    onMain([&] {
+      kept = {add(kVirtualD)};
+      ASSERT_NE(kept[0], nullptr);
+      EXPECT_EQ(kept[0]->hotKeyID, id);
+    });
+    EXPECT_EQ(useKey(kKeyD).size(), id);
+    onMain([&] {
+      center->unregisterHotKey(kept[0]);
+      kept.clear();
+    });
+  }
+  EXPECT_EQ(useKey(kKeyD).size(), 5U);
+}
+
+TEST_F(HotKeyCenterOnX11, TwoRecordsOfOneIdAreLoggedOnceAndOneOfThemInvoked) {
+  onMain([&] { add(kVirtualD)->hotKeyID = add(kVirtualF)->hotKeyID; });
+  ::testing::internal::CaptureStderr();
+  const auto events = useKey(kKeyF);
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "ERROR!\n");
+  EXPECT_EQ(events.size(), 1U);
+}
+
+TEST_F(HotKeyCenterOnX11, AMemberThatIsDroppedForItsEqualGivesItsCombinationBack) {
+  ForeignGrabs other(server.display());
+  onMain([&] { add(kVirtualD); });
+  EXPECT_FALSE(other.isFree(kKeyD, kStateControlAlt));
+  onMain([&] { QKHotKey::hotKeyWithKeyCode(kVirtualD, kControlOption, nullptr).reset(); });
+  EXPECT_TRUE(other.isFree(kKeyD, kStateControlAlt));
+  EXPECT_EQ(useKey(kKeyD).size(), 0U);
+}
+
+TEST_F(HotKeyCenterOnX11, AMemberThatSomebodyOwnsIsDroppedAtOnceAndGivesItsCombinationBackLater) {
+  ForeignGrabs other(server.display());
+  onMain([&] {
+    kept = {add(kVirtualD)};
+    center->unregisterHotKey(QKHotKey::hotKeyWithKeyCode(kVirtualD, kControlOption, nullptr));
+  });
+  EXPECT_EQ(useKey(kKeyD).size(), 0U);
+  EXPECT_FALSE(other.isFree(kKeyD, kStateControlAlt));
+  onMain([&] { kept.clear(); });
+  EXPECT_TRUE(other.isFree(kKeyD, kStateControlAlt));
+}
+
+TEST_F(HotKeyCenterOnX11, ATaskMayTakeItsOwnCombinationAnew) {
+  onMain([&] {
+    center->registerHotKeyWithKeyCode(kVirtualD, kControlOption, [this](const QKKeyEvent& event) {
+      uses.push_back(event);
+      center->unregisterAllHotKeys();
+      EXPECT_NE(add(kVirtualD), nullptr);
+    });
+  });
+  EXPECT_EQ(useKey(kKeyD).size(), 1U);
+  EXPECT_EQ(useKey(kKeyD).size(), 2U);
+}
+
+/// Each way to unregister, on Ctrl+Alt with A, D, F (of a target) and Q (the same, but of another
+/// action).
+class UnregisterOnX11 : public HotKeyCenterTest {
+ protected:
+  class Target final : public QKHotKeyTarget {
+    [[nodiscard]] bool respondsTo(const QKAction& /*action*/) const override { return true; }
+    void perform(const QKAction& /*action*/, const QKKeyEvent& /*event*/,
+                 const QKObject& /*object*/) override {}
+  };
+
+  UnregisterOnX11() {
+    onMain([this] {
+      add(kVirtualA);
+      add(kVirtualD);
+      center->registerHotKeyWithKeyCode(kVirtualF, kControlOption, &target, "dial:", nullptr);
+      center->registerHotKeyWithKeyCode(kVirtualQ, kControlOption, &target, "hang:", nullptr);
+    });
+  }
+
+  /// The keys, among A, D, F and Q, whose combination the server still keeps for us.
+  std::string held() {
+    std::string keys;
+    for (const auto& [key, name] :
+         {std::pair{kKeyA, 'A'}, {kKeyD, 'D'}, {kKeyF, 'F'}, {kKeyQ, 'Q'}}) {
+      if (!other.isFree(key, kStateControlAlt)) keys += name;
+    }
+    return keys;
+  }
+
+  Target target;
+  ForeignGrabs other{server.display()};
+};
+
+TEST_F(UnregisterOnX11, ByTarget) {
+  onMain([&] { center->unregisterHotKeysWithTarget(&target); });
+  EXPECT_EQ(held(), "AD");
+}
+
+TEST_F(UnregisterOnX11, ByTargetAndAction) {
+  onMain([&] { center->unregisterHotKeysWithTarget(&target, "dial:"); });
+  EXPECT_EQ(held(), "ADQ");
+}
+
+TEST_F(UnregisterOnX11, ByKeyCodeAndFlags) {
+  onMain([&] { center->unregisterHotKeyWithKeyCode(kVirtualD, kModifierFlagControl); });
+  EXPECT_EQ(held(), "ADFQ");
+  onMain([&] { center->unregisterHotKeyWithKeyCode(kVirtualD, kControlOption); });
+  EXPECT_EQ(held(), "AFQ");
+}
+
+TEST_F(UnregisterOnX11, ByATest) {
+  onMain([&] {
+    center->unregisterHotKeysMatching([](const QKHotKey& hotKey) { return hotKey.keyCode() < 3; });
+  });
+  EXPECT_EQ(held(), "FQ");
+}
+
+TEST_F(UnregisterOnX11, All) {
+  EXPECT_EQ(held(), "ADFQ");
+  onMain([&] { center->unregisterAllHotKeys(); });
+  EXPECT_EQ(held(), "");
+}
+
+}  // namespace
+}  // namespace seldial::platform::x11
