@@ -1,0 +1,69 @@
+#include "platform/macos/HotKeyEvents.h"
+
+#include <Carbon/Carbon.h>
+
+#include <cstdio>
+#include <utility>
+
+#include "platform/macos/Cocoa.h"
+
+namespace seldial::platform::macos {
+namespace {
+
+static_assert(sizeof(EventHotKeyID) == 8);
+
+/// Never destroyed, as the system's handler is never removed.
+HotKeyEvents::ReleasedHandler& releasedHandler() {
+  static auto* const handler = new HotKeyEvents::ReleasedHandler;
+  return *handler;
+}
+
+/// Neither whether the identifier could be read nor whose signature it has is looked at, on
+/// purpose: what is not one of ours has no hot key by its number.
+HotKeyReleased released(EventRef event) {
+  EventHotKeyID hotKeyID{};
+  GetEventParameter(event, kEventParamDirectObject, typeEventHotKeyID, nullptr, sizeof hotKeyID,
+                    nullptr, &hotKeyID);
+  const EventFields fields = eventFields(event);
+  return {{hotKeyID.signature, hotKeyID.id},
+          fields.locationX,
+          fields.locationY,
+          fields.modifierFlags,
+          fields.timestamp};
+}
+
+OSStatus hotKeyHandler(EventHandlerCallRef /*next*/, EventRef event, void* /*userData*/) {
+  inAutoreleaseScope([event] { releasedHandler()(released(event)); });
+  return noErr;
+}
+
+}  // namespace
+
+void CarbonHotKeyEvents::installReleasedHandler(ReleasedHandler handler) {
+  releasedHandler() = std::move(handler);
+  if (installed_) return;
+  const EventTypeSpec type = {kEventClassKeyboard, kEventHotKeyReleased};
+  const OSStatus status =
+      InstallEventHandler(GetApplicationEventTarget(), &hotKeyHandler, 1, &type, nullptr, nullptr);
+  installed_ = status == noErr;
+  // The hot keys can be registered all the same, and nobody is asked whether they act.
+  if (!installed_) (void)std::fprintf(stderr, "seldial: no handler for hot keys (%d)\n", status);
+}
+
+std::optional<HotKeyRef> CarbonHotKeyEvents::registerHotKey(std::uint32_t keyCode,
+                                                            std::uint32_t modifiers,
+                                                            HotKeyID hotKeyID) {
+  EventHotKeyRef ref = nullptr;
+  const EventHotKeyID name = {hotKeyID.signature, hotKeyID.id};
+  const OSStatus status =
+      RegisterEventHotKey(keyCode, modifiers, name, GetEventDispatcherTarget(), 0, &ref);
+  if (status != noErr) return {};
+  return reinterpret_cast<HotKeyRef>(ref);
+}
+
+void CarbonHotKeyEvents::unregisterHotKey(HotKeyRef ref) {
+  // The references that there are were made above; whether the system still knows it is all one.
+  UnregisterEventHotKey(reinterpret_cast<EventHotKeyRef>(ref));
+}
+
+}  // namespace seldial::platform::macos

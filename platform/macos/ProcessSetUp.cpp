@@ -1,0 +1,44 @@
+#include "platform/macos/ProcessSetUp.h"
+
+#include <dispatch/dispatch.h>
+
+#include <csignal>
+#include <utility>
+
+#include "platform/posix/ProcessSetUp.h"
+
+namespace seldial::platform::macos {
+namespace {
+
+using Received = std::function<void()>;
+
+void signalled(void* received) {
+  (*static_cast<Received*>(received))();
+}
+
+/// A source that lives as long as the process.
+void watch(int signal, Received* received) {
+  // Its own action comes first, and would end the process.
+  std::signal(signal, SIG_IGN);
+  const auto source = dispatch_source_create(
+      DISPATCH_SOURCE_TYPE_SIGNAL, static_cast<uintptr_t>(signal), 0, dispatch_get_main_queue());
+  dispatch_set_context(source, received);
+  dispatch_source_set_event_handler_f(source, &signalled);
+  dispatch_resume(source);
+}
+
+}  // namespace
+
+void setUpProcess() {
+  posix_port::setUpProcess();
+}
+
+void onTerminationSignals(std::function<void()> received) {
+  auto* const kept = new Received(std::move(received));  // for the rest of the process
+  const sigset_t signals = posix_port::terminationSignals();
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    if (sigismember(&signals, signal) == 1) watch(signal, kept);
+  }
+}
+
+}  // namespace seldial::platform::macos
