@@ -51,6 +51,12 @@ class HotKeyEvents {
 
   /// Gives the combination back.
   virtual void unregisterHotKey(HotKeyRef ref) = 0;
+
+  /// False when the desktop would refuse that combination though nobody holds it. A port that
+  /// cannot tell says true.
+  [[nodiscard]] virtual bool canBeHotKey(std::uint32_t /*keyCode*/, std::uint32_t /*modifiers*/) {
+    return true;
+  }
 };
 
 }  // namespace seldial::platform

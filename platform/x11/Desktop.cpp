@@ -4,6 +4,7 @@
 
 #include "platform/Installed.h"
 #include "platform/x11/CopyKeystroke.h"
+#include "platform/x11/RecordedKeys.h"
 #include "platform/x11/SelectionPasteboard.h"
 
 namespace seldial::platform::x11 {
@@ -20,7 +21,8 @@ struct Ports {
         held(*connection, pump, keyboards, hotKeys),
         keystroke(*connection, keyboards, held, source),
         clipboard(*connection, pump),
-        pasteboard(*connection, pump, clipboard, source) {}
+        pasteboard(*connection, pump, clipboard, source),
+        recordedKeys(keyboards) {}
 
   const std::unique_ptr<Connection> connection;
   EventPump pump;
@@ -31,6 +33,7 @@ struct Ports {
   CopyKeystroke keystroke;
   ClipboardOwner clipboard;
   SelectionPasteboard pasteboard;
+  RecordedKeys recordedKeys;
 };
 
 class ConnectedDesktop final : public Desktop {
@@ -39,6 +42,8 @@ class ConnectedDesktop final : public Desktop {
     installed<HotKeyEvents>() = std::shared_ptr<HotKeyEvents>(ports_, &ports_->hotKeys);
     installed<KeyboardEvents>() = std::shared_ptr<KeyboardEvents>(ports_, &ports_->keystroke);
     installed<Pasteboard>() = std::shared_ptr<Pasteboard>(ports_, &ports_->pasteboard);
+    installed<RecordingKeyboard>() =
+        std::shared_ptr<RecordingKeyboard>(ports_, &ports_->recordedKeys);
   }
   ~ConnectedDesktop() override {
     ports_->held.payDebts();

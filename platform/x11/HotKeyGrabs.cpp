@@ -38,14 +38,26 @@ HotKeyGrabs::HotKeyGrabs(Connection& connection, EventPump& pump, MainQueue& que
 
 std::optional<HotKeyRef> HotKeyGrabs::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                      HotKeyID hotKeyID) {
+  const auto wanted = combinationFor(keyCode, modifiers);
+  if (!wanted) return {};
+  locks_ = keyboards_.map().masks.locks;
+  if (!isFree(wanted->key, wanted->mask) || !grab(wanted->key, wanted->mask)) return {};
+  registrations_.push_back({++lastRef_, hotKeyID, wanted->key, modifiers, wanted->mask});
+  return lastRef_;
+}
+
+bool HotKeyGrabs::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
+  return combinationFor(keyCode, modifiers).has_value();
+}
+
+/// Nothing when the keyboard has no such combination, or the copy keystroke needs it.
+std::optional<HotKeyGrabs::Combination> HotKeyGrabs::combinationFor(std::uint32_t keyCode,
+                                                                    std::uint32_t modifiers) {
   const auto key = keyAtPosition(keyCode);
   if (!key || !keyboards_.load() || keyboards_.map().modifiers[*key]) return {};
-  locks_ = keyboards_.map().masks.locks;
   const auto mask = maskFor(modifiers);
-  const bool taken = mask && isFree(*key, *mask) && grab(*key, *mask);
-  if (!taken) return {};
-  registrations_.push_back({++lastRef_, hotKeyID, *key, modifiers, mask});
-  return lastRef_;
+  if (!mask || isCopyKeystroke(*key, *mask)) return {};
+  return Combination{*key, *mask};
 }
 
 void HotKeyGrabs::unregisterHotKey(HotKeyRef ref) {
@@ -88,10 +100,12 @@ std::uint64_t HotKeyGrabs::flagsFor(std::uint16_t state) const {
   return flags;
 }
 
+bool HotKeyGrabs::isCopyKeystroke(xcb_keycode_t key, std::uint16_t mask) const {
+  return key == keyboards_.typingMap().insert && mask == keyboards_.map().masks.control;
+}
+
 bool HotKeyGrabs::isFree(xcb_keycode_t key, std::uint16_t mask) const {
-  const bool copyKeystroke =
-      key == keyboards_.typingMap().insert && mask == keyboards_.map().masks.control;
-  return !copyKeystroke &&
+  return !isCopyKeystroke(key, mask) &&
          std::none_of(registrations_.begin(), registrations_.end(), [&](const Registration& other) {
            return other.key == key && other.mask == mask;
          });

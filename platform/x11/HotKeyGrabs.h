@@ -27,6 +27,7 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                           HotKeyID hotKeyID) override;
   void unregisterHotKey(HotKeyRef ref) override;
+  [[nodiscard]] bool canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) override;
 
   /// Hot keys whose press was reported and whose release was not. While one is held the server
   /// gives us every key event, typed ones too.
@@ -35,6 +36,10 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   bool handle(const xcb_generic_event_t& event) override;
 
  private:
+  struct Combination {
+    xcb_keycode_t key = 0;
+    std::uint16_t mask = 0;
+  };
   struct Registration {
     HotKeyRef ref = 0;
     HotKeyID hotKeyID;
@@ -44,8 +49,11 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
     bool armed = false;                 ///< pressed, not yet released
   };
 
+  [[nodiscard]] std::optional<Combination> combinationFor(std::uint32_t keyCode,
+                                                          std::uint32_t modifiers);
   [[nodiscard]] std::optional<std::uint16_t> maskFor(std::uint32_t modifiers) const;
   [[nodiscard]] std::uint64_t flagsFor(std::uint16_t state) const;
+  [[nodiscard]] bool isCopyKeystroke(xcb_keycode_t key, std::uint16_t mask) const;
   [[nodiscard]] bool isFree(xcb_keycode_t key, std::uint16_t mask) const;
   bool grab(xcb_keycode_t key, std::uint16_t mask);
   void ungrab(xcb_keycode_t key, std::uint16_t mask);

@@ -90,6 +90,7 @@ KeyboardMap mapOf(const Answers& answers) {
   KeyboardMap map;
   map.masks = masksOf(answers);
   for (int row = 0; row < kRows; ++row) {
+    map.carriers[static_cast<std::size_t>(row)] = answers.row(row);
     map.modifiers |= answers.row(row);
     if ((map.masks.locks >> row & 1U) == 0) map.heldModifiers |= answers.row(row);
   }

@@ -3,6 +3,7 @@
 
 #include <xcb/xinput.h>
 
+#include <array>
 #include <bitset>
 #include <cstdint>
 #include <optional>
@@ -27,10 +28,11 @@ struct ModifierMasks {
 
 struct KeyboardMap {
   ModifierMasks masks;
-  KeySet modifiers;           ///< keys that carry a modifier of any kind
-  KeySet heldModifiers;       ///< those whose modifier lasts no longer than the key is held
-  xcb_keycode_t control = 0;  ///< the key to press for Control; 0 when there is none
-  xcb_keycode_t insert = 0;   ///< the same for Insert
+  std::array<KeySet, 8> carriers;  ///< by bit of the modifier state: the keys that carry it
+  KeySet modifiers;                ///< keys that carry a modifier of any kind
+  KeySet heldModifiers;            ///< those whose modifier lasts no longer than the key is held
+  xcb_keycode_t control = 0;       ///< the key to press for Control; 0 when there is none
+  xcb_keycode_t insert = 0;        ///< the same for Insert
 };
 
 /// The questions to the server about one keyboard, asked on construction; several can be under way.
