@@ -23,6 +23,16 @@ function(seldial_executable name)
   _seldial_finish(${name} ${ARGN})
 endfunction()
 
+# seldial_moc(TARGET HEADER...): what Qt's signals need of those headers. Generated code is compiled
+# apart, away from the linter and the warnings.
+function(seldial_moc name)
+  qt_wrap_cpp(generated ${ARGN})
+  add_library(${name}_moc OBJECT ${generated})
+  target_include_directories(${name}_moc PRIVATE ${SELDIAL_ROOT})
+  target_link_libraries(${name}_moc PRIVATE Qt6::Widgets)
+  target_sources(${name} PRIVATE $<TARGET_OBJECTS:${name}_moc>)
+endfunction()
+
 # seldial_test(NAME SOURCE... [LINK TARGET...] [LABELS LABEL...]): a GoogleTest program; each of
 # its tests is a test of ctest. Label `threaded`: run once more under ThreadSanitizer.
 function(seldial_test name)

@@ -5,14 +5,6 @@
 namespace seldial {
 namespace {
 
-std::optional<std::uint16_t> delayFrom(const std::string& text) {
-  const bool digits = text.find_first_not_of("0123456789") == std::string::npos;
-  if (text.empty() || text.size() > 5 || !digits) return std::nullopt;
-  const long value = std::strtol(text.c_str(), nullptr, 10);
-  if (value > UINT16_MAX) return std::nullopt;
-  return static_cast<std::uint16_t>(value);
-}
-
 /// Reads one command line, argument by argument.
 class Reader {
  public:
@@ -69,6 +61,14 @@ class Reader {
 };
 
 }  // namespace
+
+std::optional<std::uint16_t> delayFrom(const std::string& text) {
+  const bool digits = text.find_first_not_of("0123456789") == std::string::npos;
+  if (text.empty() || text.size() > 5 || !digits) return std::nullopt;
+  const long value = std::strtol(text.c_str(), nullptr, 10);
+  if (value > UINT16_MAX) return std::nullopt;
+  return static_cast<std::uint16_t>(value);
+}
 
 std::optional<Options> optionsFrom(const std::vector<std::string>& arguments, std::string& error) {
   return Reader(arguments, error).read();

@@ -24,6 +24,9 @@ struct Options {
 [[nodiscard]] std::optional<Options> optionsFrom(const std::vector<std::string>& arguments,
                                                  std::string& error);
 
+/// Milliseconds as --delay takes them: up to five digits and nothing else, at most 65535.
+[[nodiscard]] std::optional<std::uint16_t> delayFrom(const std::string& text);
+
 /// The text of --help, with its last line feed.
 [[nodiscard]] const char* helpText();
 

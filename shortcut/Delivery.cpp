@@ -1,0 +1,33 @@
+#include "shortcut/Delivery.h"
+
+#include <cstdio>
+
+#include "unixsocket/GDUnixSocketClient.h"
+
+namespace seldial {
+namespace {
+
+/// For the connect, and for the write: longer than a seldial that dials takes to look.
+constexpr std::chrono::seconds kPatience{3};
+
+}  // namespace
+
+std::optional<std::string> printCommand(const std::string& command) {
+  const bool printed = std::puts(command.c_str()) >= 0 && std::fflush(stdout) == 0;
+  if (printed) return std::nullopt;
+  return "Standard output cannot be written.";
+}
+
+std::optional<std::string> sendCommand(const std::string& command, const std::string& path) {
+  const auto client = GDUnixSocketClient::initWithSocketPath(path);
+  if (!client) return path + " is no path for a socket.";
+  client->setSendTimeout(kPatience);
+  std::optional<Error> error;
+  if (!client->connectWithAutoRead(false, &error)) return error->localizedDescription;
+  const auto count = client->writeData(command, &error);
+  client->close();
+  if (count == static_cast<std::int64_t>(command.size())) return std::nullopt;
+  return error ? error->localizedDescription : "Not all of it was taken.";
+}
+
+}  // namespace seldial

@@ -1,0 +1,67 @@
+#include <QApplication>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "platform/x11/Desktop.h"
+#include "shortcut/Delivery.h"
+#include "shortcut/Options.h"
+#include "shortcut/QtServedLoop.h"
+#include "shortcut/ShortcutWindow.h"
+
+namespace seldial {
+namespace {
+
+ShortcutWindow::Deliver deliveryFor(const ShortcutOptions& options) {
+  if (options.socket.empty()) return printCommand;
+  return [path = options.socket](const std::string& command) -> std::optional<std::string> {
+    const auto failure = sendCommand(command, path);
+    if (!failure) return {};
+    return "Is Seldial running? At " + path + ": " + *failure;
+  };
+}
+
+int runWindow(const ShortcutOptions& options) {
+  ShortcutWindow window(deliveryFor(options), options.socket.empty()
+                                                  ? QStringLiteral("&Use this shortcut")
+                                                  : QStringLiteral("&Send to Seldial"));
+  window.begin(options.hotKey, options.delay);
+  QObject::connect(&window, &QDialog::finished, &window,
+                   [](int result) { QCoreApplication::exit(result == QDialog::Accepted ? 0 : 1); });
+  window.show();
+  return QCoreApplication::exec();
+}
+
+int run(int argc, char* argv[], const ShortcutOptions& options) {
+  platform::linux_port::MainLoop loop;
+  const auto desktop = platform::x11::Desktop::connect(loop, [] { std::exit(1); });
+  if (!desktop) {
+    std::fputs("seldial-shortcut: there is no X11 desktop to have a shortcut on\n", stderr);
+    return 1;
+  }
+  // Shortcuts are X11's, also where this desktop has another display server too.
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
+  int ownPath = argc > 0 ? 1 : 0;  // the rest is ours, not Qt's
+  const QApplication application(ownPath, argv);
+  QApplication::setQuitOnLastWindowClosed(false);  // the window says with which status
+  const QtServedLoop served(loop);
+  return runWindow(options);
+}
+
+}  // namespace
+}  // namespace seldial
+
+int main(int argc, char* argv[]) {
+  std::string error;
+  const auto options =
+      seldial::shortcutOptionsFrom(std::vector<std::string>(argv + 1, argv + argc), error);
+  if (!options) {
+    std::fprintf(stderr, "seldial-shortcut: %s\nTry seldial-shortcut --help.\n", error.c_str());
+    return 2;
+  }
+  if (options->help) {
+    std::fputs(seldial::shortcutHelpText(), stdout);
+    return 0;
+  }
+  return seldial::run(argc, argv, *options);
+}

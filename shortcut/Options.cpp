@@ -1,0 +1,104 @@
+#include "shortcut/Options.h"
+
+#include <utility>
+
+#include "ucclient/Options.h"
+#include "unixsocket/GDUnixSocketClient.h"
+
+namespace seldial {
+namespace {
+
+/// Reads one command line, argument by argument.
+class Reader {
+ public:
+  Reader(const std::vector<std::string>& arguments, std::string& error)
+      : arguments_(arguments), error_(error) {}
+
+  std::optional<ShortcutOptions> read() {
+    while (next_ < arguments_.size()) {
+      if (!readOption(arguments_[next_++])) return std::nullopt;
+    }
+    if (print_ && !options_.socket.empty()) {
+      error_ = "--print and --socket exclude each other";
+      return std::nullopt;
+    }
+    return options_;
+  }
+
+ private:
+  bool readOption(const std::string& argument) {
+    const auto equals = argument.find('=');
+    const std::string name = argument.substr(0, equals);
+    if (name == "--hotkey" || name == "--delay" || name == "--socket") {
+      if (equals != std::string::npos) return setValue(name, argument.substr(equals + 1));
+      if (next_ == arguments_.size()) return fail(name + " needs a value");
+      return setValue(name, arguments_[next_++]);
+    }
+    if (argument == "--print") return print_ = true;
+    if (argument == "--help" || argument == "-h") return options_.help = true;
+    return fail("there is no option " + argument);
+  }
+
+  bool setValue(const std::string& name, const std::string& value) {
+    if (name == "--hotkey") return setHotKey(value);
+    return name == "--delay" ? setDelay(value) : setSocket(value);
+  }
+
+  bool setHotKey(const std::string& value) {
+    std::string why;
+    options_.hotKey = hotKeyFromSpelling(value, why);
+    return options_.hotKey ? true : fail("--hotkey " + value + ": " + why);
+  }
+
+  bool setDelay(const std::string& value) {
+    const auto delay = delayFrom(value);
+    if (!delay) return fail("--delay takes milliseconds from 0 to 65535, not " + value);
+    options_.delay = *delay;
+    return true;
+  }
+
+  bool setSocket(const std::string& value) {
+    options_.socket = value;
+    const bool usable = GDUnixSocketClient::initWithSocketPath(value) != nullptr;
+    return usable ? true : fail("--socket takes a standardised path with a slash, not " + value);
+  }
+
+  bool fail(std::string error) {
+    error_ = std::move(error);
+    return false;
+  }
+
+  const std::vector<std::string>& arguments_;
+  std::string& error_;
+  std::size_t next_ = 0;
+  bool print_ = false;
+  ShortcutOptions options_;
+};
+
+}  // namespace
+
+std::optional<ShortcutOptions> shortcutOptionsFrom(const std::vector<std::string>& arguments,
+                                                   std::string& error) {
+  return Reader(arguments, error).read();
+}
+
+const char* shortcutHelpText() {
+  return R"(usage: seldial-shortcut [--print | --socket PATH] [--hotkey KEYS] [--delay MS]
+
+Shows a window in which a shortcut is recorded and tried out, and hands the
+command that sets it to seldial, or to whoever reads standard output.
+
+  --print         print the command, one line of JSON; so it does if nothing is given
+  --socket PATH   send it to the seldial that listens at PATH
+  --hotkey KEYS   the shortcut to begin with: any of ctrl, alt, shift and super, and
+                  one key, such as d, 7, f5, space, left or keypad0
+  --delay MS      how long the other application gets to copy its selection, from 0
+                  to 65535 milliseconds, 500 if not given
+  --help          print this text
+
+Exit status: 0 when the shortcut was handed over; 1 when the window was closed
+without it, or there is no X11 desktop; 2 when the command line makes no sense.
+)";
+}
+
+}  // namespace seldial

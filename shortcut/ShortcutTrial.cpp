@@ -1,0 +1,27 @@
+#include "shortcut/ShortcutTrial.h"
+
+#include "hotkey/QKHotKeyCenter.h"
+#include "hotkey/QKModifierFlags.h"
+#include "platform/Installed.h"
+
+namespace seldial {
+
+ShortcutState ShortcutTrial::take(const std::shared_ptr<QKHotKey>& hotKey) {
+  if (taken_ == hotKey) return hotKey ? ShortcutState::kFree : ShortcutState::kUnknown;
+  giveBack();
+  const auto port = platform::installed<platform::HotKeyEvents>();
+  const auto center = QKHotKeyCenter::sharedHotKeyCenter();
+  if (!hotKey || !port || !center) return ShortcutState::kUnknown;
+  const auto modifiers = QKCarbonModifierFlagsFromCocoaModifierFlags(hotKey->modifierFlags());
+  if (!port->canBeHotKey(hotKey->keyCode(), modifiers)) return ShortcutState::kUnusable;
+  taken_ = center->registerHotKey(hotKey);
+  return taken_ ? ShortcutState::kFree : ShortcutState::kHeld;
+}
+
+void ShortcutTrial::giveBack() {
+  if (!taken_) return;
+  QKHotKeyCenter::sharedHotKeyCenter()->unregisterHotKey(taken_);
+  taken_.reset();
+}
+
+}  // namespace seldial

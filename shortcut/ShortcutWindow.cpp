@@ -1,0 +1,249 @@
+#include "shortcut/ShortcutWindow.h"
+
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QSpinBox>
+
+#include "shortcut/ShortcutWords.h"
+#include "ucclient/Messages.h"
+
+namespace seldial {
+namespace {
+
+constexpr int kMargin = 28;
+constexpr int kSpacing = 12;
+constexpr int kWidth = 480;
+constexpr qreal kGlyphScale = 2.6;  // of the desktop's own font
+constexpr std::chrono::milliseconds kLightTime{1500};
+
+void makeBig(QKHotKeyTextField& field) {
+  QFont font = field.font();
+  font.setPointSizeF(font.pointSizeF() * kGlyphScale);
+  font.setLetterSpacing(QFont::AbsoluteSpacing, font.pointSizeF() / 5);
+  field.setFont(font);
+  field.setAlignment(Qt::AlignCenter);
+  field.setMinimumHeight(QFontMetrics(font).height() + kMargin);
+}
+
+}  // namespace
+
+ShortcutWindow::ShortcutWindow(Deliver deliver, const QString& acceptText)
+    : deliver_(std::move(deliver)),
+      field_(new QKHotKeyTextField(this)),
+      words_(new QLabel(this)),
+      record_(new QPushButton(QStringLiteral("&Record"), this)),
+      clear_(new QPushButton(QStringLiteral("C&lear"), this)),
+      delay_(new QSpinBox(this)),
+      panel_(new StatusPanel(this)) {
+  setWindowTitle(QStringLiteral("Seldial shortcut"));
+  setMinimumWidth(kWidth);
+  light_.setSingleShot(true);
+  light_.setInterval(kLightTime);
+  auto* const layout = new QGridLayout(this);
+  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  layout->setHorizontalSpacing(kSpacing);
+  layout->setVerticalSpacing(kSpacing);
+  layout->setColumnStretch(0, 1);
+  addShortcut(*layout);
+  addDelay(*layout);
+  layout->addWidget(panel_, layout->rowCount(), 0, 1, -1);
+  addButtons(*layout, acceptText);
+  connectControls();
+  describeControls();
+  showAll();
+}
+
+void ShortcutWindow::addShortcut(QGridLayout& layout) {
+  auto* const title = new QLabel(QStringLiteral("Select a number anywhere, then press"), this);
+  makeBig(*field_);
+  // Whoever comes by with the Tab key does not begin to record: there is a button for that.
+  field_->setFocusPolicy(Qt::ClickFocus);
+  // Return accepts, also on the way past a button that is no more than an aside.
+  clear_->setAutoDefault(false);
+  layout.addWidget(title, 0, 0, 1, -1);
+  layout.addWidget(field_, 1, 0, 1, -1);
+  layout.addWidget(words_, 2, 0);
+  layout.addWidget(record_, 2, 1);
+  layout.addWidget(clear_, 2, 2);
+  layout.setRowMinimumHeight(3, kSpacing);
+}
+
+void ShortcutWindow::addDelay(QGridLayout& layout) {
+  auto* const label = new QLabel(QStringLiteral("Time to &copy the selection"), this);
+  label->setBuddy(delay_);
+  delay_->setRange(0, UINT16_MAX);
+  delay_->setSingleStep(50);
+  delay_->setSuffix(QStringLiteral(" ms"));
+  layout.addWidget(label, 4, 0);
+  layout.addWidget(delay_, 4, 1, 1, 2);
+  layout.setRowMinimumHeight(5, kSpacing);
+}
+
+void ShortcutWindow::addButtons(QGridLayout& layout, const QString& acceptText) {
+  auto* const box = new QDialogButtonBox(this);
+  accept_ = box->addButton(acceptText, QDialogButtonBox::AcceptRole);
+  auto* const cancel = box->addButton(QDialogButtonBox::Cancel);
+  accept_->setDefault(true);
+  cancel->setAutoDefault(false);
+  cancel->setAccessibleDescription(QStringLiteral("Closes the window and changes nothing."));
+  connect(box, &QDialogButtonBox::accepted, this, &ShortcutWindow::accept);
+  connect(box, &QDialogButtonBox::rejected, this, &ShortcutWindow::reject);
+  const int row = layout.rowCount();
+  layout.setRowMinimumHeight(row, kSpacing);
+  layout.addWidget(box, row + 1, 0, 1, -1);
+}
+
+void ShortcutWindow::connectControls() {
+  connect(record_, &QPushButton::clicked, this, [this] { field_->setFocus(Qt::OtherFocusReason); });
+  connect(clear_, &QPushButton::clicked, this, &ShortcutWindow::clear);
+  connect(field_, &QKHotKeyTextField::actionSent, this, &ShortcutWindow::recorded);
+  connect(field_, &QKHotKeyTextField::editingChanged, this, &ShortcutWindow::recordingChanged);
+  connect(&light_, &QTimer::timeout, this, &ShortcutWindow::showAll);
+}
+
+void ShortcutWindow::describeControls() {
+  field_->setAccessibleName(QStringLiteral("Shortcut"));
+  record_->setAccessibleName(QStringLiteral("Record a new shortcut"));
+  record_->setAccessibleDescription(QStringLiteral(
+      "Press the new shortcut afterwards. Return keeps it, Escape brings the old one "
+      "back."));
+  clear_->setAccessibleName(QStringLiteral("Clear the shortcut"));
+  clear_->setAccessibleDescription(QStringLiteral("Leaves no shortcut until one is recorded."));
+  const auto delay =
+      QStringLiteral("How long the other application gets to copy its selection, in milliseconds.");
+  delay_->setAccessibleName(QStringLiteral("Time to copy the selection"));
+  delay_->setAccessibleDescription(delay);
+  delay_->setToolTip(delay);
+  accept_->setAccessibleDescription(
+      QStringLiteral("Hands the shortcut over and closes the window."));
+}
+
+void ShortcutWindow::begin(const std::optional<HotKey>& hotKey, std::uint16_t delay) {
+  delay_->setValue(delay);
+  if (hotKey) setHotKey(hotKey->virtualKey, modifierFlagsOf(*hotKey));
+  showAll();
+}
+
+/// Every record that the field gets is one that lights up the panel.
+void ShortcutWindow::setHotKey(std::uint16_t keyCode, std::uint64_t modifierFlags) {
+  field_->setHotKey(QKHotKey::hotKeyWithKeyCode(
+      keyCode, modifierFlags, [this](const QKKeyEvent& /*event*/) { lightUp(); }));
+}
+
+void ShortcutWindow::clear() {
+  trial_.giveBack();
+  field_->setHotKey(nullptr);
+  failure_.reset();
+  tryOut();
+  delay_->setFocus(Qt::OtherFocusReason);
+}
+
+void ShortcutWindow::recorded() {
+  const auto hotKey = field_->hotKey();
+  // The first one has no predecessor whose task it could have been given.
+  if (hotKey && !hotKey->task()) setHotKey(hotKey->keyCode(), hotKey->modifierFlags());
+  showAll();
+}
+
+void ShortcutWindow::recordingChanged(bool isRecording) {
+  if (isRecording) light_.stop();
+  failure_.reset();
+  tryOut();
+}
+
+void ShortcutWindow::lightUp() {
+  light_.start();
+  showAll();
+}
+
+void ShortcutWindow::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange) tryOut();
+}
+
+void ShortcutWindow::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  (field_->hotKey() ? accept_ : record_)->setFocus(Qt::OtherFocusReason);
+}
+
+void ShortcutWindow::keyPressEvent(QKeyEvent* event) {
+  // Return or Escape that ended the recording may still be held and repeat: it means no more.
+  if (event->isAutoRepeat()) return event->accept();
+  QDialog::keyPressEvent(event);
+}
+
+void ShortcutWindow::accept() {
+  if (!accept_->isEnabled()) return;
+  // Seldial is to find it free.
+  trial_.giveBack();
+  const auto command = setHotKeyCommand(describedHotKey(*field_->hotKey()),
+                                        static_cast<std::uint16_t>(delay_->value()));
+  failure_ = deliver_(command);
+  if (!failure_) return QDialog::accept();
+  tryOut();
+}
+
+/// Takes the shortcut while it can be tried out. What the desktop said last stays shown.
+void ShortcutWindow::tryOut() {
+  if (!isActiveWindow() || field_->isEditing()) {
+    trial_.giveBack();
+  } else {
+    state_ = trial_.take(field_->hotKey());
+  }
+  showAll();
+}
+
+void ShortcutWindow::showAll() {
+  const auto hotKey = field_->hotKey();
+  const bool isUsable = hotKey && !hasOnlyModifiers(*hotKey) && state_ != ShortcutState::kUnusable;
+  accept_->setEnabled(isUsable);
+  clear_->setEnabled(hotKey != nullptr);
+  showShortcut();
+  showState();
+}
+
+void ShortcutWindow::showShortcut() {
+  const auto hotKey = field_->hotKey();
+  const QString words = hotKey ? shortcutInWords(*hotKey) : QStringLiteral("No shortcut yet");
+  words_->setText(field_->isEditing() ? QStringLiteral("Press the new shortcut…") : words);
+  field_->setPlaceholderText(field_->isEditing() ? QString() : QStringLiteral("—"));
+  field_->setAccessibleDescription(words);
+}
+
+void ShortcutWindow::showState() {
+  using Kind = StatusPanel::Kind;
+  const auto tell = [this](Kind kind, const char* headline, const QString& detail) {
+    panel_->tell(kind, QString::fromUtf8(headline), detail);
+  };
+  const auto hotKey = field_->hotKey();
+  if (field_->isEditing()) {
+    tell(Kind::kPlain, "Recording",
+         QStringLiteral("Return keeps the shortcut, Escape brings the old one back."));
+  } else if (failure_) {
+    tell(Kind::kWarning, "The shortcut was not handed over", QString::fromStdString(*failure_));
+  } else if (!hotKey) {
+    tell(Kind::kPlain, "Try it here",
+         QStringLiteral(
+             "Record a shortcut first: modifier keys, such as Ctrl and Alt, and one key."));
+  } else if (hasOnlyModifiers(*hotKey)) {
+    tell(Kind::kWarning, "One key is missing",
+         QStringLiteral("Modifier keys alone are no shortcut. Record them with one more key."));
+  } else if (light_.isActive()) {
+    tell(Kind::kLit, "It works", shortcutInWords(*hotKey));
+  } else if (state_ == ShortcutState::kUnusable) {
+    tell(Kind::kWarning, "This desktop cannot use it",
+         QStringLiteral("The keyboard lacks such a key, or Seldial needs the combination itself in "
+                        "order to copy."));
+  } else if (state_ == ShortcutState::kHeld) {
+    tell(Kind::kWarning, "Another program holds this shortcut",
+         QStringLiteral("If that is Seldial, all is well: it can stay. Otherwise record another."));
+  } else {
+    tell(Kind::kPlain, "Try it here",
+         QStringLiteral("Press the shortcut and let go: this lights up."));
+  }
+}
+
+}  // namespace seldial

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QDialog>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "hotkey/qt/QKHotKeyTextField.h"
+#include "shortcut/ShortcutTrial.h"
+#include "shortcut/StatusPanel.h"
+#include "ucclient/HotKeySpelling.h"
+
+class QGridLayout;
+class QLabel;
+class QPushButton;
+class QSpinBox;
+
+namespace seldial {
+
+/// The window in which people record the shortcut that Seldial dials with, try it out, and hand it
+/// over. While it is active and does not record, the shortcut is taken from the desktop, so that
+/// pressing it lights up the panel; otherwise Seldial can have it. Main thread only.
+class ShortcutWindow : public QDialog {
+ public:
+  /// Hands the command over; what is wrong when that fails, in words for the user.
+  using Deliver = std::function<std::optional<std::string>(const std::string& command)>;
+
+  /// `acceptText` names what accepting does. The dialog is accepted once `deliver` has succeeded.
+  ShortcutWindow(Deliver deliver, const QString& acceptText);
+
+  /// What the window begins with; to be called before it is shown.
+  void begin(const std::optional<HotKey>& hotKey, std::uint16_t delay);
+
+  void accept() override;
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void addShortcut(QGridLayout& layout);
+  void addDelay(QGridLayout& layout);
+  void addButtons(QGridLayout& layout, const QString& acceptText);
+  void connectControls();
+  void describeControls();
+
+  void setHotKey(std::uint16_t keyCode, std::uint64_t modifierFlags);
+  void clear();
+  void recorded();
+  void recordingChanged(bool isRecording);
+  void lightUp();
+
+  void tryOut();
+  void showAll();
+  void showShortcut();
+  void showState();
+
+  const Deliver deliver_;
+  QKHotKeyTextField* field_;
+  QLabel* words_;
+  QPushButton* record_;
+  QPushButton* clear_;
+  QSpinBox* delay_;
+  StatusPanel* panel_;
+  QPushButton* accept_ = nullptr;
+  ShortcutTrial trial_;
+  ShortcutState state_ = ShortcutState::kUnknown;
+  std::optional<std::string> failure_;  ///< of the last delivery, until something changes
+  QTimer light_;                        ///< runs while the panel is lit
+};
+
+}  // namespace seldial

@@ -1,0 +1,102 @@
+#include "shortcut/StatusPanel.h"
+
+#include <QAccessible>
+#include <QEvent>
+#include <QLabel>
+#include <QPainter>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace seldial {
+namespace {
+
+constexpr qreal kRadius = 8;
+constexpr int kPadding = 16;
+constexpr int kSignSize = 24;
+
+/// A triangle with an exclamation mark: a warning also for those who do not see colours.
+void paintWarningSign(QPainter& painter, const QRectF& place, const QColor& colour) {
+  painter.setPen(QPen(colour, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.setBrush(Qt::NoBrush);
+  const QPointF corners[] = {{place.center().x(), place.top() + 2},
+                             {place.right() - 1, place.bottom() - 2},
+                             {place.left() + 1, place.bottom() - 2}};
+  painter.drawPolygon(corners, 3);
+  const qreal middle = place.center().x();
+  painter.drawLine(QPointF(middle, place.top() + 9), QPointF(middle, place.top() + 14));
+  painter.drawPoint(QPointF(middle, place.top() + 18));
+}
+
+}  // namespace
+
+StatusPanel::StatusPanel(QWidget* parent)
+    : QWidget(parent), headline_(new QLabel(this)), detail_(new QLabel(this)) {
+  QFont bold = font();
+  bold.setBold(true);
+  headline_->setFont(bold);
+  detail_->setWordWrap(true);
+  for (auto* const label : {headline_, detail_}) label->setTextFormat(Qt::PlainText);
+  auto* const texts = new QVBoxLayout(this);
+  texts->setContentsMargins(kPadding + kSignSize + kPadding, kPadding, kPadding, kPadding);
+  texts->setSpacing(4);
+  texts->addStretch();
+  texts->addWidget(headline_);
+  texts->addWidget(detail_);
+  texts->addStretch();
+  // The longest detail takes two lines: the window keeps its size whatever is shown.
+  setMinimumHeight(2 * kPadding + 3 * fontMetrics().lineSpacing() + 12);
+}
+
+void StatusPanel::tell(Kind kind, const QString& headline, const QString& detail) {
+  const bool isNew = kind != kind_ || headline != headline_->text() || detail != detail_->text();
+  kind_ = kind;
+  headline_->setText(headline);
+  detail_->setText(detail);
+  colourTexts();
+  update();
+  if (isNew) announce();
+}
+
+void StatusPanel::announce() {
+  setAccessibleName(headline_->text());
+  setAccessibleDescription(detail_->text());
+  if (kind_ == Kind::kPlain) return;
+  QAccessibleEvent event(this, QAccessible::Alert);
+  QAccessible::updateAccessibility(&event);
+}
+
+void StatusPanel::colourTexts() {
+  const auto role = kind_ == Kind::kLit ? QPalette::HighlightedText : QPalette::WindowText;
+  for (auto* const label : {headline_, detail_}) label->setForegroundRole(role);
+}
+
+void StatusPanel::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) update();
+}
+
+void StatusPanel::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QPalette& colours = palette();
+  const bool isLit = kind_ == Kind::kLit;
+  QColor edge = colours.color(QPalette::WindowText);
+  if (kind_ == Kind::kPlain) edge.setAlphaF(0.25F);
+  painter.setPen(isLit ? QPen(Qt::NoPen) : QPen(edge, kind_ == Kind::kWarning ? 2 : 1));
+  painter.setBrush(colours.brush(isLit ? QPalette::Highlight : QPalette::Base));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius, kRadius);
+  const QRectF left(kPadding, (height() - kSignSize) / 2.0, kSignSize, kSignSize);
+  const QRectF sign = QStyle::visualRect(layoutDirection(), rect(), left.toRect());
+  if (kind_ == Kind::kWarning) {
+    paintWarningSign(painter, sign, colours.color(QPalette::WindowText));
+    return;
+  }
+  // A lamp: a ring, and a full circle when it is lit.
+  const QColor lamp = colours.color(isLit ? QPalette::HighlightedText : QPalette::WindowText);
+  painter.setPen(QPen(lamp, 2));
+  painter.setBrush(isLit ? QBrush(lamp) : QBrush(Qt::NoBrush));
+  painter.setOpacity(isLit ? 1 : 0.5);
+  painter.drawEllipse(sign.center(), kSignSize / 3.0, kSignSize / 3.0);
+}
+
+}  // namespace seldial

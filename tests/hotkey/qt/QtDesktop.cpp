@@ -1,0 +1,54 @@
+#include "tests/hotkey/qt/QtDesktop.h"
+
+#include <gtest/gtest.h>
+
+namespace seldial::desktop {
+namespace {
+
+std::unique_ptr<QtDesktop> theDesktop;
+
+class Environment final : public testing::Environment {
+ public:
+  void SetUp() override { theDesktop = std::make_unique<QtDesktop>(); }
+  void TearDown() override { theDesktop.reset(); }
+};
+
+[[maybe_unused]] auto* const environment = testing::AddGlobalTestEnvironment(new Environment);
+
+}  // namespace
+
+QtDesktop::QtDesktop() {
+  qputenv("DISPLAY", QByteArray::fromStdString(server.display()));
+  qputenv("QT_QPA_PLATFORM", "xcb");
+  ports_ = platform::x11::Desktop::connect(loop_, [] { ADD_FAILURE() << "the server is lost"; });
+  static int count = 1;
+  static char name[] = "test";
+  static char* arguments[] = {name, nullptr};
+  application_ = std::make_unique<QApplication>(count, arguments);
+  QApplication::setQuitOnLastWindowClosed(false);
+  served_ = std::make_unique<QtServedLoop>(loop_);
+}
+
+QtDesktop::~QtDesktop() {
+  served_.reset();
+  application_.reset();
+  ports_.reset();
+}
+
+QtDesktop& QtDesktop::shared() {
+  return *theDesktop;
+}
+
+bool activate(QWidget& window) {
+  window.show();
+  window.activateWindow();
+  return comesTrue([&window] { return window.isActiveWindow(); });
+}
+
+void press(const std::vector<std::uint8_t>& keys) {
+  auto& keyboard = QtDesktop::shared().keyboard;
+  keyboard.press(keys);
+  keyboard.release({keys.rbegin(), keys.rend()});
+}
+
+}  // namespace seldial::desktop

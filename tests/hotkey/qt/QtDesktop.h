@@ -1,0 +1,58 @@
+// A private desktop for the tests of windows: one X server, one window manager, one application and
+// the X11 port, for all tests of a process; and a user's keyboard.
+#pragma once
+
+#include <QApplication>
+#include <QtTest/QTest>
+#include <memory>
+
+#include "platform/x11/Desktop.h"
+#include "shortcut/QtServedLoop.h"
+#include "tests/desktop/Keyboard.h"
+#include "tests/desktop/Keys.h"
+#include "tests/desktop/Windows.h"
+#include "tests/desktop/XServer.h"
+
+namespace seldial::desktop {
+
+/// Waits, serving events, until `condition` holds and what was asked of the server then is under
+/// way; false after a limit that only a failure reaches.
+template <class Condition>
+[[nodiscard]] bool comesTrue(const Condition& condition) {
+  const bool holds =
+      QTest::qWaitFor(condition, static_cast<int>(std::chrono::milliseconds(kLimit).count()));
+  QCoreApplication::processEvents();
+  return holds;
+}
+
+/// Made by the environment of the test program before the first test, gone after the last.
+class QtDesktop {
+ public:
+  QtDesktop();
+  ~QtDesktop();
+  QtDesktop(const QtDesktop&) = delete;
+  QtDesktop& operator=(const QtDesktop&) = delete;
+
+  /// The one of this process.
+  static QtDesktop& shared();
+
+  const XServer server{{"-screen", "0", "1600x1200x24"}};
+
+ private:
+  const WindowManager manager_{server.display()};
+  platform::linux_port::MainLoop loop_;
+  std::unique_ptr<platform::x11::Desktop> ports_;
+  std::unique_ptr<QApplication> application_;
+  std::unique_ptr<QtServedLoop> served_;
+
+ public:
+  Keyboard keyboard{server.display()};
+};
+
+/// Shows the window and waits until the user can type into it.
+[[nodiscard]] bool activate(QWidget& window);
+
+/// Presses the keys in that order and releases them the other way round.
+void press(const std::vector<std::uint8_t>& keys);
+
+}  // namespace seldial::desktop
