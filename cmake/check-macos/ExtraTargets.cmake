@@ -1,0 +1,17 @@
+# Whether what the tests declare of Apple's interfaces is what Apple's headers say.
+add_library(seldial_layouts OBJECT ${SELDIAL_ROOT}/tests/platform/macos/AppleInterfaces.cpp)
+target_link_libraries(seldial_layouts PRIVATE seldial_options)
+
+# Every object of every library, whether a program uses it or not.
+set(libraries seldial_api seldial_app seldial_application seldial_dispatch seldial_hotkey
+  seldial_keyboard_layout seldial_posix seldial_programs seldial_ucclient seldial_unixsocket)
+if(TARGET seldial_hotkey_appkit)
+  list(APPEND libraries seldial_hotkey_appkit)
+endif()
+add_library(seldial_everything SHARED)
+foreach(library ${libraries})
+  target_sources(seldial_everything PRIVATE $<TARGET_OBJECTS:${library}>)
+endforeach()
+set_target_properties(seldial_everything PROPERTIES LINKER_LANGUAGE OBJCXX)
+target_link_libraries(seldial_everything PRIVATE
+  "-framework AppKit" "-framework Carbon" "-framework CoreFoundation" "-framework CoreGraphics")

@@ -1,0 +1,42 @@
+# Compiles for macOS on a machine that is none: clang and the LLVM tools, and a folder of Apple's
+# headers and link stubs, -DSELDIAL_SYSROOT. Used by scripts/check-macos, which says for which
+# architecture (-DSELDIAL_ARCHITECTURE) and from which system on (-DSELDIAL_MACOS).
+set(CMAKE_SYSTEM_NAME Darwin)
+set(CMAKE_SYSTEM_PROCESSOR ${SELDIAL_ARCHITECTURE})
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES
+  SELDIAL_SYSROOT SELDIAL_STUBS SELDIAL_ARCHITECTURE SELDIAL_MACOS)
+
+set(CMAKE_OSX_SYSROOT ${SELDIAL_SYSROOT})
+set(CMAKE_OSX_ARCHITECTURES ${SELDIAL_ARCHITECTURE})
+set(CMAKE_OSX_DEPLOYMENT_TARGET ${SELDIAL_MACOS})
+set(CMAKE_FIND_ROOT_PATH ${SELDIAL_SYSROOT})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+# What is tried out at configuration time cannot be linked: the stubs need not be complete.
+set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
+
+foreach(language C CXX OBJCXX)
+  set(CMAKE_${language}_COMPILER_TARGET ${SELDIAL_ARCHITECTURE}-apple-macos${SELDIAL_MACOS})
+endforeach()
+find_program(CMAKE_C_COMPILER clang-14 REQUIRED)
+find_program(CMAKE_CXX_COMPILER clang++-14 REQUIRED)
+set(CMAKE_OBJCXX_COMPILER ${CMAKE_CXX_COMPILER})
+find_program(CMAKE_AR llvm-ar-14 REQUIRED)
+find_program(CMAKE_RANLIB llvm-ranlib-14 REQUIRED)
+find_program(CMAKE_INSTALL_NAME_TOOL llvm-install-name-tool-14 REQUIRED)
+
+set(libcxx "-stdlib=libc++ -nostdinc++ -isystem ${SELDIAL_SYSROOT}/usr/include/c++/v1")
+set(CMAKE_CXX_FLAGS_INIT "${libcxx} -Wunguarded-availability")
+set(CMAKE_OBJCXX_FLAGS_INIT "${libcxx} -Wunguarded-availability")
+
+# A folder without the system's own libraries is linked against as far as it goes; what is left
+# undefined is looked at afterwards.
+find_program(lld ld64.lld-14 REQUIRED)
+set(linking "--ld-path=${lld} -mlinker-version=609 -Wl,-syslibroot,${SELDIAL_STUBS}")
+string(APPEND linking " -Wno-unused-command-line-argument")
+if(NOT EXISTS ${SELDIAL_SYSROOT}/usr/lib/libSystem.tbd)
+  string(APPEND linking " -nostdlib -Wl,-undefined,dynamic_lookup -lobjc")
+endif()
+set(CMAKE_EXE_LINKER_FLAGS_INIT "${linking}")
+set(CMAKE_SHARED_LINKER_FLAGS_INIT "${linking}")
