@@ -20,7 +20,7 @@ constexpr std::chrono::seconds kEndLimit{5};
 std::string inPlainWords(const std::string& failReason) {
   if (failReason != "hotkey not set") return failReason;
   return failReason +
-         " (another program holds it, the keyboard has no such key, or there is no X11 desktop)";
+         " (another program holds it, the keyboard has no such key, or there is no desktop)";
 }
 
 bool startsWith(const std::string& text, const std::string& beginning) {

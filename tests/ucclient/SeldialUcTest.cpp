@@ -17,7 +17,7 @@ TEST(SeldialUc, ARefusedHotKeyEndsItWithStatus1AndTheReason) {
   client.expectLine(R"({"failreason":"hotkey not set","response":"HotkeyState","result":false})");
   client.expectLine(
       "seldial-uc: the hot key ctrl+alt+d was refused: hotkey not set (another program holds it, "
-      "the keyboard has no such key, or there is no X11 desktop)");
+      "the keyboard has no such key, or there is no desktop)");
   EXPECT_EQ(client.process().wait(), 1);
   EXPECT_TRUE(client.directoryIsEmpty());
 }
