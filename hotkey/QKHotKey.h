@@ -13,6 +13,7 @@
 
 namespace seldial {
 
+/// What a hot key runs when it is used.
 using QKHotKeyTask = std::function<void(const QKKeyEvent&)>;
 
 /// The record of one hot key: a virtual key code, modifier flags (platform::ModifierFlag values)
@@ -33,11 +34,15 @@ class QKHotKey {
 
   /// Not owned: it must outlive the record's registration.
   [[nodiscard]] QKHotKeyTarget* target() const { return target_; }
+  /// What the target is to do; empty when there is none.
   [[nodiscard]] const QKAction& action() const { return action_; }
+  /// Handed to the target with the action; owned, may be null.
   [[nodiscard]] const QKObject& object() const { return object_; }
   /// Called when there is no target that responds to the action.
   [[nodiscard]] const QKHotKeyTask& task() const { return task_; }
+  /// A virtual key code.
   [[nodiscard]] std::uint16_t keyCode() const { return keyCode_; }
+  /// platform::ModifierFlag values.
   [[nodiscard]] std::uint64_t modifierFlags() const { return modifierFlags_; }
 
   /// The port's handle while the record is registered, nothing otherwise.
@@ -49,8 +54,11 @@ class QKHotKey {
   /// may destroy the record.
   void invokeWithEvent(const QKKeyEvent& event) const;
 
+  /// Key code, modifiers and what is invoked, in four lines for a developer.
   [[nodiscard]] std::string description() const;
+  /// Whether key code and flags are equal.
   [[nodiscard]] bool isEqual(const QKHotKey& other) const;
+  /// The same for equal records.
   [[nodiscard]] std::size_t hash() const;
 
  private:

@@ -18,6 +18,7 @@ namespace seldial {
 /// a hot key invokes runs there too, and may itself register and unregister.
 class QKHotKeyCenter {
  public:
+  /// Whether a record is meant.
   using Test = std::function<bool(const QKHotKey&)>;
 
   /// The one centre, made on first use and never destroyed; null while no port is installed.
@@ -36,6 +37,8 @@ class QKHotKeyCenter {
   std::shared_ptr<QKHotKey> registerHotKeyWithKeyCode(std::uint16_t keyCode,
                                                       std::uint64_t modifierFlags,
                                                       QKHotKeyTask task);
+  /// The same for a record that performs an action. The target is not owned: unregister the record
+  /// before the target goes.
   std::shared_ptr<QKHotKey> registerHotKeyWithKeyCode(std::uint16_t keyCode,
                                                       std::uint64_t modifierFlags,
                                                       QKHotKeyTarget* target, QKAction action,
@@ -49,13 +52,20 @@ class QKHotKeyCenter {
   /// the registry.
   void unregisterHotKey(const std::shared_ptr<QKHotKey>& hotKey);
 
+  /// Unregisters every member of the registry that passes the test.
   void unregisterHotKeysMatching(const Test& test);
+  /// Those with that target; null means those without one.
   void unregisterHotKeysWithTarget(const QKHotKeyTarget* target);
+  /// Those with that target and that action.
   void unregisterHotKeysWithTarget(const QKHotKeyTarget* target, const QKAction& action);
+  /// The one with that key code and exactly these flags.
   void unregisterHotKeyWithKeyCode(std::uint16_t keyCode, std::uint64_t modifierFlags);
+  /// Every member of the registry.
   void unregisterAllHotKeys();
 
+  /// The members of the registry that pass the test.
   [[nodiscard]] QKHotKeySet hotKeysMatching(const Test& test) const;
+  /// Whether the registry has one with that key code and exactly these flags.
   [[nodiscard]] bool hasRegisteredHotKeyWithKeyCode(std::uint16_t keyCode,
                                                     std::uint64_t modifierFlags) const;
   /// The members of the registry that hold a combination of the desktop.

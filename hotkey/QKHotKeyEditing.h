@@ -28,9 +28,10 @@ class QKHotKeyEditedField {
 
 /// A key event, in the terms of hot keys.
 struct QKHotKeyEditingEvent {
+  /// The types that matter; others are ignored.
   enum Type : std::uint32_t { kKeyDown = 10, kFlagsChanged = 12 };
 
-  std::uint32_t type = kKeyDown;
+  std::uint32_t type = kKeyDown;            ///< a Type, or another
   std::uint16_t keyCode = 0;                ///< virtual key code
   std::uint64_t modifierFlags = 0;          ///< platform::ModifierFlag values, others as they come
   std::string charactersIgnoringModifiers;  ///< UTF-8

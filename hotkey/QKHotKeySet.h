@@ -10,13 +10,17 @@ namespace seldial {
 
 /// Hashes records by what makes them equal; a plain record can be looked up too.
 struct QKHotKeyHash {
-  using is_transparent = void;
+  using is_transparent = void;  ///< for the containers
+  /// Of a plain record.
   std::size_t operator()(const QKHotKey& hotKey) const { return hotKey.hash(); }
+  /// Of an owned one.
   std::size_t operator()(const std::shared_ptr<QKHotKey>& hotKey) const { return hotKey->hash(); }
 };
 
+/// Compares records by isEqual(), plain and owned ones alike.
 struct QKHotKeyEqual {
-  using is_transparent = void;
+  using is_transparent = void;  ///< for the containers
+  /// Whether both are the same hot key.
   template <class Left, class Right>
   bool operator()(const Left& left, const Right& right) const {
     return record(left).isEqual(record(right));

@@ -21,6 +21,7 @@ class QKHotKeyTarget {
   /// Whether perform() knows that action; one that it does not know is never performed.
   [[nodiscard]] virtual bool respondsTo(const QKAction& action) const = 0;
 
+  /// Does what the action says; main thread. `object` is the record's own, may be null.
   virtual void perform(const QKAction& action, const QKKeyEvent& event, const QKObject& object) = 0;
 
   /// The target's name in a hot key's description.

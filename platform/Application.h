@@ -12,9 +12,9 @@ namespace seldial::platform {
 class ApplicationDelegate {
  public:
   virtual ~ApplicationDelegate() = default;
-  virtual void applicationWillFinishLaunching() = 0;
-  virtual void applicationDidFinishLaunching() = 0;
-  virtual void applicationWillTerminate() = 0;
+  virtual void applicationWillFinishLaunching() = 0;  ///< first of all
+  virtual void applicationDidFinishLaunching() = 0;   ///< the main loop is about to run
+  virtual void applicationWillTerminate() = 0;        ///< the last call, after the main loop
 };
 
 /// The process as an application of its desktop. Main thread only.
@@ -34,6 +34,7 @@ class Application {
   virtual void usleep(std::uint32_t microseconds) = 0;
 };
 
+/// Makes the delegate once the ports are installed.
 using MakeApplicationDelegate = std::function<std::shared_ptr<ApplicationDelegate>()>;
 
 /// Sets the process up, chooses and installs its ports, makes the delegate, runs the main loop and

@@ -17,8 +17,8 @@ enum HotKeyModifier : std::uint32_t {
 
 /// Names a registration in the events that it causes.
 struct HotKeyID {
-  std::uint32_t signature = 0;
-  std::uint32_t id = 0;
+  std::uint32_t signature = 0;  ///< whose registration it is
+  std::uint32_t id = 0;         ///< which of them
 };
 
 /// The port's handle of one registration; any value but for the port opaque.
@@ -26,9 +26,9 @@ using HotKeyRef = std::uintptr_t;
 
 /// The release of a registered hot key, as the desktop reports it.
 struct HotKeyReleased {
-  HotKeyID hotKeyID;
-  double locationX = 0;  ///< pointer position, pixels
-  double locationY = 0;
+  HotKeyID hotKeyID;                ///< as it was registered
+  double locationX = 0;             ///< pointer position, pixels
+  double locationY = 0;             ///< the same, vertically
   std::uint64_t modifierFlags = 0;  ///< ModifierFlag values still held
   double timestamp = 0;             ///< seconds, the desktop's own clock
 };
@@ -36,6 +36,7 @@ struct HotKeyReleased {
 /// System-wide hot keys. Main thread only.
 class HotKeyEvents {
  public:
+  /// Told of a release.
   using ReleasedHandler = std::function<void(const HotKeyReleased&)>;
 
   virtual ~HotKeyEvents() = default;

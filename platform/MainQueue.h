@@ -7,6 +7,7 @@ namespace seldial::platform {
 /// Runs tasks one at a time, in the order in which they were posted, on the main thread.
 class MainQueue {
  public:
+  /// What is posted.
   using Task = std::function<void()>;
 
   virtual ~MainQueue() = default;

@@ -178,6 +178,11 @@ TEST_F(UnregisterVariants, ByTargetAndAction) {
   EXPECT_THAT(keyCodes(), UnorderedElementsAre(2, 3, 4));
 }
 
+TEST_F(UnregisterVariants, ByNoTargetThoseWithoutOne) {
+  center->unregisterHotKeysWithTarget(nullptr);
+  EXPECT_THAT(keyCodes(), UnorderedElementsAre(1, 2, 3));
+}
+
 TEST_F(UnregisterVariants, ByKeyCodeAndFlags) {
   center->unregisterHotKeyWithKeyCode(3, kControl);
   EXPECT_THAT(keyCodes(), UnorderedElementsAre(1, 2, 3, 4));

@@ -1,0 +1,51 @@
+// hotkey_watch: takes Control+Option+D from the desktop and tells of each use, until it is
+// interrupted (Ctrl-C).
+#include <hotkey/QKHotKeyCenter.h>
+#include <hotkey/QKKeyStrings.h>
+#include <platform/Application.h>
+#include <platform/Installed.h>
+#include <platform/ModifierFlags.h>
+
+#include <iostream>
+#include <memory>
+#include <string>
+
+namespace {
+
+using namespace seldial;
+
+constexpr std::uint16_t kKeyD = 2;  // a virtual key code: the place of the key, whatever it says
+constexpr std::uint64_t kModifiers = platform::kModifierFlagControl | platform::kModifierFlagOption;
+
+class Watch final : public platform::ApplicationDelegate {
+ public:
+  [[nodiscard]] bool failed() const { return failed_; }
+
+ private:
+  void applicationWillFinishLaunching() override {}
+
+  void applicationDidFinishLaunching() override {
+    const std::string shortcut = QKStringFromKeyCode(kKeyD, kModifiers);
+    const auto hotKey = QKHotKeyCenter::sharedHotKeyCenter()->registerHotKeyWithKeyCode(
+        kKeyD, kModifiers, [](const QKKeyEvent&) { std::cout << "used" << std::endl; });
+    if (hotKey) {
+      std::cout << shortcut << std::endl;
+      return;
+    }
+    std::cerr << shortcut << " cannot be had. Does another program hold it?\n";
+    failed_ = true;
+    platform::installed<platform::Application>()->terminate(this);
+  }
+
+  void applicationWillTerminate() override {}
+
+  bool failed_ = false;
+};
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  const auto watch = std::make_shared<Watch>();
+  const int status = platform::applicationMain(argc, argv, [watch] { return watch; });
+  return watch->failed() ? 1 : status;
+}

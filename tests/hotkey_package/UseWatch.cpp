@@ -1,0 +1,50 @@
+// hotkey_watch_user DIRECTORY: uses the hot key of the hotkey_watch there on a desktop of its own.
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <stdexcept>
+#include <string>
+
+#include "tests/desktop/Keyboard.h"
+#include "tests/desktop/Keys.h"
+#include "tests/desktop/XServer.h"
+
+namespace seldial::desktop {
+namespace {
+
+void expect(bool condition, const char* what) {
+  if (!condition) throw std::runtime_error(what);
+}
+
+void useHotKey(Keyboard& keyboard) {
+  keyboard.press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
+  keyboard.release({kKeyD, kKeyLeftAlt, kKeyLeftControl});
+}
+
+void tryOut(const std::string& program) {
+  const XServer server;
+  Keyboard keyboard(server.display());
+  ChildProcess watch({program}, {server.environment()});
+  expect(watch.readLine() == "⌃⌥d", "another shortcut is shown");
+  for (int use = 0; use < 3; ++use) {
+    useHotKey(keyboard);
+    expect(watch.readLine() == "used", "another line is printed");
+  }
+  expect(server.run({program}) == 1, "the second one does not see that the first holds it");
+  watch.signal(SIGTERM);
+  expect(watch.wait() == 0, "it does not end well");
+  expect(ChildProcess({program}, {"DISPLAY="}).wait() == 1, "it works without a desktop");
+}
+
+}  // namespace
+}  // namespace seldial::desktop
+
+int main(int argc, char* argv[]) {
+  try {
+    seldial::desktop::expect(argc == 2, "usage: hotkey_watch_user DIRECTORY");
+    seldial::desktop::tryOut(std::string(argv[1]) + "/hotkey_watch");
+  } catch (const std::exception& failure) {
+    (void)std::fprintf(stderr, "hotkey_watch_user: %s\n", failure.what());
+    return 1;
+  }
+}
