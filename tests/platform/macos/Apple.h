@@ -1,0 +1,82 @@
+// The system behind the port, played for the tests: what stands behind the declarations of
+// include/.
+#pragma once
+
+#include <Carbon/Carbon.h>
+#include <dispatch/dispatch.h>
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/macos/Cocoa.h"
+
+namespace seldial::tests {
+
+/// Writes every call down, in order, and answers what the test has put in. One at a time; the
+/// fixture below makes it afresh.
+struct Apple {
+  /// Work that was submitted, until the test runs it.
+  struct Submitted {
+    const dispatch_object_s* queue = nullptr;
+    dispatch_time_t when = 0;
+    void* context = nullptr;
+    dispatch_function_t work = nullptr;
+
+    void run() const { work(context); }
+  };
+
+  /// A signal source.
+  struct Source {
+    dispatch_source_type_t type = nullptr;
+    std::uintptr_t handle = 0;
+    dispatch_queue_t queue = nullptr;
+    void* context = nullptr;
+    dispatch_function_t handler = nullptr;
+    bool resumed = false;
+  };
+
+  /// The system's answers.
+  bool refuseEventSource = false;
+  bool refuseKeyDown = false;
+  bool refuseKeyUp = false;
+  OSStatus handlerStatus = noErr;       ///< of InstallEventHandler()
+  OSStatus registrationStatus = noErr;  ///< of RegisterEventHotKey()
+  OSStatus unregistrationStatus = noErr;
+  OSStatus parameterStatus = noErr;  ///< of GetEventParameter(), which then gives nothing
+  EventHotKeyID parameter{};         ///< what it gives otherwise
+  seldial::platform::macos::EventFields fields;
+  bool hasCurrentSource = true;
+  bool currentSourceHasLayout = true;
+  bool hasFallbackSource = true;
+  bool fallbackSourceHasLayout = true;
+  OSStatus translationStatus = noErr;
+  std::vector<UniChar> translation = {'q'};
+  bool onMainThread = true;
+
+  /// What it was asked.
+  std::vector<std::string> calls;
+  std::vector<Submitted> submitted;
+  int queues = 0;  ///< made so far
+  std::map<const dispatch_object_s*, Source> sources;
+  EventHandlerUPP handler = nullptr;
+  void* handlerUserData = nullptr;
+  std::map<std::uintptr_t, std::string> living;  ///< objects not yet released
+
+  /// Plays the user, who lets go of a hot key: what the installed handler returned.
+  OSStatus releaseHotKey(EventHotKeyID hotKeyID);
+
+  /// A new object, called by that name; CFRelease() or dispatch_release() ends it.
+  std::uintptr_t make(const std::string& name);
+  void release(const void* object);
+  [[nodiscard]] std::string nameOf(const void* object) const;
+
+ private:
+  std::uintptr_t lastObject_ = 0;
+};
+
+/// The one that the calls go to.
+Apple& apple();
+
+}  // namespace seldial::tests

@@ -1,0 +1,66 @@
+#include <chrono>
+
+#include "platform/Installed.h"
+#include "platform/Random.h"
+#include "platform/macos/Application.h"
+#include "platform/macos/HotKeyEvents.h"
+#include "platform/macos/KeyboardEvents.h"
+#include "platform/macos/MainQueue.h"
+#include "platform/macos/Ports.h"
+#include "tests/platform/macos/AppleTest.h"
+
+namespace seldial::platform::macos {
+namespace {
+
+using testing::ElementsAre;
+using tests::apple;
+
+class NoDelegate final : public ApplicationDelegate {
+ public:
+  void applicationWillFinishLaunching() override {}
+  void applicationDidFinishLaunching() override {}
+  void applicationWillTerminate() override {}
+};
+
+struct MacApplicationTest : tests::AppleTest {
+  MacApplication application{{"/Applications/Seldial", "-log"}};
+  NoDelegate delegate;
+};
+
+TEST_F(MacApplicationTest, HasTheCommandLineAsItWasGiven) {
+  EXPECT_THAT(application.arguments(), ElementsAre("/Applications/Seldial", "-log"));
+}
+
+TEST_F(MacApplicationTest, TerminatesTheSharedApplication) {
+  application.terminate(&delegate);
+  application.terminate(nullptr);
+  EXPECT_THAT(apple().calls, ElementsAre("terminate: from the delegate", "terminate: from nobody"));
+}
+
+TEST_F(MacApplicationTest, SleepsAtLeastAsLongAsItIsTold) {
+  const auto begin = std::chrono::steady_clock::now();
+  application.usleep(20000);
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::microseconds(20000));
+}
+
+using MacPorts = tests::AppleTest;
+
+TEST_F(MacPorts, AreInstalledForTheProcess) {
+  installPorts({"seldial", "-jsonlog"});
+  EXPECT_THAT(installed<platform::Application>()->arguments(), ElementsAre("seldial", "-jsonlog"));
+  EXPECT_NE(dynamic_cast<DispatchMainQueue*>(installed<platform::MainQueue>().get()), nullptr);
+  EXPECT_NE(dynamic_cast<CoreGraphicsKeyboardEvents*>(installed<platform::KeyboardEvents>().get()),
+            nullptr);
+  EXPECT_NE(dynamic_cast<CarbonHotKeyEvents*>(installed<platform::HotKeyEvents>().get()), nullptr);
+}
+
+TEST(MacRandom, IsNotTheSameTwice) {
+  std::uint64_t first[2] = {};
+  std::uint64_t second[2] = {};
+  EXPECT_TRUE(fillWithRandom(first, sizeof first));
+  EXPECT_TRUE(fillWithRandom(second, sizeof second));
+  EXPECT_THAT(first, testing::Not(testing::ElementsAreArray(second)));
+}
+
+}  // namespace
+}  // namespace seldial::platform::macos
