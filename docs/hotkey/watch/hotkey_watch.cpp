@@ -45,7 +45,7 @@ class Watch final : public platform::ApplicationDelegate {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-  const auto watch = std::make_shared<Watch>();
-  const int status = platform::applicationMain(argc, argv, [watch] { return watch; });
+  auto watch = std::make_shared<Watch>();
+  const int status = platform::applicationMain(argc, argv, [&] { return watch; });
   return watch->failed() ? 1 : status;
 }
