@@ -51,7 +51,8 @@ TEST_F(FindSeldial, ThenInTheBuildTree) {
 
 TEST_F(FindSeldial, InItsBundleBesideTheClient) {
   makeFile(app_ + "/seldial", 0700);
-  EXPECT_EQ(findSeldial(client_), makeBundle(client_));
+  const std::string program = makeBundle(client_);
+  EXPECT_EQ(findSeldial(client_), program);
 }
 
 TEST_F(FindSeldial, InItsBundleInTheBuildTree) {
