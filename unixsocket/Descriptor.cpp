@@ -37,17 +37,22 @@ Descriptor::Serial Descriptor::store(int number) {
 int Descriptor::take() {
   const MutexLock lock(mutex_);
   const int number = std::exchange(number_, -1);
-  if (number == -1 || uses_ == 0) return number;
+  if (number == -1) return number;
   const int error = errno;
-  // Closing alone would not wake a read or an accept.
+  if (uses_ > 0) endUses(number);
+  while (uses_ > 0) noUses_.wait(mutex_);
+  accepting_ = nullptr;
+  errno = error;
+  return number;
+}
+
+/// Closing alone would not wake a read or an accept.
+void Descriptor::endUses(int number) {
   if (accepting_) {
     accepting_->end(number);
   } else {
     ::shutdown(number, SHUT_RDWR);
   }
-  errno = error;
-  while (uses_ > 0) noUses_.wait(mutex_);
-  return number;
 }
 
 Descriptor::Use::Use(Descriptor& descriptor) : descriptor_(descriptor) {

@@ -56,6 +56,7 @@ class Descriptor {
  private:
   /// Of the descriptor that is here now; null when there is none. It stays while a Use lives.
   platform::Accepting* accepting() SELDIAL_EXCLUDES(mutex_);
+  void endUses(int number) SELDIAL_REQUIRES(mutex_);
 
   mutable Mutex mutex_;
   int number_ SELDIAL_GUARDED_BY(mutex_) = -1;

@@ -76,8 +76,13 @@ class PipeToEnd final : public Accepting {
   bool waitFor(int number) {
     pollfd watched[] = {{number, POLLIN, 0}, {ended_, POLLIN, 0}};
     if (::poll(watched, 2, -1) == -1) return false;
-    if (watched[1].revents == 0) return true;
-    errno = ECONNABORTED;
+    if (watched[1].revents != 0) {
+      errno = ECONNABORTED;
+    } else if ((watched[0].revents & (POLLERR | POLLHUP | POLLNVAL)) != 0) {
+      errno = EINVAL;  // it accepts no longer, and would say so again and again
+    } else {
+      return true;
+    }
     return false;
   }
 

@@ -1,0 +1,170 @@
+// The whole road of a hot key on this port: what the system is asked, in order, across the program.
+#include "app/AppDelegate.h"
+#include "hotkey/QKHotKey.h"
+#include "hotkey/QKHotKeyCenter.h"
+#include "platform/ModifierFlags.h"
+#include "platform/macos/Application.h"
+#include "platform/macos/HotKeyEvents.h"
+#include "platform/macos/KeyboardEvents.h"
+#include "platform/macos/MainQueue.h"
+#include "tests/doubles/CapturedOutput.h"
+#include "tests/doubles/PlatformDoubles.h"
+#include "tests/platform/macos/AppleTest.h"
+
+namespace seldial {
+namespace {
+
+using platform::macos::CarbonHotKeyEvents;
+using platform::macos::CoreGraphicsKeyboardEvents;
+using platform::macos::DispatchMainQueue;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using tests::apple;
+
+constexpr std::uint16_t kKeyV = 9;
+constexpr OSType kSignature = 0x68746B31;  // htk1
+
+class MacHotKeyCenter : public tests::AppleTest {
+ protected:
+  MacHotKeyCenter() : center(QKHotKeyCenter::sharedHotKeyCenter()) { center->init(); }
+  ~MacHotKeyCenter() override { center->unregisterAllHotKeys(); }
+
+  doubles::Installed<platform::HotKeyEvents, CarbonHotKeyEvents> port;
+  std::shared_ptr<QKHotKeyCenter> center;
+};
+
+TEST_F(MacHotKeyCenter, InstallsItsHandlerWhenItIsMade) {
+  EXPECT_THAT(newCalls(), ElementsAre("InstallEventHandler on application keyb 6"));
+}
+
+TEST_F(MacHotKeyCenter, AReleaseOfVCallsItsTaskWithTheKeyUpEventMadeUpForIt) {
+  std::vector<QKKeyEvent> events;
+  center->registerHotKeyWithKeyCode(
+      kKeyV, platform::kModifierFlagCommand | platform::kModifierFlagControl,
+      [&events](const QKKeyEvent& event) { events.push_back(event); });
+  EXPECT_EQ(newCalls().back(), "RegisterEventHotKey 9 4352 htk1 1 on dispatcher options 0");
+
+  apple().fields = {640.5, 400.25, 0x140101, 98765.5};
+  EXPECT_EQ(apple().releaseHotKey({kSignature, 1}), noErr);
+  EXPECT_THAT(newCalls(), ElementsAre("open scope", "GetEventParameter hot key event ---- hkid 8",
+                                      "eventFields hot key event", "close scope"));
+  ASSERT_THAT(events, SizeIs(1));
+  const QKKeyEvent& event = events[0];
+  EXPECT_EQ(event.type, 11U);
+  EXPECT_EQ(event.locationX, 640.5);
+  EXPECT_EQ(event.locationY, 400.25);
+  EXPECT_EQ(event.modifierFlags, 0x140101U);
+  EXPECT_EQ(event.timestamp, 98765.5);
+  EXPECT_EQ(event.windowNumber, -1);
+  EXPECT_EQ(event.characters, "");
+  EXPECT_EQ(event.charactersIgnoringModifiers, "");
+  EXPECT_FALSE(event.isARepeat);
+  EXPECT_EQ(event.keyCode, kKeyV);
+}
+
+TEST_F(MacHotKeyCenter, ARefusedRegistrationUsesNoIdUp) {
+  apple().registrationStatus = -9868;
+  EXPECT_EQ(center->registerHotKeyWithKeyCode(kKeyV, 0, nullptr), nullptr);
+  apple().registrationStatus = noErr;
+  EXPECT_NE(center->registerHotKeyWithKeyCode(kKeyV, 0, nullptr), nullptr);
+  EXPECT_EQ(newCalls().back(), "RegisterEventHotKey 9 0 htk1 1 on dispatcher options 0");
+}
+
+TEST_F(MacHotKeyCenter, AnUnreadableParameterInvokesNothing) {
+  center->registerHotKeyWithKeyCode(kKeyV, 0, [](const QKKeyEvent&) { FAIL() << "not this one"; });
+  apple().parameterStatus = -9870;
+  EXPECT_EQ(apple().releaseHotKey({kSignature, 1}), noErr);
+}
+
+TEST_F(MacHotKeyCenter, UnregisteringGivesTheReferenceBackOnce) {
+  const auto hotKey = center->registerHotKeyWithKeyCode(kKeyV, 0, nullptr);
+  newCalls();
+  center->unregisterHotKey(hotKey);
+  center->unregisterHotKey(hotKey);
+  EXPECT_THAT(newCalls(), ElementsAre("UnregisterEventHotKey hot key 1"));
+}
+
+class MacDialing : public tests::AppleTest {
+ protected:
+  MacDialing() {
+    QKHotKeyCenter::sharedHotKeyCenter()->init();
+    app = AppDelegate::init();
+    newCalls();
+  }
+  ~MacDialing() override { QKHotKeyCenter::sharedHotKeyCenter()->unregisterAllHotKeys(); }
+
+  doubles::Installed<platform::MainQueue, DispatchMainQueue> mainQueue;
+  doubles::Installed<platform::Application, doubles::RecordingApplication> application{
+      &apple().calls};
+  doubles::Installed<platform::Pasteboard, doubles::FakePasteboard> pasteboard{&apple().calls};
+  doubles::Installed<platform::KeyboardEvents, CoreGraphicsKeyboardEvents> keyboard;
+  doubles::Installed<platform::HotKeyEvents, CarbonHotKeyEvents> hotKeys;
+  doubles::CapturedOutput output;
+  std::shared_ptr<AppDelegate> app;
+};
+
+TEST_F(MacDialing, TheCopyKeystrokeIsCommandAndCDownThenCUpAtTheHardwaresTap) {
+  app->copySelectionToPasteboard();
+  EXPECT_THAT(
+      newCalls(),
+      ElementsAre("CGEventSourceCreate 1", "CGEventCreateKeyboardEvent event source 8 down",
+                  "CGEventCreateKeyboardEvent event source 8 up", "CGEventSetFlags 8 down 1048576",
+                  "CGEventPost 0 8 down", "CGEventPost 0 8 up", "CFRelease 8 up",
+                  "CFRelease 8 down", "CFRelease event source"));
+}
+
+TEST_F(MacDialing, TheCopyKeystrokeNeedsNoSource) {
+  apple().refuseEventSource = true;
+  app->copySelectionToPasteboard();
+  EXPECT_THAT(newCalls(),
+              ElementsAre("CGEventSourceCreate 1", "CGEventCreateKeyboardEvent null 8 down",
+                          "CGEventCreateKeyboardEvent null 8 up", "CGEventSetFlags 8 down 1048576",
+                          "CGEventPost 0 8 down", "CGEventPost 0 8 up", "CFRelease 8 up",
+                          "CFRelease 8 down"));
+}
+
+TEST_F(MacDialing, WithoutBothEventsNothingIsPostedAndAllIsReleased) {
+  app->FlagLog = true;
+  apple().refuseKeyDown = true;
+  app->copySelectionToPasteboard();
+  EXPECT_THAT(newCalls(),
+              ElementsAre("CGEventSourceCreate 1", "CGEventCreateKeyboardEvent event source 8 down",
+                          "CGEventCreateKeyboardEvent event source 8 up", "CFRelease 8 up",
+                          "CFRelease event source"));
+  apple().refuseKeyDown = false;
+  apple().refuseKeyUp = true;
+  app->copySelectionToPasteboard();
+  EXPECT_THAT(newCalls(),
+              ElementsAre("CGEventSourceCreate 1", "CGEventCreateKeyboardEvent event source 8 down",
+                          "CGEventCreateKeyboardEvent event source 8 up", "CFRelease 8 down",
+                          "CFRelease event source"));
+  const auto lines = output.lines();
+  ASSERT_THAT(lines, SizeIs(2));
+  for (const auto& line : lines) {
+    EXPECT_THAT(line, testing::EndsWith("> internal error; copy selection to pastboard"));
+  }
+}
+
+TEST_F(MacDialing, FromTheCommandToTheMakeCall) {
+  app->processInputString(
+      R"({"command":"SetHotKey","modifierCommand":true,"virtualkey":9,"readdelay":20})");
+  EXPECT_THAT(newCalls(), ElementsAre("RegisterEventHotKey 9 256 htk1 1 on dispatcher options 0"));
+
+  EXPECT_EQ(apple().releaseHotKey({kSignature, 1}), noErr);
+  EXPECT_THAT(
+      newCalls(),
+      ElementsAre("open scope", "GetEventParameter hot key event ---- hkid 8",
+                  "eventFields hot key event", "clearContents", "CGEventSourceCreate 1",
+                  "CGEventCreateKeyboardEvent event source 8 down",
+                  "CGEventCreateKeyboardEvent event source 8 up", "CGEventSetFlags 8 down 1048576",
+                  "CGEventPost 0 8 down", "CGEventPost 0 8 up", "CFRelease 8 up",
+                  "CFRelease 8 down", "CFRelease event source", "usleep 20000",
+                  "stringForType public.utf8-plain-text", "close scope"));
+
+  app->processInputString(R"({"command":"SetHotKey"})");
+  EXPECT_THAT(newCalls(), ElementsAre("UnregisterEventHotKey hot key 1"));
+}
+
+}  // namespace
+}  // namespace seldial

@@ -1,0 +1,197 @@
+// The sockets of this port, on this system's, which refuse SO_NOSIGPIPE alone: the linker routes
+// what is set through here (--wrap, see CMakeLists.txt).
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <future>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/Sockets.h"
+
+namespace {
+
+std::mutex mutex;
+std::vector<int> withoutSignals;  // descriptors for which SO_NOSIGPIPE was set
+
+// Since it has no effect here.
+const auto signalBefore = std::signal(SIGPIPE, SIG_IGN);
+
+}  // namespace
+
+// The names are the linker's.
+// NOLINTBEGIN
+extern "C" {
+int __real_setsockopt(int number, int level, int option, const void* value, socklen_t size);
+int __wrap_setsockopt(int number, int level, int option, const void* value, socklen_t size) {
+  if (level != SOL_SOCKET || option != SO_NOSIGPIPE) {
+    return __real_setsockopt(number, level, option, value, size);
+  }
+  const std::lock_guard lock(mutex);
+  if (size == sizeof(int) && *static_cast<const int*>(value) == 1) withoutSignals.push_back(number);
+  return 0;
+}
+}
+// NOLINTEND
+
+namespace seldial::platform {
+namespace {
+
+using testing::ElementsAre;
+
+/// A listening socket that connections can be made to.
+struct MacSockets : testing::Test {
+  MacSockets() : listening(::socket(AF_UNIX, SOCK_STREAM, 0)) {
+    // Without a name the system makes one up.
+    const sockaddr_un address{AF_UNIX, {}};
+    const auto* generic = reinterpret_cast<const sockaddr*>(&address);
+    EXPECT_EQ(::bind(listening, generic, sizeof address.sun_family), 0);
+    EXPECT_EQ(::listen(listening, 5), 0);
+    const std::lock_guard lock(mutex);
+    withoutSignals.clear();
+  }
+  ~MacSockets() override { ::close(listening); }
+
+  [[nodiscard]] int connected() const {
+    sockaddr_un address{};
+    socklen_t size = sizeof address;
+    auto* generic = reinterpret_cast<sockaddr*>(&address);
+    EXPECT_EQ(::getsockname(listening, generic, &size), 0);
+    const int number = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    EXPECT_EQ(::connect(number, generic, size), 0);
+    return number;
+  }
+
+  const int listening;
+  std::unique_ptr<Accepting> accepting = makeAccepting();
+};
+
+TEST_F(MacSockets, AnAcceptWaitsForAConnection) {
+  auto accepted = std::async(std::launch::async, [this] { return accepting->accept(listening); });
+  const int connection = connected();
+  const int number = accepted.get();
+  ASSERT_GE(number, 0);
+  EXPECT_EQ(::write(connection, "x", 1), 1);
+  char byte = 0;
+  EXPECT_EQ(::read(number, &byte, 1), 1);
+  EXPECT_EQ(byte, 'x');
+  ::close(number);
+  ::close(connection);
+}
+
+TEST_F(MacSockets, AnEndWakesAnAccept) {
+  std::promise<void> started;
+  auto accepted = std::async(std::launch::async, [this, &started] {
+    started.set_value();
+    const int number = accepting->accept(listening);
+    return std::pair(number, errno);
+  });
+  started.get_future().wait();
+  accepting->end(listening);
+  EXPECT_EQ(accepted.get(), std::pair(-1, ECONNABORTED));
+}
+
+TEST_F(MacSockets, AnEndWakesAnAcceptThatHadConnectionsBefore) {
+  const int connection = connected();
+  ::close(accepting->accept(listening));
+  auto accepted = std::async(std::launch::async, [this] { return accepting->accept(listening); });
+  accepting->end(listening);
+  EXPECT_EQ(accepted.get(), -1);
+  ::close(connection);
+}
+
+TEST_F(MacSockets, AnEndWakesEveryAccept) {
+  std::vector<std::future<int>> accepts;
+  accepts.reserve(4);
+  for (int i = 0; i < 4; ++i) {
+    accepts.push_back(
+        std::async(std::launch::async, [this] { return accepting->accept(listening); }));
+  }
+  accepting->end(listening);
+  for (auto& accept : accepts) EXPECT_EQ(accept.get(), -1);
+}
+
+TEST_F(MacSockets, AfterAnEndNothingIsAcceptedThoughAConnectionWaits) {
+  const int connection = connected();
+  accepting->end(listening);
+  accepting->end(listening);
+  EXPECT_EQ(accepting->accept(listening), -1);
+  EXPECT_EQ(errno, ECONNABORTED);
+  ::close(connection);
+}
+
+TEST_F(MacSockets, OfOneConnectionOneAcceptIsServedAndTheOtherGoesOnWaiting) {
+  auto first = std::async(std::launch::async, [this] { return accepting->accept(listening); });
+  auto second = std::async(std::launch::async, [this] { return accepting->accept(listening); });
+  const int connection = connected();
+  const int next = connected();
+  EXPECT_GE(first.get(), 0);
+  EXPECT_GE(second.get(), 0);
+  ::close(connection);
+  ::close(next);
+}
+
+TEST_F(MacSockets, AnAcceptedConnectionBlocksAndTheListeningSocketDoesNot) {
+  const int connection = connected();
+  const int number = accepting->accept(listening);
+  EXPECT_EQ(::fcntl(number, F_GETFL) & O_NONBLOCK, 0);
+  EXPECT_NE(::fcntl(listening, F_GETFL) & O_NONBLOCK, 0);
+  ::close(number);
+  ::close(connection);
+}
+
+TEST_F(MacSockets, AnAcceptOnNoListeningSocketFailsAsTheSystems) {
+  const int idle = ::socket(AF_UNIX, SOCK_STREAM, 0);
+  EXPECT_EQ(accepting->accept(idle), -1);
+  EXPECT_EQ(errno, EINVAL);
+  ::close(idle);
+}
+
+TEST_F(MacSockets, AnAcceptFailsWhereNoDescriptorIsLeftForIt) {
+  rlimit before{};
+  getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit none{0, before.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &none);
+  const int number = accepting->accept(listening);
+  const int error = errno;
+  setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_EQ(number, -1);
+  EXPECT_EQ(error, EMFILE);
+}
+
+TEST_F(MacSockets, AreNotInheritedAndSendNoSignalOnceFittedOut) {
+  const int number = ::socket(AF_UNIX, SOCK_STREAM, 0);
+  EXPECT_EQ(fittedOut(number), number);
+  EXPECT_EQ(::fcntl(number, F_GETFD), FD_CLOEXEC);
+  EXPECT_THAT(withoutSignals, ElementsAre(number));
+  ::close(number);
+}
+
+TEST_F(MacSockets, NoSocketIsPassedOnWithItsErrno) {
+  errno = EMFILE;
+  EXPECT_EQ(fittedOut(-1), -1);
+  EXPECT_EQ(errno, EMFILE);
+}
+
+TEST_F(MacSockets, AWriteOnASocketOfOthersSendsNoSignal) {
+  int ends[2];
+  ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+  EXPECT_EQ(writeOnce(ends[0], "abc", 3), 3);
+  EXPECT_THAT(withoutSignals, ElementsAre(ends[0]));
+  ::close(ends[1]);
+  EXPECT_EQ(writeOnce(ends[0], "abc", 3), -1);
+  EXPECT_EQ(errno, EPIPE);
+  ::close(ends[0]);
+}
+
+}  // namespace
+}  // namespace seldial::platform
