@@ -243,6 +243,15 @@ TEST_F(QKHotKeyEditingTest, ARecordingHasTheTaskOfTheRecordOfTheBeginning) {
   EXPECT_EQ(used, 1);
 }
 
+TEST_F(QKHotKeyEditingTest, ARecordGivenToTheFieldMeanwhileChangesNoTaskAndIsNotRestored) {
+  field->shown = QKHotKey::hotKeyWithKeyCode(kKeyK, kControl, nullptr);
+  keyDown(kKeyK, kCommand);
+  field->shown->invokeWithEvent({});
+  EXPECT_EQ(used, 1);
+  keyDown(kKeyEscape, 0);
+  EXPECT_EQ(field->shown, original);
+}
+
 TEST_F(QKHotKeyEditingTest, ARecordingInAnEmptyFieldHasNoTask) {
   field->shown.reset();
   begin();

@@ -29,6 +29,7 @@ enum VirtualKey : std::uint16_t {
   kVirtualKeypadEnter = 76,
   kVirtualKeypad1 = 83,
   kVirtualInsert = 114,
+  kVirtualForwardDelete = 117,
 };
 
 class KeyCharacters : public ::testing::Test {
@@ -114,6 +115,7 @@ TEST_F(KeyCharacters, OfADeadKeyAreNone) {
 TEST_F(KeyCharacters, OfAKeyWithoutAnyAreNone) {
   EXPECT_EQ(at(kVirtualInsert), "-");
   EXPECT_EQ(at(kVirtualKeypadEnter), "-");
+  EXPECT_EQ(at(kVirtualForwardDelete), "-");
   EXPECT_EQ(at(52), "-");
   EXPECT_EQ(at(63), "-");
   EXPECT_EQ(at(0xFFFF), "-");
@@ -148,7 +150,9 @@ TEST_F(KeyCharacters, KeyZeroWithControlAndCommandUnderFrenchIsShownAsQ) {
 TEST_F(KeyCharacters, AreNoneWithoutAServerAndBackWithTheNext) {
   EXPECT_EQ(at(kVirtualA), "a");
   server.kill();
+  ::testing::internal::CaptureStderr();
   EXPECT_EQ(at(kVirtualA), "-");
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
   const XServer next;
   setenv("DISPLAY", next.display().c_str(), 1);
   EXPECT_EQ(at(kVirtualA), "a");
