@@ -1,3 +1,17 @@
-# What Info.plist.in is filled in with, besides the project's version.
+# seldial_bundle(TARGET): makes a program the bundle Seldial.app on macOS, and nothing elsewhere.
 set(SELDIAL_BUNDLE_IDENTIFIER org.seldial.Seldial CACHE STRING
   "The bundle's identifier: macOS knows the user's consent by it and by the signature")
+configure_file(${CMAKE_CURRENT_LIST_DIR}/Info.plist.in ${PROJECT_BINARY_DIR}/Info.plist @ONLY)
+set(SELDIAL_ICON ${CMAKE_CURRENT_LIST_DIR}/Seldial.icns)
+
+function(seldial_bundle name)
+  if(NOT APPLE)
+    return()
+  endif()
+  target_sources(${name} PRIVATE ${SELDIAL_ICON})
+  set_source_files_properties(${SELDIAL_ICON} PROPERTIES MACOSX_PACKAGE_LOCATION Resources)
+  set_target_properties(${name} PROPERTIES
+    OUTPUT_NAME Seldial
+    MACOSX_BUNDLE ON
+    MACOSX_BUNDLE_INFO_PLIST ${PROJECT_BINARY_DIR}/Info.plist)
+endfunction()

@@ -52,13 +52,15 @@ class MacScripts : public testing::Test {
   const doubles::TemporaryDirectory directory_;
 };
 
-/// A copy of scripts/ in a tree where nothing was built yet. The stand-in of cmake builds a client
-/// that says how it was started.
+/// A copy of the scripts in a tree where nothing was built yet. The stand-in of cmake builds a
+/// client that says how it was started.
 class RunOnAMac : public MacScripts {
  protected:
   RunOnAMac() {
-    std::filesystem::create_directory(tree_);
-    std::filesystem::copy(SELDIAL_SCRIPTS, tree_ + "/scripts");
+    std::filesystem::create_directories(tree_ + "/scripts");
+    for (const char* const script : {"/run", "/run-macos"}) {
+      std::filesystem::copy(SELDIAL_SCRIPTS + std::string(script), tree_ + "/scripts");
+    }
     program("cmake",
             "[[ $1 == --build ]] || exit 0\n"
             "mkdir -p build/macos/ucclient\n"
@@ -117,7 +119,7 @@ TEST_F(MacScripts, PackagingNeedsAnIdentityAndAProfile) {
 TEST_F(MacScripts, PackagingNeedsTheToolsOfXcode) {
   program("xcrun", "exit 72");
   const auto outcome = run(kPackage + " --identity A --keychain-profile B");
-  EXPECT_EQ(outcome.output, "package: there is no codesign: install Xcode 13 or newer\n");
+  EXPECT_EQ(outcome.output, "package: there is no notarytool: install Xcode 13 or newer\n");
   EXPECT_EQ(outcome.status, 1);
 }
 
