@@ -3,7 +3,7 @@
 cmake_minimum_required(VERSION 3.25)
 get_filename_component(root ${CMAKE_CURRENT_LIST_DIR} DIRECTORY)
 set(sources)
-foreach(room api app bench docs hotkey platform tests ucclient unixsocket)
+foreach(room api app bench docs hotkey platform shortcut tests ucclient unixsocket)
   file(GLOB_RECURSE found
     ${root}/${room}/*.h ${root}/${room}/*.c ${root}/${room}/*.cpp ${root}/${room}/*.mm)
   list(APPEND sources ${found})

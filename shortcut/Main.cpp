@@ -5,6 +5,7 @@
 
 #include "platform/x11/Desktop.h"
 #include "shortcut/Delivery.h"
+#include "shortcut/GrabFocusFilter.h"
 #include "shortcut/Options.h"
 #include "shortcut/QtServedLoop.h"
 #include "shortcut/ShortcutWindow.h"
@@ -45,6 +46,7 @@ int run(int argc, char* argv[], const ShortcutOptions& options) {
   const QApplication application(ownPath, argv);
   QApplication::setQuitOnLastWindowClosed(false);  // the window says with which status
   const QtServedLoop served(loop);
+  const GrabFocusFilter filter;
   return runWindow(options);
 }
 

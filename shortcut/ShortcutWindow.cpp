@@ -72,7 +72,7 @@ void ShortcutWindow::addShortcut(QGridLayout& layout) {
 }
 
 void ShortcutWindow::addDelay(QGridLayout& layout) {
-  auto* const label = new QLabel(QStringLiteral("Time to &copy the selection"), this);
+  auto* const label = new QLabel(QStringLiteral("&Time to copy the selection"), this);
   label->setBuddy(delay_);
   delay_->setRange(0, UINT16_MAX);
   delay_->setSingleStep(50);
@@ -85,9 +85,10 @@ void ShortcutWindow::addDelay(QGridLayout& layout) {
 void ShortcutWindow::addButtons(QGridLayout& layout, const QString& acceptText) {
   auto* const box = new QDialogButtonBox(this);
   accept_ = box->addButton(acceptText, QDialogButtonBox::AcceptRole);
-  auto* const cancel = box->addButton(QDialogButtonBox::Cancel);
+  auto* const cancel = box->addButton(QStringLiteral("&Cancel"), QDialogButtonBox::RejectRole);
   accept_->setDefault(true);
   cancel->setAutoDefault(false);
+  cancel->setObjectName(QStringLiteral("cancel"));
   cancel->setAccessibleDescription(QStringLiteral("Closes the window and changes nothing."));
   connect(box, &QDialogButtonBox::accepted, this, &ShortcutWindow::accept);
   connect(box, &QDialogButtonBox::rejected, this, &ShortcutWindow::reject);
@@ -101,10 +102,21 @@ void ShortcutWindow::connectControls() {
   connect(clear_, &QPushButton::clicked, this, &ShortcutWindow::clear);
   connect(field_, &QKHotKeyTextField::actionSent, this, &ShortcutWindow::recorded);
   connect(field_, &QKHotKeyTextField::editingChanged, this, &ShortcutWindow::recordingChanged);
+  for (QObject* const whoeverActs : {static_cast<QObject*>(this), static_cast<QObject*>(accept_),
+                                     static_cast<QObject*>(record_)}) {
+    whoeverActs->installEventFilter(this);
+  }
   connect(&light_, &QTimer::timeout, this, &ShortcutWindow::showAll);
 }
 
 void ShortcutWindow::describeControls() {
+  field_->setObjectName(QStringLiteral("shortcut"));
+  words_->setObjectName(QStringLiteral("words"));
+  record_->setObjectName(QStringLiteral("record"));
+  clear_->setObjectName(QStringLiteral("clear"));
+  delay_->setObjectName(QStringLiteral("delay"));
+  panel_->setObjectName(QStringLiteral("status"));
+  accept_->setObjectName(QStringLiteral("accept"));
   field_->setAccessibleName(QStringLiteral("Shortcut"));
   record_->setAccessibleName(QStringLiteral("Record a new shortcut"));
   record_->setAccessibleDescription(QStringLiteral(
@@ -134,6 +146,7 @@ void ShortcutWindow::setHotKey(std::uint16_t keyCode, std::uint64_t modifierFlag
 }
 
 void ShortcutWindow::clear() {
+  light_.stop();
   trial_.giveBack();
   field_->setHotKey(nullptr);
   failure_.reset();
@@ -169,10 +182,18 @@ void ShortcutWindow::showEvent(QShowEvent* event) {
   (field_->hotKey() ? accept_ : record_)->setFocus(Qt::OtherFocusReason);
 }
 
-void ShortcutWindow::keyPressEvent(QKeyEvent* event) {
+bool ShortcutWindow::eventFilter(QObject* watched, QEvent* event) {
   // Return or Escape that ended the recording may still be held and repeat: it means no more.
-  if (event->isAutoRepeat()) return event->accept();
-  QDialog::keyPressEvent(event);
+  const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+  const bool repeats = isKey && repeats_.isRepeat(*static_cast<QKeyEvent*>(event));
+  return repeats || QDialog::eventFilter(watched, event);
+}
+
+/// From the recording the way leads on to what comes next, or back to where it began.
+bool ShortcutWindow::focusNextPrevChild(bool next) {
+  if (!field_->hasFocus()) return QDialog::focusNextPrevChild(next);
+  (accept_->isEnabled() ? accept_ : record_)->setFocus(Qt::TabFocusReason);
+  return true;
 }
 
 void ShortcutWindow::accept() {
@@ -209,7 +230,6 @@ void ShortcutWindow::showShortcut() {
   const auto hotKey = field_->hotKey();
   const QString words = hotKey ? shortcutInWords(*hotKey) : QStringLiteral("No shortcut yet");
   words_->setText(field_->isEditing() ? QStringLiteral("Press the new shortcut…") : words);
-  field_->setPlaceholderText(field_->isEditing() ? QString() : QStringLiteral("—"));
   field_->setAccessibleDescription(words);
 }
 
@@ -222,6 +242,8 @@ void ShortcutWindow::showState() {
   if (field_->isEditing()) {
     tell(Kind::kPlain, "Recording",
          QStringLiteral("Return keeps the shortcut, Escape brings the old one back."));
+  } else if (light_.isActive()) {
+    tell(Kind::kLit, "It works", shortcutInWords(*hotKey));
   } else if (failure_) {
     tell(Kind::kWarning, "The shortcut was not handed over", QString::fromStdString(*failure_));
   } else if (!hotKey) {
@@ -231,8 +253,6 @@ void ShortcutWindow::showState() {
   } else if (hasOnlyModifiers(*hotKey)) {
     tell(Kind::kWarning, "One key is missing",
          QStringLiteral("Modifier keys alone are no shortcut. Record them with one more key."));
-  } else if (light_.isActive()) {
-    tell(Kind::kLit, "It works", shortcutInWords(*hotKey));
   } else if (state_ == ShortcutState::kUnusable) {
     tell(Kind::kWarning, "This desktop cannot use it",
          QStringLiteral("The keyboard lacks such a key, or Seldial needs the combination itself in "

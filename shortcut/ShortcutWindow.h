@@ -37,7 +37,8 @@ class ShortcutWindow : public QDialog {
 
  protected:
   void changeEvent(QEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
   void showEvent(QShowEvent* event) override;
 
  private:
@@ -66,6 +67,7 @@ class ShortcutWindow : public QDialog {
   QSpinBox* delay_;
   StatusPanel* panel_;
   QPushButton* accept_ = nullptr;
+  KeyRepeats repeats_;
   ShortcutTrial trial_;
   ShortcutState state_ = ShortcutState::kUnknown;
   std::optional<std::string> failure_;  ///< of the last delivery, until something changes

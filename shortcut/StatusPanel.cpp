@@ -6,12 +6,14 @@
 #include <QPainter>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace seldial {
 namespace {
 
 constexpr qreal kRadius = 8;
 constexpr int kPadding = 16;
+constexpr int kLineGap = 4;
 constexpr int kSignSize = 24;
 
 /// A triangle with an exclamation mark: a warning also for those who do not see colours.
@@ -38,13 +40,11 @@ StatusPanel::StatusPanel(QWidget* parent)
   for (auto* const label : {headline_, detail_}) label->setTextFormat(Qt::PlainText);
   auto* const texts = new QVBoxLayout(this);
   texts->setContentsMargins(kPadding + kSignSize + kPadding, kPadding, kPadding, kPadding);
-  texts->setSpacing(4);
+  texts->setSpacing(kLineGap);
   texts->addStretch();
   texts->addWidget(headline_);
   texts->addWidget(detail_);
   texts->addStretch();
-  // The longest detail takes two lines: the window keeps its size whatever is shown.
-  setMinimumHeight(2 * kPadding + 3 * fontMetrics().lineSpacing() + 12);
 }
 
 void StatusPanel::tell(Kind kind, const QString& headline, const QString& detail) {
@@ -53,8 +53,21 @@ void StatusPanel::tell(Kind kind, const QString& headline, const QString& detail
   headline_->setText(headline);
   detail_->setText(detail);
   colourTexts();
+  makeRoom();
   update();
   if (isNew) announce();
+}
+
+/// For two lines below the headline, which is what most details take, so that the window keeps its
+/// size; and for more where they are needed.
+void StatusPanel::makeRoom() {
+  const int usual = 2 * kPadding + 3 * fontMetrics().lineSpacing() + kLineGap;
+  setMinimumHeight(std::max(usual, layout()->heightForWidth(width())));
+}
+
+void StatusPanel::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  makeRoom();
 }
 
 void StatusPanel::announce() {

@@ -22,10 +22,12 @@ class StatusPanel : public QWidget {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void colourTexts();
   void announce();
+  void makeRoom();
 
   Kind kind_ = Kind::kPlain;
   QLabel* headline_;

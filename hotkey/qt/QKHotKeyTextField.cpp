@@ -142,7 +142,7 @@ void QKHotKeyTextField::grabKeyboardOfDesktop(bool grabbed) {
 void QKHotKeyTextField::processKey(const QKeyEvent& event) {
   const auto keyboard = platform::installed<platform::RecordingKeyboard>();
   // A key that repeats would be recorded, and told of, again and again.
-  if (!keyboard || event.isAutoRepeat()) return;
+  if (repeats_.isRepeat(event) || !keyboard) return;
   const bool pressed = event.type() == QEvent::KeyPress;
   const auto key = keyboard->read({event.nativeScanCode(), event.nativeModifiers(), pressed});
   if (!key) return;

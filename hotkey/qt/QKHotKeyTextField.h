@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "hotkey/QKHotKeyEditing.h"
+#include "hotkey/qt/KeyRepeats.h"
 
 namespace seldial {
 
@@ -64,6 +65,7 @@ class QKHotKeyTextField : public QLineEdit {
   std::shared_ptr<QKHotKey> hotKey_;
   const std::shared_ptr<QKHotKeyEditedField> editedField_;
   QKHotKeyEditing editing_;
+  KeyRepeats repeats_;
   bool isEditing_ = false;
 };
 

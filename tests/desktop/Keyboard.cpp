@@ -15,6 +15,10 @@ namespace {
 constexpr int kDeviceKeyPress = 1;  // offsets from the extension's first event
 constexpr int kDeviceKeyRelease = 2;
 
+/// Before every press, in milliseconds, waited by the server: nobody presses a key in the instant
+/// in which it went up, and a toolkit takes such a press for one that repeats.
+constexpr xcb_timestamp_t kPause = 1;
+
 bool isXTestDevice(xcb_connection_t* connection, xcb_input_device_id_t device) {
   const auto cookie = xcb_input_xi_get_property(
       connection, device, 0, atom(connection, "XTEST Device"), XCB_ATOM_ANY, 0, 1);
@@ -54,7 +58,9 @@ void Keyboard::findDevices() {
 }
 
 void Keyboard::fake(std::uint8_t type, std::uint8_t key, std::uint8_t device) {
-  xcb_test_fake_input(connection_, type, key, XCB_CURRENT_TIME, root_, 0, 0, device);
+  const bool presses = type == firstInputEvent_ + kDeviceKeyPress;
+  xcb_test_fake_input(connection_, type, key, presses ? kPause : XCB_CURRENT_TIME, root_, 0, 0,
+                      device);
   synchronise();
 }
 

@@ -25,20 +25,6 @@ using Keys = std::vector<std::uint8_t>;
 constexpr std::uint16_t kVirtualD = 2;
 constexpr std::uint16_t kVirtualK = 40;
 
-/// Counts the keys that go up in a widget.
-class KeyReleases final : public QObject {
- public:
-  explicit KeyReleases(QWidget& widget) { widget.installEventFilter(this); }
-  [[nodiscard]] int count() const { return count_; }
-  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-    if (event->type() == QEvent::KeyRelease) ++count_;
-    return false;
-  }
-
- private:
-  int count_ = 0;
-};
-
 /// A window with a field between two buttons; the second button has the focus.
 class QKHotKeyTextFieldTest : public testing::Test {
  protected:

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QKeyEvent>
+
 namespace seldial::desktop {
 namespace {
 
@@ -27,9 +29,11 @@ QtDesktop::QtDesktop() {
   application_ = std::make_unique<QApplication>(count, arguments);
   QApplication::setQuitOnLastWindowClosed(false);
   served_ = std::make_unique<QtServedLoop>(loop_);
+  filter_ = std::make_unique<GrabFocusFilter>();
 }
 
 QtDesktop::~QtDesktop() {
+  filter_.reset();
   served_.reset();
   application_.reset();
   ports_.reset();
@@ -39,10 +43,19 @@ QtDesktop& QtDesktop::shared() {
   return *theDesktop;
 }
 
+bool KeyReleases::eventFilter(QObject* /*watched*/, QEvent* event) {
+  const bool release = event->type() == QEvent::KeyRelease;
+  if (release && !static_cast<QKeyEvent*>(event)->isAutoRepeat()) ++count_;
+  return false;
+}
+
 bool activate(QWidget& window) {
   window.show();
-  window.activateWindow();
-  return comesTrue([&window] { return window.isActiveWindow(); });
+  return comesTrue([&window] {
+    // A window manager that has only just begun may not heed the first request.
+    if (!window.isActiveWindow()) window.activateWindow();
+    return window.isActiveWindow();
+  });
 }
 
 void press(const std::vector<std::uint8_t>& keys) {

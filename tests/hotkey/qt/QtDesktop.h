@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "platform/x11/Desktop.h"
+#include "shortcut/GrabFocusFilter.h"
 #include "shortcut/QtServedLoop.h"
 #include "tests/desktop/Keyboard.h"
 #include "tests/desktop/Keys.h"
@@ -44,9 +45,21 @@ class QtDesktop {
   std::unique_ptr<platform::x11::Desktop> ports_;
   std::unique_ptr<QApplication> application_;
   std::unique_ptr<QtServedLoop> served_;
+  std::unique_ptr<GrabFocusFilter> filter_;
 
  public:
   Keyboard keyboard{server.display()};
+};
+
+/// Counts the keys that go up in a widget, but for those that only repeat.
+class KeyReleases final : public QObject {
+ public:
+  explicit KeyReleases(QWidget& widget) { widget.installEventFilter(this); }
+  [[nodiscard]] int count() const { return count_; }
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  int count_ = 0;
 };
 
 /// Shows the window and waits until the user can type into it.

@@ -1,0 +1,313 @@
+// The window as its user drives it, by the keys of a real keyboard.
+#include <QAccessible>
+#include <QLabel>
+
+#include "shortcut/ShortcutWindow.h"
+#include "tests/desktop/XClient.h"
+#include "tests/platform/x11/ForeignGrabs.h"
+#include "tests/shortcut/WindowTest.h"
+
+namespace seldial {
+namespace {
+
+using platform::x11::ForeignGrabs;
+using testing::ElementsAre;
+
+constexpr unsigned kControlAlt = kStateControl | kStateAlt;
+
+class ShortcutWindowTest : public WindowTest {
+ protected:
+  [[nodiscard]] std::string focused() const {
+    const auto* const widget = window->focusWidget();
+    return widget != nullptr ? widget->objectName().toStdString() : "nothing";
+  }
+  [[nodiscard]] bool canAccept() const { return control<QPushButton>("accept")->isEnabled(); }
+  [[nodiscard]] std::string words() const { return control<QLabel>("words")->text().toStdString(); }
+  void useShortcut() { press({kKeyLeftControl, kKeyLeftAlt, kKeyD}); }
+
+  ForeignGrabs others{QtDesktop::shared().server.display()};
+};
+
+TEST_F(ShortcutWindowTest, OpensWithoutRecordingAndWithNothingToAccept) {
+  open();
+  EXPECT_FALSE(field()->isEditing());
+  EXPECT_EQ(focused(), "record");
+  EXPECT_FALSE(canAccept());
+  EXPECT_FALSE(control<QPushButton>("clear")->isEnabled());
+  EXPECT_EQ(words(), "No shortcut yet");
+}
+
+TEST_F(ShortcutWindowTest, OpensWithTheShortcutThatItIsGivenReadyToBeAccepted) {
+  open(controlAltD(), 700);
+  EXPECT_EQ(field()->text(), QStringLiteral("⌃⌥D"));
+  EXPECT_EQ(words(), "Ctrl + Alt + D");
+  EXPECT_EQ(control<QSpinBox>("delay")->value(), 700);
+  EXPECT_EQ(focused(), "accept");
+}
+
+TEST_F(ShortcutWindowTest, ARecordedShortcutLightsUpWhenItIsReleasedAndGoesOutAgain) {
+  open();
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
+  EXPECT_EQ(words(), "Ctrl + Alt + D");
+  ASSERT_TRUE(says("Try it here"));
+  keyboard.press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(isLit());
+  keyboard.release({kKeyD, kKeyLeftAlt, kKeyLeftControl});
+  EXPECT_TRUE(comesTrue([this] { return isLit(); }));
+  EXPECT_TRUE(says("Try it here"));
+}
+
+TEST_F(ShortcutWindowTest, AShortcutThatIsHeldForAWhileLightsUpToo) {
+  open(controlAltD());
+  keyboard.press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
+  QTest::qWait(300);  // what the user does, while the window goes on
+  keyboard.release({kKeyD, kKeyLeftAlt, kKeyLeftControl});
+  EXPECT_TRUE(comesTrue([this] { return isLit(); }));
+  EXPECT_TRUE(window->isActiveWindow());
+}
+
+TEST_F(ShortcutWindowTest, ASecondRecordingOfTheSameShortcutLightsUpToo) {
+  open(controlAltD());
+  for (int i = 0; i < 2; ++i) {
+    record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
+    useShortcut();
+    EXPECT_TRUE(comesTrue([this] { return isLit(); })) << i;
+  }
+}
+
+TEST_F(ShortcutWindowTest, AnotherShortcutGivesTheFirstOneBack) {
+  open(controlAltD());
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
+  EXPECT_TRUE(others.isFree(kKeyD, kControlAlt));
+  EXPECT_FALSE(others.isFree(kKeyK, kControlAlt));
+}
+
+TEST_F(ShortcutWindowTest, WhatAnotherProgramHoldsIsAWarningAndCanStillBeAccepted) {
+  ASSERT_TRUE(others.take(kKeyD, kControlAlt));
+  open();
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
+  EXPECT_EQ(statusName(), "Another program holds this shortcut");
+  EXPECT_EQ(status()->kind(), StatusPanel::Kind::kWarning);
+  EXPECT_THAT(status()->accessibleDescription().toStdString(), testing::HasSubstr("Seldial"));
+  EXPECT_TRUE(canAccept()) << "it may be Seldial that holds it";
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
+  EXPECT_EQ(statusName(), "Try it here");
+}
+
+TEST_F(ShortcutWindowTest, WhatTheWindowManagerHoldsIsRecordedAndAWarning) {
+  open();
+  record({kKeyLeftAlt, kKeyF4});
+  EXPECT_EQ(words(), "Alt + F4");
+  EXPECT_EQ(statusName(), "Another program holds this shortcut");
+  EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(ShortcutWindowTest, ModifierKeysAloneAreToldApartAndCannotBeAccepted) {
+  open();
+  record({kKeyLeftControl});
+  EXPECT_EQ(field()->text(), QStringLiteral("⌃"));
+  EXPECT_EQ(statusName(), "One key is missing");
+  EXPECT_FALSE(canAccept());
+  EXPECT_EQ(focused(), "record");
+}
+
+TEST_F(ShortcutWindowTest, TheCopyKeystrokeIsToldApartAndCannotBeAccepted) {
+  open();
+  record({kKeyLeftControl, kKeyInsert});
+  EXPECT_EQ(words(), "Ctrl + Insert");
+  EXPECT_EQ(statusName(), "This desktop cannot use it");
+  EXPECT_FALSE(canAccept());
+}
+
+TEST_F(ShortcutWindowTest, AcceptingHandsTheCommandOver) {
+  open();
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
+  control<QSpinBox>("delay")->setValue(65535);
+  press({kKeyReturn});
+  ASSERT_TRUE(comesTrue([this] { return !window->isVisible(); }));
+  EXPECT_EQ(window->result(), QDialog::Accepted);
+  EXPECT_THAT(commands,
+              ElementsAre(R"({"command":"SetHotKey","modifierAlt":true,"modifierCommand":false,)"
+                          R"("modifierCtrl":true,"modifierShift":false,"readdelay":65535,)"
+                          R"("virtualkey":2})"));
+}
+
+TEST_F(ShortcutWindowTest, TheDelayIsFrom0To65535) {
+  open();
+  const auto* const delay = control<QSpinBox>("delay");
+  EXPECT_EQ(delay->value(), 500);
+  EXPECT_EQ(delay->minimum(), 0);
+  EXPECT_EQ(delay->maximum(), 65535);
+}
+
+TEST_F(ShortcutWindowTest, WhoeverIsHandedTheCommandFindsTheShortcutFree) {
+  bool isFree = false;
+  ShortcutWindow own(
+      [&](const std::string&) {
+        isFree = others.isFree(kKeyD, kControlAlt);
+        return std::optional<std::string>();
+      },
+      QStringLiteral("Use"));
+  own.begin(controlAltD(), 500);
+  ASSERT_TRUE(activate(own));
+  EXPECT_FALSE(others.isFree(kKeyD, kControlAlt));
+  own.accept();
+  EXPECT_TRUE(isFree);
+  EXPECT_TRUE(others.isFree(kKeyD, kControlAlt));
+}
+
+TEST_F(ShortcutWindowTest, AFailureIsShownAndTheWindowGoesOn) {
+  open(controlAltD());
+  trouble = "nobody listens";
+  control<QPushButton>("accept")->click();
+  EXPECT_TRUE(window->isVisible());
+  EXPECT_EQ(statusName(), "The shortcut was not handed over");
+  EXPECT_EQ(status()->accessibleDescription(), QStringLiteral("nobody listens"));
+  useShortcut();
+  EXPECT_TRUE(comesTrue([this] { return isLit(); })) << "it can be tried out again";
+  trouble.reset();
+  control<QPushButton>("accept")->click();
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_EQ(commands.size(), 2U);
+}
+
+TEST_F(ShortcutWindowTest, AFailureIsForgottenOnceSomethingElseIsRecorded) {
+  open(controlAltD());
+  trouble = "nobody listens";
+  control<QPushButton>("accept")->click();
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
+  EXPECT_EQ(statusName(), "Try it here");
+}
+
+TEST_F(ShortcutWindowTest, AWindowThatIsNotActiveHoldsNothing) {
+  open(controlAltD());
+  EXPECT_FALSE(others.isFree(kKeyD, kControlAlt));
+  {
+    const XClient other(QtDesktop::shared().server.display());
+    ASSERT_TRUE(comesTrue([this] { return !window->isActiveWindow(); }));
+    EXPECT_TRUE(others.isFree(kKeyD, kControlAlt));
+  }
+  ASSERT_TRUE(activate(*window));
+  EXPECT_FALSE(others.isFree(kKeyD, kControlAlt));
+}
+
+TEST_F(ShortcutWindowTest, AWindowThatRecordsHoldsNothing) {
+  open(controlAltD());
+  control<QPushButton>("record")->click();
+  EXPECT_TRUE(others.isFree(kKeyD, kControlAlt));
+  keyboard.tap(kKeyEscape);
+  ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
+  EXPECT_FALSE(others.isFree(kKeyD, kControlAlt));
+}
+
+TEST_F(ShortcutWindowTest, AWindowThatIsGoneHoldsNothing) {
+  open(controlAltD());
+  window.reset();
+  EXPECT_TRUE(others.isFree(kKeyD, kControlAlt));
+}
+
+TEST_F(ShortcutWindowTest, EscapeBringsTheOldShortcutBackAndTheNextOneCancels) {
+  open(controlAltD());
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
+  control<QPushButton>("record")->click();
+  press({kKeyLeftControl, kKeyQ});
+  keyboard.tap(kKeyEscape);
+  ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
+  EXPECT_EQ(words(), "Ctrl + Alt + K");
+  EXPECT_TRUE(window->isVisible());
+  keyboard.tap(kKeyEscape);
+  ASSERT_TRUE(comesTrue([this] { return !window->isVisible(); }));
+  EXPECT_EQ(window->result(), QDialog::Rejected);
+  EXPECT_THAT(commands, ElementsAre());
+}
+
+TEST_F(ShortcutWindowTest, ClearingLeavesNothingToAccept) {
+  open(controlAltD());
+  control<QPushButton>("clear")->click();
+  EXPECT_EQ(field()->text(), QString());
+  EXPECT_EQ(words(), "No shortcut yet");
+  EXPECT_FALSE(canAccept());
+  EXPECT_TRUE(others.isFree(kKeyD, kControlAlt));
+}
+
+TEST_F(ShortcutWindowTest, ClearingWhileThePanelIsLitPutsItOut) {
+  open(controlAltD());
+  useShortcut();
+  ASSERT_TRUE(comesTrue([this] { return isLit(); }));
+  control<QPushButton>("clear")->click();
+  EXPECT_FALSE(isLit());
+}
+
+TEST_F(ShortcutWindowTest, TheTabKeyVisitsEveryControlAndIsNeverCaught) {
+  open(controlAltD());
+  std::vector<std::string> visited;
+  for (int i = 0; i < 5; ++i) {
+    const auto* const before = window->focusWidget();
+    keyboard.tap(kKeyTab);
+    ASSERT_TRUE(comesTrue([&] { return window->focusWidget() != before; }));
+    visited.push_back(focused());
+    EXPECT_FALSE(field()->isEditing());
+  }
+  EXPECT_THAT(visited, ElementsAre("cancel", "record", "clear", "delay", "accept"));
+}
+
+TEST_F(ShortcutWindowTest, TheWholeWayByKeyboardAlone) {
+  open();
+  keyboard.tap(kKeySpace);  // on "Record"
+  ASSERT_TRUE(comesTrue([this] { return field()->isEditing(); }));
+  useShortcut();
+  keyboard.tap(kKeyReturn);
+  ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
+  press({kKeyLeftAlt, 28});  // Alt+T, the delay
+  ASSERT_TRUE(comesTrue([this] { return focused() == "delay"; }));
+  press({kKeyLeftControl, kKeyA});
+  press({16});  // 7
+  ASSERT_TRUE(comesTrue([this] { return control<QSpinBox>("delay")->value() == 7; }));
+  press({kKeyLeftAlt, 27});  // Alt+R
+  ASSERT_TRUE(comesTrue([this] { return field()->isEditing(); }));
+  keyboard.tap(kKeyEscape);
+  keyboard.tap(kKeyReturn);
+  ASSERT_TRUE(comesTrue([this] { return !window->isVisible(); }));
+  ASSERT_EQ(commands.size(), 1U);
+  EXPECT_THAT(commands.front(), testing::HasSubstr(R"("readdelay":7,"virtualkey":2)"));
+}
+
+TEST_F(ShortcutWindowTest, AReturnThatIsHeldEndsTheRecordingAndAcceptsNothing) {
+  open();
+  control<QPushButton>("record")->click();
+  useShortcut();
+  keyboard.press(kKeyReturn);
+  ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
+  const KeyReleases releases(*control<QWidget>("accept"));
+  QTest::qWait(900);  // it repeats after 660, while the window goes on
+  keyboard.release(kKeyReturn);
+  ASSERT_TRUE(comesTrue([&] { return releases.count() > 0; }));
+  EXPECT_TRUE(window->isVisible());
+  keyboard.tap(kKeyReturn);
+  EXPECT_TRUE(comesTrue([this] { return !window->isVisible(); }));
+}
+
+TEST_F(ShortcutWindowTest, EveryControlHasAnAccessibleNameAndDescription) {
+  open(controlAltD());
+  for (const char* const name :
+       {"shortcut", "record", "clear", "delay", "status", "accept", "cancel"}) {
+    auto* const accessible = QAccessible::queryAccessibleInterface(control<QWidget>(name));
+    ASSERT_NE(accessible, nullptr) << name;
+    EXPECT_FALSE(accessible->text(QAccessible::Name).isEmpty()) << name;
+    EXPECT_FALSE(accessible->text(QAccessible::Description).isEmpty()) << name;
+  }
+  EXPECT_EQ(field()->accessibleDescription(), QStringLiteral("Ctrl + Alt + D"));
+}
+
+TEST_F(ShortcutWindowTest, FromRightToLeftTheControlsAreMirroredAndTheGlyphsAreNot) {
+  QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+  open(controlAltD());
+  QCoreApplication::processEvents();
+  EXPECT_LT(control<QWidget>("record")->x(), control<QWidget>("words")->x());
+  EXPECT_EQ(field()->layoutDirection(), Qt::LeftToRight);
+  QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+}  // namespace
+}  // namespace seldial

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QPushButton>
+#include <QSpinBox>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "shortcut/ShortcutWindow.h"
+#include "tests/hotkey/qt/QtDesktop.h"
+
+namespace seldial {
+
+using namespace desktop;  // NOLINT: keys and keyboards by their short names
+
+/// The window on a private desktop; what it hands over is kept.
+class WindowTest : public testing::Test {
+ protected:
+  void TearDown() override {
+    window.reset();
+    EXPECT_EQ(keyboard.down(), std::set<std::uint8_t>{});
+  }
+
+  void open(const std::optional<HotKey>& hotKey = {}, std::uint16_t delay = 500) {
+    window = std::make_unique<ShortcutWindow>(
+        [this](const std::string& command) {
+          commands.push_back(command);
+          return trouble;
+        },
+        QStringLiteral("&Use this shortcut"));
+    window->begin(hotKey, delay);
+    ASSERT_TRUE(activate(*window));
+  }
+
+  /// Records a combination that the user presses, and keeps it.
+  void record(const std::vector<std::uint8_t>& keys) {
+    control<QPushButton>("record")->click();
+    ASSERT_TRUE(field()->isEditing());
+    press(keys);
+    keyboard.tap(kKeyReturn);
+    ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
+  }
+
+  template <class Widget>
+  [[nodiscard]] Widget* control(const char* name) const {
+    return static_cast<Widget*>(window->findChild<QWidget*>(QLatin1String(name)));
+  }
+  [[nodiscard]] QKHotKeyTextField* field() const { return control<QKHotKeyTextField>("shortcut"); }
+  [[nodiscard]] StatusPanel* status() const { return control<StatusPanel>("status"); }
+  [[nodiscard]] std::string statusName() const { return status()->accessibleName().toStdString(); }
+  [[nodiscard]] bool isLit() const { return status()->kind() == StatusPanel::Kind::kLit; }
+
+  /// Whether the panel comes to say that.
+  [[nodiscard]] bool says(const std::string& headline) const {
+    return comesTrue([&] { return statusName() == headline; });
+  }
+
+  static HotKey controlAltD() {
+    HotKey hotKey;
+    hotKey.ctrl = hotKey.alt = true;
+    hotKey.virtualKey = 2;
+    return hotKey;
+  }
+
+  Keyboard& keyboard = QtDesktop::shared().keyboard;
+  std::optional<std::string> trouble;  ///< of the next deliveries
+  std::vector<std::string> commands;   ///< what was handed over
+  std::unique_ptr<ShortcutWindow> window;
+};
+
+}  // namespace seldial
