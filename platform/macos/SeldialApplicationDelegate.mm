@@ -3,11 +3,9 @@
 #include <memory>
 
 #include "platform/Installed.h"
-#include "platform/macos/Cocoa.h"
 #include "platform/macos/GeneralPasteboard.h"
 #include "platform/macos/Launch.h"
 #include "platform/macos/Ports.h"
-#include "platform/macos/ProcessSetUp.h"
 
 using namespace seldial::platform;
 
@@ -32,7 +30,6 @@ using namespace seldial::platform;
   _activity = [NSProcessInfo.processInfo
       beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
                         reason:@"Waiting for the hot key"];
-  macos::onTerminationSignals([] { macos::terminateSharedApplication(nullptr); });
   _delegate->applicationWillFinishLaunching();
 }
 
