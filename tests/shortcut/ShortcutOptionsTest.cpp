@@ -1,0 +1,83 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "shortcut/Delivery.h"
+#include "shortcut/Options.h"
+#include "tests/doubles/TemporaryDirectory.h"
+#include "tests/doubles/UcListener.h"
+
+namespace seldial {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+std::string errorOf(const std::vector<std::string>& arguments) {
+  std::string error;
+  return shortcutOptionsFrom(arguments, error) ? "none" : error;
+}
+
+ShortcutOptions optionsOf(const std::vector<std::string>& arguments) {
+  std::string error;
+  const auto options = shortcutOptionsFrom(arguments, error);
+  EXPECT_TRUE(options) << error;
+  return options.value_or(ShortcutOptions());
+}
+
+TEST(ShortcutOptions, WithoutArgumentsItPrintsAndBeginsWithNothing) {
+  const auto options = optionsOf({});
+  EXPECT_FALSE(options.hotKey);
+  EXPECT_EQ(options.delay, 500);
+  EXPECT_EQ(options.socket, "");
+  EXPECT_EQ(optionsOf({"--print"}).socket, "");
+}
+
+TEST(ShortcutOptions, ValuesFollowOrAreJoined) {
+  const auto options =
+      optionsOf({"--hotkey", "Ctrl+Shift+F5", "--delay=65535", "--socket", "/tmp/seldial"});
+  ASSERT_TRUE(options.hotKey);
+  EXPECT_TRUE(options.hotKey->ctrl && options.hotKey->shift && !options.hotKey->alt);
+  EXPECT_EQ(options.hotKey->virtualKey, 96);
+  EXPECT_EQ(options.delay, 65535);
+  EXPECT_EQ(options.socket, "/tmp/seldial");
+}
+
+TEST(ShortcutOptions, WhatMakesNoSenseIsSaid) {
+  EXPECT_THAT(errorOf({"--hotkey", "ctrl+"}), StartsWith("--hotkey ctrl+: "));
+  EXPECT_THAT(errorOf({"--delay", "65536"}), HasSubstr("from 0 to 65535, not 65536"));
+  EXPECT_THAT(errorOf({"--delay", ""}), HasSubstr("--delay takes"));
+  EXPECT_THAT(errorOf({"--socket", "seldial"}), HasSubstr("--socket takes"));
+  EXPECT_EQ(errorOf({"--socket"}), "--socket needs a value");
+  EXPECT_EQ(errorOf({"--socket=/tmp/a", "--print"}), "--print and --socket exclude each other");
+  EXPECT_EQ(errorOf({"--style"}), "there is no option --style");
+  EXPECT_EQ(errorOf({"extra"}), "there is no option extra");
+}
+
+TEST(ShortcutOptions, HelpIsAskedForInTwoWays) {
+  EXPECT_TRUE(optionsOf({"--help"}).help);
+  EXPECT_TRUE(optionsOf({"-h"}).help);
+  EXPECT_FALSE(optionsOf({}).help);
+}
+
+TEST(Delivery, ACommandIsSentOverAConnectionOfItsOwn) {
+  const doubles::TemporaryDirectory directory;
+  const doubles::UcListener seldial(directory.path("in"));
+  EXPECT_EQ(sendCommand("the command", directory.path("in")), std::nullopt);
+  EXPECT_EQ(seldial.nextMessage(), "the command");
+}
+
+TEST(Delivery, WhereNobodyListensTheReasonIsGiven) {
+  const doubles::TemporaryDirectory directory;
+  EXPECT_THAT(sendCommand("x", directory.path("in")).value_or("none"),
+              HasSubstr("No such file or directory"));
+}
+
+TEST(Delivery, ASeldialThatTakesNobodyIsNotWaitedForForEver) {
+  const doubles::TemporaryDirectory directory;
+  const doubles::UcListener seldial(directory.path("in"), 0);
+  EXPECT_EQ(sendCommand("first", directory.path("in")), std::nullopt);
+  EXPECT_NE(sendCommand("second", directory.path("in")), std::nullopt);
+}
+
+}  // namespace
+}  // namespace seldial

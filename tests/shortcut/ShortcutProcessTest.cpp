@@ -1,0 +1,146 @@
+// The real window as a process, beside a real seldial.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "tests/desktop/Keyboard.h"
+#include "tests/desktop/Keys.h"
+#include "tests/desktop/Windows.h"
+#include "tests/desktop/XServer.h"
+#include "tests/doubles/TemporaryDirectory.h"
+#include "tests/doubles/UcListener.h"
+#include "tests/program/SeldialProcess.h"
+
+namespace seldial {
+namespace {
+
+using namespace desktop;  // NOLINT: keys and keyboards by their short names
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr const char* kCommand =
+    R"({"command":"SetHotKey","modifierAlt":true,"modifierCommand":false,"modifierCtrl":true,)"
+    R"("modifierShift":false,"readdelay":500,"virtualkey":2})";
+
+class ShortcutProcess : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    server = std::make_unique<XServer>();
+    manager = std::make_unique<WindowManager>(server->display());
+    keyboard = std::make_unique<Keyboard>(server->display());
+  }
+  static void TearDownTestSuite() {
+    keyboard.reset();
+    manager.reset();
+    server.reset();
+  }
+
+  /// Runs a command line of the shell, in which $S is the program.
+  static std::unique_ptr<ChildProcess> run(const std::string& line,
+                                           std::vector<std::string> environment = {}) {
+    environment.emplace_back("S=" SELDIAL_SHORTCUT_PROGRAM);
+    return std::make_unique<ChildProcess>(std::vector<std::string>{"sh", "-c", line + " 2>&1"},
+                                          std::move(environment));
+  }
+
+  /// Opens the window with Ctrl+Alt+D and waits until it can be typed into.
+  static std::unique_ptr<ChildProcess> openWindow(const std::string& arguments = {}) {
+    std::vector<std::string> command{SELDIAL_SHORTCUT_PROGRAM, "--hotkey=ctrl+alt+d"};
+    if (!arguments.empty()) command.push_back(arguments);
+    auto process = std::make_unique<ChildProcess>(std::move(command),
+                                                  std::vector<std::string>{server->environment()});
+    (void)Windows(server->display()).waitForFocus("seldial-shortcut");
+    return process;
+  }
+
+  static std::unique_ptr<XServer> server;
+  static std::unique_ptr<WindowManager> manager;
+  static std::unique_ptr<Keyboard> keyboard;
+};
+
+std::unique_ptr<XServer> ShortcutProcess::server;
+std::unique_ptr<WindowManager> ShortcutProcess::manager;
+std::unique_ptr<Keyboard> ShortcutProcess::keyboard;
+
+TEST_F(ShortcutProcess, AcceptingPrintsTheCommandAsOneLine) {
+  const auto window = openWindow();
+  keyboard->tap(kKeyReturn);
+  EXPECT_EQ(window->readLine(), kCommand);
+  EXPECT_THROW(window->readLine(), std::runtime_error) << "there is no second line";
+  EXPECT_EQ(window->wait(), 0);
+}
+
+TEST_F(ShortcutProcess, CancellingPrintsNothingAndEndsWithStatus1) {
+  const auto window = openWindow("--print");
+  keyboard->tap(kKeyEscape);
+  EXPECT_THROW(window->readLine(), std::runtime_error);
+  EXPECT_EQ(window->wait(), 1);
+}
+
+TEST_F(ShortcutProcess, ClosingTheWindowIsCancelling) {
+  const auto window = openWindow();
+  keyboard->press({kKeyLeftAlt, kKeyF4});
+  keyboard->release({kKeyF4, kKeyLeftAlt});
+  EXPECT_THROW(window->readLine(), std::runtime_error);
+  EXPECT_EQ(window->wait(), 1);
+}
+
+TEST_F(ShortcutProcess, ARunningSeldialReceivesTheCommandAndFindsTheShortcutFree) {
+  const doubles::TemporaryDirectory directory;
+  const doubles::UcListener client(directory.path("out"));
+  program::SeldialProcess seldial(
+      {"-log", "dialerpipename=" + directory.path("in"), "clientpipename=" + directory.path("out")},
+      {server->display(), {}});
+  ASSERT_TRUE(seldial.waitForLine("listen ok"));
+  for (int i = 0; i < 2; ++i) {  // the second time it holds the shortcut itself
+    const auto window = openWindow("--socket=" + directory.path("in"));
+    keyboard->tap(kKeyReturn);
+    EXPECT_EQ(window->wait(), 0);
+    EXPECT_THAT(client.nextMessage().value_or("nothing"), HasSubstr(R"("result":true)")) << i;
+  }
+}
+
+TEST_F(ShortcutProcess, WhereNobodyListensTheWindowStaysOpen) {
+  const doubles::TemporaryDirectory directory;
+  const auto window = openWindow("--socket=" + directory.path("in"));
+  keyboard->tap(kKeyReturn);
+  // Listens from now on: had the window gone, nobody would come.
+  const doubles::UcListener seldial(directory.path("in"));
+  keyboard->tap(kKeyReturn);
+  EXPECT_EQ(seldial.nextMessage(), kCommand);
+  EXPECT_EQ(window->wait(), 0);
+}
+
+TEST_F(ShortcutProcess, LosingTheServerEndsIt) {
+  XServer own;
+  const WindowManager ownManager(own.display());
+  ChildProcess window({SELDIAL_SHORTCUT_PROGRAM}, {own.environment()});
+  (void)Windows(own.display()).waitForFocus("seldial-shortcut");
+  own.kill();
+  EXPECT_EQ(window.wait(), 1);
+}
+
+TEST_F(ShortcutProcess, WithoutADesktopItSaysSoAndEndsWithStatus1) {
+  const auto process = run("$S", {"DISPLAY="});
+  EXPECT_THAT(process->readLine(), HasSubstr("there is no X11 desktop"));
+  EXPECT_EQ(process->wait(), 1);
+}
+
+TEST_F(ShortcutProcess, HelpNeedsNoDesktop) {
+  const auto process = run("$S --help", {"DISPLAY="});
+  EXPECT_THAT(process->readLine(), StartsWith("usage: seldial-shortcut "));
+  EXPECT_EQ(process->wait(), 0);
+}
+
+TEST_F(ShortcutProcess, ACommandLineThatMakesNoSenseIsSaidAndEndsWithStatus2) {
+  const auto process = run("$S --hotkey=ctrl");
+  EXPECT_EQ(process->readLine(),
+            "seldial-shortcut: --hotkey ctrl: there are only modifiers in it, a hot key needs a "
+            "key");
+  EXPECT_EQ(process->readLine(), "Try seldial-shortcut --help.");
+  EXPECT_EQ(process->wait(), 2);
+}
+
+}  // namespace
+}  // namespace seldial

@@ -1,0 +1,65 @@
+#include <gtest/gtest.h>
+
+#include "platform/ModifierFlags.h"
+#include "shortcut/ShortcutWords.h"
+#include "tests/doubles/FakeKeyboardLayout.h"
+#include "tests/doubles/PlatformDoubles.h"
+
+namespace seldial {
+namespace {
+
+using namespace platform;  // NOLINT: modifier flags by their short names
+
+class ShortcutWords : public testing::Test {
+ protected:
+  static std::string wordsOf(std::uint16_t keyCode, std::uint64_t flags) {
+    return shortcutInWords(*QKHotKey::hotKeyWithKeyCode(keyCode, flags, nullptr)).toStdString();
+  }
+
+  doubles::Installed<KeyboardLayout, doubles::FakeKeyboardLayout> layout;
+};
+
+TEST_F(ShortcutWords, NameTheModifiersInTheOrderOfTheGlyphsAndThenTheKey) {
+  layout->keys[2] = "d";
+  EXPECT_EQ(wordsOf(2, kModifierFlagCommand | kModifierFlagShift | kModifierFlagOption |
+                           kModifierFlagControl | kModifierFlagCapsLock),
+            "Ctrl + Alt + Shift + Super + D");
+}
+
+TEST_F(ShortcutWords, NameKeysThatAreShownAsAGlyph) {
+  EXPECT_EQ(wordsOf(36, 0), "Return");
+  EXPECT_EQ(wordsOf(126, kModifierFlagFunction), "Up");
+  EXPECT_EQ(wordsOf(122, kModifierFlagFunction), "F1");
+  EXPECT_EQ(wordsOf(90, kModifierFlagFunction), "F20");
+}
+
+TEST_F(ShortcutWords, TellTheKeypadApart) {
+  layout->keys[82] = layout->keys[29] = "0";
+  EXPECT_EQ(wordsOf(82, 0), "Keypad 0");
+  EXPECT_EQ(wordsOf(29, 0), "0");
+  EXPECT_EQ(wordsOf(79, 0), "F18");
+}
+
+TEST_F(ShortcutWords, OfModifierKeysAloneAreTheModifiers) {
+  EXPECT_EQ(wordsOf(59, kModifierFlagControl), "Ctrl");
+  EXPECT_EQ(wordsOf(62, kModifierFlagControl | kModifierFlagShift), "Ctrl + Shift");
+  EXPECT_EQ(wordsOf(57, kModifierFlagControl), "Ctrl + Caps Lock");
+}
+
+TEST_F(ShortcutWords, NumberAKeyThatSaysNothing) {
+  EXPECT_EQ(wordsOf(10, kModifierFlagControl), "Ctrl + key 10");
+}
+
+TEST_F(ShortcutWords, ADescriptionAndItsFlagsAreTheSame) {
+  for (const std::uint64_t flag :
+       {kModifierFlagControl, kModifierFlagOption, kModifierFlagShift, kModifierFlagCommand}) {
+    const auto described = describedHotKey(*QKHotKey::hotKeyWithKeyCode(2, flag, nullptr));
+    EXPECT_EQ(modifierFlagsOf(described), flag);
+    EXPECT_EQ(described.virtualKey, 2);
+  }
+  const auto option = describedHotKey(*QKHotKey::hotKeyWithKeyCode(2, kModifierFlagOption, {}));
+  EXPECT_TRUE(option.alt && !option.ctrl && !option.shift && !option.command);
+}
+
+}  // namespace
+}  // namespace seldial
