@@ -62,8 +62,9 @@ std::optional<HotKeyRef> CarbonHotKeyEvents::registerHotKey(std::uint32_t keyCod
 }
 
 void CarbonHotKeyEvents::unregisterHotKey(HotKeyRef ref) {
-  // The references that there are were made above; whether the system still knows it is all one.
-  UnregisterEventHotKey(reinterpret_cast<EventHotKeyRef>(ref));
+  // Every reference was made above. Whether the system still knows it is all one.
+  UnregisterEventHotKey(
+      reinterpret_cast<EventHotKeyRef>(ref));  // NOLINT(performance-no-int-to-ptr)
 }
 
 }  // namespace seldial::platform::macos

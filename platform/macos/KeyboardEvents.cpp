@@ -16,7 +16,7 @@ class Source final : public KeyboardEventSource {
   [[nodiscard]] CGEventSourceRef get() const { return source_; }
 
  private:
-  const CGEventSourceRef source_;
+  CGEventSourceRef source_;
 };
 
 class Event final : public KeyboardEvent {
@@ -34,7 +34,7 @@ class Event final : public KeyboardEvent {
   }
 
  private:
-  const CGEventRef event_;
+  CGEventRef event_;
 };
 
 }  // namespace

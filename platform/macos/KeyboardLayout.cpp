@@ -33,7 +33,7 @@ class InputSource {
   }
 
  private:
-  const TISInputSourceRef source_;
+  TISInputSourceRef source_;
 };
 
 std::optional<std::string> translateBy(const UCKeyboardLayout* layout, std::uint16_t keyCode,

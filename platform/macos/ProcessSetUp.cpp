@@ -34,7 +34,8 @@ void setUpProcess() {
 }
 
 void onTerminationSignals(std::function<void()> received) {
-  auto* const kept = new Received(std::move(received));  // for the rest of the process
+  static auto* const kept = new Received;  // never destroyed: the sources outlive main()
+  *kept = std::move(received);
   const sigset_t signals = posix_port::terminationSignals();
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     if (sigismember(&signals, signal) == 1) watch(signal, kept);

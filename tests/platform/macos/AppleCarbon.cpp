@@ -1,4 +1,6 @@
 // The Event Manager, the text input sources and Core Foundation, played.
+#include <gtest/gtest.h>
+
 #include <algorithm>
 
 #include "tests/platform/macos/Apple.h"
@@ -53,11 +55,13 @@ extern "C" {
 const CFStringRef kTISPropertyUnicodeKeyLayoutData = fixed<CFStringRef>(5);
 
 void CFRelease(CFTypeRef object) {
+  EXPECT_NE(object, nullptr) << "the system would crash";
   note("CFRelease " + apple().nameOf(object));
   apple().release(object);
 }
 
 const UInt8* CFDataGetBytePtr(CFDataRef data) {
+  EXPECT_NE(data, nullptr) << "the system would crash";
   return reinterpret_cast<const UInt8*>(data);
 }
 
@@ -147,7 +151,8 @@ OSStatus UCKeyTranslate(const UCKeyboardLayout* layout, UInt16 virtualKeyCode, U
        number(keyAction) + " modifiers " + number(modifierKeyState) + " type " +
        number(keyboardType) + " options " + number(options) + " dead key state " +
        number(*deadKeyState) + " room " + number(maxLength));
-  // The system fills in what it has even when it then fails.
+  // What is beyond the length is anything; and there is a length even when it then fails.
+  std::fill_n(units, maxLength, UniChar{0xDC00});
   *actualLength = apple().translation.size();
   std::copy(apple().translation.begin(), apple().translation.end(), units);
   return apple().translationStatus;

@@ -97,6 +97,11 @@ TEST_F(MacKeyboardLayout, GivesTheReplacementForHalfAPair) {
                                              "\xF0\x9F\x94\x8A" + replacement)));
 }
 
+TEST_F(MacKeyboardLayout, TakesTheFirstOfTheSecondHalvesForNoFirstHalf) {
+  apple().translation = {0xDC00, 0xDC00};
+  EXPECT_THAT(translateKey(), Optional(StrEq("\xEF\xBF\xBD\xEF\xBF\xBD")));
+}
+
 TEST_F(MacKeyboardLayout, TakesAsManyUnitsAsThereIsRoomFor) {
   apple().translation = std::vector<UniChar>(255, 'x');
   EXPECT_THAT(translateKey(), Optional(std::string(255, 'x')));

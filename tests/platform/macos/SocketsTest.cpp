@@ -8,6 +8,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <future>
@@ -21,7 +22,8 @@
 namespace {
 
 std::mutex mutex;
-std::vector<int> withoutSignals;  // descriptors for which SO_NOSIGPIPE was set
+std::vector<int> withoutSignals;   // descriptors for which SO_NOSIGPIPE was set
+std::atomic<int> lateAccepts = 0;  // calls that find the connection gone to another thread
 
 // Since it has no effect here.
 const auto signalBefore = std::signal(SIGPIPE, SIG_IGN);
@@ -39,6 +41,14 @@ int __wrap_setsockopt(int number, int level, int option, const void* value, sock
   const std::lock_guard lock(mutex);
   if (size == sizeof(int) && *static_cast<const int*>(value) == 1) withoutSignals.push_back(number);
   return 0;
+}
+
+int __real_accept(int number, sockaddr* address, socklen_t* size);
+int __wrap_accept(int number, sockaddr* address, socklen_t* size) {
+  if (lateAccepts == 0) return __real_accept(number, address, size);
+  --lateAccepts;
+  errno = EWOULDBLOCK;
+  return -1;
 }
 }
 // NOLINTEND
@@ -138,6 +148,36 @@ TEST_F(MacSockets, OfOneConnectionOneAcceptIsServedAndTheOtherGoesOnWaiting) {
   EXPECT_GE(second.get(), 0);
   ::close(connection);
   ::close(next);
+}
+
+TEST_F(MacSockets, AnAcceptThatAnotherThreadWasFasterThanGoesOnWaiting) {
+  const int connection = connected();
+  lateAccepts = 3;
+  const int number = accepting->accept(listening);
+  EXPECT_GE(number, 0);
+  EXPECT_EQ(lateAccepts, 0);
+  ::close(number);
+  ::close(connection);
+}
+
+TEST_F(MacSockets, WhatAnAcceptOpensForItselfIsNotInherited) {
+  const int connection = connected();
+  constexpr int kMany = 256;
+  std::vector<int> before(kMany);
+  for (int number = 0; number < kMany; ++number)
+    before[static_cast<std::size_t>(number)] = ::fcntl(number, F_GETFD);
+  const int accepted = accepting->accept(listening);
+  int opened = 0;
+  for (int number = 0; number < kMany; ++number) {
+    const int flags = ::fcntl(number, F_GETFD);
+    if (before[static_cast<std::size_t>(number)] != -1 || flags == -1 || number == accepted)
+      continue;
+    EXPECT_EQ(flags, FD_CLOEXEC) << number;
+    ++opened;
+  }
+  EXPECT_EQ(opened, 2);
+  ::close(accepted);
+  ::close(connection);
 }
 
 TEST_F(MacSockets, AnAcceptedConnectionBlocksAndTheListeningSocketDoesNot) {
