@@ -1,5 +1,5 @@
-// The sockets of this port, on this system's, which refuse SO_NOSIGPIPE alone: the linker routes
-// what is set through here (--wrap, see CMakeLists.txt).
+// The sockets of this port, on this system's. These refuse SO_NOSIGPIPE, and hand no flags on to an
+// accepted connection: the linker routes such calls through here (--wrap, see CMakeLists.txt).
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -45,10 +45,15 @@ int __wrap_setsockopt(int number, int level, int option, const void* value, sock
 
 int __real_accept(int number, sockaddr* address, socklen_t* size);
 int __wrap_accept(int number, sockaddr* address, socklen_t* size) {
-  if (lateAccepts == 0) return __real_accept(number, address, size);
-  --lateAccepts;
-  errno = EWOULDBLOCK;
-  return -1;
+  if (lateAccepts > 0) {
+    --lateAccepts;
+    errno = EWOULDBLOCK;
+    return -1;
+  }
+  const int accepted = __real_accept(number, address, size);
+  // As macOS does it, a connection has the flags of its listening socket.
+  if (accepted != -1) ::fcntl(accepted, F_SETFL, ::fcntl(number, F_GETFL));
+  return accepted;
 }
 }
 // NOLINTEND
