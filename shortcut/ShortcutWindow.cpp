@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kMargin = 28;
 constexpr int kSpacing = 12;
-constexpr int kWidth = 480;
+constexpr int kFieldWidth = 424;
 constexpr qreal kGlyphScale = 2.6;  // of the desktop's own font
 constexpr std::chrono::milliseconds kLightTime{1500};
 
@@ -25,7 +25,7 @@ void makeBig(QKHotKeyTextField& field) {
   font.setLetterSpacing(QFont::AbsoluteSpacing, font.pointSizeF() / 5);
   field.setFont(font);
   field.setAlignment(Qt::AlignCenter);
-  field.setMinimumHeight(QFontMetrics(font).height() + kMargin);
+  field.setMinimumSize(kFieldWidth, QFontMetrics(font).height() + kMargin);
 }
 
 }  // namespace
@@ -39,7 +39,6 @@ ShortcutWindow::ShortcutWindow(Deliver deliver, const QString& acceptText)
       delay_(new QSpinBox(this)),
       panel_(new StatusPanel(this)) {
   setWindowTitle(QStringLiteral("Seldial shortcut"));
-  setMinimumWidth(kWidth);
   light_.setSingleShot(true);
   light_.setInterval(kLightTime);
   auto* const layout = new QGridLayout(this);
@@ -47,6 +46,7 @@ ShortcutWindow::ShortcutWindow(Deliver deliver, const QString& acceptText)
   layout->setHorizontalSpacing(kSpacing);
   layout->setVerticalSpacing(kSpacing);
   layout->setColumnStretch(0, 1);
+  layout->setSizeConstraint(QLayout::SetFixedSize);  // no more and no less than it shows
   addShortcut(*layout);
   addDelay(*layout);
   layout->addWidget(panel_, layout->rowCount(), 0, 1, -1);

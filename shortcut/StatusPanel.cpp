@@ -45,6 +45,9 @@ StatusPanel::StatusPanel(QWidget* parent)
   texts->addWidget(headline_);
   texts->addWidget(detail_);
   texts->addStretch();
+  // As wide as the others make the window.
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
+  makeRoom();
 }
 
 void StatusPanel::tell(Kind kind, const QString& headline, const QString& detail) {
@@ -62,7 +65,8 @@ void StatusPanel::tell(Kind kind, const QString& headline, const QString& detail
 /// size; and for more where they are needed.
 void StatusPanel::makeRoom() {
   const int usual = 2 * kPadding + 3 * fontMetrics().lineSpacing() + kLineGap;
-  setMinimumHeight(std::max(usual, layout()->heightForWidth(width())));
+  // Before it is shown its width says nothing.
+  setMinimumHeight(isVisible() ? std::max(usual, layout()->heightForWidth(width())) : usual);
 }
 
 void StatusPanel::resizeEvent(QResizeEvent* event) {

@@ -25,14 +25,34 @@ Windows::~Windows() {
 
 void Windows::waitForManager() const {
   const auto property = atom(connection_, "_NET_SUPPORTING_WM_CHECK");
+  waitUntil([&] { return hasProperty(rootOf(connection_), property); }, "window manager");
+  waitForCare();
+}
+
+/// A manager that has only just begun may miss a window that is shown then, and never see to it.
+void Windows::waitForCare() const {
+  const auto window = xcb_generate_id(connection_);
+  xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, rootOf(connection_), 0, 0, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+  const auto state = atom(connection_, "WM_STATE");
+  int looks = 0;
   waitUntil(
       [&] {
-        const auto cookie =
-            xcb_get_property(connection_, 0, rootOf(connection_), property, XCB_ATOM_WINDOW, 0, 1);
-        const auto reply = freed(xcb_get_property_reply(connection_, cookie, nullptr));
-        return reply && reply->value_len == 1;
+        if (looks++ % 50 == 0) {
+          xcb_unmap_window(connection_, window);
+          xcb_map_window(connection_, window);
+        }
+        return hasProperty(window, state);
       },
-      "window manager");
+      "window manager that sees to a window");
+  xcb_destroy_window(connection_, window);
+  synchronise(connection_);
+}
+
+bool Windows::hasProperty(xcb_window_t window, xcb_atom_t property) const {
+  const auto cookie = xcb_get_property(connection_, 0, window, property, XCB_ATOM_ANY, 0, 1);
+  const auto reply = freed(xcb_get_property_reply(connection_, cookie, nullptr));
+  return reply && reply->type != XCB_ATOM_NONE;
 }
 
 xcb_window_t Windows::waitForFocus(const std::string& name) const {

@@ -18,7 +18,7 @@ class Windows {
   Windows(const Windows&) = delete;
   Windows& operator=(const Windows&) = delete;
 
-  /// Waits until a window manager is at work.
+  /// Waits until a window manager is at work, and sees to new windows.
   void waitForManager() const;
 
   /// Waits until a window with that WM_CLASS name, or one inside it, has the focus.
@@ -31,6 +31,8 @@ class Windows {
   void click(xcb_window_t window, std::int16_t x, std::int16_t y, int times) const;
 
  private:
+  void waitForCare() const;
+  [[nodiscard]] bool hasProperty(xcb_window_t window, xcb_atom_t property) const;
   [[nodiscard]] xcb_window_t focusedWindow() const;
   [[nodiscard]] bool hasName(xcb_window_t window, const std::string& name) const;
   [[nodiscard]] xcb_window_t parentOf(xcb_window_t window) const;

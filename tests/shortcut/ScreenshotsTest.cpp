@@ -2,6 +2,7 @@
 // the environment asks for; and that there is something to see on them.
 #include <QImage>
 #include <QLabel>
+#include <QLayout>
 #include <QSet>
 #include <cstdlib>
 
@@ -28,7 +29,7 @@ class Screenshots : public WindowTest {
     const qreal scale = environment("QT_SCALE_FACTOR") == "2" ? 2 : 1;
     EXPECT_EQ(picture.size(), window->size() * scale);
     EXPECT_GT(coloursIn(picture), 20) << "there is nothing to see";
-    expectNothingIsCut();
+    expectTextsFit();
     return picture;
   }
 
@@ -40,7 +41,10 @@ class Screenshots : public WindowTest {
     return static_cast<int>(colours.size());
   }
 
-  void expectNothingIsCut() const {
+  void expectTextsFit() const {
+    const int texts = status()->layout()->heightForWidth(status()->width());
+    EXPECT_GE(status()->height(), texts);
+    EXPECT_LT(status()->height(), 2 * texts) << "most of it is empty";
     for (const auto* const label : window->findChildren<QLabel*>()) {
       EXPECT_GE(label->height(), label->heightForWidth(label->width()))
           << label->text().toStdString();

@@ -51,11 +51,8 @@ bool KeyReleases::eventFilter(QObject* /*watched*/, QEvent* event) {
 
 bool activate(QWidget& window) {
   window.show();
-  return comesTrue([&window] {
-    // A window manager that has only just begun may not heed the first request.
-    if (!window.isActiveWindow()) window.activateWindow();
-    return window.isActiveWindow();
-  });
+  window.activateWindow();
+  return comesTrue([&window] { return window.isActiveWindow(); });
 }
 
 void press(const std::vector<std::uint8_t>& keys) {
