@@ -219,6 +219,37 @@ TEST_F(QKHotKeyTextFieldTest, AltAfterShiftIsAltThoughItsSymbolIsAnotherThen) {
   EXPECT_THAT(shown, ElementsAre("⇧", "⌥⇧", "⌥⇧K"));
 }
 
+/// Another layout for as long as it lives.
+class Layout {
+ public:
+  explicit Layout(const std::string& option) { set(option); }
+  ~Layout() { set(""); }
+  Layout(const Layout&) = delete;
+  Layout& operator=(const Layout&) = delete;
+
+ private:
+  static void set(const std::string& option) {
+    const auto& server = QtDesktop::shared().server;
+    EXPECT_EQ(server.run({"setxkbmap", "-layout", "us", "-option", "", "-option", option}), 0);
+    QCoreApplication::processEvents();
+  }
+};
+
+TEST_F(QKHotKeyTextFieldTest, AModifierThatLiesElsewhereCountsAsWhatItDoes) {
+  const Layout layout("ctrl:nocaps");
+  edit();
+  press({kKeyCapsLock, kKeyD});
+  ASSERT_TRUE(acts(2));
+  EXPECT_THAT(shown, ElementsAre("⌃", "⌃D"));
+}
+
+TEST_F(QKHotKeyTextFieldTest, AnEscapeThatLiesElsewhereIsEscape) {
+  const Layout layout("caps:escape");
+  edit();
+  keyboard.tap(kKeyCapsLock);
+  ASSERT_TRUE(comesTrue([this] { return !field.isEditing(); }));
+}
+
 TEST_F(QKHotKeyTextFieldTest, ARepeatingKeyIsRecordedOnce) {
   edit();
   keyboard.tap(kKeyK);

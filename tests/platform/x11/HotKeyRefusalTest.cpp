@@ -1,4 +1,5 @@
 // Hot keys that cannot be had.
+#include "platform/Installed.h"
 #include "tests/platform/x11/ForeignGrabs.h"
 #include "tests/platform/x11/X11Test.h"
 
@@ -59,6 +60,18 @@ TEST_F(HotKeyRefusal, ACombinationHeldInOneStateOfTheLocksIsRefusedAndNothingOfI
   for (const unsigned locks : {0U, kStateLock, kStateLock | kStateNumLock}) {
     EXPECT_TRUE(other.take(kKeyD, kStateControl | kStateAlt | locks));
   }
+}
+
+TEST_F(HotKeyRefusal, WhatNobodyCanHaveIsToldApartFromWhatIsHeld) {
+  const auto can = [this](std::uint32_t keyCode, std::uint32_t modifiers) {
+    return port.call([=] { return installed<HotKeyEvents>()->canBeHotKey(keyCode, modifiers); });
+  };
+  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  EXPECT_TRUE(can(kVirtualD, kControlAlt)) << "though it is held";
+  EXPECT_FALSE(can(kVirtualInsert, kHotKeyControl)) << "the copy keystroke";
+  EXPECT_TRUE(can(kVirtualInsert, kControlAlt));
+  EXPECT_FALSE(can(59, kHotKeyControl)) << "a modifier key";
+  EXPECT_FALSE(can(52, kHotKeyControl)) << "no key";
 }
 
 }  // namespace
