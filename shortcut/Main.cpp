@@ -44,7 +44,6 @@ int run(int argc, char* argv[], const ShortcutOptions& options) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
   int ownPath = argc > 0 ? 1 : 0;  // the rest is ours, not Qt's
   const QApplication application(ownPath, argv);
-  QApplication::setQuitOnLastWindowClosed(false);  // the window says with which status
   const QtServedLoop served(loop);
   const GrabFocusFilter filter;
   return runWindow(options);

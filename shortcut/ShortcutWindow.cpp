@@ -61,8 +61,6 @@ void ShortcutWindow::addShortcut(QGridLayout& layout) {
   makeBig(*field_);
   // Whoever comes by with the Tab key does not begin to record: there is a button for that.
   field_->setFocusPolicy(Qt::ClickFocus);
-  // Return accepts, also on the way past a button that is no more than an aside.
-  clear_->setAutoDefault(false);
   layout.addWidget(title, 0, 0, 1, -1);
   layout.addWidget(field_, 1, 0, 1, -1);
   layout.addWidget(words_, 2, 0);
@@ -87,7 +85,6 @@ void ShortcutWindow::addButtons(QGridLayout& layout, const QString& acceptText) 
   accept_ = box->addButton(acceptText, QDialogButtonBox::AcceptRole);
   auto* const cancel = box->addButton(QStringLiteral("&Cancel"), QDialogButtonBox::RejectRole);
   accept_->setDefault(true);
-  cancel->setAutoDefault(false);
   cancel->setObjectName(QStringLiteral("cancel"));
   cancel->setAccessibleDescription(QStringLiteral("Closes the window and changes nothing."));
   connect(box, &QDialogButtonBox::accepted, this, &ShortcutWindow::accept);

@@ -279,10 +279,10 @@ TEST_F(ShortcutWindowTest, AReturnThatIsHeldEndsTheRecordingAndAcceptsNothing) {
   useShortcut();
   keyboard.press(kKeyReturn);
   ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
-  const KeyReleases releases(*control<QWidget>("accept"));
+  const KeyCounter keys(*control<QWidget>("accept"));
   QTest::qWait(900);  // it repeats after 660, while the window goes on
   keyboard.release(kKeyReturn);
-  ASSERT_TRUE(comesTrue([&] { return releases.count() > 0; }));
+  ASSERT_TRUE(comesTrue([&] { return keys.releases() > 0; }));
   EXPECT_TRUE(window->isVisible());
   keyboard.tap(kKeyReturn);
   EXPECT_TRUE(comesTrue([this] { return !window->isVisible(); }));

@@ -27,7 +27,6 @@ QtDesktop::QtDesktop() {
   static char name[] = "test";
   static char* arguments[] = {name, nullptr};
   application_ = std::make_unique<QApplication>(count, arguments);
-  QApplication::setQuitOnLastWindowClosed(false);
   served_ = std::make_unique<QtServedLoop>(loop_);
   filter_ = std::make_unique<GrabFocusFilter>();
 }
@@ -43,9 +42,11 @@ QtDesktop& QtDesktop::shared() {
   return *theDesktop;
 }
 
-bool KeyReleases::eventFilter(QObject* /*watched*/, QEvent* event) {
+bool KeyCounter::eventFilter(QObject* /*watched*/, QEvent* event) {
+  const bool press = event->type() == QEvent::KeyPress;
   const bool release = event->type() == QEvent::KeyRelease;
-  if (release && !static_cast<QKeyEvent*>(event)->isAutoRepeat()) ++count_;
+  const bool counts = (press || release) && !static_cast<QKeyEvent*>(event)->isAutoRepeat();
+  if (counts) ++(press ? presses_ : releases_);
   return false;
 }
 

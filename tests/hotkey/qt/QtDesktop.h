@@ -51,15 +51,17 @@ class QtDesktop {
   Keyboard keyboard{server.display()};
 };
 
-/// Counts the keys that go up in a widget, but for those that only repeat.
-class KeyReleases final : public QObject {
+/// Counts the keys that go down and up in a widget, but for those that only repeat.
+class KeyCounter final : public QObject {
  public:
-  explicit KeyReleases(QWidget& widget) { widget.installEventFilter(this); }
-  [[nodiscard]] int count() const { return count_; }
+  explicit KeyCounter(QWidget& widget) { widget.installEventFilter(this); }
+  [[nodiscard]] int presses() const { return presses_; }
+  [[nodiscard]] int releases() const { return releases_; }
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  int count_ = 0;
+  int presses_ = 0;
+  int releases_ = 0;
 };
 
 /// Shows the window and waits until the user can type into it.
