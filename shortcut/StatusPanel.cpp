@@ -61,17 +61,11 @@ void StatusPanel::tell(Kind kind, const QString& headline, const QString& detail
   if (isNew) announce();
 }
 
-/// For two lines below the headline, which is what most details take, so that the window keeps its
-/// size; and for more where they are needed.
+/// For two lines below the headline, which is what most details take, so that the window seldom
+/// changes its size; and for more where they are needed. Before it is shown its width says nothing.
 void StatusPanel::makeRoom() {
   const int usual = 2 * kPadding + 3 * fontMetrics().lineSpacing() + kLineGap;
-  // Before it is shown its width says nothing.
   setMinimumHeight(isVisible() ? std::max(usual, layout()->heightForWidth(width())) : usual);
-}
-
-void StatusPanel::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
-  makeRoom();
 }
 
 void StatusPanel::announce() {

@@ -53,6 +53,11 @@ class Screenshots : public WindowTest {
     }
   }
 
+  /// In the middle above all texts.
+  static QColor colourAtEdge(const QImage& picture) {
+    return picture.pixelColor(picture.width() / 2, picture.height() / 12);
+  }
+
   /// The picture of one control.
   [[nodiscard]] QImage pictureOf(const char* name) const {
     return control<QWidget>(name)->grab().toImage();
@@ -75,7 +80,8 @@ TEST_F(Screenshots, OfEachState) {
   press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
   ASSERT_TRUE(comesTrue([this] { return isLit(); }));
   take("lit");
-  EXPECT_NE(pictureOf("status"), unlit);
+  EXPECT_EQ(colourAtEdge(pictureOf("status")), window->palette().color(QPalette::Highlight));
+  EXPECT_NE(colourAtEdge(unlit), window->palette().color(QPalette::Highlight));
 
   platform::x11::ForeignGrabs other(QtDesktop::shared().server.display());
   ASSERT_TRUE(other.take(kKeyK, kStateControl | kStateAlt));

@@ -194,6 +194,18 @@ TEST_F(QKHotKeyTextFieldTest, CapsLockIsPartOfTheFlagsAndNoModifier) {
   EXPECT_EQ(field.hotKey()->modifierFlags(), kModifierFlagControl | kModifierFlagCapsLock);
 }
 
+TEST_F(QKHotKeyTextFieldTest, CapsLockWithAModifierIsRecordedAsItGoesDown) {
+  edit();
+  for (const std::uint64_t lock : {std::uint64_t{kModifierFlagCapsLock}, std::uint64_t{0}}) {
+    shown.clear();
+    press({kKeyLeftControl, kKeyCapsLock});
+    const KeyCounter keys(field);
+    ASSERT_TRUE(comesTrue([&] { return keys.releases() == 2; }));
+    EXPECT_THAT(shown, ElementsAre("⌃", "⌃⇪"));
+    EXPECT_EQ(field.hotKey()->modifierFlags(), kModifierFlagControl | lock);
+  }
+}
+
 TEST_F(QKHotKeyTextFieldTest, OfTwoHeldShiftKeysOneThatGoesUpLeavesShift) {
   edit();
   press({kKeyLeftShift, kKeyRightShift});
