@@ -1,72 +1,19 @@
 // The field by the keys of a real keyboard, under a window manager that has hot keys of its own.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <QPushButton>
-#include <QVBoxLayout>
+#include <utility>
 
 #include "hotkey/QKHotKeyCenter.h"
-#include "hotkey/qt/QKHotKeyTextField.h"
 #include "platform/Installed.h"
-#include "platform/ModifierFlags.h"
 #include "platform/RecordingKeyboard.h"
 #include "tests/desktop/XClient.h"
-#include "tests/doubles/CapturedOutput.h"
-#include "tests/hotkey/qt/QtDesktop.h"
+#include "tests/hotkey/qt/FieldTest.h"
 
 namespace seldial {
 namespace {
 
-using namespace desktop;   // NOLINT: keys and keyboards by their short names
-using namespace platform;  // NOLINT: the same for modifier flags
-using testing::ElementsAre;
-using Keys = std::vector<std::uint8_t>;
+using QKHotKeyTextFieldTest = FieldTest;
 
 constexpr std::uint16_t kVirtualD = 2;
 constexpr std::uint16_t kVirtualK = 40;
-
-/// A window with a field between two buttons; the second button has the focus.
-class QKHotKeyTextFieldTest : public testing::Test {
- protected:
-  QKHotKeyTextFieldTest() {
-    auto* const layout = new QVBoxLayout(&window);
-    for (QWidget* const widget : {static_cast<QWidget*>(&before), static_cast<QWidget*>(&field),
-                                  static_cast<QWidget*>(&after)}) {
-      layout->addWidget(widget);
-    }
-    after.setFocus();
-    QObject::connect(&field, &QKHotKeyTextField::actionSent, &window,
-                     [this] { shown.push_back(field.text().toStdString()); });
-    QObject::connect(&before, &QPushButton::clicked, &window, [this] { ++clicks; });
-    QObject::connect(&after, &QPushButton::clicked, &window, [this] { ++clicks; });
-  }
-
-  void SetUp() override { ASSERT_TRUE(activate(window)); }
-  void TearDown() override { EXPECT_EQ(keyboard.down(), std::set<std::uint8_t>{}); }
-
-  void edit() {
-    field.setFocus();
-    ASSERT_TRUE(field.isEditing());
-  }
-
-  /// Whether so many actions come.
-  bool acts(std::size_t times) {
-    return comesTrue([&] { return shown.size() >= times; });
-  }
-
-  static std::shared_ptr<QKHotKey> record(std::uint16_t keyCode, std::uint64_t flags,
-                                          QKHotKeyTask task = nullptr) {
-    return QKHotKey::hotKeyWithKeyCode(keyCode, flags, std::move(task));
-  }
-
-  Keyboard& keyboard = QtDesktop::shared().keyboard;
-  QWidget window;
-  QPushButton before{&window};
-  QKHotKeyTextField field{&window};
-  QPushButton after{&window};
-  std::vector<std::string> shown;  ///< the text at each action
-  int clicks = 0;
-};
 
 TEST_F(QKHotKeyTextFieldTest, CommandShiftKSetsTheRecordShowsItAndSendsTheActionOnce) {
   edit();
@@ -173,105 +120,6 @@ TEST_F(QKHotKeyTextFieldTest, NewRecordsHaveTheTaskOfTheFirst) {
   ASSERT_TRUE(acts(1));
   field.hotKey()->invokeWithEvent({});
   EXPECT_EQ(runs, 1);
-}
-
-TEST_F(QKHotKeyTextFieldTest, AFunctionKeyIsRecordedByItself) {
-  edit();
-  keyboard.tap(kKeyF5);
-  ASSERT_TRUE(acts(1));
-  EXPECT_THAT(shown, ElementsAre("F5"));
-  EXPECT_EQ(field.hotKey()->modifierFlags(), std::uint64_t{kModifierFlagFunction});
-}
-
-TEST_F(QKHotKeyTextFieldTest, CapsLockIsPartOfTheFlagsAndNoModifier) {
-  edit();
-  keyboard.tap(kKeyCapsLock);
-  keyboard.tap(kKeyK);
-  press({kKeyLeftControl, kKeyK});
-  keyboard.tap(kKeyCapsLock);
-  ASSERT_TRUE(acts(1));
-  EXPECT_THAT(shown, ElementsAre("⌃K"));
-  EXPECT_EQ(field.hotKey()->modifierFlags(), kModifierFlagControl | kModifierFlagCapsLock);
-}
-
-TEST_F(QKHotKeyTextFieldTest, CapsLockWithAModifierIsRecordedAsItGoesDown) {
-  edit();
-  for (const std::uint64_t lock : {std::uint64_t{kModifierFlagCapsLock}, std::uint64_t{0}}) {
-    shown.clear();
-    press({kKeyLeftControl, kKeyCapsLock});
-    const KeyCounter keys(field);
-    ASSERT_TRUE(comesTrue([&] { return keys.releases() == 2; }));
-    EXPECT_THAT(shown, ElementsAre("⌃", "⌃⇪"));
-    EXPECT_EQ(field.hotKey()->modifierFlags(), kModifierFlagControl | lock);
-  }
-}
-
-TEST_F(QKHotKeyTextFieldTest, OfTwoHeldShiftKeysOneThatGoesUpLeavesShift) {
-  edit();
-  press({kKeyLeftShift, kKeyRightShift});
-  ASSERT_TRUE(acts(3));
-  EXPECT_THAT(shown, ElementsAre("⇧", "⇧⇧", "⇧⇧"))
-      << "left down, right down, right up while the left one is held";
-}
-
-TEST_F(QKHotKeyTextFieldTest, AKeyThatWasHeldWhenTheEditingBeganCounts) {
-  const KeyCounter keys(after);
-  keyboard.press(kKeyLeftShift);
-  ASSERT_TRUE(comesTrue([&] { return keys.presses() == 1; }));
-  edit();
-  press({kKeyRightShift});
-  keyboard.release(kKeyLeftShift);
-  ASSERT_TRUE(acts(2));
-  EXPECT_THAT(shown, ElementsAre("⇧⇧", "⇧⇧"));
-}
-
-TEST_F(QKHotKeyTextFieldTest, AltAfterShiftIsAltThoughItsSymbolIsAnotherThen) {
-  edit();
-  press({kKeyLeftShift, kKeyLeftAlt, kKeyK});
-  ASSERT_TRUE(acts(3));
-  EXPECT_THAT(shown, ElementsAre("⇧", "⌥⇧", "⌥⇧K"));
-}
-
-/// Another layout for as long as it lives.
-class Layout {
- public:
-  explicit Layout(const std::string& option) { set(option); }
-  ~Layout() { set(""); }
-  Layout(const Layout&) = delete;
-  Layout& operator=(const Layout&) = delete;
-
- private:
-  static void set(const std::string& option) {
-    const auto& server = QtDesktop::shared().server;
-    EXPECT_EQ(server.run({"setxkbmap", "-layout", "us", "-option", "", "-option", option}), 0);
-    QCoreApplication::processEvents();
-  }
-};
-
-TEST_F(QKHotKeyTextFieldTest, AModifierThatLiesElsewhereCountsAsWhatItDoes) {
-  const Layout layout("ctrl:nocaps");
-  edit();
-  press({kKeyCapsLock, kKeyD});
-  ASSERT_TRUE(acts(2));
-  EXPECT_THAT(shown, ElementsAre("⌃", "⌃D"));
-}
-
-TEST_F(QKHotKeyTextFieldTest, AnEscapeThatLiesElsewhereIsEscape) {
-  const Layout layout("caps:escape");
-  edit();
-  keyboard.tap(kKeyCapsLock);
-  ASSERT_TRUE(comesTrue([this] { return !field.isEditing(); }));
-}
-
-TEST_F(QKHotKeyTextFieldTest, ARepeatingKeyIsRecordedOnce) {
-  edit();
-  keyboard.tap(kKeyK);
-  keyboard.press(kKeyLeftControl);
-  keyboard.hold(kKeyD, std::chrono::milliseconds(900));  // it repeats after 660
-  keyboard.release(kKeyLeftControl);
-  press({kKeyLeftControl, kKeyK});
-  ASSERT_TRUE(acts(2));
-  EXPECT_THAT(shown, ElementsAre("⌃D", "⌃K"));
 }
 
 TEST_F(QKHotKeyTextFieldTest, TabIsNoTrapAndNoWayOutWhileItRecords) {
