@@ -3,11 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/x11/Desktop.h"
+#include "platform/qt/Desktop.h"
 #include "shortcut/Delivery.h"
-#include "shortcut/GrabFocusFilter.h"
 #include "shortcut/Options.h"
-#include "shortcut/QtServedLoop.h"
 #include "shortcut/ShortcutWindow.h"
 
 namespace seldial {
@@ -34,8 +32,7 @@ int runWindow(const ShortcutOptions& options) {
 }
 
 int run(int argc, char* argv[], const ShortcutOptions& options) {
-  platform::linux_port::MainLoop loop;
-  const auto desktop = platform::x11::Desktop::connect(loop, [] { std::exit(1); });
+  const auto desktop = platform::qt::Desktop::connect([] { std::exit(1); });
   if (!desktop) {
     std::fputs("seldial-shortcut: there is no X11 desktop to have a shortcut on\n", stderr);
     return 1;
@@ -44,8 +41,7 @@ int run(int argc, char* argv[], const ShortcutOptions& options) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
   int ownPath = argc > 0 ? 1 : 0;  // the rest is ours, not Qt's
   const QApplication application(ownPath, argv);
-  const QtServedLoop served(loop);
-  const GrabFocusFilter filter;
+  const auto served = desktop->serve();
   return runWindow(options);
 }
 

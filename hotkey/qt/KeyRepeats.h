@@ -9,6 +9,7 @@ namespace seldial {
 /// and releases of keys in order, each of them once or several times.
 class KeyRepeats {
  public:
+  /// Whether the event is of a key that only repeats.
   [[nodiscard]] bool isRepeat(const QKeyEvent& event) {
     const bool again = event.nativeScanCode() == key_ && event.timestamp() == released_;
     if (event.type() == QEvent::KeyPress) return again || event.isAutoRepeat();

@@ -23,6 +23,7 @@ class QKHotKeyTextField : public QLineEdit {
   Q_OBJECT
 
  public:
+  /// An empty field.
   explicit QKHotKeyTextField(QWidget* parent = nullptr);
   ~QKHotKeyTextField() override;
   Q_DISABLE_COPY_MOVE(QKHotKeyTextField)
@@ -35,8 +36,10 @@ class QKHotKeyTextField : public QLineEdit {
 
   /// The shown text; not what one wants, as a line on standard error says.
   void setStringValue(const QString& string);
+  /// The same for reading it.
   [[nodiscard]] QString stringValue() const;
 
+  /// Whether a hot key is being recorded.
   [[nodiscard]] bool isEditing() const { return isEditing_; }
 
  Q_SIGNALS:
@@ -45,7 +48,7 @@ class QKHotKeyTextField : public QLineEdit {
   /// The editing has begun or ended. When it has ended, nothing here keeps an earlier record alive.
   void editingChanged(bool isEditing);
 
- protected:
+ private:
   bool event(QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
@@ -53,7 +56,6 @@ class QKHotKeyTextField : public QLineEdit {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
 
- private:
   class EditedField;
 
   void beginEditing();

@@ -1,20 +1,14 @@
 // hotkey_watch_user DIRECTORY: uses the hot key of the hotkey_watch there on a desktop of its own.
 #include <csignal>
-#include <cstdio>
-#include <exception>
-#include <stdexcept>
 #include <string>
 
 #include "tests/desktop/Keyboard.h"
 #include "tests/desktop/Keys.h"
 #include "tests/desktop/XServer.h"
+#include "tests/hotkey_package/TryOut.h"
 
 namespace seldial::desktop {
 namespace {
-
-void expect(bool condition, const char* what) {
-  if (!condition) throw std::runtime_error(what);
-}
 
 void useHotKey(Keyboard& keyboard) {
   keyboard.press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
@@ -40,11 +34,5 @@ void tryOut(const std::string& program) {
 }  // namespace seldial::desktop
 
 int main(int argc, char* argv[]) {
-  try {
-    seldial::desktop::expect(argc == 2, "usage: hotkey_watch_user DIRECTORY");
-    seldial::desktop::tryOut(std::string(argv[1]) + "/hotkey_watch");
-  } catch (const std::exception& failure) {
-    (void)std::fprintf(stderr, "hotkey_watch_user: %s\n", failure.what());
-    return 1;
-  }
+  return seldial::desktop::tryOutIn(argc, argv, "hotkey_watch", seldial::desktop::tryOut);
 }

@@ -1,30 +1,37 @@
-# package_tests(NAME LIBRARY MODULE EXAMPLES TRY...): a library of this repository as somebody
-# outside of it meets it: installed alone from its folder, found by CMake and, as MODULE, by
-# pkg-config, also after a move. Each time the examples are built with it, and TRY is run with their
-# directory.
+# The libraries of this repository as somebody outside of it meets them.
 set(package_scripts ${CMAKE_CURRENT_LIST_DIR})
 
-function(package_tests name library module examples)
-  set(installed ${CMAKE_CURRENT_BINARY_DIR}/installed)
-  set(by_cmake ${package_scripts}/by_find_package ${examples})
-  set(by_pkg_config ${package_scripts}/by_pkg_config ${examples})
-  add_test(NAME ${name}.InstallsByItself
-    COMMAND ${package_scripts}/install ${SELDIAL_ROOT}/${library} ${installed})
-  add_test(NAME ${name}.IsFoundByCMake
-    COMMAND ${by_cmake} ${installed}/prefix ${CMAKE_CXX_COMPILER} ${ARGN})
-  add_test(NAME ${name}.IsFoundByPkgConfig
-    COMMAND ${by_pkg_config} ${installed}/prefix ${module} ${ARGN})
-  add_test(NAME ${name}.IsFoundByCMakeAfterAMove
-    COMMAND ${by_cmake} ${installed}/moved ${CMAKE_CXX_COMPILER} ${ARGN})
-  add_test(NAME ${name}.IsFoundByPkgConfigAfterAMove
-    COMMAND ${by_pkg_config} ${installed}/moved ${module} ${ARGN})
-
-  set(users ${name}.IsFoundByCMake ${name}.IsFoundByPkgConfig
-    ${name}.IsFoundByCMakeAfterAMove ${name}.IsFoundByPkgConfigAfterAMove)
-  set_tests_properties(${name}.InstallsByItself ${users} PROPERTIES
+function(_package_test name)
+  add_test(NAME ${name} COMMAND ${ARGN})
+  set_tests_properties(${name} PROPERTIES
     TIMEOUT 600 ENVIRONMENT CMAKE_GENERATOR=${CMAKE_GENERATOR})
+endfunction()
+
+# package_install_test(NAME LIBRARY): the library in that folder installs alone.
+function(package_install_test name library)
+  set(SELDIAL_INSTALLED ${CMAKE_CURRENT_BINARY_DIR}/installed PARENT_SCOPE)
+  _package_test(${name}.InstallsByItself
+    ${package_scripts}/install ${SELDIAL_ROOT}/${library} ${CMAKE_CURRENT_BINARY_DIR}/installed)
   set_tests_properties(${name}.InstallsByItself PROPERTIES FIXTURES_SETUP ${name})
-  set_tests_properties(${users} PROPERTIES FIXTURES_REQUIRED ${name})
+endfunction()
+
+# package_user_tests(NAME INSTALLATION MODULE EXAMPLES TRY...): what was installed last, by the test
+# INSTALLATION, is found by CMake and, as MODULE, by pkg-config, also after a move. Each time the
+# examples are built with it, and TRY is run with their directory.
+function(package_user_tests name installation module examples)
+  foreach(place prefix moved)
+    set(suffix "")
+    if(place STREQUAL moved)
+      set(suffix AfterAMove)
+    endif()
+    set(where ${SELDIAL_INSTALLED}/${place})
+    _package_test(${name}.IsFoundByCMake${suffix}
+      ${package_scripts}/by_find_package ${examples} ${where} ${CMAKE_CXX_COMPILER} ${ARGN})
+    _package_test(${name}.IsFoundByPkgConfig${suffix}
+      ${package_scripts}/by_pkg_config ${examples} ${where} ${module} ${ARGN})
+    set_tests_properties(${name}.IsFoundByCMake${suffix} ${name}.IsFoundByPkgConfig${suffix}
+      PROPERTIES FIXTURES_REQUIRED ${installation})
+  endforeach()
 endfunction()
 
 # reference_test(NAME LIBRARY): the library's reference can be made, and lacks no public name.

@@ -22,17 +22,15 @@ class Environment final : public testing::Environment {
 QtDesktop::QtDesktop() {
   qputenv("DISPLAY", QByteArray::fromStdString(server.display()));
   qputenv("QT_QPA_PLATFORM", "xcb");
-  ports_ = platform::x11::Desktop::connect(loop_, [] { ADD_FAILURE() << "the server is lost"; });
+  ports_ = platform::qt::Desktop::connect([] { ADD_FAILURE() << "the server is lost"; });
   static int count = 1;
   static char name[] = "test";
   static char* arguments[] = {name, nullptr};
   application_ = std::make_unique<QApplication>(count, arguments);
-  served_ = std::make_unique<QtServedLoop>(loop_);
-  filter_ = std::make_unique<GrabFocusFilter>();
+  served_ = ports_->serve();
 }
 
 QtDesktop::~QtDesktop() {
-  filter_.reset();
   served_.reset();
   application_.reset();
   ports_.reset();

@@ -6,9 +6,7 @@
 #include <QtTest/QTest>
 #include <memory>
 
-#include "platform/x11/Desktop.h"
-#include "shortcut/GrabFocusFilter.h"
-#include "shortcut/QtServedLoop.h"
+#include "platform/qt/Desktop.h"
 #include "tests/desktop/Keyboard.h"
 #include "tests/desktop/Keys.h"
 #include "tests/desktop/Windows.h"
@@ -41,11 +39,9 @@ class QtDesktop {
 
  private:
   const WindowManager manager_{server.display()};
-  platform::linux_port::MainLoop loop_;
-  std::unique_ptr<platform::x11::Desktop> ports_;
+  std::unique_ptr<platform::qt::Desktop> ports_;
   std::unique_ptr<QApplication> application_;
-  std::unique_ptr<QtServedLoop> served_;
-  std::unique_ptr<GrabFocusFilter> filter_;
+  std::unique_ptr<QObject> served_;
 
  public:
   Keyboard keyboard{server.display()};

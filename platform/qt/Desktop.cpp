@@ -1,0 +1,70 @@
+#include "platform/qt/Desktop.h"
+
+#include <QAbstractEventDispatcher>
+#include <QAbstractNativeEventFilter>
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <utility>
+
+#include "platform/linux/MainLoop.h"
+#include "platform/x11/Desktop.h"
+#include "platform/x11/GrabFocus.h"
+
+namespace seldial::platform::qt {
+
+namespace {
+
+/// Keeps from Qt that a window has lost the keyboard to a grab: Qt would take the window for
+/// inactive while a hot key is held that the window itself has registered.
+class GrabFocusFilter final : public QAbstractNativeEventFilter {
+ public:
+  GrabFocusFilter() { QCoreApplication::instance()->installNativeEventFilter(this); }
+  ~GrabFocusFilter() override { QCoreApplication::instance()->removeNativeEventFilter(this); }
+  Q_DISABLE_COPY_MOVE(GrabFocusFilter)
+
+  bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) override {
+    return eventType == "xcb_generic_event_t" && x11::isFocusChangeOfGrab(message);
+  }
+};
+
+class ServedLoop final : public QObject {
+ public:
+  explicit ServedLoop(linux_port::MainLoop& loop)
+      : notifier_(loop.descriptor(), QSocketNotifier::Read) {
+    const auto serve = [&loop] { loop.serve(); };
+    QObject::connect(&notifier_, &QSocketNotifier::activated, this, serve);
+    // What the ports were asked for meanwhile may have left something to do before a wait.
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
+                     this, serve);
+  }
+
+ private:
+  QSocketNotifier notifier_;
+  const GrabFocusFilter filter_;
+};
+
+class ConnectedDesktop final : public Desktop {
+ public:
+  explicit ConnectedDesktop(std::function<void()> connectionLost)
+      : ports_(x11::Desktop::connect(loop_, std::move(connectionLost))) {}
+
+  [[nodiscard]] bool isConnected() const { return ports_ != nullptr; }
+
+  [[nodiscard]] std::unique_ptr<QObject> serve() override {
+    return std::make_unique<ServedLoop>(loop_);
+  }
+
+ private:
+  linux_port::MainLoop loop_;
+  const std::unique_ptr<x11::Desktop> ports_;
+};
+
+}  // namespace
+
+std::unique_ptr<Desktop> Desktop::connect(std::function<void()> connectionLost) {
+  auto desktop = std::make_unique<ConnectedDesktop>(std::move(connectionLost));
+  if (!desktop->isConnected()) return nullptr;
+  return desktop;
+}
+
+}  // namespace seldial::platform::qt
