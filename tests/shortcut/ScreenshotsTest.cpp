@@ -89,6 +89,11 @@ TEST_F(Screenshots, OfEachState) {
   ASSERT_TRUE(says("Another program holds this shortcut"));
   take("held");
 
+  record({kKeyLeftControl});
+  take("incomplete");
+  record({kKeyLeftControl, kKeyInsert});
+  take("unusable");
+
   record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
   trouble =
       "Is Seldial running? At /run/user/1000/seldial: Failed to connect to socket. fd: 17. "
