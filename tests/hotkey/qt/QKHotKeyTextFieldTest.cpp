@@ -5,6 +5,8 @@
 #include "platform/Installed.h"
 #include "platform/RecordingKeyboard.h"
 #include "tests/desktop/XClient.h"
+#include "tests/doubles/FakeKeyboardLayout.h"
+#include "tests/doubles/PlatformDoubles.h"
 #include "tests/hotkey/qt/FieldTest.h"
 
 namespace seldial {
@@ -98,6 +100,21 @@ TEST_F(QKHotKeyTextFieldTest, TheSameRecordAgainChangesNothingAndIsNotShownAfres
   EXPECT_EQ(field.text(), QStringLiteral("⌘K")) << "an equal record is another object";
   field.setHotKey(nullptr);
   EXPECT_EQ(field.text(), QString());
+}
+
+TEST_F(QKHotKeyTextFieldTest, IsUpperCasedAsUnicodeDoesIt) {
+  const doubles::Installed<KeyboardLayout, doubles::FakeKeyboardLayout> layout;
+  for (const auto& [character, shownAs] :
+       {std::pair{"ß", "⌃SS"}, {"ф", "⌃Ф"}, {"é", "⌃É"}, {"ŉ", "⌃ʼN"}, {"ı", "⌃I"}}) {
+    layout->keys = {{kVirtualK, character}};
+    field.setHotKey(record(kVirtualK, kModifierFlagControl));
+    EXPECT_EQ(field.text().toStdString(), shownAs);
+    edit();
+    press({kKeyLeftControl, kKeyK});
+    keyboard.tap(kKeyReturn);
+    ASSERT_TRUE(comesTrue([this] { return !field.isEditing(); }));
+    EXPECT_EQ(shown.back(), shownAs) << "as it is recorded";
+  }
 }
 
 TEST_F(QKHotKeyTextFieldTest, ThePlainStringAccessorsWorkAndSayThatTheyAreNotWanted) {

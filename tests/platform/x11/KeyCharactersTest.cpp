@@ -1,6 +1,7 @@
 // What keys say in the layout of a real X server.
 #include <gtest/gtest.h>
 
+#include "hotkey/QKKeyGlyphTable.h"
 #include "hotkey/QKKeyStrings.h"
 #include "platform/KeyboardLayout.h"
 #include "platform/ModifierFlags.h"
@@ -145,6 +146,17 @@ TEST_F(KeyCharacters, OfTheKeypadAreItsDigitsWithAndWithoutNumLock) {
 TEST_F(KeyCharacters, KeyZeroWithControlAndCommandUnderFrenchIsShownAsQ) {
   use("fr");
   EXPECT_EQ(QKStringFromKeyCode(kVirtualA, kModifierFlagControl | kModifierFlagCommand), "⌃⌘q");
+}
+
+TEST_F(KeyCharacters, OfTheFortySixGlyphsAreAskedOfNoLayout) {
+  for (const char* const layouts : {"us", "de", "fr", "ru", "dvorak"}) {
+    use(layouts);
+    for (const auto& [keyCode, glyph] : QKKeyGlyphTable()) {
+      // The left modifier keys are shown by their flags alone.
+      const bool isLeft = keyCode == 55 || keyCode == 56 || keyCode == 58 || keyCode == 59;
+      EXPECT_EQ(QKStringFromKeyCode(keyCode, 0), isLeft ? "" : glyph) << keyCode << " " << layouts;
+    }
+  }
 }
 
 TEST_F(KeyCharacters, AreNoneWithoutAServerAndBackWithTheNext) {
