@@ -8,6 +8,9 @@
 
 static const NSRect kFrame = {{0, 0}, {100, 32}};
 static const NSEventMask kMonitored = NSEventMaskKeyDown | NSEventMaskFlagsChanged;
+static_assert(kMonitored == (1U << seldial::QKHotKeyEditingEvent::kKeyDown |
+                             1U << seldial::QKHotKeyEditingEvent::kFlagsChanged),
+              "AppKit numbers its events as the editing does");
 
 static seldial::QKHotKeyEditingEvent editingEvent(NSEvent* event) {
   seldial::QKHotKeyEditingEvent result;
