@@ -6,14 +6,18 @@
 
 namespace seldial {
 
+bool ShortcutTrial::isUsable(const QKHotKey& hotKey) {
+  const auto port = platform::installed<platform::HotKeyEvents>();
+  const auto modifiers = QKCarbonModifierFlagsFromCocoaModifierFlags(hotKey.modifierFlags());
+  return port && port->canBeHotKey(hotKey.keyCode(), modifiers);
+}
+
 ShortcutState ShortcutTrial::take(const std::shared_ptr<QKHotKey>& hotKey) {
   if (taken_ == hotKey) return hotKey ? ShortcutState::kFree : ShortcutState::kUnknown;
   giveBack();
-  const auto port = platform::installed<platform::HotKeyEvents>();
   const auto center = QKHotKeyCenter::sharedHotKeyCenter();
-  if (!hotKey || !port || !center) return ShortcutState::kUnknown;
-  const auto modifiers = QKCarbonModifierFlagsFromCocoaModifierFlags(hotKey->modifierFlags());
-  if (!port->canBeHotKey(hotKey->keyCode(), modifiers)) return ShortcutState::kUnusable;
+  if (!hotKey || !center) return ShortcutState::kUnknown;
+  if (!isUsable(*hotKey)) return ShortcutState::kUnusable;
   taken_ = center->registerHotKey(hotKey);
   return taken_ ? ShortcutState::kFree : ShortcutState::kHeld;
 }

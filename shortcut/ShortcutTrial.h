@@ -24,6 +24,9 @@ class ShortcutTrial {
   ShortcutTrial(const ShortcutTrial&) = delete;
   ShortcutTrial& operator=(const ShortcutTrial&) = delete;
 
+  /// False where nobody can have it, whether it is held or not.
+  [[nodiscard]] static bool isUsable(const QKHotKey& hotKey);
+
   /// Takes the combination of the record, unless it is taken already, instead of the one before.
   ShortcutState take(const std::shared_ptr<QKHotKey>& hotKey);
 

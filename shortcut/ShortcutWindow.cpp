@@ -216,8 +216,8 @@ void ShortcutWindow::tryOut() {
 
 void ShortcutWindow::showAll() {
   const auto hotKey = field_->hotKey();
-  const bool isUsable = hotKey && !hasOnlyModifiers(*hotKey) && state_ != ShortcutState::kUnusable;
-  accept_->setEnabled(isUsable);
+  // Not by the state, which is still that of the shortcut before while a new one is recorded.
+  accept_->setEnabled(hotKey && !hasOnlyModifiers(*hotKey) && ShortcutTrial::isUsable(*hotKey));
   clear_->setEnabled(hotKey != nullptr);
   showShortcut();
   showState();

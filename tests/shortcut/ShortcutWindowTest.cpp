@@ -120,6 +120,17 @@ TEST_F(ShortcutWindowTest, TheCopyKeystrokeIsToldApartAndCannotBeAccepted) {
   EXPECT_FALSE(canAccept());
 }
 
+TEST_F(ShortcutWindowTest, TheRecordingLeadsOnToWhatTheNewShortcutAllows) {
+  open();
+  record({kKeyLeftControl, kKeyInsert});
+  EXPECT_EQ(focused(), "record");
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
+  EXPECT_EQ(focused(), "accept");
+  record({kKeyLeftControl, kKeyInsert});
+  EXPECT_EQ(focused(), "record");
+  EXPECT_EQ(statusName(), "This desktop cannot use it");
+}
+
 TEST_F(ShortcutWindowTest, AcceptingHandsTheCommandOver) {
   open();
   record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
