@@ -9,14 +9,14 @@ namespace seldial::platform {
 struct HardwareKeyEvent {
   std::uint32_t key = 0;    ///< the server's code of the key
   std::uint32_t state = 0;  ///< the server's modifier state, before the event
-  bool pressed = false;
+  bool pressed = false;     ///< or released
 };
 
 /// The same in the terms of hot keys.
 struct RecordedKey {
   std::uint16_t keyCode = 0;        ///< virtual key code
   std::uint64_t modifierFlags = 0;  ///< ModifierFlag values, after the event
-  bool isModifier = false;
+  bool isModifier = false;          ///< a key that carries a modifier in the user's layout
 };
 
 /// The keyboard as a field sees it in which hot keys are recorded. Main thread only.
