@@ -1,45 +1,38 @@
 #include "shortcut/Options.h"
 
-#include <utility>
-
+#include "ucclient/OptionReader.h"
 #include "ucclient/Options.h"
 #include "unixsocket/GDUnixSocketClient.h"
 
 namespace seldial {
 namespace {
 
-/// Reads one command line, argument by argument.
-class Reader {
+class Reader final : public OptionReader {
  public:
   Reader(const std::vector<std::string>& arguments, std::string& error)
-      : arguments_(arguments), error_(error) {}
+      : OptionReader(arguments, error) {}
 
   std::optional<ShortcutOptions> read() {
-    while (next_ < arguments_.size()) {
-      if (!readOption(arguments_[next_++])) return std::nullopt;
-    }
+    if (!readAll()) return std::nullopt;
     if (print_ && !options_.socket.empty()) {
-      error_ = "--print and --socket exclude each other";
+      fail("--print and --socket exclude each other");
       return std::nullopt;
     }
     return options_;
   }
 
  private:
-  bool readOption(const std::string& argument) {
-    const auto equals = argument.find('=');
-    const std::string name = argument.substr(0, equals);
-    if (name == "--hotkey" || name == "--delay" || name == "--socket") {
-      if (equals != std::string::npos) return setValue(name, argument.substr(equals + 1));
-      if (next_ == arguments_.size()) return fail(name + " needs a value");
-      return setValue(name, arguments_[next_++]);
-    }
-    if (argument == "--print") return print_ = true;
-    if (argument == "--help" || argument == "-h") return options_.help = true;
-    return fail("there is no option " + argument);
+  [[nodiscard]] bool takesValue(const std::string& name) const override {
+    return name == "--hotkey" || name == "--delay" || name == "--socket";
   }
 
-  bool setValue(const std::string& name, const std::string& value) {
+  bool setFlag(const std::string& name) override {
+    if (name == "--print") return print_ = true;
+    if (name == "--help" || name == "-h") return options_.help = true;
+    return false;
+  }
+
+  bool setValue(const std::string& name, const std::string& value) override {
     if (name == "--hotkey") return setHotKey(value);
     return name == "--delay" ? setDelay(value) : setSocket(value);
   }
@@ -63,14 +56,6 @@ class Reader {
     return usable ? true : fail("--socket takes a standardised path with a slash, not " + value);
   }
 
-  bool fail(std::string error) {
-    error_ = std::move(error);
-    return false;
-  }
-
-  const std::vector<std::string>& arguments_;
-  std::string& error_;
-  std::size_t next_ = 0;
   bool print_ = false;
   ShortcutOptions options_;
 };

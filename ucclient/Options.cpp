@@ -2,44 +2,27 @@
 
 #include <cstdlib>
 
+#include "ucclient/OptionReader.h"
+
 namespace seldial {
 namespace {
 
-/// Reads one command line, argument by argument.
-class Reader {
+class Reader final : public OptionReader {
  public:
   Reader(const std::vector<std::string>& arguments, std::string& error)
-      : arguments_(arguments), error_(error) {}
+      : OptionReader(arguments, error) {}
 
   std::optional<Options> read() {
-    while (next_ < arguments_.size()) {
-      if (!readOption(arguments_[next_++])) return std::nullopt;
-    }
-    const auto hotKey = hotKeyFromSpelling(options_.spelling, error_);
-    if (!hotKey) {
-      error_ = "--hotkey " + options_.spelling + ": " + error_;
-      return std::nullopt;
-    }
-    options_.hotKey = *hotKey;
+    if (!readAll() || !setHotKey()) return std::nullopt;
     return options_;
   }
 
  private:
-  bool readOption(const std::string& argument) {
-    const auto equals = argument.find('=');
-    const std::string name = argument.substr(0, equals);
-    const bool takesValue = name == "--hotkey" || name == "--delay" || name == "--seldial";
-    if (takesValue) {
-      if (equals != std::string::npos) return setValue(name, argument.substr(equals + 1));
-      if (next_ == arguments_.size()) return fail(name + " needs a value");
-      return setValue(name, arguments_[next_++]);
-    }
-    if (argument == "--conversation") return options_.conversation = true;
-    if (argument == "--help" || argument == "-h") return options_.help = true;
-    return fail("there is no option " + argument);
+  [[nodiscard]] bool takesValue(const std::string& name) const override {
+    return name == "--hotkey" || name == "--delay" || name == "--seldial";
   }
 
-  bool setValue(const std::string& name, const std::string& value) {
+  bool setValue(const std::string& name, const std::string& value) override {
     if (name == "--hotkey") options_.spelling = value;
     if (name == "--seldial") options_.seldial = value;
     if (name != "--delay") return true;
@@ -49,14 +32,20 @@ class Reader {
     return true;
   }
 
-  bool fail(std::string error) {
-    error_ = std::move(error);
+  bool setFlag(const std::string& name) override {
+    if (name == "--conversation") return options_.conversation = true;
+    if (name == "--help" || name == "-h") return options_.help = true;
     return false;
   }
 
-  const std::vector<std::string>& arguments_;
-  std::string& error_;
-  std::size_t next_ = 0;
+  bool setHotKey() {
+    std::string why;
+    const auto hotKey = hotKeyFromSpelling(options_.spelling, why);
+    if (!hotKey) return fail("--hotkey " + options_.spelling + ": " + why);
+    options_.hotKey = *hotKey;
+    return true;
+  }
+
   Options options_;
 };
 

@@ -87,19 +87,6 @@ std::optional<std::uint16_t> HotKeyGrabs::maskFor(std::uint32_t modifiers) const
   return mask;
 }
 
-std::uint64_t HotKeyGrabs::flagsFor(std::uint16_t state) const {
-  const ModifierMasks& masks = keyboards_.map().masks;
-  const std::pair<std::uint8_t, std::uint64_t> table[] = {{masks.control, kModifierFlagControl},
-                                                          {masks.shift, kModifierFlagShift},
-                                                          {masks.alt, kModifierFlagOption},
-                                                          {masks.super, kModifierFlagCommand}};
-  std::uint64_t flags = 0;
-  for (const auto& [bit, flag] : table) {
-    if ((state & bit) != 0) flags |= flag;
-  }
-  return flags;
-}
-
 bool HotKeyGrabs::isCopyKeystroke(xcb_keycode_t key, std::uint16_t mask) const {
   return key == keyboards_.typingMap().insert && mask == keyboards_.map().masks.control;
 }
@@ -185,7 +172,7 @@ void HotKeyGrabs::post(const Registration& registration, const xcb_key_press_eve
   released.hotKeyID = registration.hotKeyID;
   released.locationX = event.root_x;
   released.locationY = event.root_y;
-  released.modifierFlags = flagsFor(event.state);
+  released.modifierFlags = flagsFor(keyboards_.map().masks, event.state);
   released.timestamp = event.time / 1000.0;
   queue_.async([handler = handler_, released] {
     if (*handler) (*handler)(released);

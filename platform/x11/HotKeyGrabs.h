@@ -52,7 +52,6 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   [[nodiscard]] std::optional<Combination> combinationFor(std::uint32_t keyCode,
                                                           std::uint32_t modifiers);
   [[nodiscard]] std::optional<std::uint16_t> maskFor(std::uint32_t modifiers) const;
-  [[nodiscard]] std::uint64_t flagsFor(std::uint16_t state) const;
   [[nodiscard]] bool isCopyKeystroke(xcb_keycode_t key, std::uint16_t mask) const;
   [[nodiscard]] bool isFree(xcb_keycode_t key, std::uint16_t mask) const;
   bool grab(xcb_keycode_t key, std::uint16_t mask);

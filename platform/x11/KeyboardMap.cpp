@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <utility>
+
+#include "platform/ModifierFlags.h"
 
 namespace seldial::platform::x11 {
 namespace {
@@ -103,6 +106,18 @@ KeyboardMap mapOf(const Answers& answers) {
 }
 
 }  // namespace
+
+std::uint64_t flagsFor(const ModifierMasks& masks, unsigned state) {
+  const std::pair<unsigned, std::uint64_t> table[] = {{masks.control, kModifierFlagControl},
+                                                      {masks.shift, kModifierFlagShift},
+                                                      {masks.alt, kModifierFlagOption},
+                                                      {masks.super, kModifierFlagCommand}};
+  std::uint64_t flags = 0;
+  for (const auto& [bit, flag] : table) {
+    if ((state & bit) != 0) flags |= flag;
+  }
+  return flags;
+}
 
 KeyboardMapRequest::KeyboardMapRequest(xcb_connection_t* xcb, xcb_input_device_id_t keyboard)
     : xcb_(xcb), firstKey_(xcb_get_setup(xcb)->min_keycode) {

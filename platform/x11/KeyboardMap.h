@@ -26,6 +26,10 @@ struct ModifierMasks {
   bool operator==(const ModifierMasks&) const = default;
 };
 
+/// The ModifierFlag values that a modifier state of the server says: control, shift, option and
+/// command.
+[[nodiscard]] std::uint64_t flagsFor(const ModifierMasks& masks, unsigned state);
+
 struct KeyboardMap {
   ModifierMasks masks;
   std::array<KeySet, 8> carriers;  ///< by bit of the modifier state: the keys that carry it

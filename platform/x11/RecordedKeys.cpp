@@ -10,7 +10,6 @@
 namespace seldial::platform::x11 {
 namespace {
 
-constexpr unsigned kModifierBits = 0xFF;
 constexpr unsigned kLockBit = 1U << XCB_MAP_INDEX_LOCK;
 
 /// Where a modifier's keys lie, as virtual key codes.
@@ -97,17 +96,9 @@ unsigned RecordedKeys::stateAfter(const HardwareKeyEvent& event, unsigned carrie
 }
 
 std::uint64_t RecordedKeys::flagsFor(unsigned state) const {
-  const ModifierMasks& masks = keyboards_.map().masks;
-  const std::pair<unsigned, std::uint64_t> table[] = {{masks.control, kModifierFlagControl},
-                                                      {masks.shift, kModifierFlagShift},
-                                                      {masks.alt, kModifierFlagOption},
-                                                      {masks.super, kModifierFlagCommand},
-                                                      {kLockBit, kModifierFlagCapsLock}};
-  std::uint64_t flags = 0;
-  for (const auto& [bit, flag] : table) {
-    if ((state & kModifierBits & bit) != 0) flags |= flag;
-  }
-  return flags;
+  const bool capsLock = (state & kLockBit) != 0;
+  return x11::flagsFor(keyboards_.map().masks, state) |
+         (capsLock ? std::uint64_t{kModifierFlagCapsLock} : 0);
 }
 
 }  // namespace seldial::platform::x11
