@@ -9,8 +9,7 @@ namespace {
 
 class Reader final : public OptionReader {
  public:
-  Reader(const std::vector<std::string>& arguments, std::string& error)
-      : OptionReader(arguments, error) {}
+  using OptionReader::OptionReader;
 
   std::optional<Options> read() {
     if (!readAll() || !setHotKey()) return std::nullopt;
