@@ -5,15 +5,15 @@
 #include "bench/Figures.h"
 #include "bench/Measured.h"
 #include "bench/ProcessState.h"
-#include "tests/desktop/Keyboard.h"
-#include "tests/desktop/Keys.h"
-#include "tests/desktop/XServer.h"
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/XServer.h"
 
 namespace seldial::bench {
 namespace {
 
-using desktop::ChildProcess;
-using desktop::Keyboard;
+using tests::ChildProcess;
+using tests::Keyboard;
 
 constexpr int kTurns = 100;
 constexpr unsigned kDelay = 50;  ///< ms; enough for every copy on a busy machine
@@ -30,7 +30,7 @@ struct Dialer {
 
 /// Less than 0 when no MakeCall came.
 double use(Keyboard& keyboard, const Dialer& dialer) {
-  const std::vector<std::uint8_t> modifiers{desktop::kKeyLeftControl, desktop::kKeyLeftAlt};
+  const std::vector<std::uint8_t> modifiers{tests::kKeyLeftControl, tests::kKeyLeftAlt};
   keyboard.press(modifiers);
   keyboard.press(dialer.key);
   keyboard.release(modifiers);
@@ -76,7 +76,7 @@ std::string setHotKey() {
 }
 
 Row dialFrom(const std::string& name, const std::vector<std::string>& application) {
-  const desktop::XServer server;
+  const tests::XServer server;
   const ChildProcess windowManager({"openbox"}, {server.environment()});
   const ChildProcess window(application, {server.environment()});
   Keyboard keyboard(server.display());
@@ -88,10 +88,10 @@ Row dialFrom(const std::string& name, const std::vector<std::string>& applicatio
     throw std::runtime_error("no hot key: " + answer);
   }
   const UcClient floorClient;
-  const Program bare(bareDial(desktop::kKeyF, kDelay)(floorClient), server.display());
+  const Program bare(bareDial(tests::kKeyF, kDelay)(floorClient), server.display());
 
-  Dialer ours{seldial.client, desktop::kKeyD, {}, 0};
-  Dialer floor{floorClient, desktop::kKeyF, {}, 0};
+  Dialer ours{seldial.client, tests::kKeyD, {}, 0};
+  Dialer floor{floorClient, tests::kKeyF, {}, 0};
   warmUp(keyboard, floor);
   warmUp(keyboard, ours);
   for (int turn = 0; turn < kTurns; ++turn) {

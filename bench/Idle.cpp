@@ -6,7 +6,7 @@
 #include "bench/Figures.h"
 #include "bench/Measured.h"
 #include "bench/ProcessState.h"
-#include "tests/desktop/XServer.h"
+#include "tests/support/desktop/XServer.h"
 
 namespace seldial::bench {
 namespace {
@@ -26,7 +26,7 @@ void registerHotKey(const UcClient& client) {
 }  // namespace
 
 std::vector<Row> idle() {
-  const desktop::XServer server;
+  const tests::XServer server;
   const Measured ours(seldial(), server.display());
   const UcClient floorClient;
   const Program floor(listenAndWait()(floorClient));

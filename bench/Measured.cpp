@@ -9,7 +9,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "tests/doubles/ArgumentVector.h"
+#include "tests/support/ArgumentVector.h"
 
 namespace seldial::bench {
 namespace {
@@ -37,9 +37,9 @@ Program::Program(std::vector<std::string> command, const std::string& display) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-  const int error = posix_spawn(&process_, command.front().c_str(), &actions, nullptr,
-                                doubles::argumentVector(command).data(),
-                                doubles::argumentVector(environment).data());
+  const int error =
+      posix_spawn(&process_, command.front().c_str(), &actions, nullptr,
+                  tests::argumentVector(command).data(), tests::argumentVector(environment).data());
   posix_spawn_file_actions_destroy(&actions);
   if (error != 0) throw std::runtime_error(command.front() + ": " + std::strerror(error));
 }

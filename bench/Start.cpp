@@ -2,7 +2,7 @@
 #include "bench/Figures.h"
 #include "bench/Measured.h"
 #include "bench/ProcessState.h"
-#include "tests/desktop/XServer.h"
+#include "tests/support/desktop/XServer.h"
 
 namespace seldial::bench {
 namespace {
@@ -29,7 +29,7 @@ Row row(const std::string& figure, double ours, double floor) {
 }  // namespace
 
 std::vector<Row> start() {
-  const desktop::XServer server;
+  const tests::XServer server;
   const OnOneProcessor pinned;
   std::vector<double> alone;
   std::vector<double> onDesktop;

@@ -8,10 +8,10 @@
 #include "app/GDUnixSocketEventsCS.h"
 #include "hotkey/QKHotKey.h"
 #include "hotkey/QKHotKeyCenter.h"
-#include "tests/doubles/CapturedOutput.h"
-#include "tests/doubles/PlatformDoubles.h"
-#include "tests/doubles/TemporaryDirectory.h"
-#include "tests/doubles/UcListener.h"
+#include "tests/support/CapturedOutput.h"
+#include "tests/support/PlatformDoubles.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/UcListener.h"
 
 namespace seldial {
 
@@ -47,8 +47,8 @@ class AppTest : public testing::Test {
   doubles::Installed<platform::Pasteboard, doubles::FakePasteboard> pasteboard{&journal};
   doubles::Installed<platform::KeyboardEvents, doubles::RecordingKeyboardEvents> keyboard{&journal};
   doubles::Installed<platform::HotKeyEvents, doubles::FakeHotKeyEvents> hotKeys;
-  doubles::TemporaryDirectory directory;
-  doubles::CapturedOutput output;
+  tests::TemporaryDirectory directory;
+  tests::CapturedOutput output;
   std::shared_ptr<AppDelegate> app;
 };
 

@@ -9,7 +9,7 @@ class CommandProcessing : public AppTest {
  protected:
   /// Processes `input`, which must be answered with one Error; gives its message, still escaped.
   std::string errorFor(const std::optional<std::string>& input) {
-    const doubles::CapturedOutput answer;
+    const tests::CapturedOutput answer;
     app->processInputString(input);
     const auto lines = answer.lines();
     EXPECT_THAT(lines, SizeIs(1));
@@ -63,7 +63,7 @@ TEST_F(CommandProcessing, AnInvalidCommandIsNamedInItsOwnLetterCase) {
 
 TEST_F(CommandProcessing, SetHotKeyIsDispatchedInAnyLetterCase) {
   for (const char* name : {"SETHOTKEY", "SetHotKey", "SetHotkey", "sethotkey"}) {
-    const doubles::CapturedOutput answer;
+    const tests::CapturedOutput answer;
     app->processInputString(std::string(R"({"command":")") + name + R"("})");
     ASSERT_THAT(answer.lines(), SizeIs(1));
     EXPECT_EQ(jsonText(answer.lines()[0], "response"), "HotkeyState");
@@ -80,7 +80,7 @@ TEST_F(CommandProcessing, ATopLevelArrayStopsTheProgram) {
 }
 
 TEST_F(CommandProcessing, AnErrorIsLoggedThenPrintedThenSent) {
-  const doubles::UcListener client(directory.path("out"));
+  const tests::UcListener client(directory.path("out"));
   app->FlagLog = true;
   app->ValueClientPipeName = directory.path("out");
   app->processInputString("");

@@ -12,7 +12,7 @@ class HotKeyDialing : public AppTest {
  protected:
   /// Processes a SetHotKey with these further members; gives its answer line.
   std::string setHotKey(const std::string& members) {
-    const doubles::CapturedOutput answer;
+    const tests::CapturedOutput answer;
     app->processInputString(R"({"command":"SetHotKey")" + members + "}");
     std::string state;
     for (const auto& line : answer.lines()) {
@@ -191,7 +191,7 @@ TEST_F(HotKeyDialing, TheSelectionIsSentUnaltered) {
                                                        {"٠١٢ ☎", "٠١٢ ☎"}};
   setHotKey(R"(,"virtualkey":2)");
   for (const auto& [text, written] : cases) {
-    const doubles::CapturedOutput printed;
+    const tests::CapturedOutput printed;
     selection(text);
     press();
     const std::string line = printed.text();
@@ -226,7 +226,7 @@ TEST_F(HotKeyDialing, AnEventThatCannotBeMadeIsLoggedAndTheReadGoesOn) {
     setHotKey(R"(,"virtualkey":2)");
     keyboard->refuseKeyDown = down;
     keyboard->refuseKeyUp = !down;
-    const doubles::CapturedOutput printed;
+    const tests::CapturedOutput printed;
     app->FlagLog = true;
     press();
     app->FlagLog = false;
@@ -246,7 +246,7 @@ TEST_F(HotKeyDialing, AMissingSourceIsNoReasonNotToCopy) {
 }
 
 TEST_F(HotKeyDialing, WithAClientPathTheMakeCallIsDeliveredToo) {
-  const doubles::UcListener client(directory.path("out"));
+  const tests::UcListener client(directory.path("out"));
   setHotKey(R"(,"virtualkey":2)");
   app->ValueClientPipeName = directory.path("out");
   selection("+31201234567");
@@ -257,7 +257,7 @@ TEST_F(HotKeyDialing, WithAClientPathTheMakeCallIsDeliveredToo) {
 TEST_F(HotKeyDialing, WithoutAClientPathTheMakeCallIsOnlyPrinted) {
   setHotKey(R"(,"virtualkey":2)");
   selection("5");
-  const doubles::CapturedOutput printed;
+  const tests::CapturedOutput printed;
   app->FlagLog = true;
   press();
   EXPECT_THAT(printed.lines(), SizeIs(2));

@@ -14,7 +14,7 @@ TEST_F(OutputDelivery, WithoutAClientPathAMessageGoesToStandardOutputOnlyAndSile
 }
 
 TEST_F(OutputDelivery, AMessageIsALineOnStandardOutputAndBareOnTheSocket) {
-  const doubles::UcListener client(directory.path("out"));
+  const tests::UcListener client(directory.path("out"));
   app->ValueClientPipeName = directory.path("out");
   app->emitMessage("{\"a\":1}");
   EXPECT_EQ(output.text(), "{\"a\":1}\n");
@@ -22,7 +22,7 @@ TEST_F(OutputDelivery, AMessageIsALineOnStandardOutputAndBareOnTheSocket) {
 }
 
 TEST_F(OutputDelivery, TheLogLinesOfADeliveryComeInOrder) {
-  const doubles::UcListener client(directory.path("out"));
+  const tests::UcListener client(directory.path("out"));
   app->FlagLog = true;
   app->ValueClientPipeName = directory.path("out");
   app->emitMessage("{\"a\":1}");
@@ -44,7 +44,7 @@ TEST_F(OutputDelivery, APathWithoutAListenerIsLoggedAndTheMessageIsOnStandardOut
 TEST_F(OutputDelivery, APathThatIsNoneIsLoggedWithIt) {
   app->FlagLog = true;
   for (const char* path : {"", "relative", "/tmp/../x"}) {
-    const doubles::CapturedOutput printed;
+    const tests::CapturedOutput printed;
     app->ValueClientPipeName = path;
     app->sendToClientPipe("{}");
     EXPECT_THAT(printed.text(),
@@ -54,7 +54,7 @@ TEST_F(OutputDelivery, APathThatIsNoneIsLoggedWithIt) {
 }
 
 TEST_F(OutputDelivery, TwoMessagesMakeTwoConnectionsEachClosed) {
-  const doubles::UcListener client(directory.path("out"));
+  const tests::UcListener client(directory.path("out"));
   app->ValueClientPipeName = directory.path("out");
   app->emitMessage("first");
   app->emitMessage("second");
@@ -64,7 +64,7 @@ TEST_F(OutputDelivery, TwoMessagesMakeTwoConnectionsEachClosed) {
 }
 
 TEST_F(OutputDelivery, ANonAsciiMessageArrivesAsItsBytes) {
-  const doubles::UcListener client(directory.path("out"));
+  const tests::UcListener client(directory.path("out"));
   app->ValueClientPipeName = directory.path("out");
   app->sendToClientPipe("⌘ é");
   EXPECT_EQ(client.nextMessage(), "⌘ é");

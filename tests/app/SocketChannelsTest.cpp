@@ -68,7 +68,7 @@ TEST_F(SocketChannels, AStaleFileOfAnyKindIsRemovedBeforeBinding) {
                                          [&] { std::filesystem::create_symlink("/nowhere", path); },
                                          [&] { std::filesystem::create_directory(path); },
                                          [&] { mkfifo(path.c_str(), 0600); },
-                                         [&] { const doubles::UcListener stale(path); }};
+                                         [&] { const tests::UcListener stale(path); }};
   app->ValueDialerPipeName = path;
   for (const auto& make : kinds) {
     make();

@@ -69,7 +69,7 @@ TEST_F(StartUp, EveryFlagHasItsSlashFormInAnyLetterCase) {
 TEST_F(StartUp, HelpChangeLogAndShowApiInAnyOrderPrintInFixedOrderAndTerminate) {
   std::vector<std::string> flags = {"-changelog", "-help", "-showapi"};
   do {
-    const doubles::CapturedOutput printed;
+    const tests::CapturedOutput printed;
     const auto fresh = AppDelegate::init();
     application->terminateSenders.clear();
     setCommandLine(flags);

@@ -12,7 +12,7 @@
 #include "hotkey/QKHotKey.h"
 #include "hotkey/QKHotKeyCenter.h"
 #include "platform/ModifierFlags.h"
-#include "tests/doubles/PlatformDoubles.h"
+#include "tests/support/PlatformDoubles.h"
 
 namespace seldial {
 

@@ -1,7 +1,7 @@
 // Recording a hot key in a field, as seen by a field of no toolkit.
 #include "hotkey/QKHotKeyEditing.h"
-#include "tests/doubles/FakeKeyboardLayout.h"
 #include "tests/hotkey/HotKeyTest.h"
+#include "tests/support/FakeKeyboardLayout.h"
 
 namespace seldial {
 namespace {

@@ -5,8 +5,8 @@
 #include "hotkey/QKKeyGlyphTable.h"
 #include "hotkey/QKKeyStrings.h"
 #include "platform/ModifierFlags.h"
-#include "tests/doubles/FakeKeyboardLayout.h"
-#include "tests/doubles/PlatformDoubles.h"
+#include "tests/support/FakeKeyboardLayout.h"
+#include "tests/support/PlatformDoubles.h"
 
 namespace seldial {
 namespace {

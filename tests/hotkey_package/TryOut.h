@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 inline void expect(bool condition, const char* what) {
   if (!condition) throw std::runtime_error(what);
@@ -27,4 +27,4 @@ inline int tryOutIn(int argc, char* argv[], const std::string& example,
   return 0;
 }
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

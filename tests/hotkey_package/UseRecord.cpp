@@ -3,13 +3,13 @@
 #include <csignal>
 #include <string>
 
-#include "tests/desktop/Keyboard.h"
-#include "tests/desktop/Keys.h"
-#include "tests/desktop/Windows.h"
-#include "tests/desktop/XServer.h"
 #include "tests/hotkey_package/TryOut.h"
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/Windows.h"
+#include "tests/support/desktop/XServer.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 namespace {
 
 void press(Keyboard& keyboard) {
@@ -34,8 +34,8 @@ void tryOut(const std::string& program) {
 }
 
 }  // namespace
-}  // namespace seldial::desktop
+}  // namespace seldial::tests
 
 int main(int argc, char* argv[]) {
-  return seldial::desktop::tryOutIn(argc, argv, "hotkey_record", seldial::desktop::tryOut);
+  return seldial::tests::tryOutIn(argc, argv, "hotkey_record", seldial::tests::tryOut);
 }

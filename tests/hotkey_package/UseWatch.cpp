@@ -2,12 +2,12 @@
 #include <csignal>
 #include <string>
 
-#include "tests/desktop/Keyboard.h"
-#include "tests/desktop/Keys.h"
-#include "tests/desktop/XServer.h"
 #include "tests/hotkey_package/TryOut.h"
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/XServer.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 namespace {
 
 void useHotKey(Keyboard& keyboard) {
@@ -31,8 +31,8 @@ void tryOut(const std::string& program) {
 }
 
 }  // namespace
-}  // namespace seldial::desktop
+}  // namespace seldial::tests
 
 int main(int argc, char* argv[]) {
-  return seldial::desktop::tryOutIn(argc, argv, "hotkey_watch", seldial::desktop::tryOut);
+  return seldial::tests::tryOutIn(argc, argv, "hotkey_watch", seldial::tests::tryOut);
 }

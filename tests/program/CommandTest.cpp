@@ -1,7 +1,7 @@
 // Commands, good and bad, through the real program's sockets.
 #include "tests/program/ProgramTest.h"
 
-namespace seldial::program {
+namespace seldial::tests {
 namespace {
 
 using Command = ProgramTest;
@@ -122,4 +122,4 @@ TEST_F(Command, ASecondClientPurgesTheFirst) {
 }
 
 }  // namespace
-}  // namespace seldial::program
+}  // namespace seldial::tests

@@ -2,16 +2,15 @@
 // program's window and a UC client's sockets.
 #include <algorithm>
 
-#include "tests/desktop/Keyboard.h"
-#include "tests/desktop/Keys.h"
-#include "tests/desktop/XClient.h"
-#include "tests/desktop/XServer.h"
 #include "tests/program/ProgramTest.h"
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/XClient.h"
+#include "tests/support/desktop/XServer.h"
 
-namespace seldial::program {
+namespace seldial::tests {
 namespace {
 
-using namespace desktop;  // NOLINT: the tests speak of the desktop's things by their short names
 using testing::Optional;
 
 const std::vector<std::uint8_t> kControlAlt{kKeyLeftControl, kKeyLeftAlt};
@@ -135,7 +134,7 @@ TEST_F(Dialing, ARejectedCommandLeavesNoHotKey) {
 }
 
 TEST_F(Dialing, ACombinationOfAnotherProgramIsRefused) {
-  const doubles::UcListener otherClient(directory.path("other-out"));
+  const tests::UcListener otherClient(directory.path("other-out"));
   SeldialProcess other({"-log", "dialerpipename=" + directory.path("other-in"),
                         "clientpipename=" + directory.path("other-out")},
                        {server.display(), {}});
@@ -197,4 +196,4 @@ TEST_F(Dialing, AServerWithoutAnExtensionIsOneLineOnStandardErrorAndRefusals) {
 }
 
 }  // namespace
-}  // namespace seldial::program
+}  // namespace seldial::tests

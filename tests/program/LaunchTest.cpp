@@ -8,7 +8,7 @@
 
 #include "tests/program/ProgramTest.h"
 
-namespace seldial::program {
+namespace seldial::tests {
 namespace {
 
 using Launch = ProgramTest;
@@ -154,4 +154,4 @@ TEST_F(Launch, AnUnreachableDisplayIsOneLineOnStandardErrorAndEveryRegistrationI
 }
 
 }  // namespace
-}  // namespace seldial::program
+}  // namespace seldial::tests

@@ -3,14 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/doubles/Eventually.h"
-#include "tests/doubles/TemporaryDirectory.h"
-#include "tests/doubles/UcListener.h"
-#include "tests/program/SeldialProcess.h"
+#include "tests/support/SeldialProcess.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/UcListener.h"
+#include "tests/support/Waiting.h"
 
-namespace seldial::program {
-
-using doubles::eventually;
+namespace seldial::tests {
 
 /// The real program between two sockets, without a desktop.
 class ProgramTest : public testing::Test {
@@ -45,10 +43,10 @@ class ProgramTest : public testing::Test {
     return client.nextMessage();
   }
 
-  doubles::TemporaryDirectory directory;
+  tests::TemporaryDirectory directory;
   std::string in = directory.path("in");
   std::string out = directory.path("out");
-  doubles::UcListener client{out};
+  tests::UcListener client{out};
   std::optional<SeldialProcess> process;
 };
 
@@ -69,4 +67,4 @@ MATCHER_P(IsHotkeyStateFalse, reason, "") {
          message.find(R"("failreason":")" + std::string(reason) + "\"") != std::string::npos;
 }
 
-}  // namespace seldial::program
+}  // namespace seldial::tests

@@ -6,7 +6,7 @@
 
 #include "tests/program/ProgramTest.h"
 
-namespace seldial::program {
+namespace seldial::tests {
 namespace {
 
 using Robustness = ProgramTest;
@@ -75,7 +75,7 @@ TEST_F(Robustness, AClientThatClosesAtOnceIsNoTrouble) {
 }
 
 TEST_F(Robustness, AClientThatNeitherAcceptsNorReadsDoesNotStopTheProgram) {
-  const doubles::UcListener deaf(directory.path("deaf"), 0);
+  const tests::UcListener deaf(directory.path("deaf"), 0);
   out = directory.path("deaf");
   startListening();
   sendCommand(in, {"{}"});
@@ -87,7 +87,7 @@ TEST_F(Robustness, AClientThatNeitherAcceptsNorReadsDoesNotStopTheProgram) {
 }
 
 TEST_F(Robustness, AClientThatNeverReadsALongMessageDoesNotStopTheProgram) {
-  const doubles::UcListener deaf(directory.path("deaf"));
+  const tests::UcListener deaf(directory.path("deaf"));
   out = directory.path("deaf");
   startListening();
   sendCommand(in, {R"({"command":")" + std::string(4UL << 20, 'x') + "\"}"});
@@ -116,4 +116,4 @@ TEST_F(Robustness, TerminationWhileClientsAreConnectedIsOrderly) {
 }
 
 }  // namespace
-}  // namespace seldial::program
+}  // namespace seldial::tests

@@ -3,8 +3,8 @@
 
 #include "shortcut/Delivery.h"
 #include "shortcut/Options.h"
-#include "tests/doubles/TemporaryDirectory.h"
-#include "tests/doubles/UcListener.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/UcListener.h"
 
 namespace seldial {
 namespace {
@@ -60,21 +60,21 @@ TEST(ShortcutOptions, HelpIsAskedForInTwoWays) {
 }
 
 TEST(Delivery, ACommandIsSentOverAConnectionOfItsOwn) {
-  const doubles::TemporaryDirectory directory;
-  const doubles::UcListener seldial(directory.path("in"));
+  const tests::TemporaryDirectory directory;
+  const tests::UcListener seldial(directory.path("in"));
   EXPECT_EQ(sendCommand("the command", directory.path("in")), std::nullopt);
   EXPECT_EQ(seldial.nextMessage(), "the command");
 }
 
 TEST(Delivery, WhereNobodyListensTheReasonIsGiven) {
-  const doubles::TemporaryDirectory directory;
+  const tests::TemporaryDirectory directory;
   EXPECT_THAT(sendCommand("x", directory.path("in")).value_or("none"),
               HasSubstr("No such file or directory"));
 }
 
 TEST(Delivery, ASeldialThatTakesNobodyIsNotWaitedForForEver) {
-  const doubles::TemporaryDirectory directory;
-  const doubles::UcListener seldial(directory.path("in"), 0);
+  const tests::TemporaryDirectory directory;
+  const tests::UcListener seldial(directory.path("in"), 0);
   EXPECT_EQ(sendCommand("first", directory.path("in")), std::nullopt);
   EXPECT_NE(sendCommand("second", directory.path("in")), std::nullopt);
 }

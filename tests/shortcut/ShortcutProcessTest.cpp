@@ -4,18 +4,18 @@
 
 #include <memory>
 
-#include "tests/desktop/Keyboard.h"
-#include "tests/desktop/Keys.h"
-#include "tests/desktop/Windows.h"
-#include "tests/desktop/XServer.h"
-#include "tests/doubles/TemporaryDirectory.h"
-#include "tests/doubles/UcListener.h"
-#include "tests/program/SeldialProcess.h"
+#include "tests/support/SeldialProcess.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/UcListener.h"
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/Windows.h"
+#include "tests/support/desktop/XServer.h"
 
 namespace seldial {
 namespace {
 
-using namespace desktop;  // NOLINT: keys and keyboards by their short names
+using namespace tests;  // NOLINT: keys and keyboards by their short names
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -87,9 +87,9 @@ TEST_F(ShortcutProcess, ClosingTheWindowIsCancelling) {
 }
 
 TEST_F(ShortcutProcess, ARunningSeldialReceivesTheCommandAndFindsTheShortcutFree) {
-  const doubles::TemporaryDirectory directory;
-  const doubles::UcListener client(directory.path("out"));
-  program::SeldialProcess seldial(
+  const tests::TemporaryDirectory directory;
+  const tests::UcListener client(directory.path("out"));
+  tests::SeldialProcess seldial(
       {"-log", "dialerpipename=" + directory.path("in"), "clientpipename=" + directory.path("out")},
       {server->display(), {}});
   ASSERT_TRUE(seldial.waitForLine("listen ok"));
@@ -102,11 +102,11 @@ TEST_F(ShortcutProcess, ARunningSeldialReceivesTheCommandAndFindsTheShortcutFree
 }
 
 TEST_F(ShortcutProcess, WhereNobodyListensTheWindowStaysOpen) {
-  const doubles::TemporaryDirectory directory;
+  const tests::TemporaryDirectory directory;
   const auto window = openWindow("--socket=" + directory.path("in"));
   keyboard->tap(kKeyReturn);
   // Listens from now on: had the window gone, nobody would come.
-  const doubles::UcListener seldial(directory.path("in"));
+  const tests::UcListener seldial(directory.path("in"));
   keyboard->tap(kKeyReturn);
   EXPECT_EQ(seldial.nextMessage(), kCommand);
   EXPECT_EQ(window->wait(), 0);

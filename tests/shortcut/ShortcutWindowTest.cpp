@@ -3,9 +3,9 @@
 #include <QLabel>
 
 #include "shortcut/ShortcutWindow.h"
-#include "tests/desktop/XClient.h"
 #include "tests/platform/x11/ForeignGrabs.h"
 #include "tests/shortcut/WindowTest.h"
+#include "tests/support/desktop/XClient.h"
 
 namespace seldial {
 namespace {

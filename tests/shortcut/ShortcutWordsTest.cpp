@@ -2,8 +2,8 @@
 
 #include "platform/ModifierFlags.h"
 #include "shortcut/ShortcutWords.h"
-#include "tests/doubles/FakeKeyboardLayout.h"
-#include "tests/doubles/PlatformDoubles.h"
+#include "tests/support/FakeKeyboardLayout.h"
+#include "tests/support/PlatformDoubles.h"
 
 namespace seldial {
 namespace {

@@ -15,7 +15,7 @@
 
 namespace seldial {
 
-using namespace desktop;  // NOLINT: keys and keyboards by their short names
+using namespace tests;  // NOLINT: keys and keyboards by their short names
 
 /// The window on a private desktop; what it hands over is kept.
 class WindowTest : public testing::Test {

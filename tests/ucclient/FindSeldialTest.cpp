@@ -3,7 +3,7 @@
 
 #include <fstream>
 
-#include "tests/doubles/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 #include "ucclient/FindSeldial.h"
 
 namespace seldial {
@@ -33,7 +33,7 @@ class FindSeldial : public testing::Test {
     return path + "/Seldial";
   }
 
-  const doubles::TemporaryDirectory directory_;
+  const tests::TemporaryDirectory directory_;
   const std::string client_ = directory_.path("ucclient");
   const std::string app_ = directory_.path("app");
 };

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "tests/doubles/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 #include "ucclient/MessageListener.h"
 #include "unixsocket/GDUnixSocketClient.h"
 
@@ -34,7 +34,7 @@ class MessageListenerTest : public testing::Test {
     main_->run();
   }
 
-  const doubles::TemporaryDirectory directory_;
+  const tests::TemporaryDirectory directory_;
   const std::string path_ = directory_.path("client");
   const std::shared_ptr<MainThread> main_ = std::make_shared<MainThread>();
   std::vector<std::string> events_;

@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-#include "tests/doubles/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 #include "ucclient/PrivateDirectory.h"
 
 namespace seldial {
@@ -15,7 +15,7 @@ bool exists(const std::string& path) {
 }
 
 TEST(PrivateDirectory, ItsOwnerAloneMayEnter) {
-  const doubles::TemporaryDirectory parent;
+  const tests::TemporaryDirectory parent;
   const auto directory = PrivateDirectory::makeUnder({parent.path("")});
   ASSERT_TRUE(directory);
   struct stat status {};
@@ -24,7 +24,7 @@ TEST(PrivateDirectory, ItsOwnerAloneMayEnter) {
 }
 
 TEST(PrivateDirectory, GoesWithTheFilesThatWereNamedInIt) {
-  const doubles::TemporaryDirectory parent;
+  const tests::TemporaryDirectory parent;
   auto directory = PrivateDirectory::makeUnder({parent.path("")});
   const std::string file = directory->file("dialer");
   (void)directory->file("never made");
@@ -36,7 +36,7 @@ TEST(PrivateDirectory, GoesWithTheFilesThatWereNamedInIt) {
 }
 
 TEST(PrivateDirectory, TheFirstParentThatWorksIsTaken) {
-  const doubles::TemporaryDirectory parent;
+  const tests::TemporaryDirectory parent;
   const auto directory =
       PrivateDirectory::makeUnder({parent.path("missing"), "/proc", parent.path("")});
   ASSERT_TRUE(directory);
@@ -44,14 +44,14 @@ TEST(PrivateDirectory, TheFirstParentThatWorksIsTaken) {
 }
 
 TEST(PrivateDirectory, ItsPathIsStandardisedWhateverTheParents) {
-  const doubles::TemporaryDirectory parent;
+  const tests::TemporaryDirectory parent;
   const auto directory = PrivateDirectory::makeUnder({parent.path("") + "/.././" + "//"});
   ASSERT_TRUE(directory);
   EXPECT_EQ(directory->path().rfind("/tmp/seldial-uc-", 0), 0U) << directory->path();
 }
 
 TEST(PrivateDirectory, AParentTooLongForASocketsPathIsPassedOver) {
-  const doubles::TemporaryDirectory parent;
+  const tests::TemporaryDirectory parent;
   const std::string deep = parent.path(std::string(60, 'x'));  // with room for itself alone
   ASSERT_EQ(mkdir(deep.c_str(), 0700), 0);
   EXPECT_EQ(PrivateDirectory::makeUnder({deep}), nullptr);

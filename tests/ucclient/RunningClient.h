@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/desktop/ChildProcess.h"
-#include "tests/doubles/TemporaryDirectory.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace seldial {
 
@@ -23,7 +23,7 @@ class RunningClient {
 
   void expectLine(const std::string& line) { EXPECT_EQ(process_.readLine(), line); }
 
-  [[nodiscard]] desktop::ChildProcess& process() { return process_; }
+  [[nodiscard]] tests::ChildProcess& process() { return process_; }
 
   /// Whether it has left nothing behind.
   [[nodiscard]] bool directoryIsEmpty() const {
@@ -37,8 +37,8 @@ class RunningClient {
     return command;
   }
 
-  const doubles::TemporaryDirectory directory_;
-  desktop::ChildProcess process_;
+  const tests::TemporaryDirectory directory_;
+  tests::ChildProcess process_;
 };
 
 }  // namespace seldial

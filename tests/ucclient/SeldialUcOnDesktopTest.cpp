@@ -3,10 +3,10 @@
 
 #include <csignal>
 
-#include "tests/desktop/Keyboard.h"
-#include "tests/desktop/Keys.h"
-#include "tests/desktop/XClient.h"
-#include "tests/desktop/XServer.h"
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/XClient.h"
+#include "tests/support/desktop/XServer.h"
 #include "tests/ucclient/RunningClient.h"
 
 namespace seldial {
@@ -22,18 +22,18 @@ class SeldialUcOnDesktop : public testing::Test {
   }
 
   void pressHotKey() const {
-    desktop::Keyboard keyboard(server_.display());
-    keyboard.press({desktop::kKeyLeftControl, desktop::kKeyLeftAlt, desktop::kKeyD});
-    keyboard.release({desktop::kKeyD, desktop::kKeyLeftAlt, desktop::kKeyLeftControl});
+    tests::Keyboard keyboard(server_.display());
+    keyboard.press({tests::kKeyLeftControl, tests::kKeyLeftAlt, tests::kKeyD});
+    keyboard.release({tests::kKeyD, tests::kKeyLeftAlt, tests::kKeyLeftControl});
   }
 
-  desktop::XServer server_;
+  tests::XServer server_;
 };
 
 TEST_F(SeldialUcOnDesktop, EachNumberIsShownAsItCameAndForPeople) {
-  desktop::XClientSettings settings;
-  settings.copy = desktop::answersWith("+31 20 123 4567\n");
-  const desktop::XClient editor(server_.display(), settings);
+  tests::XClientSettings settings;
+  settings.copy = tests::answersWith("+31 20 123 4567\n");
+  const tests::XClient editor(server_.display(), settings);
   RunningClient client({"--delay", "100"}, server_.environment());
   expectHotKey(client);
   for (int use = 0; use < 2; ++use) {
@@ -61,8 +61,8 @@ TEST_F(SeldialUcOnDesktop, AHotKeyThatIsTakenIsRefusedAndIsFreeAgainAfterwards) 
 }
 
 TEST_F(SeldialUcOnDesktop, AReaderThatIsGoneEndsItWithStatus1) {
-  const desktop::XClient editor(server_.display());
-  desktop::ChildProcess shell(
+  const tests::XClient editor(server_.display());
+  tests::ChildProcess shell(
       {"sh", "-c",
        R"(exec 3>&1; { "$0" --delay 20 2>/dev/null; echo "status $?" >&3; } |)"
        R"( { read -r line; echo "$line" >&3; })",

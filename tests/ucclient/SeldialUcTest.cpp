@@ -52,7 +52,7 @@ class Script {
   [[nodiscard]] std::vector<std::string> arguments() const { return {"--seldial", path_}; }
 
  private:
-  const doubles::TemporaryDirectory directory_;
+  const tests::TemporaryDirectory directory_;
   const std::string path_ = directory_.path("seldial");
 };
 

@@ -5,8 +5,8 @@
 
 #include <future>
 
-#include "tests/doubles/BackgroundQueueDoubles.h"
-#include "tests/doubles/PlatformDoubles.h"
+#include "tests/support/BackgroundQueueDoubles.h"
+#include "tests/support/PlatformDoubles.h"
 #include "tests/unixsocket/Support.h"
 #include "unixsocket/GDUnixSocketClient.h"
 

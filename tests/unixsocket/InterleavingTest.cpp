@@ -12,8 +12,8 @@
 #include <optional>
 #include <thread>
 
-#include "tests/doubles/BackgroundQueueDoubles.h"
-#include "tests/doubles/PlatformDoubles.h"
+#include "tests/support/BackgroundQueueDoubles.h"
+#include "tests/support/PlatformDoubles.h"
 #include "tests/unixsocket/ListeningServer.h"
 #include "tests/unixsocket/Support.h"
 #include "tests/unixsocket/SystemCalls.h"

@@ -117,7 +117,7 @@ std::size_t Journal::count(const std::string& line) const {
 
 bool Journal::waitFor(const std::string& line, std::size_t times) const {
   std::unique_lock lock(mutex_);
-  return changed_.wait_for(lock, kPatience, [&] { return countLocked(line) >= times; });
+  return changed_.wait_for(lock, kTimeLimit, [&] { return countLocked(line) >= times; });
 }
 
 void Journal::clear() {

@@ -2,7 +2,6 @@
 // record, and what the process holds.
 #pragma once
 
-#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <functional>
@@ -11,18 +10,12 @@
 #include <string>
 #include <vector>
 
-#include "tests/doubles/Eventually.h"
-#include "tests/doubles/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/Waiting.h"
 #include "unixsocket/GDUnixSocketClient.h"
 #include "unixsocket/GDUnixSocketServer.h"
 
 namespace seldial::tests {
-
-/// How long a test waits for what must come; reaching it is a failure.
-inline constexpr std::chrono::seconds kPatience{60};
-
-using doubles::eventually;
-using doubles::TemporaryDirectory;
 
 /// The other side: a program that uses system calls alone, for its bytes such as SystemCalls.h does
 /// not touch. Closes its descriptor.

@@ -12,7 +12,7 @@
 
 namespace seldial {
 
-using namespace desktop;   // NOLINT: keys and keyboards by their short names
+using namespace tests;     // NOLINT: keys and keyboards by their short names
 using namespace platform;  // NOLINT: the same for modifier flags
 using testing::ElementsAre;
 

@@ -4,10 +4,10 @@
 #include "hotkey/QKHotKeyCenter.h"
 #include "platform/Installed.h"
 #include "platform/RecordingKeyboard.h"
-#include "tests/desktop/XClient.h"
-#include "tests/doubles/FakeKeyboardLayout.h"
-#include "tests/doubles/PlatformDoubles.h"
 #include "tests/hotkey/qt/FieldTest.h"
+#include "tests/support/FakeKeyboardLayout.h"
+#include "tests/support/PlatformDoubles.h"
+#include "tests/support/desktop/XClient.h"
 
 namespace seldial {
 namespace {

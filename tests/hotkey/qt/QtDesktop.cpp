@@ -4,7 +4,7 @@
 
 #include <QKeyEvent>
 
-namespace seldial::desktop {
+namespace seldial::tests {
 namespace {
 
 std::unique_ptr<QtDesktop> theDesktop;
@@ -60,4 +60,4 @@ void press(const std::vector<std::uint8_t>& keys) {
   keyboard.release({keys.rbegin(), keys.rend()});
 }
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

@@ -7,19 +7,20 @@
 #include <memory>
 
 #include "platform/qt/Desktop.h"
-#include "tests/desktop/Keyboard.h"
-#include "tests/desktop/Keys.h"
-#include "tests/desktop/Windows.h"
-#include "tests/desktop/XServer.h"
+#include "tests/support/Waiting.h"
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/Windows.h"
+#include "tests/support/desktop/XServer.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 /// Waits, serving events, until `condition` holds and what was asked of the server then is under
 /// way; false after a limit that only a failure reaches.
 template <class Condition>
 [[nodiscard]] bool comesTrue(const Condition& condition) {
   const bool holds =
-      QTest::qWaitFor(condition, static_cast<int>(std::chrono::milliseconds(kLimit).count()));
+      QTest::qWaitFor(condition, static_cast<int>(std::chrono::milliseconds(kTimeLimit).count()));
   QCoreApplication::processEvents();
   return holds;
 }
@@ -66,4 +67,4 @@ class KeyCounter final : public QObject {
 /// Presses the keys in that order and releases them the other way round.
 void press(const std::vector<std::uint8_t>& keys);
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tests/doubles/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace seldial {
 namespace {
@@ -49,7 +49,7 @@ class MacScripts : public testing::Test {
     return outcome;
   }
 
-  const doubles::TemporaryDirectory directory_;
+  const tests::TemporaryDirectory directory_;
 };
 
 /// A copy of the scripts in a tree where nothing was built yet. The stand-in of cmake builds a

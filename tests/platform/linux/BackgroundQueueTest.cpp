@@ -9,12 +9,12 @@
 
 #include "platform/Installed.h"
 #include "platform/linux/BackgroundQueue.h"
-#include "tests/doubles/Eventually.h"
+#include "tests/support/Waiting.h"
 
 namespace seldial::platform {
 namespace {
 
-constexpr std::chrono::seconds kPatience{60};
+using tests::kTimeLimit;
 
 int threadsOfThisProcess() {
   std::ifstream status("/proc/self/status");
@@ -25,7 +25,7 @@ int threadsOfThisProcess() {
 }
 
 bool threadsFallTo(int count) {
-  return doubles::eventually([count] { return threadsOfThisProcess() <= count; });
+  return tests::eventually([count] { return threadsOfThisProcess() <= count; });
 }
 
 /// Runs `work` on the queue and waits for its result.
@@ -34,7 +34,7 @@ auto onBackgroundThread(Work work) {
   std::promise<decltype(work())> promise;
   sharedBackgroundQueue().async([&] { promise.set_value(work()); });
   auto result = promise.get_future();
-  EXPECT_EQ(result.wait_for(kPatience), std::future_status::ready);
+  EXPECT_EQ(result.wait_for(kTimeLimit), std::future_status::ready);
   return result.get();
 }
 
@@ -76,7 +76,7 @@ TEST(BackgroundQueue, ADelayedTaskStartsNoSoonerThanItsDelay) {
   sharedBackgroundQueue().after(std::chrono::milliseconds(20),
                                 [&] { started.set_value(std::chrono::steady_clock::now()); });
   auto result = started.get_future();
-  ASSERT_EQ(result.wait_for(kPatience), std::future_status::ready);
+  ASSERT_EQ(result.wait_for(kTimeLimit), std::future_status::ready);
   EXPECT_GE(result.get() - begin, std::chrono::milliseconds(20));
 }
 
@@ -100,7 +100,7 @@ TEST(BackgroundQueue, EveryTaskOfABurstRunsOnce) {
       if (++count == kTasks) done.set_value();
     });
   }
-  EXPECT_EQ(done.get_future().wait_for(kPatience), std::future_status::ready);
+  EXPECT_EQ(done.get_future().wait_for(kTimeLimit), std::future_status::ready);
   EXPECT_EQ(count, kTasks);
 }
 

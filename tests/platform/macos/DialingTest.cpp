@@ -7,9 +7,9 @@
 #include "platform/macos/HotKeyEvents.h"
 #include "platform/macos/KeyboardEvents.h"
 #include "platform/macos/MainQueue.h"
-#include "tests/doubles/CapturedOutput.h"
-#include "tests/doubles/PlatformDoubles.h"
 #include "tests/platform/macos/AppleTest.h"
+#include "tests/support/CapturedOutput.h"
+#include "tests/support/PlatformDoubles.h"
 
 namespace seldial {
 namespace {
@@ -100,7 +100,7 @@ class MacDialing : public tests::AppleTest {
   doubles::Installed<platform::Pasteboard, doubles::FakePasteboard> pasteboard{&apple().calls};
   doubles::Installed<platform::KeyboardEvents, CoreGraphicsKeyboardEvents> keyboard;
   doubles::Installed<platform::HotKeyEvents, CarbonHotKeyEvents> hotKeys;
-  doubles::CapturedOutput output;
+  tests::CapturedOutput output;
   std::shared_ptr<AppDelegate> app;
 };
 

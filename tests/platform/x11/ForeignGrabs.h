@@ -5,30 +5,31 @@
 #include <cstdint>
 #include <string>
 
-#include "tests/desktop/Xcb.h"
+#include "tests/support/desktop/Xcb.h"
 
 namespace seldial::platform::x11 {
 
 /// Another program that holds combinations, until it ends.
 class ForeignGrabs {
  public:
-  explicit ForeignGrabs(const std::string& display) : connection_(desktop::connectTo(display)) {}
+  explicit ForeignGrabs(const std::string& display)
+      : connection_(tests::connectToServer(display)) {}
   ~ForeignGrabs() { xcb_disconnect(connection_); }
   ForeignGrabs(const ForeignGrabs&) = delete;
   ForeignGrabs& operator=(const ForeignGrabs&) = delete;
 
   /// Whether the server let us have it; `modifiers` are kState bits.
   bool take(std::uint8_t key, unsigned modifiers) {
-    const auto cookie = xcb_grab_key_checked(connection_, 0, desktop::rootOf(connection_),
+    const auto cookie = xcb_grab_key_checked(connection_, 0, tests::rootOf(connection_),
                                              static_cast<std::uint16_t>(modifiers), key,
                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    return desktop::freed(xcb_request_check(connection_, cookie)) == nullptr;
+    return tests::freed(xcb_request_check(connection_, cookie)) == nullptr;
   }
 
   void giveBack(std::uint8_t key, unsigned modifiers) {
-    xcb_ungrab_key(connection_, key, desktop::rootOf(connection_),
+    xcb_ungrab_key(connection_, key, tests::rootOf(connection_),
                    static_cast<std::uint16_t>(modifiers));
-    desktop::synchronise(connection_);
+    tests::synchronise(connection_);
   }
 
   /// Whether nobody holds it.

@@ -4,8 +4,8 @@
 
 #include <map>
 
-#include "tests/desktop/Xcb.h"
 #include "tests/platform/x11/HotKeyCenterTest.h"
+#include "tests/support/desktop/Xcb.h"
 
 namespace seldial::platform::x11 {
 namespace {
@@ -13,7 +13,7 @@ namespace {
 /// Counts what the server keeps for its clients.
 class ServerResources {
  public:
-  explicit ServerResources(const std::string& display) : connection_(connectTo(display)) {}
+  explicit ServerResources(const std::string& display) : connection_(connectToServer(display)) {}
   ~ServerResources() { xcb_disconnect(connection_); }
   ServerResources(const ServerResources&) = delete;
   ServerResources& operator=(const ServerResources&) = delete;

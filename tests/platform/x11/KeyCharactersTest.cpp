@@ -5,14 +5,14 @@
 #include "hotkey/QKKeyStrings.h"
 #include "platform/KeyboardLayout.h"
 #include "platform/ModifierFlags.h"
-#include "tests/desktop/Keyboard.h"
-#include "tests/desktop/Keys.h"
-#include "tests/desktop/XServer.h"
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/XServer.h"
 
 namespace seldial::platform::x11 {
 namespace {
 
-using namespace desktop;  // NOLINT: the tests speak of the desktop's things by their short names
+using namespace tests;  // NOLINT: the tests speak of the desktop's things by their short names
 
 /// Virtual key codes, by what is printed on a US keyboard.
 enum VirtualKey : std::uint16_t {

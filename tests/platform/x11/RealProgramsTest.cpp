@@ -1,7 +1,7 @@
 // Dialling from programs that people use: Tk, GTK 3 and a terminal, under a window manager.
-#include "tests/desktop/TemporaryFiles.h"
-#include "tests/desktop/Windows.h"
 #include "tests/platform/x11/X11Test.h"
+#include "tests/support/TemporaryFiles.h"
+#include "tests/support/desktop/Windows.h"
 
 namespace seldial::platform::x11 {
 namespace {

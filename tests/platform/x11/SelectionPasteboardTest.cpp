@@ -1,8 +1,8 @@
 // The pasteboard over selections that other programs own.
 #include "platform/Installed.h"
-#include "tests/desktop/ClipboardManager.h"
-#include "tests/desktop/Xcb.h"
 #include "tests/platform/x11/X11Test.h"
+#include "tests/support/desktop/ClipboardManager.h"
+#include "tests/support/desktop/Xcb.h"
 
 namespace seldial::platform::x11 {
 namespace {
@@ -21,7 +21,7 @@ std::string longText(std::size_t size) {
 class Asker {
  public:
   explicit Asker(const std::string& display)
-      : connection_(connectTo(display)), window_(xcb_generate_id(connection_)) {
+      : connection_(connectToServer(display)), window_(xcb_generate_id(connection_)) {
     xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, rootOf(connection_), 0, 0, 1, 1,
                       0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
   }

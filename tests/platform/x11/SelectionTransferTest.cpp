@@ -4,13 +4,14 @@
 #include <cstdlib>
 
 #include "platform/x11/SelectionTransfer.h"
-#include "tests/desktop/XClient.h"
-#include "tests/desktop/XServer.h"
+#include "tests/support/Waiting.h"
+#include "tests/support/desktop/XClient.h"
+#include "tests/support/desktop/XServer.h"
 
 namespace seldial::platform::x11 {
 namespace {
 
-using desktop::answersWith;
+using tests::answersWith;
 
 class SelectionTransferLimit : public ::testing::Test {
  protected:
@@ -23,11 +24,11 @@ class SelectionTransferLimit : public ::testing::Test {
   std::optional<SelectionAnswer> read(std::size_t mostBytes) {
     SelectionTransfer transfer(*connection, pump, mostBytes);
     return transfer.ask(connection->atoms().clipboard, connection->atoms().utf8String,
-                        EventPump::Clock::now() + desktop::kLimit);
+                        EventPump::Clock::now() + tests::kTimeLimit);
   }
 
-  desktop::XServer server;
-  desktop::XClient client{server.display()};
+  tests::XServer server;
+  tests::XClient client{server.display()};
   linux_port::MainLoop loop;
   std::unique_ptr<Connection> connection = connect(server.display());
   EventPump pump{*connection, loop, [] {}};

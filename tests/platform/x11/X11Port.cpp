@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "platform/Installed.h"
-#include "tests/desktop/ChildProcess.h"
+#include "tests/support/Waiting.h"
 
 namespace seldial::platform::x11 {
 
@@ -147,7 +147,7 @@ void X11Port::waitForLoss() const {
 
 void X11Port::waitFor(const std::function<bool()>& condition, const char* what) const {
   std::unique_lock lock(mutex_);
-  if (!changed_.wait_for(lock, desktop::kLimit, condition)) {
+  if (!changed_.wait_for(lock, tests::kTimeLimit, condition)) {
     throw std::runtime_error(std::string("no ") + what + " in time");
   }
 }

@@ -18,7 +18,7 @@
 #include "platform/Pasteboard.h"
 #include "platform/linux/MainLoop.h"
 #include "platform/x11/Desktop.h"
-#include "tests/desktop/XServer.h"
+#include "tests/support/desktop/XServer.h"
 
 namespace seldial::platform::x11 {
 

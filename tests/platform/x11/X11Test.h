@@ -3,15 +3,15 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/desktop/Keyboard.h"
-#include "tests/desktop/Keys.h"
-#include "tests/desktop/XClient.h"
-#include "tests/desktop/XServer.h"
 #include "tests/platform/x11/X11Port.h"
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/XClient.h"
+#include "tests/support/desktop/XServer.h"
 
 namespace seldial::platform::x11 {
 
-using namespace desktop;  // NOLINT: the tests speak of the desktop's things by their short names
+using namespace tests;  // NOLINT: the tests speak of the desktop's things by their short names
 using KeySetSeen = std::set<std::uint8_t>;
 
 /// Virtual key codes.

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace seldial::doubles {
+namespace seldial::tests {
 
 /// The texts as exec and posix_spawn take arguments and environments; null at the end. Valid as
 /// long as they are.
@@ -15,4 +15,4 @@ inline std::vector<char*> argumentVector(std::vector<std::string>& texts) {
   return result;
 }
 
-}  // namespace seldial::doubles
+}  // namespace seldial::tests

@@ -14,9 +14,9 @@
 #include <thread>
 #include <vector>
 
-#include "tests/desktop/SelectionService.h"
+#include "tests/support/desktop/SelectionService.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 struct XClientSettings {
   std::string wmInstance = "editor";
@@ -53,7 +53,7 @@ class XClient {
 
   [[nodiscard]] std::vector<KeyRecord> keys() const;
 
-  /// Waits until what was received satisfies `enough`; throws std::runtime_error after kLimit.
+  /// Waits until what was received satisfies `enough`; throws std::runtime_error after kTimeLimit.
   void waitForKeys(const std::function<bool(const std::vector<KeyRecord>&)>& enough) const;
 
   /// Waits until it has received `key` going up.
@@ -91,4 +91,4 @@ class XClient {
   std::thread thread_;
 };
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

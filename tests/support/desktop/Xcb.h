@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 struct Free {
   void operator()(void* memory) const { std::free(memory); }
@@ -23,7 +23,7 @@ Freed<Type> freed(Type* value) {
   return Freed<Type>(value);
 }
 
-inline xcb_connection_t* connectTo(const std::string& display) {
+inline xcb_connection_t* connectToServer(const std::string& display) {
   auto* const connection = xcb_connect(display.c_str(), nullptr);
   if (xcb_connection_has_error(connection) != 0) {
     throw std::runtime_error("cannot connect to the X server " + display);
@@ -47,4 +47,4 @@ inline void synchronise(xcb_connection_t* connection) {
   freed(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
 }
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

@@ -1,9 +1,9 @@
-#include "tests/desktop/XServer.h"
+#include "tests/support/desktop/XServer.h"
 
 #include <csignal>
 #include <utility>
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 XServer::XServer(const std::vector<std::string>& arguments) {
   std::vector<std::string> command{"Xvfb",       "-displayfd", "1",         "-screen", "0",
@@ -24,4 +24,4 @@ void XServer::kill() {
   process_->wait();
 }
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace seldial::doubles {
+namespace seldial::tests {
 
 class CapturedOutput {
  public:
@@ -50,4 +50,4 @@ class CapturedOutput {
   int before_;
 };
 
-}  // namespace seldial::doubles
+}  // namespace seldial::tests

@@ -3,15 +3,10 @@
 
 #include <sys/types.h>
 
-#include <chrono>
 #include <string>
 #include <vector>
 
-namespace seldial::desktop {
-
-/// How long a test waits for something that should come at once. Generous: it is only ever used
-/// up by a test that fails.
-inline constexpr std::chrono::seconds kLimit{60};
+namespace seldial::tests {
 
 /// Start it on the test's main thread: it is killed when the starting thread ends.
 class ChildProcess {
@@ -28,12 +23,12 @@ class ChildProcess {
   [[nodiscard]] pid_t id() const { return pid_; }
 
   /// The next line of its standard output without the line break; throws std::runtime_error when
-  /// it ends or kLimit passes first.
+  /// it ends or kTimeLimit passes first.
   std::string readLine();
 
   void signal(int number) const;
 
-  /// Waits for its end: the exit status, or 128 and the signal's number. Throws after kLimit.
+  /// Waits for its end: the exit status, or 128 and the signal's number. Throws after kTimeLimit.
   int wait();
 
  private:
@@ -44,4 +39,4 @@ class ChildProcess {
   std::string buffer_;
 };
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 /// One form in which a selection is offered: what is asked for, what the answer calls itself.
 struct Offer {
@@ -71,4 +71,4 @@ class SelectionService {
   bool silent_ = false;
 };
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

@@ -1,23 +1,23 @@
-#include "tests/desktop/Windows.h"
+#include "tests/support/desktop/Windows.h"
 
 #include <xcb/xtest.h>
 
 #include <functional>
 #include <stdexcept>
 
-#include "tests/desktop/Xcb.h"
-#include "tests/doubles/Eventually.h"
+#include "tests/support/Waiting.h"
+#include "tests/support/desktop/Xcb.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 namespace {
 
 void waitUntil(const std::function<bool()>& condition, const std::string& what) {
-  if (!doubles::eventually(condition)) throw std::runtime_error("no " + what);
+  if (!tests::eventually(condition)) throw std::runtime_error("no " + what);
 }
 
 }  // namespace
 
-Windows::Windows(const std::string& display) : connection_(connectTo(display)) {}
+Windows::Windows(const std::string& display) : connection_(connectToServer(display)) {}
 
 Windows::~Windows() {
   xcb_disconnect(connection_);
@@ -119,4 +119,4 @@ WindowManager::WindowManager(const std::string& display)
   Windows(display).waitForManager();
 }
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

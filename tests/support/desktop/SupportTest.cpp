@@ -1,12 +1,12 @@
 // The doubles of a desktop do what the other tests rely on.
 #include <gtest/gtest.h>
 
-#include "tests/desktop/Keyboard.h"
-#include "tests/desktop/Keys.h"
-#include "tests/desktop/XClient.h"
-#include "tests/desktop/XServer.h"
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/XClient.h"
+#include "tests/support/desktop/XServer.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 namespace {
 
 using KeySet = std::set<std::uint8_t>;
@@ -68,4 +68,4 @@ TEST(DesktopSupport, AProgramOnTheServerRunsToItsEnd) {
 }
 
 }  // namespace
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

@@ -1,4 +1,4 @@
-#include "tests/desktop/ClipboardManager.h"
+#include "tests/support/desktop/ClipboardManager.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -7,13 +7,13 @@
 
 #include <utility>
 
-#include "tests/desktop/Xcb.h"
+#include "tests/support/desktop/Xcb.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 ClipboardManager::ClipboardManager(const std::string& display, std::string text)
     : text_(std::move(text)),
-      connection_(connectTo(display)),
+      connection_(connectToServer(display)),
       window_(xcb_generate_id(connection_)),
       clipboard_(atom(connection_, "CLIPBOARD")),
       selections_(std::make_unique<SelectionService>(connection_, window_)),
@@ -58,4 +58,4 @@ void ClipboardManager::run() {
   }
 }
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

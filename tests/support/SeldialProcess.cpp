@@ -1,4 +1,4 @@
-#include "tests/program/SeldialProcess.h"
+#include "tests/support/SeldialProcess.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -17,9 +17,10 @@
 #include <thread>
 #include <utility>
 
-#include "tests/doubles/ArgumentVector.h"
+#include "tests/support/ArgumentVector.h"
+#include "tests/support/Waiting.h"
 
-namespace seldial::program {
+namespace seldial::tests {
 namespace {
 
 std::string readToEnd(int descriptor) {
@@ -60,8 +61,8 @@ SeldialProcess::SeldialProcess(std::vector<std::string> arguments, const Options
   arguments.insert(arguments.begin(), SELDIAL_PROGRAM);
   auto environment = environmentWith(options.display);
   const int failure = posix_spawn(&pid_, SELDIAL_PROGRAM, &actions, nullptr,
-                                  doubles::argumentVector(arguments).data(),
-                                  doubles::argumentVector(environment).data());
+                                  tests::argumentVector(arguments).data(),
+                                  tests::argumentVector(environment).data());
   posix_spawn_file_actions_destroy(&actions);
   close(out[1]);
   close(err[1]);
@@ -109,7 +110,7 @@ void SeldialProcess::readOutput() {
 
 std::optional<std::string> SeldialProcess::nextLine() {
   std::unique_lock lock(mutex_);
-  linesChanged_.wait_for(lock, kPatience, [this] { return ended_ || !lines_.empty(); });
+  linesChanged_.wait_for(lock, kTimeLimit, [this] { return ended_ || !lines_.empty(); });
   if (lines_.empty()) return {};
   std::string line = std::move(lines_.front());
   lines_.pop_front();
@@ -197,4 +198,4 @@ void sendCommand(const std::string& path, const std::vector<std::string>& chunks
   close(descriptor);
 }
 
-}  // namespace seldial::program
+}  // namespace seldial::tests

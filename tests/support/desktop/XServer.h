@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/desktop/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 /// Once constructed the server accepts connections. Throws std::runtime_error when there is no
 /// Xvfb on this machine; the text says what to install.
@@ -33,4 +33,4 @@ class XServer {
   std::string display_;
 };
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

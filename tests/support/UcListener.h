@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace seldial::doubles {
+namespace seldial::tests {
 
 /// Listens at a path and hands over one message per connection. A sender that connects, writes and
 /// closes before anybody accepts is served by the kernel's queue, so no thread is needed.
@@ -59,4 +59,4 @@ class UcListener {
   int fd_;
 };
 
-}  // namespace seldial::doubles
+}  // namespace seldial::tests

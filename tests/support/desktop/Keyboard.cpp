@@ -1,4 +1,4 @@
-#include "tests/desktop/Keyboard.h"
+#include "tests/support/desktop/Keyboard.h"
 
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
@@ -6,10 +6,10 @@
 #include <stdexcept>
 #include <thread>
 
-#include "tests/desktop/ChildProcess.h"
-#include "tests/desktop/Xcb.h"
+#include "tests/support/Waiting.h"
+#include "tests/support/desktop/Xcb.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 namespace {
 
 constexpr int kDeviceKeyPress = 1;  // offsets from the extension's first event
@@ -29,7 +29,7 @@ bool isXTestDevice(xcb_connection_t* connection, xcb_input_device_id_t device) {
 
 }  // namespace
 
-Keyboard::Keyboard(const std::string& display) : connection_(connectTo(display)) {
+Keyboard::Keyboard(const std::string& display) : connection_(connectToServer(display)) {
   root_ = rootOf(connection_);
   const auto version = xcb_input_xi_query_version(connection_, 2, 2);
   freed(xcb_input_xi_query_version_reply(connection_, version, nullptr));
@@ -65,7 +65,7 @@ void Keyboard::fake(std::uint8_t type, std::uint8_t key, std::uint8_t device) {
 }
 
 void Keyboard::synchronise() {
-  desktop::synchronise(connection_);
+  tests::synchronise(connection_);
 }
 
 void Keyboard::press(std::uint8_t key) {
@@ -101,7 +101,7 @@ void Keyboard::movePointer(std::int16_t x, std::int16_t y) {
 }
 
 void Keyboard::waitForTypedDown(const std::set<std::uint8_t>& keys) const {
-  const auto deadline = std::chrono::steady_clock::now() + kLimit;
+  const auto deadline = std::chrono::steady_clock::now() + kTimeLimit;
   while (typedDown() != keys) {
     if (std::chrono::steady_clock::now() > deadline) {
       throw std::runtime_error("the typed keys did not come to the awaited state");
@@ -169,4 +169,4 @@ std::set<std::uint8_t> Keyboard::downOn(std::uint8_t device) const {
   return result;
 }
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

@@ -7,9 +7,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "tests/doubles/TemporaryDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 /// A file with a text.
 class TemporaryFile {
@@ -19,7 +19,7 @@ class TemporaryFile {
   [[nodiscard]] const std::string& path() const { return path_; }
 
  private:
-  doubles::TemporaryDirectory directory_;
+  tests::TemporaryDirectory directory_;
   std::string path_ = directory_.path("file");
 };
 
@@ -33,8 +33,8 @@ class Pipe {
   [[nodiscard]] const std::string& path() const { return path_; }
 
  private:
-  doubles::TemporaryDirectory directory_;
+  tests::TemporaryDirectory directory_;
   std::string path_ = directory_.path("pipe");
 };
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace seldial::doubles {
+namespace seldial::tests {
 
 /// A directory of the test's own with a short path, removed with everything in it.
 class TemporaryDirectory {
@@ -28,4 +28,4 @@ class TemporaryDirectory {
   std::string path_;
 };
 
-}  // namespace seldial::doubles
+}  // namespace seldial::tests

@@ -1,4 +1,4 @@
-#include "tests/desktop/XClient.h"
+#include "tests/support/desktop/XClient.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -8,15 +8,15 @@
 #include <future>
 #include <stdexcept>
 
-#include "tests/desktop/ChildProcess.h"
-#include "tests/desktop/Keys.h"
-#include "tests/desktop/Xcb.h"
+#include "tests/support/Waiting.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/Xcb.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 XClient::XClient(const std::string& display, XClientSettings settings)
     : settings_(std::move(settings)),
-      connection_(connectTo(display)),
+      connection_(connectToServer(display)),
       wakeUp_(eventfd(0, EFD_CLOEXEC)) {
   createWindow();
   show();
@@ -106,7 +106,7 @@ int XClient::copies() const {
 
 void XClient::waitForKeys(const std::function<bool(const std::vector<KeyRecord>&)>& enough) const {
   std::unique_lock lock(mutex_);
-  if (!changed_.wait_for(lock, kLimit, [&] { return enough(keys_); })) {
+  if (!changed_.wait_for(lock, kTimeLimit, [&] { return enough(keys_); })) {
     throw std::runtime_error("the window did not receive the awaited keys");
   }
 }
@@ -129,7 +129,7 @@ void XClient::perform(Task task) {
     });
   }
   eventfd_write(wakeUp_, 1);
-  if (done.get_future().wait_for(kLimit) != std::future_status::ready) {
+  if (done.get_future().wait_for(kTimeLimit) != std::future_status::ready) {
     throw std::runtime_error("the X client is gone");
   }
 }
@@ -178,4 +178,4 @@ void XClient::key(const xcb_key_press_event_t& event, bool pressed) {
   changed_.notify_all();
 }
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 /// Every call returns once the server has acted on it.
 class Keyboard {
@@ -35,7 +35,7 @@ class Keyboard {
   [[nodiscard]] std::set<std::uint8_t> typedDown() const { return downOn(typing_); }
 
   /// Waits until exactly these keys are down on the keyboard through which programs type; throws
-  /// std::runtime_error after kLimit.
+  /// std::runtime_error after kTimeLimit.
   void waitForTypedDown(const std::set<std::uint8_t>& keys) const;
 
   /// The modifiers that applications see now, as kState bits.
@@ -76,4 +76,4 @@ class Keyboard {
   std::uint8_t physical_ = 0;
 };
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

@@ -9,9 +9,9 @@
 #include <string>
 #include <thread>
 
-#include "tests/desktop/SelectionService.h"
+#include "tests/support/desktop/SelectionService.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 /// Runs on a thread and a connection of its own.
 class ClipboardManager {
@@ -40,4 +40,4 @@ class ClipboardManager {
   std::thread thread_;
 };
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

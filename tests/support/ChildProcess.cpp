@@ -1,4 +1,4 @@
-#include "tests/desktop/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -13,9 +13,10 @@
 #include <stdexcept>
 #include <utility>
 
-#include "tests/doubles/ArgumentVector.h"
+#include "tests/support/ArgumentVector.h"
+#include "tests/support/Waiting.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 namespace {
 
 std::vector<std::string> mergedEnvironment(std::vector<std::string> added) {
@@ -32,7 +33,7 @@ std::vector<std::string> mergedEnvironment(std::vector<std::string> added) {
 
 bool readableInTime(int descriptor) {
   pollfd entry{descriptor, POLLIN, 0};
-  const std::chrono::milliseconds limit = kLimit;
+  const std::chrono::milliseconds limit = kTimeLimit;
   return poll(&entry, 1, static_cast<int>(limit.count())) > 0;
 }
 
@@ -56,8 +57,8 @@ bool readableInTime(int descriptor) {
 ChildProcess::ChildProcess(std::vector<std::string> command, std::vector<std::string> environment,
                            const std::string& hint) {
   auto whole = mergedEnvironment(std::move(environment));
-  const auto arguments = doubles::argumentVector(command);
-  const auto variables = doubles::argumentVector(whole);
+  const auto arguments = tests::argumentVector(command);
+  const auto variables = tests::argumentVector(whole);
   int output[2];
   int failure[2];
   if (pipe2(output, O_CLOEXEC) != 0 || pipe2(failure, O_CLOEXEC) != 0) {
@@ -121,4 +122,4 @@ int ChildProcess::wait() {
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

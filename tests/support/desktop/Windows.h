@@ -6,11 +6,11 @@
 #include <cstdint>
 #include <string>
 
-#include "tests/desktop/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
-/// Looks at the windows of one display. Every wait throws std::runtime_error after kLimit.
+/// Looks at the windows of one display. Every wait throws std::runtime_error after kTimeLimit.
 class Windows {
  public:
   explicit Windows(const std::string& display);
@@ -49,4 +49,4 @@ class WindowManager {
   ChildProcess process_;
 };
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

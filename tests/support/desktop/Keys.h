@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-namespace seldial::desktop {
+namespace seldial::tests {
 
 enum Key : std::uint8_t {
   kKeyEscape = 9,
@@ -40,4 +40,4 @@ inline constexpr unsigned kStateAlt = 8;
 inline constexpr unsigned kStateNumLock = 16;
 inline constexpr unsigned kStateSuper = 64;
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

@@ -1,10 +1,10 @@
-#include "tests/desktop/SelectionService.h"
+#include "tests/support/desktop/SelectionService.h"
 
 #include <algorithm>
 
-#include "tests/desktop/Xcb.h"
+#include "tests/support/desktop/Xcb.h"
 
-namespace seldial::desktop {
+namespace seldial::tests {
 namespace {
 
 /// Below the server's limit of one request.
@@ -137,4 +137,4 @@ void SelectionService::sendChunk(const xcb_property_notify_event_t& event) {
   if (chunk.empty()) transfers_.erase(found);
 }
 
-}  // namespace seldial::desktop
+}  // namespace seldial::tests

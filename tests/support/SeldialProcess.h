@@ -3,7 +3,6 @@
 
 #include <sys/types.h>
 
-#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -13,10 +12,7 @@
 #include <thread>
 #include <vector>
 
-namespace seldial::program {
-
-/// How long a test waits for what must come. Only a failing test waits this long.
-inline constexpr std::chrono::seconds kPatience{60};
+namespace seldial::tests {
 
 /// Its standard output is read all the time, so that it never stalls on a full pipe.
 class SeldialProcess {
@@ -82,4 +78,4 @@ void sendCommand(const std::string& path, const std::vector<std::string>& chunks
 /// Connects to a socket path; the caller owns the descriptor. -1 when nobody listens.
 int connectTo(const std::string& path);
 
-}  // namespace seldial::program
+}  // namespace seldial::tests
