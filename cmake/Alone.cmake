@@ -1,8 +1,8 @@
-# What a library has from the rest of the repository when it is configured by itself.
+# What a library needs of the rest of the repository where it is not part of the program's build:
+# configured by itself, or a subdirectory of somebody else's project, alone or with the other library.
 option(SELDIAL_TESTS "Build the tests" OFF)
-# A later compiler may warn of more than those that this is written with.
-option(SELDIAL_WERROR "Warnings are errors" OFF)
-if(NOT CMAKE_BUILD_TYPE)
+option(SELDIAL_INSTALL "Install the library" ${PROJECT_IS_TOP_LEVEL})
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE)
   set(CMAKE_BUILD_TYPE Release)
 endif()
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -12,8 +12,6 @@ find_package(Threads REQUIRED)
 include(${CMAKE_CURRENT_LIST_DIR}/Warnings.cmake)
 include(${CMAKE_CURRENT_LIST_DIR}/Targets.cmake)
 
-if(SELDIAL_TESTS)
-  find_package(GTest REQUIRED)
-  include(GoogleTest)
-  enable_testing()
+if(PROJECT_IS_TOP_LEVEL AND SELDIAL_TESTS)
+  include(${CMAKE_CURRENT_LIST_DIR}/Testing.cmake)
 endif()

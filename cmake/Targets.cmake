@@ -11,7 +11,7 @@ function(_seldial_finish name)
     target_compile_options(${name} PRIVATE -O1)
   endif()
   if(SELDIAL_LINT)
-    set_target_properties(${name} PROPERTIES CXX_CLANG_TIDY "clang-tidy-14;--quiet")
+    set_target_properties(${name} PROPERTIES CXX_CLANG_TIDY "clang-tidy;--quiet")
   endif()
 endfunction()
 

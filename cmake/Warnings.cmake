@@ -1,14 +1,19 @@
-# Warnings are errors, under g++ and clang alike, for every target that links seldial_options.
-option(SELDIAL_WERROR "Warnings are errors" ON)
-# The repository, also where a part of it is configured by itself.
+# seldial_options: the warnings of this repository and, where they are asked for, the sanitizers.
+# Warnings are errors in the presets for development only: other compilers may know more of them.
+option(SELDIAL_WERROR "Warnings are errors" OFF)
+# The root of the repository, also where one folder is configured by itself or in another project.
 cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH SELDIAL_ROOT)
+if(TARGET seldial_options)  # another library of this repository is in the same build
+  return()
+endif()
 add_library(seldial_options INTERFACE)
 target_compile_features(seldial_options INTERFACE cxx_std_20)
 target_include_directories(seldial_options INTERFACE ${SELDIAL_ROOT})
 target_compile_options(seldial_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-  -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Wformat=2 -Wundef $<$<BOOL:${SELDIAL_WERROR}>:-Werror>
-  # g++ 12 sees overlapping copies in std::string where there are none (its bug 105651).
+  -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Wformat=2 -Wundef
+  $<$<BOOL:${SELDIAL_WERROR}>:-Werror>
+  # g++ 12 sees overlapping copies in std::string where there are none (GCC bug 105651).
   $<$<AND:$<COMPILE_LANGUAGE:CXX>,$<CXX_COMPILER_ID:GNU>>:-Wno-restrict>
   $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety -Wthread-safety-beta>)
 if(SELDIAL_SANITIZE)
