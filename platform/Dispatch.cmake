@@ -1,5 +1,8 @@
 # seldial_dispatch: the background queue, and what the systems have not in common of sockets and
 # random numbers: all that the socket library needs of a platform.
+if(TARGET seldial_dispatch)  # another library of this repository is in the same build
+  return()
+endif()
 if(APPLE)
   set(port ${SELDIAL_ROOT}/platform/macos)
 else()

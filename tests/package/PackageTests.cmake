@@ -34,6 +34,14 @@ function(package_user_tests name installation module examples)
   endforeach()
 endfunction()
 
+# package_subproject_test(NAME HOW LIBRARIES [TRY...]): the libraries in these folders, separated by
+# commas, work in somebody's project by HOW, subdirectory (add_subdirectory) or fetch
+# (FetchContent). Without TRY the project is only configured.
+function(package_subproject_test name how libraries)
+  _package_test(${name}
+    ${package_scripts}/as_subproject ${how} ${libraries} ${CMAKE_CXX_COMPILER} ${ARGN})
+endfunction()
+
 # reference_test(NAME LIBRARY): the library's reference can be made, and lacks no public name.
 function(reference_test name library)
   add_test(NAME ${name}.LeavesNoPublicNameOut
