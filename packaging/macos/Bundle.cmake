@@ -1,6 +1,6 @@
-# seldial_bundle(TARGET): makes a program the bundle Seldial.app on macOS, and nothing elsewhere.
+# seldial_bundle(TARGET): on macOS, builds the program as the bundle Seldial.app.
 set(SELDIAL_BUNDLE_IDENTIFIER org.seldial.Seldial CACHE STRING
-  "The bundle's identifier: macOS knows the user's consent by it and by the signature")
+  "The bundle identifier. macOS ties the user's consent to it and to the signature")
 configure_file(${CMAKE_CURRENT_LIST_DIR}/Info.plist.in ${PROJECT_BINARY_DIR}/Info.plist @ONLY)
 set(SELDIAL_ICON ${CMAKE_CURRENT_LIST_DIR}/Seldial.icns)
 

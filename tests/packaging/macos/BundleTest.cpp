@@ -1,16 +1,16 @@
-// What macOS reads of the bundle and of the launchd example, and where the program agrees with it.
+// What macOS reads in the bundle's Info.plist and in the example of a launch agent.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <iterator>
-
-#include "tests/packaging/macos/PropertyList.h"
+#include <regex>
 
 namespace seldial {
 namespace {
 
 using testing::HasSubstr;
+using testing::SizeIs;
 using testing::StartsWith;
 
 std::string contentOf(const std::string& path) {
@@ -18,8 +18,36 @@ std::string contentOf(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// The text of the <string> elements within `xml`.
+std::vector<std::string> stringsIn(const std::string& xml) {
+  static const std::regex kString("<string>([^<]*)</string>");
+  std::vector<std::string> strings;
+  for (std::sregex_iterator match(xml.begin(), xml.end(), kString), end; match != end; ++match) {
+    strings.push_back((*match)[1]);
+  }
+  return strings;
+}
+
+/// A property list whose keys are searched for in its text, on any level.
+struct PropertyList {
+  explicit PropertyList(const std::string& path) : xml(contentOf(path)) {}
+
+  /// The element after that key: a text, "true/", "false/", or an array's elements as they stand.
+  /// Empty without the key.
+  std::string operator[](const std::string& key) const {
+    const std::regex element("<key>" + key +
+                             "</key>\\s*(?:<string>([^<]*)</string>|<(true/|false/)>|"
+                             "<array>([^]*?)</array>)");
+    std::smatch found;
+    if (!std::regex_search(xml, found, element)) return "";
+    return found[1].str() + found[2].str() + found[3].str();
+  }
+
+  const std::string xml;
+};
+
 TEST(InfoPlist, NamesTheProgramAndItsVersion) {
-  const auto info = PropertyList::read(SELDIAL_INFO_PLIST);
+  const PropertyList info(SELDIAL_INFO_PLIST);
   EXPECT_EQ(info["CFBundlePackageType"], "APPL");
   EXPECT_EQ(info["CFBundleExecutable"], "Seldial");
   EXPECT_EQ(info["CFBundleIdentifier"], "org.seldial.Seldial");
@@ -28,22 +56,22 @@ TEST(InfoPlist, NamesTheProgramAndItsVersion) {
   EXPECT_EQ(info["CFBundleInfoDictionaryVersion"], "6.0");
 }
 
-TEST(InfoPlist, RunsFrom1011OnWithoutADockIconAndYetMayPostKeys) {
-  const auto info = PropertyList::read(SELDIAL_INFO_PLIST);
+TEST(InfoPlist, RunsFrom1011WithoutADockIconAndCanPostKeys) {
+  const PropertyList info(SELDIAL_INFO_PLIST);
   EXPECT_EQ(info["LSMinimumSystemVersion"], "10.11");
-  EXPECT_EQ(info["LSUIElement"], "true");
+  EXPECT_EQ(info["LSUIElement"], "true/");
   EXPECT_EQ(info["LSBackgroundOnly"], "");
 }
 
-TEST(InfoPlist, ItsPrincipalClassIsOneOfTheProgramAndThereIsNoNib) {
-  const auto info = PropertyList::read(SELDIAL_INFO_PLIST);
+TEST(InfoPlist, NamesAPrincipalClassOfTheProgramAndNoNib) {
+  const PropertyList info(SELDIAL_INFO_PLIST);
   const std::string source = SELDIAL_PACKAGING "/../../platform/macos/SeldialApplication.h";
   EXPECT_THAT(contentOf(source), HasSubstr("@interface " + info["NSPrincipalClass"] + " : "));
   EXPECT_EQ(info["NSMainNibFile"], "");
 }
 
-TEST(InfoPlist, ItsIconIsThere) {
-  const auto info = PropertyList::read(SELDIAL_INFO_PLIST);
+TEST(InfoPlist, NamesAnIconThatExists) {
+  const PropertyList info(SELDIAL_INFO_PLIST);
   const std::string icon = contentOf(SELDIAL_PACKAGING "/" + info["CFBundleIconFile"] + ".icns");
   ASSERT_GT(icon.size(), 8U);
   EXPECT_THAT(icon, StartsWith("icns"));
@@ -52,18 +80,34 @@ TEST(InfoPlist, ItsIconIsThere) {
   EXPECT_EQ(length, icon.size());
 }
 
-TEST(LaunchAgent, StartsTheProgramOfTheBundleWithTwoPathsInTheUsersSession) {
-  const auto info = PropertyList::read(SELDIAL_INFO_PLIST);
-  const auto agent = PropertyList::read(SELDIAL_PACKAGING "/launch-agent.plist");
+TEST(LaunchAgent, StartsTheBundlesProgramInTheUsersSession) {
+  const PropertyList info(SELDIAL_INFO_PLIST);
+  const PropertyList agent(SELDIAL_PACKAGING "/launch-agent.plist");
   EXPECT_EQ(agent["Label"], info["CFBundleIdentifier"]);
   EXPECT_EQ(agent["LimitLoadToSessionType"], "Aqua");
-  EXPECT_EQ(agent["RunAtLoad"], "true");
-  const auto& arguments = agent.entries.at("ProgramArguments").items;
-  ASSERT_EQ(arguments.size(), 3U);
-  EXPECT_EQ(arguments[0].text,
+  EXPECT_EQ(agent["RunAtLoad"], "true/");
+  EXPECT_EQ(stringsIn(agent["ProgramArguments"]).at(0),
             "/Applications/Seldial.app/Contents/MacOS/" + info["CFBundleExecutable"]);
-  EXPECT_THAT(arguments[1].text, StartsWith("dialerpipename=/"));
-  EXPECT_THAT(arguments[2].text, StartsWith("clientpipename=/"));
+}
+
+/// The folder that `argument`, "NAME=/folder/file", names, after checking NAME and the path's
+/// length.
+std::string socketFolder(const std::string& argument, const std::string& name) {
+  EXPECT_THAT(argument, StartsWith(name + "=/"));
+  const std::string path = argument.substr(name.size() + 1);
+  constexpr std::size_t kLongestPath = 103;  // sun_path of macOS, without its final zero
+  EXPECT_LE(path.size() + std::string("a-rather-long-user-name").size(), kLongestPath);
+  return path.substr(0, path.rfind('/'));
+}
+
+// Nothing makes a folder for the sockets, so it has to be one that every account has.
+TEST(LaunchAgent, PutsItsSocketsIntoAFolderThatExists) {
+  const PropertyList agent(SELDIAL_PACKAGING "/launch-agent.plist");
+  const auto arguments = stringsIn(agent["ProgramArguments"]);
+  ASSERT_THAT(arguments, SizeIs(3));
+  const std::string everyAccountHas = "/Users/NAME/Library/Application Support";
+  EXPECT_EQ(socketFolder(arguments[1], "dialerpipename"), everyAccountHas);
+  EXPECT_EQ(socketFolder(arguments[2], "clientpipename"), everyAccountHas);
 }
 
 }  // namespace
