@@ -1,110 +1,251 @@
-#include "api/JSONReader.h"
-
-#include <limits>
-#include <nlohmann/json.hpp>
+// Our own parser rather than a library's, because of the memory that a large command may cost: the
+// libraries either build the whole document or copy each token, and recurse or keep some bytes for
+// each level of nesting. This one copies only what is kept.
+#include <algorithm>
 #include <utility>
-#include <vector>
 
-#include "api/ExactInteger.h"
+#include "api/JSON.h"
+#include "api/JSONTokens.h"
+#include "api/Utf8.h"
 
 namespace seldial {
-
 namespace {
 
-using Parser = nlohmann::json;
+using Keys = std::vector<std::string_view>;
 
-/// Builds the value from what the parser reports, with a list of the open containers in place of
-/// recursion.
-class Builder final : public nlohmann::json_sax<Parser> {
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Builds the value from the tokens that the parser reports. With `keys` it keeps only those
+/// members of the top-level dictionary.
+class Builder {
  public:
-  explicit Builder(std::size_t levels) : levels_(levels) {}
+  explicit Builder(const Keys* keys) : keys_(keys) {}
 
   JSONValue root;
 
-  bool null() override { return scalar(JSONValue()); }
-  bool boolean(bool value) override { return scalar(JSONValue(value)); }
-  bool number_integer(number_integer_t value) override {
-    return scalar(JSONValue(std::int64_t{value}));
+  void key(std::string_view token) {
+    if (skipped_ > 0) return;
+    std::string key = textFromToken(token);
+    const bool kept =
+        keys_ == nullptr || std::find(keys_->begin(), keys_->end(), key) != keys_->end();
+    member_ = kept ? &(*open_.back()->dictionary())[std::move(key)] : nullptr;
   }
-  bool number_unsigned(number_unsigned_t value) override {
-    constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
-    if (value <= number_unsigned_t{kMost})
-      return number_integer(static_cast<number_integer_t>(value));
-    return scalar(JSONValue(static_cast<double>(value)));
+  void text(std::string_view token) {
+    if (JSONValue* value = place()) *value = textFromToken(token);
   }
-  bool number_float(number_float_t value, const string_t& digits) override {
-    if (const auto integer = exactInteger(digits)) return scalar(JSONValue(*integer));
-    return scalar(JSONValue(value));
+  void scalar(JSONValue scalar) {
+    if (JSONValue* value = place()) *value = std::move(scalar);
   }
-  bool string(string_t& value) override { return scalar(JSONValue(std::move(value))); }
-  bool key(string_t& value) override {
-    if (skipped_ == 0) member_ = &(*open_.back()->dictionary())[std::move(value)];
-    return true;
-  }
-
-  bool start_object(std::size_t /*size*/) override { return open(JSONValue(JSONDictionary())); }
-  bool start_array(std::size_t /*size*/) override { return open(JSONValue(JSONArray())); }
-  bool end_object() override { return close(); }
-  bool end_array() override { return close(); }
-
-  bool binary(binary_t& /*value*/) override { return false; }  // no part of JSON texts
-  bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
-                   const nlohmann::detail::exception& /*error*/) override {
-    return false;
-  }
-
- private:
-  // Where the next value belongs.
-  JSONValue& place() {
-    if (open_.empty()) return root;
-    if (auto* array = open_.back()->array()) return array->emplace_back();
-    return *member_;
-  }
-  bool scalar(JSONValue value) {
-    if (skipped_ > 0) return true;
-    place() = std::move(value);
-    return !open_.empty();  // alone at the top level it is no text of ours
-  }
-  bool open(JSONValue container) {
-    if (open_.size() == levels_) {
-      if (skipped_++ == 0) place() = JSONValue();
-      return true;
+  void open(bool object) {
+    JSONValue* value = place();
+    if (value == nullptr || (keys_ != nullptr && !open_.empty())) {
+      if (value != nullptr) *value = JSONValue();
+      ++skipped_;
+      return;
     }
-    JSONValue& opened = place();
-    opened = std::move(container);
-    open_.push_back(&opened);
-    return true;
+    *value = object ? JSONValue(JSONDictionary()) : JSONValue(JSONArray());
+    open_.push_back(value);
   }
-  bool close() {
+  void close() {
     if (skipped_ > 0) {
       --skipped_;
     } else {
       open_.pop_back();
     }
-    return true;
   }
 
+ private:
+  // Where the next value belongs; null if it is not kept.
+  JSONValue* place() {
+    if (skipped_ > 0) return nullptr;
+    if (open_.empty()) return &root;
+    if (auto* array = open_.back()->array())
+      return keys_ != nullptr ? nullptr : &array->emplace_back();
+    return member_;
+  }
+
+  const Keys* keys_;
   // A container does not grow while one inside it is open, so these stay where they are.
   std::vector<JSONValue*> open_;
   JSONValue* member_ = nullptr;
-  std::size_t levels_;
-  std::size_t skipped_ = 0;  // open containers that are too deep to be kept
+  std::size_t skipped_ = 0;  // open containers that are not kept
 };
 
-// Every open bracket takes fifty bytes and more once it is built, but a bit to be checked: a long
-// text proves itself first, so that one full of brackets costs no memory.
-constexpr std::size_t kBuiltUnchecked = 4096;
+/// Checks one text that is valid UTF-8 and reports its tokens to `builder`, if there is one. Keeps
+/// the open containers in a list instead of recursing.
+class Parser {
+ public:
+  Parser(std::string_view text, Builder* builder) : text_(text), builder_(builder) {}
+
+  /// Whether the whole text is valid.
+  bool parse() {
+    if (text_.starts_with(kByteOrderMark)) text_.remove_prefix(kByteOrderMark.size());
+    skipBlanks();
+    if (peek() != '{' && peek() != '[') return false;
+    if (!parseValue()) return false;
+    while (!isObject_.empty()) {
+      if (!parseNext()) return false;
+    }
+    skipBlanks();
+    return text_.empty();
+  }
+
+ private:
+  // The next member or element of the innermost container, or its end.
+  bool parseNext() {
+    const bool object = isObject_.back();
+    skipBlanks();
+    if (skip(object ? '}' : ']')) {
+      if (builder_ != nullptr) builder_->close();
+      isObject_.pop_back();
+      isFirst_ = false;
+      return true;
+    }
+    if (!std::exchange(isFirst_, false)) {
+      if (!skip(',')) return false;
+      skipBlanks();
+    }
+    return (!object || parseKey()) && parseValue();
+  }
+
+  bool parseKey() {
+    const auto token = stringToken();
+    if (!token) return false;
+    if (builder_ != nullptr) builder_->key(*token);
+    skipBlanks();
+    if (!skip(':')) return false;
+    skipBlanks();
+    return true;
+  }
+
+  bool parseValue() {
+    switch (peek()) {
+      case '{':
+        return open(true);
+      case '[':
+        return open(false);
+      case '"':
+        return parseText();
+      case 't':
+        return parseLiteral("true", true);
+      case 'f':
+        return parseLiteral("false", false);
+      case 'n':
+        return parseLiteral("null", JSONValue());
+      default:
+        return parseNumber();
+    }
+  }
+
+  bool open(bool object) {
+    text_.remove_prefix(1);
+    if (builder_ != nullptr) builder_->open(object);
+    isObject_.push_back(object);
+    isFirst_ = true;
+    return true;
+  }
+
+  bool parseLiteral(std::string_view literal, JSONValue value) {
+    if (!text_.starts_with(literal)) return false;
+    text_.remove_prefix(literal.size());
+    if (builder_ != nullptr) builder_->scalar(std::move(value));
+    return true;
+  }
+
+  bool parseText() {
+    const auto token = stringToken();
+    if (token && builder_ != nullptr) builder_->text(*token);
+    return token.has_value();
+  }
+
+  bool parseNumber() {
+    const std::size_t length = numberLength();
+    auto value = length > 0 ? numberFromToken(text_.substr(0, length)) : std::nullopt;
+    if (!value) return false;
+    if (builder_ != nullptr) builder_->scalar(*std::move(value));
+    text_.remove_prefix(length);
+    return true;
+  }
+
+  // Takes a string and returns what is between its quotes; nothing if it is not valid.
+  std::optional<std::string_view> stringToken() {
+    if (!skip('"')) return {};
+    std::size_t length = 0;
+    while (length < text_.size() && text_[length] != '"') {
+      if (static_cast<unsigned char>(text_[length]) < 0x20) return {};
+      const std::size_t step = text_[length] == '\\' ? escapeLength(text_.substr(length)) : 1;
+      if (step == 0) return {};
+      length += step;
+    }
+    if (length == text_.size()) return {};
+    const std::string_view token = text_.substr(0, length);
+    text_.remove_prefix(length + 1);
+    return token;
+  }
+
+  // Length of the number that the text begins with; 0 if there is none.
+  [[nodiscard]] std::size_t numberLength() const {
+    std::size_t end = at(0) == '-' ? 1 : 0;
+    const std::size_t integer = digitsEnd(end);
+    if (integer == end || (at(end) == '0' && integer > end + 1)) return 0;
+    end = integer;
+    if (at(end) == '.') {
+      const std::size_t fraction = digitsEnd(end + 1);
+      if (fraction == end + 1) return 0;
+      end = fraction;
+    }
+    if (at(end) == 'e' || at(end) == 'E') {
+      const std::size_t sign = at(end + 1) == '+' || at(end + 1) == '-' ? 1 : 0;
+      const std::size_t exponent = digitsEnd(end + 1 + sign);
+      if (exponent == end + 1 + sign) return 0;
+      end = exponent;
+    }
+    return end;
+  }
+
+  // Where the digits that begin at `index` end.
+  [[nodiscard]] std::size_t digitsEnd(std::size_t index) const {
+    while (at(index) >= '0' && at(index) <= '9') ++index;
+    return index;
+  }
+
+  // The character at `index`; NUL, which no token contains, behind the last.
+  [[nodiscard]] char at(std::size_t index) const {
+    return index < text_.size() ? text_[index] : '\0';
+  }
+  [[nodiscard]] char peek() const { return at(0); }
+
+  void skipBlanks() {
+    std::size_t blanks = 0;
+    while (at(blanks) == ' ' || at(blanks) == '\t' || at(blanks) == '\n' || at(blanks) == '\r')
+      ++blanks;
+    text_.remove_prefix(blanks);
+  }
+  bool skip(char character) {
+    if (peek() != character) return false;
+    text_.remove_prefix(1);
+    return true;
+  }
+
+  std::string_view text_;  // what is left of it
+  Builder* builder_;
+  std::vector<bool> isObject_;  // the open containers, from the outermost
+  bool isFirst_ = false;        // whether the innermost one is still empty
+};
 
 }  // namespace
 
-std::optional<JSONValue> readJSON(const std::string& text, std::size_t levels) {
-  // The parser takes a raw NUL for the end of its input.
-  if (text.find('\0') != std::string::npos) return {};
-  const char* const begin = text.data();
-  const char* const end = begin + text.size();
-  if (text.size() > kBuiltUnchecked && !Parser::accept(begin, end)) return {};
-  Builder builder(levels);
-  if (!Parser::sax_parse(begin, end, &builder)) return {};
+std::optional<JSONValue> readJSON(std::string_view text) {
+  // Checked before anything is built, so that a broken text full of brackets costs no memory.
+  if (!isValidUTF8(text) || !Parser(text, nullptr).parse()) return {};
+  Builder builder(nullptr);
+  (void)Parser(text, &builder).parse();
+  return std::move(builder.root);
+}
+
+std::optional<JSONValue> readJSONMembers(std::string_view text, const Keys& keys) {
+  Builder builder(&keys);
+  if (!isValidUTF8(text) || !Parser(text, &builder).parse()) return {};
   return std::move(builder.root);
 }
 

@@ -1,6 +1,6 @@
-#include "api/JSONValue.h"
-
 #include <utility>
+
+#include "api/JSON.h"
 
 namespace seldial {
 
@@ -20,78 +20,34 @@ JSONValue::JSONValue(JSONValue&& other) noexcept : content_(std::move(other.cont
   other.content_ = Content();
 }
 
-JSONValue& JSONValue::operator=(const JSONValue& other) {
-  return *this = JSONValue(other);
-}
-
 JSONValue& JSONValue::operator=(JSONValue&& other) noexcept {
-  // Taken first: `other` may lie inside what this value holds so far.
+  // Moved out first: `other` may be a part of this value.
   Content taken = std::exchange(other.content_, Content());
   const JSONValue before(std::move(*this));
   content_ = std::move(taken);
   return *this;
 }
 
-// Both the copy and the destruction walk the levels with a list of their own: a text of a few
-// megabytes nests deeper than any thread's stack.
-
-struct JSONValue::Copying {
-  const JSONValue* from;
-  JSONValue* to;
-};
-
-JSONValue::JSONValue(const JSONValue& other) {
-  std::vector<Copying> deeper;
-  copyLevel(other, deeper);
-  while (!deeper.empty()) {
-    const Copying next = deeper.back();
-    deeper.pop_back();
-    next.to->copyLevel(*next.from, deeper);
-  }
-}
-
-void JSONValue::copyLevel(const JSONValue& from, std::vector<Copying>& deeper) {
-  if (const auto* dictionary = from.dictionary()) {
-    auto copy = std::make_unique<JSONDictionary>();
-    for (const auto& [key, value] : *dictionary) {
-      deeper.push_back({&value, &copy->emplace_hint(copy->end(), key, JSONValue())->second});
-    }
-    content_ = std::move(copy);
-  } else if (const auto* array = from.array()) {
-    auto copy = std::make_unique<JSONArray>(array->size());
-    for (std::size_t index = 0; index < array->size(); ++index) {
-      deeper.push_back({&(*array)[index], &(*copy)[index]});
-    }
-    content_ = std::move(copy);
-  } else if (const auto* text = from.text()) {
-    content_ = std::make_unique<std::string>(*text);
-  } else if (const auto* boolean = std::get_if<bool>(&from.content_)) {
-    content_ = *boolean;
-  } else if (const auto* integer = std::get_if<std::int64_t>(&from.content_)) {
-    content_ = *integer;
-  } else if (const auto* real = std::get_if<double>(&from.content_)) {
-    content_ = *real;
-  }
-}
-
 bool JSONValue::isContainer() const {
   return dictionary() != nullptr || array() != nullptr;
 }
 
+// With a list in place of recursion: a text of a few megabytes nests deeper than any thread's
+// stack.
 JSONValue::~JSONValue() {
   if (!isContainer()) return;
   std::vector<JSONValue> nested;
-  takeContainers(nested);
+  moveContainersTo(nested);
   while (!nested.empty()) {
     JSONValue next = std::move(nested.back());
     nested.pop_back();
-    next.takeContainers(nested);
+    next.moveContainersTo(nested);
   }
 }
 
-void JSONValue::takeContainers(std::vector<JSONValue>& taken) {
-  const auto take = [&taken](JSONValue& value) {
-    if (value.isContainer()) taken.push_back(std::move(value));
+void JSONValue::moveContainersTo(std::vector<JSONValue>& containers) {
+  const auto take = [&containers](JSONValue& value) {
+    if (value.isContainer()) containers.push_back(std::move(value));
   };
   if (auto* members = dictionary()) {
     for (auto& member : *members) take(member.second);
@@ -121,6 +77,11 @@ std::optional<double> JSONValue::number() const {
 }
 
 const std::string* JSONValue::text() const {
+  const auto* text = std::get_if<std::unique_ptr<std::string>>(&content_);
+  return text != nullptr ? text->get() : nullptr;
+}
+
+std::string* JSONValue::text() {
   const auto* text = std::get_if<std::unique_ptr<std::string>>(&content_);
   return text != nullptr ? text->get() : nullptr;
 }

@@ -1,5 +1,3 @@
-#include "api/JSONWriter.h"
-
 #include <cmath>
 #include <limits>
 #include <locale>
@@ -8,10 +6,10 @@
 #include <utility>
 #include <vector>
 
+#include "api/JSON.h"
 #include "api/Utf8.h"
 
 namespace seldial {
-
 namespace {
 
 bool needsEscape(char character) {
@@ -19,35 +17,27 @@ bool needsEscape(char character) {
   return code < 0x20 || code == 0x7F || code == '"' || code == '\\' || code == '/';
 }
 
-void appendEscape(char character, std::string& text) {
+std::string escapeOf(char character) {
   switch (character) {
     case '\n':
-      text += "\\n";
-      return;
+      return "\\n";
     case '\r':
-      text += "\\r";
-      return;
+      return "\\r";
     case '\t':
-      text += "\\t";
-      return;
+      return "\\t";
     case '"':
     case '\\':
     case '/':
-      text += '\\';
-      text += character;
-      return;
+      return {'\\', character};
     default:
-      break;
+      constexpr const char* kDigits = "0123456789abcdef";
+      const auto code = static_cast<unsigned char>(character);
+      return {'\\', 'u', '0', '0', kDigits[code / 16], kDigits[code % 16]};
   }
-  constexpr const char* kDigits = "0123456789abcdef";
-  const auto code = static_cast<unsigned char>(character);
-  text += "\\u00";
-  text += kDigits[code / 16];
-  text += kDigits[code % 16];
 }
 
 std::string decimalText(double number) {
-  // Not printf, whose decimal point follows the user's locale.
+  // Not printf, whose decimal point depends on the locale.
   std::ostringstream stream;
   stream.imbue(std::locale::classic());
   stream.precision(std::numeric_limits<double>::max_digits10);
@@ -55,15 +45,20 @@ std::string decimalText(double number) {
   return stream.str();
 }
 
-/// Writes level by level with a list of the open containers in place of recursion.
+/// Writes a dictionary into `text`, or only measures it if that is null. Keeps the open containers
+/// in a list instead of recursing.
 class Writer {
  public:
-  std::optional<std::string> write(const JSONDictionary& dictionary) {
+  explicit Writer(std::string* text) : text_(text) {}
+
+  /// Whether it can be written. If not, what was written so far is useless.
+  bool write(const JSONDictionary& dictionary) {
     open(&dictionary, nullptr);
     while (valid_ && !open_.empty()) writeNext();
-    if (!valid_) return {};
-    return std::move(text_);
+    return valid_;
   }
+
+  [[nodiscard]] std::size_t size() const { return size_; }
 
  private:
   struct OpenContainer {
@@ -75,7 +70,7 @@ class Writer {
   };
 
   void open(const JSONDictionary* dictionary, const JSONArray* array) {
-    text_ += dictionary != nullptr ? '{' : '[';
+    append(dictionary != nullptr ? "{" : "[");
     JSONDictionary::const_iterator member;
     if (dictionary != nullptr) member = dictionary->begin();
     open_.push_back({dictionary, array, member, 0, true});
@@ -86,7 +81,7 @@ class Writer {
     if (const JSONValue* value = inDictionary ? nextMember() : nextElement()) {
       writeValue(*value);
     } else {
-      text_ += inDictionary ? '}' : ']';
+      append(inDictionary ? "}" : "]");
       open_.pop_back();
     }
   }
@@ -97,7 +92,7 @@ class Writer {
     separate();
     const auto& [key, value] = *level.member++;
     writeText(key);
-    text_ += ':';
+    append(":");
     return &value;
   }
 
@@ -109,21 +104,21 @@ class Writer {
   }
 
   void separate() {
-    if (!std::exchange(open_.back().first, false)) text_ += ',';
+    if (!std::exchange(open_.back().first, false)) append(",");
   }
 
   void writeValue(const JSONValue& value) {
     if (const auto* text = value.text()) {
       writeText(*text);
     } else if (const auto boolean = value.boolean()) {
-      text_ += *boolean ? "true" : "false";
+      append(*boolean ? "true" : "false");
     } else if (const auto integer = value.integer()) {
-      text_ += std::to_string(*integer);
+      append(std::to_string(*integer));
     } else if (const auto number = value.number()) {
       valid_ = valid_ && std::isfinite(*number);
-      text_ += decimalText(*number);
+      append(decimalText(*number));
     } else if (value.isNull()) {
-      text_ += "null";
+      append("null");
     } else {
       open(value.dictionary(), value.array());
     }
@@ -131,19 +126,25 @@ class Writer {
 
   void writeText(std::string_view text) {
     valid_ = valid_ && isValidUTF8(text);
-    text_ += '"';
-    std::size_t plain = 0;  // where the characters that stand for themselves begin
+    append("\"");
+    std::size_t plain = 0;  // where the characters without escapes begin
     for (std::size_t index = 0; index < text.size(); ++index) {
       if (!needsEscape(text[index])) continue;
-      text_ += text.substr(plain, index - plain);
-      appendEscape(text[index], text_);
+      append(text.substr(plain, index - plain));
+      append(escapeOf(text[index]));
       plain = index + 1;
     }
-    text_ += text.substr(plain);
-    text_ += '"';
+    append(text.substr(plain));
+    append("\"");
   }
 
-  std::string text_;
+  void append(std::string_view piece) {
+    size_ += piece.size();
+    if (text_ != nullptr) *text_ += piece;
+  }
+
+  std::string* text_;
+  std::size_t size_ = 0;
   std::vector<OpenContainer> open_;
   bool valid_ = true;
 };
@@ -151,7 +152,12 @@ class Writer {
 }  // namespace
 
 std::optional<std::string> writeJSON(const JSONDictionary& dictionary) {
-  return Writer().write(dictionary);
+  Writer measure(nullptr);
+  if (!measure.write(dictionary)) return {};
+  std::string text;
+  text.reserve(measure.size());  // a large text that grows would cost twice its size
+  (void)Writer(&text).write(dictionary);
+  return text;
 }
 
 }  // namespace seldial

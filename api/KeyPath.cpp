@@ -1,6 +1,7 @@
 #include "api/KeyPath.h"
 
 #include <cstdio>
+#include <utility>
 
 namespace seldial {
 
@@ -35,6 +36,10 @@ const JSONValue* valueForKeyPath(std::string_view keyPath, std::string_view deli
 
 const JSONValue* valueForKeyPath(std::string_view keyPath, const JSONDictionary& dictionary) {
   return valueForKeyPath(keyPath, keyPathDelimiter, dictionary);
+}
+
+JSONValue* valueForKeyPath(std::string_view keyPath, JSONDictionary& dictionary) {
+  return const_cast<JSONValue*>(valueForKeyPath(keyPath, std::as_const(dictionary)));
 }
 
 const JSONValue* valueForKeys(const std::vector<std::string_view>& keys, std::string_view keyPath,

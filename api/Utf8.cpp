@@ -4,10 +4,9 @@
 #include <cstring>
 
 namespace seldial {
-
 namespace {
 
-// Texts are mostly ASCII, so eight bytes are looked at together as long as they are.
+// Length of the ASCII text that `bytes` begin with. Eight bytes at a time: most texts are ASCII.
 std::size_t asciiPrefix(std::string_view bytes) {
   constexpr std::uint64_t kHighBits = 0x8080808080808080U;
   std::size_t count = 0;
@@ -20,9 +19,9 @@ std::size_t asciiPrefix(std::string_view bytes) {
 }
 
 struct Sequence {
-  std::size_t length;   // bytes, 0 for a byte that begins no character
-  unsigned char least;  // bounds of the second byte: they keep out overlong forms, surrogates and
-  unsigned char most;   // what lies above U+10FFFF
+  std::size_t length;   // in bytes; 0 if the byte does not begin a character
+  unsigned char least;  // bounds of the second byte, which exclude overlong forms, surrogates and
+  unsigned char most;   // everything above U+10FFFF
 };
 
 Sequence sequenceFor(unsigned char lead) {
@@ -36,7 +35,7 @@ Sequence sequenceFor(unsigned char lead) {
   return {0, 0, 0};
 }
 
-// Length in bytes of the well-formed character, not ASCII, that `bytes` begin with; 0 for none.
+// Length in bytes of the character outside ASCII that `bytes` begin with; 0 if it is not valid.
 std::size_t characterLength(std::string_view bytes) {
   const auto byteAt = [bytes](std::size_t index) {
     return static_cast<unsigned char>(bytes[index]);
@@ -56,7 +55,7 @@ bool isValidUTF8(std::string_view bytes) {
   while (!bytes.empty()) {
     const std::size_t ascii = asciiPrefix(bytes);
     bytes.remove_prefix(ascii);
-    // A run of other characters is walked without looking for words of ASCII between them.
+    // In a run of other characters, looking for eight ASCII bytes after each would be slow.
     while (!bytes.empty() && (static_cast<unsigned char>(bytes[0]) & 0x80U) != 0) {
       const std::size_t length = characterLength(bytes);
       if (length == 0) return false;

@@ -1,7 +1,6 @@
 // Where a command text is judged. The error texts speak of a standard input stream, which is never
 // read: they are kept word for word.
-#include "api/ErrorApi.h"
-#include "api/SetHotKeyApi.h"
+#include "api/MessageRecords.h"
 #include "app/AppDelegate.h"
 #include "app/Lowercased.h"
 

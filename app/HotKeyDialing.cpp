@@ -1,7 +1,5 @@
 // From a SetHotKey command to a registered hot key, and from its use to a MakeCall.
-#include "api/HotKeyStateApi.h"
-#include "api/MakeCallApi.h"
-#include "api/SetHotKeyApi.h"
+#include "api/MessageRecords.h"
 #include "app/AppDelegate.h"
 #include "hotkey/QKHotKey.h"
 #include "hotkey/QKHotKeyCenter.h"

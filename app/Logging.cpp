@@ -1,6 +1,6 @@
 #include <ctime>
 
-#include "api/LogApi.h"
+#include "api/MessageRecords.h"
 #include "app/AppDelegate.h"
 #include "app/StandardOutput.h"
 #include "platform/Installed.h"

@@ -1,7 +1,6 @@
 #include "ucclient/Messages.h"
 
-#include "api/JSONReader.h"
-#include "api/JSONWriter.h"
+#include "api/JSON.h"
 
 namespace seldial {
 namespace {

@@ -2,20 +2,19 @@
 
 #include <limits>
 
-#include "api/JSONReader.h"
-#include "api/JSONWriter.h"
-#include "tests/api/Nesting.h"
+#include "api/JSON.h"
+#include "tests/api/Fixtures.h"
 
 namespace seldial {
 namespace {
 
 /// The value of {"v":TEXT}; fails the test when that is not valid.
 JSONValue member(const std::string& text) {
-  const auto value = readJSON(R"({"v":)" + text + "}");
+  auto value = readJSON(R"({"v":)" + text + "}");
   EXPECT_TRUE(value && value->dictionary() != nullptr) << text;
   if (!value || value->dictionary() == nullptr) return {};
   const auto found = value->dictionary()->find("v");
-  return found != value->dictionary()->end() ? found->second : JSONValue();
+  return found != value->dictionary()->end() ? std::move(found->second) : JSONValue();
 }
 
 bool isValidMember(const std::string& text) {
@@ -221,21 +220,32 @@ TEST(JSONReader, HalfAMillionBalancedDictionariesAreReadAndDestroyed) {
   EXPECT_TRUE(readJSON(nestedDictionaries(kDeep)));
 }
 
-TEST(JSONReader, ContainersBelowTheLevelsAskedForComeAsNull) {
-  const std::string text = R"({"a":{"b":[1,{"c":2}],"d":3},"e":[[4],5],"f":6,"f":[7],"g":8})";
-  const auto one = readJSON(text, 1);
-  ASSERT_TRUE(one);
-  EXPECT_EQ(writeJSON(*one->dictionary()), R"({"a":null,"e":null,"f":null,"g":8})");
-  const auto two = readJSON(text, 2);
-  ASSERT_TRUE(two);
-  EXPECT_EQ(writeJSON(*two->dictionary()), R"({"a":{"b":null,"d":3},"e":[null,5],"f":[7],"g":8})");
+TEST(JSONReader, KeepsOnlyTheMembersAskedForWithNullInPlaceOfContainers) {
+  const std::string text =
+      R"({"a":{"b":1,"f":2},"b":"text","c":[[4],5],"f":6,"f":[7],"\u0067":8,"x":{"b":9},"b2":0})";
+  const auto value = readJSONMembers(text, {"a", "b", "f", "g", "y"});
+  ASSERT_TRUE(value);
+  EXPECT_EQ(writeJSON(*value->dictionary()), R"({"a":null,"b":"text","f":null,"g":8})");
 }
 
-TEST(JSONReader, ContainersBelowTheLevelsAskedForAreCheckedLikeTheRest) {
-  EXPECT_TRUE(readJSON(R"({"a":[{"b":1}]})", 1));
-  EXPECT_FALSE(readJSON(R"({"a":[{"b":1]})", 1));
-  EXPECT_FALSE(readJSON(R"({"a":[1e999]})", 1));
-  EXPECT_FALSE(readJSON(R"({"a":[1,]})", 1));
+TEST(JSONReader, KeepsTheLastOfTwoMembersAskedFor) {
+  EXPECT_EQ(writeJSON(*readJSONMembers(R"({"f":[7],"f":6})", {"f"})->dictionary()), R"({"f":6})");
+}
+
+TEST(JSONReader, KeepsNothingOfAnArrayWhenMembersAreAskedFor) {
+  const auto value = readJSONMembers(R"([1,"a",{"a":1},[]])", {"a"});
+  ASSERT_TRUE(value);
+  ASSERT_NE(value->array(), nullptr);
+  EXPECT_TRUE(value->array()->empty());
+}
+
+TEST(JSONReader, ChecksWhatItDoesNotKeepLikeTheRest) {
+  EXPECT_TRUE(readJSONMembers(R"({"a":[{"b":1}],"b":"\u00e9"})", {}));
+  for (const auto* text :
+       {R"({"a":[{"b":1]})", R"({"a":[1e999]})", R"({"a":[1,]})", R"({"a":"\x"})",
+        R"({"a":"\ud800"})", "{\"a\":\"\xFF\"}", R"({"a":1)", "[1", "42"}) {
+    EXPECT_FALSE(readJSONMembers(text, {})) << text;
+  }
 }
 
 TEST(JSONReader, ALongTextIsReadLikeAShortOne) {

@@ -3,16 +3,15 @@
 #include <cmath>
 #include <limits>
 
-#include "api/JSONReader.h"
-#include "api/JSONWriter.h"
-#include "tests/api/Nesting.h"
+#include "api/JSON.h"
+#include "tests/api/Fixtures.h"
 
 namespace seldial {
 namespace {
 
 /// `text` as a member's value, between its quotes.
 std::string escaped(const std::string& text) {
-  const auto written = writeJSON({{"v", text}});
+  const auto written = writeJSON(dictionaryOf("v", text));
   EXPECT_TRUE(written);
   if (!written) return {};
   const std::string opening = R"({"v":")";
@@ -51,7 +50,7 @@ TEST(JSONWriter, EveryOtherControlCharacterIsFourLowerCaseHexadecimalDigits) {
 TEST(JSONWriter, EveryASCIICharacterSurvivesTheRoadThereAndBack) {
   std::string text;
   for (int code = 0; code < 128; ++code) text += static_cast<char>(code);
-  const auto written = writeJSON({{text, text}});
+  const auto written = writeJSON(dictionaryOf(text, text));
   ASSERT_TRUE(written);
   const auto read = readJSON(*written);
   ASSERT_TRUE(read);
@@ -60,21 +59,21 @@ TEST(JSONWriter, EveryASCIICharacterSurvivesTheRoadThereAndBack) {
 }
 
 TEST(JSONWriter, BooleansAreTrueAndFalse) {
-  EXPECT_EQ(writeJSON({{"a", true}}), R"({"a":true})");
-  EXPECT_EQ(writeJSON({{"a", false}}), R"({"a":false})");
+  EXPECT_EQ(writeJSON(dictionaryOf("a", true)), R"({"a":true})");
+  EXPECT_EQ(writeJSON(dictionaryOf("a", false)), R"({"a":false})");
 }
 
 TEST(JSONWriter, NumbersAndNull) {
-  EXPECT_EQ(writeJSON({{"a", 19}}), R"({"a":19})");
-  EXPECT_EQ(writeJSON({{"a", std::numeric_limits<std::int64_t>::min()}}),
+  EXPECT_EQ(writeJSON(dictionaryOf("a", 19)), R"({"a":19})");
+  EXPECT_EQ(writeJSON(dictionaryOf("a", std::numeric_limits<std::int64_t>::min())),
             R"({"a":-9223372036854775808})");
-  EXPECT_EQ(writeJSON({{"a", 1.5}}), R"({"a":1.5})");
-  EXPECT_EQ(writeJSON({{"a", JSONValue()}}), R"({"a":null})");
+  EXPECT_EQ(writeJSON(dictionaryOf("a", 1.5)), R"({"a":1.5})");
+  EXPECT_EQ(writeJSON(dictionaryOf("a", JSONValue())), R"({"a":null})");
 }
 
 TEST(JSONWriter, ADoubleComesBackAsItWas) {
   for (const double number : {0.1, -1e-300, 1.7976931348623157e308, 1.0 / 3.0}) {
-    const auto written = writeJSON({{"a", number}});
+    const auto written = writeJSON(dictionaryOf("a", number));
     ASSERT_TRUE(written);
     const auto read = readJSON(*written);
     ASSERT_TRUE(read) << *written;
@@ -84,22 +83,22 @@ TEST(JSONWriter, ADoubleComesBackAsItWas) {
 
 TEST(JSONWriter, ContainersAreCompact) {
   EXPECT_EQ(writeJSON({}), "{}");
-  EXPECT_EQ(writeJSON({{"a", JSONArray()}, {"b", JSONDictionary()}}), R"({"a":[],"b":{}})");
-  EXPECT_EQ(writeJSON({{"a", JSONArray{1, "x", true}}, {"b", JSONDictionary{{"c", 1}, {"d", 2}}}}),
+  EXPECT_EQ(writeJSON(dictionaryOf("a", JSONArray(), "b", JSONDictionary())), R"({"a":[],"b":{}})");
+  EXPECT_EQ(writeJSON(dictionaryOf("a", arrayOf(1, "x", true), "b", dictionaryOf("c", 1, "d", 2))),
             R"({"a":[1,"x",true],"b":{"c":1,"d":2}})");
 }
 
 TEST(JSONWriter, ATextThatIsNotValidUTF8IsAFailure) {
-  EXPECT_EQ(writeJSON({{"a", "\xFF"}}), std::nullopt);
-  EXPECT_EQ(writeJSON({{"a", "cut \xE2\x82"}}), std::nullopt);
-  EXPECT_EQ(writeJSON({{"a", "\xED\xA0\x80"}}), std::nullopt);
-  EXPECT_EQ(writeJSON({{"\xFF", "a"}}), std::nullopt);
-  EXPECT_EQ(writeJSON({{"a", JSONArray{JSONValue(JSONDictionary{{"b", "\xFF"}})}}}), std::nullopt);
+  EXPECT_EQ(writeJSON(dictionaryOf("a", "\xFF")), std::nullopt);
+  EXPECT_EQ(writeJSON(dictionaryOf("a", "cut \xE2\x82")), std::nullopt);
+  EXPECT_EQ(writeJSON(dictionaryOf("a", "\xED\xA0\x80")), std::nullopt);
+  EXPECT_EQ(writeJSON(dictionaryOf("\xFF", "a")), std::nullopt);
+  EXPECT_EQ(writeJSON(dictionaryOf("a", arrayOf(dictionaryOf("b", "\xFF")))), std::nullopt);
 }
 
 TEST(JSONWriter, ANumberThatIsNotFiniteIsAFailure) {
-  EXPECT_EQ(writeJSON({{"a", std::nan("")}}), std::nullopt);
-  EXPECT_EQ(writeJSON({{"a", std::numeric_limits<double>::infinity()}}), std::nullopt);
+  EXPECT_EQ(writeJSON(dictionaryOf("a", std::nan(""))), std::nullopt);
+  EXPECT_EQ(writeJSON(dictionaryOf("a", std::numeric_limits<double>::infinity())), std::nullopt);
 }
 
 TEST(JSONWriter, HalfAMillionLevelsAreWritten) {

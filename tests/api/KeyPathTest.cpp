@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "api/Codable.h"
-#include "api/JSONReader.h"
+#include "api/JSON.h"
 #include "api/KeyPath.h"
 
 namespace seldial {

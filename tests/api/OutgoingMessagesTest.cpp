@@ -1,24 +1,21 @@
 #include <gtest/gtest.h>
 
-#include "api/ClickToDialApi.h"
-#include "api/ErrorApi.h"
-#include "api/HotKeyStateApi.h"
-#include "api/JSONReader.h"
-#include "api/LogApi.h"
-#include "api/MakeCallApi.h"
-#include "api/MessageTimestamp.h"
-#include "tests/api/LocalTimeZone.h"
+#include "api/JSON.h"
+#include "api/MessageRecords.h"
+#include "api/Timestamps.h"
+#include "tests/api/Fixtures.h"
 
 namespace seldial {
 namespace {
 
 constexpr const char* kInvalid = "number \xFF";
 
-/// The members of a line; each of these messages holds texts and booleans alone.
+/// The members of a line.
 JSONDictionary members(const std::string& line) {
-  const auto value = readJSON(line);
+  auto value = readJSON(line);
   EXPECT_TRUE(value && value->dictionary() != nullptr) << line;
-  return value && value->dictionary() != nullptr ? *value->dictionary() : JSONDictionary();
+  if (!value || value->dictionary() == nullptr) return {};
+  return std::move(*value->dictionary());
 }
 
 std::string textOf(const JSONDictionary& dictionary, const char* key) {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "api/SetHotKeyApi.h"
-#include "tests/api/Nesting.h"
+#include "api/MessageRecords.h"
+#include "tests/api/Fixtures.h"
 
 namespace seldial {
 namespace {

@@ -4,9 +4,8 @@
 #include <array>
 #include <thread>
 
-#include "api/ISODateFormatter.h"
-#include "api/MessageTimestamp.h"
-#include "tests/api/LocalTimeZone.h"
+#include "api/Timestamps.h"
+#include "tests/api/Fixtures.h"
 
 namespace seldial {
 namespace {
@@ -33,6 +32,32 @@ TEST(MessageTimestamp, FollowsSummerTime) {
   const LocalTimeZone zone("CET-1CEST,M3.5.0,M10.5.0/3");
   EXPECT_EQ(messageTimestamp(kFebruary2017), "2017-02-06T14:10:32+0100");
   EXPECT_EQ(messageTimestamp(1498914632), "2017-07-01T15:10:32+0200");
+}
+
+TEST(MessageTimestamp, AYearBefore1000HasFourDigits) {
+  const LocalTimeZone zone("UTC0");
+  constexpr std::time_t kYear999 = -30610224001;  // its last second
+  EXPECT_EQ(messageTimestamp(kYear999), "0999-12-31T23:59:59+0000");
+  EXPECT_EQ(isoDateFormatter().stringFromDate(kYear999), "0999-12-31T23:59:59Z");
+  EXPECT_EQ(isoDateFormatter().dateFromString("0999-12-31T23:59:59Z"), kYear999);
+}
+
+TEST(MessageTimestamp, AnOffsetOfLessThanAMinuteIsZeroWithAPlusSign) {
+  for (const char* posix : {"LMT0:00:30", "LMT-0:00:30", "LMT0:00:59"}) {
+    const LocalTimeZone zone(posix);
+    EXPECT_THAT(messageTimestamp(kFebruary2017), testing::EndsWith("+0000")) << posix;
+    EXPECT_THAT(isoDateFormatter().stringFromDate(kFebruary2017), testing::EndsWith("Z")) << posix;
+  }
+}
+
+TEST(MessageTimestamp, SecondsOfAnOffsetAreLeftOut) {
+  {
+    const LocalTimeZone zone("LMT0:01:59");
+    EXPECT_EQ(messageTimestamp(kFebruary2017), "2017-02-06T13:08:33-0001");
+    EXPECT_EQ(isoDateFormatter().stringFromDate(kFebruary2017), "2017-02-06T13:08:33-00:01");
+  }
+  const LocalTimeZone zone("LMT-0:19:32");
+  EXPECT_EQ(messageTimestamp(kFebruary2017), "2017-02-06T13:30:04+0019");
 }
 
 TEST(MessageTimestamp, IsTheCurrentTime) {

@@ -1,6 +1,6 @@
 #include <thread>
 
-#include "tests/api/LocalTimeZone.h"
+#include "tests/api/Fixtures.h"
 #include "tests/app/AppTest.h"
 
 namespace seldial {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "api/SetHotKeyApi.h"
+#include "api/MessageRecords.h"
 #include "ucclient/Messages.h"
 
 namespace seldial {

@@ -1,0 +1,88 @@
+// JSON values, and how they are read from and written as text.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace seldial {
+
+class JSONValue;
+
+/// Values by key. Keys are compared exactly.
+using JSONDictionary = std::map<std::string, JSONValue, std::less<>>;
+using JSONArray = std::vector<JSONValue>;
+
+/// One JSON value: null, text, boolean, number, dictionary or array. It owns what it holds and can
+/// be moved but not copied. Destroying it does not recurse, so any depth of nesting is safe.
+class JSONValue {
+ public:
+  JSONValue() noexcept;  ///< null
+  JSONValue(bool value) noexcept;
+  JSONValue(int value) noexcept;
+  JSONValue(std::int64_t value) noexcept;
+  JSONValue(double value) noexcept;  ///< integer() does not give it, even if it has no fraction
+  JSONValue(std::string value);
+  JSONValue(const char* value);
+  JSONValue(JSONDictionary value);
+  JSONValue(JSONArray value);
+
+  /// Moving leaves `other` null. `other` may be a part of the value that is assigned to.
+  JSONValue(JSONValue&& other) noexcept;
+  JSONValue& operator=(JSONValue&& other) noexcept;
+  ~JSONValue();
+
+  [[nodiscard]] bool isNull() const;
+
+  // Each returns the value if it has that type, else nothing. Booleans and numbers are distinct.
+  [[nodiscard]] std::optional<bool> boolean() const;
+  [[nodiscard]] std::optional<std::int64_t> integer() const;
+  [[nodiscard]] std::optional<double> number() const;  ///< of an integer the nearest double
+  [[nodiscard]] const std::string* text() const;
+  [[nodiscard]] std::string* text();
+  [[nodiscard]] const JSONDictionary* dictionary() const;
+  [[nodiscard]] JSONDictionary* dictionary();
+  [[nodiscard]] const JSONArray* array() const;
+  [[nodiscard]] JSONArray* array();
+
+ private:
+  using Content =
+      std::variant<std::monostate, bool, std::int64_t, double, std::unique_ptr<std::string>,
+                   std::unique_ptr<JSONDictionary>, std::unique_ptr<JSONArray>>;
+
+  [[nodiscard]] bool isContainer() const;
+  void moveContainersTo(std::vector<JSONValue>& containers);
+
+  Content content_;
+};
+
+/// Reads one JSON text (RFC 8259). Returns the dictionary or array at the top level, and nothing if
+/// the text is not valid or holds another value.
+///
+/// The text and its texts, with escapes resolved, must be valid UTF-8, so half a surrogate pair is
+/// an error. Numbers must be finite as doubles; one that is exactly an integer in the signed 64-bit
+/// range (19, 19.0, 1.9e1) is read as an integer. Of members with the same key the last one counts.
+/// A byte order mark at the beginning is skipped. Nesting may be of any depth. Any thread.
+[[nodiscard]] std::optional<JSONValue> readJSON(std::string_view text);
+
+/// Reads like readJSON, but keeps little: of a dictionary the members named in `keys`, with null in
+/// place of nested containers; of an array nothing. Beside the values that it keeps, it needs one
+/// bit for each level of nesting. Any thread.
+[[nodiscard]] std::optional<JSONValue> readJSONMembers(std::string_view text,
+                                                       const std::vector<std::string_view>& keys);
+
+/// Writes `dictionary` as compact JSON text without a line terminator. Returns nothing if a text or
+/// key is not valid UTF-8 or a number is not finite. Any thread.
+///
+/// In texts the quote, backslash and slash are escaped by a backslash, line feed, carriage return
+/// and tab as \n, \r and \t, other control characters including U+007F as \u and four lower-case
+/// hexadecimal digits. Everything else is raw UTF-8.
+[[nodiscard]] std::optional<std::string> writeJSON(const JSONDictionary& dictionary);
+
+}  // namespace seldial
