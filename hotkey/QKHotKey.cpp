@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "hotkey/QKHotKeyCenter.h"
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 
 namespace seldial {
 

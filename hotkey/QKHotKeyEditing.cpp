@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "hotkey/QKKeyStrings.h"
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 
 namespace seldial {
 

@@ -5,7 +5,7 @@
 #include "hotkey/QKKeyGlyphTable.h"
 #include "hotkey/QKModifierFlags.h"
 #include "platform/KeyboardLayout.h"
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 
 namespace seldial {
 

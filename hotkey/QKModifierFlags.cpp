@@ -1,7 +1,7 @@
 #include "hotkey/QKModifierFlags.h"
 
 #include "platform/HotKeyEvents.h"
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 
 namespace seldial {
 

@@ -4,16 +4,9 @@
 #include <functional>
 #include <optional>
 
-namespace seldial::platform {
+#include "platform/VirtualKeys.h"
 
-/// Modifier bits of a hot key registration (the Event Manager's own).
-enum HotKeyModifier : std::uint32_t {
-  kHotKeyCommand = 0x100,
-  kHotKeyShift = 0x200,
-  kHotKeyAlphaLock = 0x400,
-  kHotKeyOption = 0x800,
-  kHotKeyControl = 0x1000,
-};
+namespace seldial::platform {
 
 /// Names a registration in the events that it causes.
 struct HotKeyID {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 
 namespace seldial::platform {
 

@@ -5,7 +5,7 @@
 #include <iterator>
 
 #include "hotkey/QKKeyStrings.h"
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 
 namespace seldial {
 namespace {

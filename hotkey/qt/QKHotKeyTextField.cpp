@@ -7,8 +7,8 @@
 
 #include "hotkey/QKKeyStrings.h"
 #include "platform/Installed.h"
-#include "platform/ModifierFlags.h"
 #include "platform/RecordingKeyboard.h"
+#include "platform/VirtualKeys.h"
 
 namespace seldial {
 

@@ -7,7 +7,7 @@
 #include <initializer_list>
 #include <utility>
 
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 
 namespace seldial::platform::x11 {
 namespace {

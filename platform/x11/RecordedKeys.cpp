@@ -4,7 +4,7 @@
 #include <iterator>
 #include <utility>
 
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 #include "platform/x11/KeyTable.h"
 
 namespace seldial::platform::x11 {

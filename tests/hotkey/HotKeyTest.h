@@ -11,7 +11,7 @@
 
 #include "hotkey/QKHotKey.h"
 #include "hotkey/QKHotKeyCenter.h"
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 #include "tests/support/PlatformDoubles.h"
 
 namespace seldial {

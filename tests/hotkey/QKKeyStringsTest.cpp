@@ -4,7 +4,7 @@
 
 #include "hotkey/QKKeyGlyphTable.h"
 #include "hotkey/QKKeyStrings.h"
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 #include "tests/support/FakeKeyboardLayout.h"
 #include "tests/support/PlatformDoubles.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 #include "shortcut/ShortcutWords.h"
 #include "tests/support/FakeKeyboardLayout.h"
 #include "tests/support/PlatformDoubles.h"

@@ -3,7 +3,7 @@
 #include <hotkey/QKHotKeyCenter.h>
 #include <hotkey/QKKeyStrings.h>
 #include <hotkey/qt/QKHotKeyTextField.h>
-#include <platform/ModifierFlags.h>
+#include <platform/VirtualKeys.h>
 #include <platform/qt/Desktop.h>
 
 #include <QApplication>

@@ -4,7 +4,7 @@
 #include <hotkey/QKKeyStrings.h>
 #include <platform/Application.h>
 #include <platform/Installed.h>
-#include <platform/ModifierFlags.h>
+#include <platform/VirtualKeys.h>
 
 #include <iostream>
 #include <memory>

@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 
 #include "hotkey/qt/QKHotKeyTextField.h"
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 #include "tests/hotkey/qt/QtDesktop.h"
 
 namespace seldial {

@@ -2,7 +2,7 @@
 #include "app/AppDelegate.h"
 #include "hotkey/QKHotKey.h"
 #include "hotkey/QKHotKeyCenter.h"
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 #include "platform/macos/Application.h"
 #include "platform/macos/HotKeyEvents.h"
 #include "platform/macos/KeyboardEvents.h"

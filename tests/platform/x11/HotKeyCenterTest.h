@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "hotkey/QKHotKeyCenter.h"
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 #include "tests/platform/x11/X11Test.h"
 
 namespace seldial::platform::x11 {

@@ -1,6 +1,6 @@
 // Hot keys under a real X server, pressed on a physical keyboard of it.
 #include "platform/Installed.h"
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 #include "tests/platform/x11/X11Test.h"
 
 namespace seldial::platform::x11 {

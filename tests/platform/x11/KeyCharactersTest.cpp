@@ -4,7 +4,7 @@
 #include "hotkey/QKKeyGlyphTable.h"
 #include "hotkey/QKKeyStrings.h"
 #include "platform/KeyboardLayout.h"
-#include "platform/ModifierFlags.h"
+#include "platform/VirtualKeys.h"
 #include "tests/support/desktop/Keyboard.h"
 #include "tests/support/desktop/Keys.h"
 #include "tests/support/desktop/XServer.h"
