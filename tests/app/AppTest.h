@@ -10,8 +10,8 @@
 #include "hotkey/QKHotKeyCenter.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/PlatformDoubles.h"
+#include "tests/support/Sockets.h"
 #include "tests/support/TemporaryDirectory.h"
-#include "tests/support/UcListener.h"
 
 namespace seldial {
 

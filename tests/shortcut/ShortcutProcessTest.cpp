@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "tests/support/SeldialProcess.h"
+#include "tests/support/Sockets.h"
 #include "tests/support/TemporaryDirectory.h"
-#include "tests/support/UcListener.h"
 #include "tests/support/desktop/Keyboard.h"
 #include "tests/support/desktop/Keys.h"
 #include "tests/support/desktop/Windows.h"
@@ -91,7 +91,7 @@ TEST_F(ShortcutProcess, ARunningSeldialReceivesTheCommandAndFindsTheShortcutFree
   const tests::UcListener client(directory.path("out"));
   tests::SeldialProcess seldial(
       {"-log", "dialerpipename=" + directory.path("in"), "clientpipename=" + directory.path("out")},
-      {server->display(), {}});
+      server->display());
   ASSERT_TRUE(seldial.waitForLine("listen ok"));
   for (int i = 0; i < 2; ++i) {  // the second time it holds the shortcut itself
     const auto window = openWindow("--socket=" + directory.path("in"));

@@ -7,7 +7,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <stdexcept>
@@ -19,107 +21,159 @@
 namespace seldial::tests {
 namespace {
 
-std::vector<std::string> mergedEnvironment(std::vector<std::string> added) {
-  std::vector<std::string> result = std::move(added);
+std::string nameOf(const std::string& variable) {
+  return variable.substr(0, variable.find('='));
+}
+
+std::vector<std::string> mergedEnvironment(const std::vector<std::string>& changes) {
+  std::vector<std::string> result;
+  const auto isChanged = [&](const std::string& name) {
+    return std::any_of(changes.begin(), changes.end(),
+                       [&](const std::string& change) { return nameOf(change) == name; });
+  };
   for (char** entry = environ; *entry != nullptr; ++entry) {
-    const std::string text = *entry;
-    const auto name = text.substr(0, text.find('=') + 1);
-    bool replaced = false;
-    for (const auto& own : result) replaced = replaced || own.compare(0, name.size(), name) == 0;
-    if (!replaced) result.push_back(text);
+    if (!isChanged(nameOf(*entry))) result.emplace_back(*entry);
   }
+  std::copy_if(changes.begin(), changes.end(), std::back_inserter(result),
+               [](const std::string& change) { return change.find('=') != std::string::npos; });
   return result;
 }
 
-bool readableInTime(int descriptor) {
-  pollfd entry{descriptor, POLLIN, 0};
-  const std::chrono::milliseconds limit = kTimeLimit;
-  return poll(&entry, 1, static_cast<int>(limit.count())) > 0;
-}
+struct Pipe {
+  Pipe() {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe for a child process");
+    reading = ends[0];
+    writing = ends[1];
+  }
+  int reading;
+  int writing;
+};
 
-/// In the child, between fork and exec: nothing that allocates.
-[[noreturn]] void become(char* const* command, char* const* environment, int output, int failure,
-                         pid_t parent) {
+/// Everything that the child needs between fork and exec, where nothing may allocate.
+struct Start {
+  char* const* command;
+  char* const* environment;
+  int output;
+  int errors;   ///< -1: inherited
+  int failure;  ///< gets errno when there is no such program
+  const std::vector<int>& closed;
+  pid_t parent;
+};
+
+[[noreturn]] void become(const Start& start) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
-  if (getppid() != parent) _exit(127);
+  if (getppid() != start.parent) _exit(127);
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
-  dup2(output, STDOUT_FILENO);
-  execvpe(command[0], command, environment);
+  dup2(open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
+  dup2(start.output, STDOUT_FILENO);
+  if (start.errors != -1) dup2(start.errors, STDERR_FILENO);
+  for (const int descriptor : start.closed) close(descriptor);
+  execvpe(start.command[0], start.command, start.environment);
   const int error = errno;
-  [[maybe_unused]] const auto written = write(failure, &error, sizeof error);
+  [[maybe_unused]] const auto written = write(start.failure, &error, sizeof error);
   _exit(127);
+}
+
+/// Forks; returns 0 or the errno with which that or exec failed.
+int startProcess(pid_t& pid, Start start, Pipe failure) {
+  start.failure = failure.writing;
+  start.parent = getpid();
+  pid = fork();
+  if (pid == 0) become(start);
+  int error = pid == -1 ? errno : 0;
+  close(failure.writing);
+  [[maybe_unused]] const auto size = read(failure.reading, &error, sizeof error);
+  close(failure.reading);
+  if (error != 0 && pid != -1) waitpid(pid, nullptr, 0);
+  return error;
 }
 
 }  // namespace
 
 ChildProcess::ChildProcess(std::vector<std::string> command, std::vector<std::string> environment,
-                           const std::string& hint) {
-  auto whole = mergedEnvironment(std::move(environment));
-  const auto arguments = tests::argumentVector(command);
-  const auto variables = tests::argumentVector(whole);
-  int output[2];
-  int failure[2];
-  if (pipe2(output, O_CLOEXEC) != 0 || pipe2(failure, O_CLOEXEC) != 0) {
-    throw std::runtime_error("no pipe for a child process");
+                           const std::string& hint, const Streams& streams) {
+  auto whole = mergedEnvironment(environment);
+  const auto arguments = argumentVector(command);
+  const auto variables = argumentVector(whole);
+  const Pipe output;
+  output_.emplace(output.reading);
+  int errors = streams.errors == Streams::Errors::kWithOutput ? output.writing : -1;
+  if (streams.errors == Streams::Errors::kCaptured) {
+    const Pipe captured;
+    errors_.emplace(captured.reading);
+    errors = captured.writing;
   }
-  const pid_t parent = getpid();
-  pid_ = fork();
-  if (pid_ == 0) become(arguments.data(), variables.data(), output[1], failure[1], parent);
-  close(output[1]);
-  close(failure[1]);
-  output_ = output[0];
-  int error = pid_ == -1 ? errno : 0;
-  [[maybe_unused]] const auto size = read(failure[0], &error, sizeof error);
-  close(failure[0]);
-  if (error == 0) return;
-  if (pid_ != -1) waitpid(pid_, nullptr, 0);
-  close(output_);
-  throw std::runtime_error("cannot start " + command.front() + ": " + std::strerror(error) +
-                           (hint.empty() ? "" : " (" + hint + ")"));
+  const int error = startProcess(
+      pid_, {arguments.data(), variables.data(), output.writing, errors, -1, streams.closed, 0},
+      Pipe());
+  close(output.writing);
+  if (errors != -1 && errors != output.writing) close(errors);
+  if (error != 0) {
+    throw std::runtime_error("cannot start " + command.front() + ": " + std::strerror(error) +
+                             (hint.empty() ? "" : " (" + hint + ")"));
+  }
 }
 
 ChildProcess::~ChildProcess() {
-  if (pid_ != -1) {
-    kill(pid_, SIGKILL);
-    waitpid(pid_, nullptr, 0);
-  }
-  close(output_);
+  if (!isRunning()) return;
+  kill(pid_, SIGKILL);
+  reap(0);
 }
 
 std::string ChildProcess::readLine() {
-  auto end = buffer_.find('\n');
-  while (end == std::string::npos) {
-    if (!fillBuffer()) throw std::runtime_error("a child process ended without the awaited line");
-    end = buffer_.find('\n');
-  }
-  auto line = buffer_.substr(0, end);
-  buffer_.erase(0, end + 1);
-  return line;
+  auto line = output_->nextLine();
+  if (!line) throw std::runtime_error("a child process ended without the awaited line");
+  return std::move(*line);
 }
 
-bool ChildProcess::fillBuffer() {
-  if (!readableInTime(output_)) throw std::runtime_error("a child process printed no line in time");
-  char bytes[4096];
-  const auto count = read(output_, bytes, sizeof bytes);
-  if (count <= 0) return false;
-  buffer_.append(bytes, static_cast<std::size_t>(count));
-  return true;
+bool ChildProcess::waitForLine(const std::string& part) {
+  while (const auto line = output_->nextLine()) {
+    if (line->find(part) != std::string::npos) return true;
+  }
+  return false;
+}
+
+std::vector<std::string> ChildProcess::restOfLines() {
+  std::vector<std::string> result;
+  while (auto line = output_->nextLine()) result.push_back(std::move(*line));
+  return result;
+}
+
+std::string ChildProcess::errors() {
+  return errors_->rest();
+}
+
+void ChildProcess::closeOutput() {
+  output_.reset();
 }
 
 void ChildProcess::signal(int number) const {
-  if (pid_ != -1) kill(pid_, number);
+  if (!status_) kill(pid_, number);
+}
+
+void ChildProcess::reap(int options) {
+  int status = 0;
+  if (!status_ && waitpid(pid_, &status, options) == pid_) status_ = status;
 }
 
 int ChildProcess::wait() {
-  const auto descriptor = static_cast<int>(syscall(SYS_pidfd_open, pid_, 0));
-  const bool ended = descriptor != -1 && readableInTime(descriptor);
-  close(descriptor);
-  if (!ended) throw std::runtime_error("a child process did not end in time");
-  int status = 0;
-  waitpid(std::exchange(pid_, -1), &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  if (isRunning()) {
+    pollfd end{static_cast<int>(syscall(SYS_pidfd_open, pid_, 0)), POLLIN, 0};
+    const std::chrono::milliseconds limit = kTimeLimit;
+    const bool ended = poll(&end, 1, static_cast<int>(limit.count())) > 0;
+    close(end.fd);
+    if (!ended) throw std::runtime_error("a child process did not end in time");
+    reap(0);
+  }
+  return WIFEXITED(*status_) ? WEXITSTATUS(*status_) : 128 + WTERMSIG(*status_);
+}
+
+bool ChildProcess::isRunning() {
+  reap(WNOHANG);
+  return !status_;
 }
 
 }  // namespace seldial::tests

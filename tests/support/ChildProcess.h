@@ -1,20 +1,37 @@
-// A program that a test starts: it never outlives the test, and what it prints can be awaited.
+// A program that a test starts. It never outlives the test.
 #pragma once
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "tests/support/OutputReader.h"
+
 namespace seldial::tests {
 
-/// Start it on the test's main thread: it is killed when the starting thread ends.
+/// Where a child's standard streams lead. Its standard output is a pipe that is always read; its
+/// standard input is empty.
+struct Streams {
+  enum class Errors {
+    kInherited,   ///< to the test's own standard error
+    kCaptured,    ///< to ChildProcess::errors()
+    kWithOutput,  ///< into the standard output
+  };
+
+  Errors errors = Errors::kInherited;
+  std::vector<int> closed;  ///< of 0, 1 and 2: closed in the child
+};
+
+/// Start it on the test's main thread: it is killed when the thread that started it ends.
 class ChildProcess {
  public:
-  /// `command` is searched in PATH; `environment` ("NAME=value") is added to the test's own.
-  /// Throws std::runtime_error when the program is not there, with `hint` in its text.
+  /// `command` is searched in PATH. `environment` is added to the test's own: "NAME=value" sets a
+  /// variable, "NAME" removes it. Throws std::runtime_error where the program is not found; the
+  /// text ends with `hint`.
   explicit ChildProcess(std::vector<std::string> command, std::vector<std::string> environment = {},
-                        const std::string& hint = {});
+                        const std::string& hint = {}, const Streams& streams = {});
   /// Kills and reaps it.
   ~ChildProcess();
   ChildProcess(const ChildProcess&) = delete;
@@ -22,21 +39,36 @@ class ChildProcess {
 
   [[nodiscard]] pid_t id() const { return pid_; }
 
-  /// The next line of its standard output without the line break; throws std::runtime_error when
-  /// it ends or kTimeLimit passes first.
+  /// The next line of its standard output without the line break. Throws std::runtime_error at the
+  /// end of the output and after kTimeLimit.
   std::string readLine();
+
+  /// Reads lines up to the first that contains `part`; false where the output ends without one.
+  bool waitForLine(const std::string& part);
+
+  /// The lines that are left, up to the end of the output.
+  std::vector<std::string> restOfLines();
+
+  /// Everything on its standard error up to the end, where that is captured.
+  std::string errors();
+
+  /// Leaves its standard output a pipe that nobody reads any more.
+  void closeOutput();
 
   void signal(int number) const;
 
-  /// Waits for its end: the exit status, or 128 and the signal's number. Throws after kTimeLimit.
+  /// Waits for its end: the exit status, or 128 and the signal's number. Throws std::runtime_error
+  /// after kTimeLimit.
   int wait();
+  [[nodiscard]] bool isRunning();
 
  private:
-  bool fillBuffer();
+  void reap(int options);
 
   pid_t pid_ = -1;
-  int output_ = -1;
-  std::string buffer_;
+  std::optional<int> status_;  ///< as waitpid reports it; nothing while it runs
+  std::optional<OutputReader> output_;
+  std::optional<OutputReader> errors_;
 };
 
 }  // namespace seldial::tests

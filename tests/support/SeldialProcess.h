@@ -1,81 +1,101 @@
-// The real program as a child process, without a desktop unless the test gives it one.
+// The real program as a child process, and a fixture that runs it between a UC client's sockets.
 #pragma once
 
-#include <sys/types.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include <condition_variable>
-#include <deque>
-#include <functional>
-#include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
+#include <utility>
 #include <vector>
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Sockets.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/Waiting.h"
 
 namespace seldial::tests {
 
-/// Its standard output is read all the time, so that it never stalls on a full pipe.
-class SeldialProcess {
+/// Its standard error is captured.
+class SeldialProcess : public ChildProcess {
  public:
-  struct Options {
-    std::string display;                 ///< DISPLAY; empty: none
-    std::vector<int> closedDescriptors;  ///< of 0, 1 and 2: closed instead of a pipe
-  };
-
-  explicit SeldialProcess(std::vector<std::string> arguments)
-      : SeldialProcess(std::move(arguments), Options()) {}
-  SeldialProcess(std::vector<std::string> arguments, const Options& options);
-  /// Kills the program if it still runs.
-  ~SeldialProcess();
-  SeldialProcess(const SeldialProcess&) = delete;
-  SeldialProcess& operator=(const SeldialProcess&) = delete;
-
-  /// The next line of standard output; nothing at its end or when none comes in time.
-  std::optional<std::string> nextLine();
-
-  /// Reads lines up to the first that contains `part`; false when there is none.
-  bool waitForLine(const std::string& part);
-
-  /// The lines that are left on standard output up to its end.
-  std::vector<std::string> restOfLines();
-
-  /// Everything on standard error up to its end.
-  std::string errors();
-
-  /// Makes the program's standard output a pipe that nobody reads any more.
-  void closeOutput();
-  void signal(int number) const;
-
-  /// Waits for the end: the exit status, or minus the number of the signal that killed it.
-  int wait();
-  [[nodiscard]] bool isRunning();
-
-  [[nodiscard]] pid_t pid() const { return pid_; }
-  /// A number from /proc/PID/status, for example "Threads" or "VmRSS".
-  [[nodiscard]] long statusValue(const std::string& key) const;
-  [[nodiscard]] int openDescriptors() const;
+  /// Without a desktop where `display` is empty; `closed` are standard descriptors that it starts
+  /// without.
+  explicit SeldialProcess(std::vector<std::string> arguments, const std::string& display = {},
+                          std::vector<int> closed = {})
+      : ChildProcess(commandLine(std::move(arguments)),
+                     {display.empty() ? "DISPLAY" : "DISPLAY=" + display}, {},
+                     {Streams::Errors::kCaptured, std::move(closed)}) {}
 
  private:
-  void readOutput();
-  bool takeLines(std::string& unfinished);
-
-  pid_t pid_ = -1;
-  std::optional<int> status_;
-  int output_ = -1;
-  int errors_ = -1;
-  int stopReading_ = -1;  ///< an eventfd
-
-  std::mutex mutex_;  ///< guards the lines, which the reader adds and the test takes
-  std::condition_variable linesChanged_;
-  std::deque<std::string> lines_;
-  bool ended_ = false;
-  std::thread reader_;
+  static std::vector<std::string> commandLine(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), SELDIAL_PROGRAM);
+    return arguments;
+  }
 };
 
-/// Connects to a socket path, sends `chunks` one after the other, and disconnects.
-void sendCommand(const std::string& path, const std::vector<std::string>& chunks);
+/// Whether `message` is an "Error" with that message text.
+MATCHER_P(IsError, text, "") {
+  const std::string& message = arg.value_or("nothing");
+  *result_listener << message;
+  return message.find(R"("response":"Error")") != std::string::npos &&
+         message.find(R"("message":")" + std::string(text) + "\"") != std::string::npos;
+}
 
-/// Connects to a socket path; the caller owns the descriptor. -1 when nobody listens.
-int connectTo(const std::string& path);
+/// Whether `message` is a "HotkeyState" that failed for that reason.
+MATCHER_P(IsHotkeyStateFalse, reason, "") {
+  const std::string& message = arg.value_or("nothing");
+  *result_listener << message;
+  return message.find(R"("response":"HotkeyState")") != std::string::npos &&
+         message.find(R"("result":false)") != std::string::npos &&
+         message.find(R"("failreason":")" + std::string(reason) + "\"") != std::string::npos;
+}
+
+/// The real program between the two sockets of a UC client.
+class ProgramTest : public testing::Test {
+ protected:
+  void start(std::vector<std::string> flags = {"-log"}, const std::string& display = {},
+             std::vector<int> closed = {}) {
+    flags.push_back("dialerpipename=" + in);
+    flags.push_back("clientpipename=" + out);
+    process.emplace(std::move(flags), display, std::move(closed));
+  }
+
+  /// As start(), and waits until commands can be sent.
+  void startListening(const std::string& display = {}) {
+    start({"-log"}, display);
+    ASSERT_TRUE(process->waitForLine("listen ok"));
+  }
+
+  /// As startListening(), without log lines: for what would be millions of them.
+  void startQuietly() {
+    start({});
+    waitUntilListening();
+  }
+
+  /// Connects until somebody listens, and takes the answer to that empty connection.
+  void waitUntilListening() {
+    ASSERT_TRUE(eventually([this] { return Peer::connectedTo(in).connected(); }));
+    EXPECT_THAT(client.nextMessage(), IsError("empty string on standard input stream"));
+  }
+
+  /// Sends one command and gives what comes back over the client's socket.
+  std::optional<std::string> answerTo(const std::string& command) {
+    sendCommand(in, {command});
+    return client.nextMessage();
+  }
+
+  /// Ends the program in order.
+  void terminate() {
+    process->signal(SIGTERM);
+    EXPECT_EQ(process->wait(), 0);
+  }
+
+  TemporaryDirectory directory;
+  std::string in = directory.path("in");
+  std::string out = directory.path("out");
+  UcListener client{out};
+  std::optional<SeldialProcess> process;
+};
 
 }  // namespace seldial::tests

@@ -1,13 +1,17 @@
+// Files of a test, removed with it.
 #pragma once
+
+#include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 
 namespace seldial::tests {
 
-/// A directory of the test's own with a short path, removed with everything in it.
+/// An empty directory with a path short enough for a socket, removed with everything in it.
 class TemporaryDirectory {
  public:
   TemporaryDirectory() {
@@ -26,6 +30,31 @@ class TemporaryDirectory {
 
  private:
   std::string path_;
+};
+
+/// A file with the given content.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::string& content) { std::ofstream(path_) << content; }
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  TemporaryDirectory directory_;
+  std::string path_ = directory_.path("file");
+};
+
+class NamedPipe {
+ public:
+  NamedPipe() {
+    if (mkfifo(path_.c_str(), S_IRUSR | S_IWUSR) != 0) throw std::runtime_error("no named pipe");
+  }
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  TemporaryDirectory directory_;
+  std::string path_ = directory_.path("pipe");
 };
 
 }  // namespace seldial::tests

@@ -19,7 +19,8 @@ class RunningClient {
   /// `environment` ("NAME=value") tells where the desktop is; by default there is none.
   explicit RunningClient(const std::vector<std::string>& arguments,
                          const std::string& environment = "DISPLAY=")
-      : process_(commandLine(arguments), {environment, "XDG_RUNTIME_DIR=" + directory_.path("")}) {}
+      : process_(commandLine(arguments), {environment, "XDG_RUNTIME_DIR=" + directory_.path("")},
+                 {}, {tests::Streams::Errors::kWithOutput, {}}) {}
 
   void expectLine(const std::string& line) { EXPECT_EQ(process_.readLine(), line); }
 
@@ -32,7 +33,7 @@ class RunningClient {
 
  private:
   static std::vector<std::string> commandLine(const std::vector<std::string>& arguments) {
-    std::vector<std::string> command{"sh", "-c", R"(exec "$0" "$@" 2>&1)", SELDIAL_UC};
+    std::vector<std::string> command{SELDIAL_UC};
     command.insert(command.end(), arguments.begin(), arguments.end());
     return command;
   }

@@ -1,95 +1,13 @@
 #include "tests/unixsocket/Support.h"
 
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstdlib>
-#include <cstring>
 #include <fstream>
-#include <thread>
 
 namespace seldial::tests {
-namespace {
-
-std::size_t entriesOf(const char* directory) {
-  std::size_t entries = 0;
-  DIR* const stream = opendir(directory);
-  while (readdir(stream) != nullptr) ++entries;
-  closedir(stream);
-  return entries;
-}
-
-sockaddr_un addressOf(const std::string& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  path.copy(address.sun_path, sizeof address.sun_path - 1);
-  return address;
-}
-
-int newSocket() {
-  return ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-}
-
-}  // namespace
-
-Peer Peer::connectedTo(const std::string& path) {
-  Peer peer(newSocket());
-  const sockaddr_un address = addressOf(path);
-  if (::connect(peer.fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-    peer.leave();
-  }
-  return peer;
-}
-
-Peer Peer::listeningAt(const std::string& path, int backlog) {
-  Peer peer(newSocket());
-  const sockaddr_un address = addressOf(path);
-  EXPECT_EQ(0, ::bind(peer.fd, reinterpret_cast<const sockaddr*>(&address), sizeof address));
-  EXPECT_EQ(0, ::listen(peer.fd, backlog));
-  return peer;
-}
-
-Peer Peer::accepted() const {
-  return Peer(::accept4(fd, nullptr, nullptr, SOCK_CLOEXEC));
-}
-
-void Peer::send(const std::string& bytes) const {
-  std::size_t sent = 0;
-  while (sent < bytes.size()) {
-    const auto count =
-        ::sendto(fd, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL, nullptr, 0);
-    if (count <= 0) return;  // the reader is gone: what arrived is the test's to judge
-    sent += static_cast<std::size_t>(count);
-  }
-}
-
-std::string Peer::receive(std::size_t bytes) const {
-  std::string all(bytes, '\0');
-  std::size_t got = 0;
-  while (got < bytes) {
-    const auto count = ::recv(fd, all.data() + got, bytes - got, 0);
-    if (count <= 0) break;
-    got += static_cast<std::size_t>(count);
-  }
-  all.resize(got);
-  return all;
-}
-
-std::string Peer::receiveToTheEnd() const {
-  std::string all;
-  for (std::string some = receive(1); !some.empty(); some = receive(1)) all += some;
-  return all;
-}
-
-void Peer::leave() {
-  if (fd != -1) ::close(fd);
-  fd = -1;
-}
 
 SocketAndPeer makePair(std::uint64_t fragmentSize) {
   int ends[2] = {-1, -1};
@@ -97,36 +15,6 @@ SocketAndPeer makePair(std::uint64_t fragmentSize) {
   auto socket = GDUnixSocket::initWithSocketPath("(dummy)", fragmentSize);
   socket->setFd(ends[0]);
   return {socket, Peer(ends[1])};
-}
-
-void Journal::add(const std::string& line) {
-  const std::lock_guard lock(mutex_);
-  lines_.push_back(line);
-  changed_.notify_all();
-}
-
-std::vector<std::string> Journal::lines() const {
-  const std::lock_guard lock(mutex_);
-  return lines_;
-}
-
-std::size_t Journal::count(const std::string& line) const {
-  const std::lock_guard lock(mutex_);
-  return countLocked(line);
-}
-
-bool Journal::waitFor(const std::string& line, std::size_t times) const {
-  std::unique_lock lock(mutex_);
-  return changed_.wait_for(lock, kTimeLimit, [&] { return countLocked(line) >= times; });
-}
-
-void Journal::clear() {
-  const std::lock_guard lock(mutex_);
-  lines_.clear();
-}
-
-std::size_t Journal::countLocked(const std::string& line) const {
-  return static_cast<std::size_t>(std::count(lines_.begin(), lines_.end(), line));
 }
 
 void RecordingServerDelegate::unixSocketServerDidStartListening(GDUnixSocketServer& server) {
@@ -196,14 +84,6 @@ void RecordingClientDelegate::unixSocketClientDidReceiveData(GDUnixSocketClient&
 void RecordingClientDelegate::unixSocketClientDidFailToReadWithError(GDUnixSocketClient& /*client*/,
                                                                      const Error& error) {
   journal.add("failed " + std::to_string(error.code));
-}
-
-std::size_t openDescriptors() {
-  return entriesOf("/proc/self/fd");
-}
-
-std::size_t runningThreads() {
-  return entriesOf("/proc/self/task") - 2;
 }
 
 bool exists(const std::string& path) {

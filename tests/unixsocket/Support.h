@@ -1,8 +1,6 @@
-// What the tests of the socket library share: a peer made of bare system calls, delegates that
-// record, and what the process holds.
+// Delegates that record, for the tests of the socket library, and the state of this process.
 #pragma once
 
-#include <condition_variable>
 #include <cstddef>
 #include <functional>
 #include <mutex>
@@ -10,6 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/Journal.h"
+#include "tests/support/ProcessState.h"
+#include "tests/support/Sockets.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/Waiting.h"
 #include "unixsocket/GDUnixSocketClient.h"
@@ -17,59 +18,12 @@
 
 namespace seldial::tests {
 
-/// The other side: a program that uses system calls alone, for its bytes such as SystemCalls.h does
-/// not touch. Closes its descriptor.
-class Peer {
- public:
-  explicit Peer(int descriptor) : fd(descriptor) {}
-  ~Peer() { leave(); }
-  Peer(Peer&& other) noexcept : fd(other.fd) { other.fd = -1; }
-  Peer& operator=(Peer&&) = delete;
-  Peer(const Peer&) = delete;
-  Peer& operator=(const Peer&) = delete;
-
-  static Peer connectedTo(const std::string& path);
-
-  /// Listens there; accepted() waits for one connection.
-  static Peer listeningAt(const std::string& path, int backlog = 5);
-  [[nodiscard]] Peer accepted() const;
-
-  void send(const std::string& bytes) const;
-
-  /// Exactly that many bytes, or fewer when the stream ends before.
-  [[nodiscard]] std::string receive(std::size_t bytes) const;
-  [[nodiscard]] std::string receiveToTheEnd() const;
-
-  void leave();
-
-  int fd;
-};
-
 /// A connected pair, one side of it inside a socket object.
 struct SocketAndPeer {
   std::shared_ptr<GDUnixSocket> socket;
   Peer peer;
 };
 SocketAndPeer makePair(std::uint64_t fragmentSize = GDUnixSocket::kDefaultFragmentSize);
-
-/// Lines that threads write and tests wait for.
-class Journal {
- public:
-  void add(const std::string& line);
-  [[nodiscard]] std::vector<std::string> lines() const;
-  [[nodiscard]] std::size_t count(const std::string& line) const;
-
-  /// Waits until `line` was written that often; false when it never came.
-  [[nodiscard]] bool waitFor(const std::string& line, std::size_t times = 1) const;
-  void clear();
-
- private:
-  [[nodiscard]] std::size_t countLocked(const std::string& line) const;
-
-  mutable std::mutex mutex_;
-  mutable std::condition_variable changed_;
-  std::vector<std::string> lines_;
-};
 
 /// Writes "listening", "accept", "data BYTES", "disconnect", "read failed CODE", "accept failed
 /// DESCRIPTION" and "close" or "close DESCRIPTION"; keeps the identifiers, and what was received.
@@ -120,8 +74,6 @@ class RecordingClientDelegate final : public GDUnixSocketClientDelegate {
   std::function<void(GDUnixSocketClient& client)> onData;  ///< before the line is written
 };
 
-[[nodiscard]] std::size_t openDescriptors();
-[[nodiscard]] std::size_t runningThreads();
 [[nodiscard]] bool exists(const std::string& path);
 
 /// The calling thread's number, as isAsleepOrGone() takes it.

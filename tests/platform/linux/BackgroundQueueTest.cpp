@@ -2,13 +2,13 @@
 
 #include <atomic>
 #include <csignal>
-#include <fstream>
 #include <future>
 #include <string>
 #include <thread>
 
 #include "platform/Installed.h"
 #include "platform/linux/BackgroundQueue.h"
+#include "tests/support/ProcessState.h"
 #include "tests/support/Waiting.h"
 
 namespace seldial::platform {
@@ -16,16 +16,8 @@ namespace {
 
 using tests::kTimeLimit;
 
-int threadsOfThisProcess() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.compare(0, 8, "Threads:") == 0) return std::stoi(line.substr(8));
-  }
-  return -1;
-}
-
-bool threadsFallTo(int count) {
-  return tests::eventually([count] { return threadsOfThisProcess() <= count; });
+bool threadsFallTo(std::size_t count) {
+  return tests::eventually([count] { return tests::runningThreads() <= count; });
 }
 
 /// Runs `work` on the queue and waits for its result.
@@ -44,7 +36,7 @@ TEST(BackgroundQueue, RunsATaskOnAnotherThread) {
 
 TEST(BackgroundQueue, TasksThatBlockForEverKeepNobodyWaiting) {
   std::thread([] {}).join();  // ThreadSanitizer starts one of its own with the first
-  const int before = threadsOfThisProcess();
+  const std::size_t before = tests::runningThreads();
   std::promise<void> release;
   const auto released = release.get_future().share();
   std::atomic<int> running{0};
@@ -56,7 +48,7 @@ TEST(BackgroundQueue, TasksThatBlockForEverKeepNobodyWaiting) {
   }
   EXPECT_TRUE(onBackgroundThread([] { return true; }));
   release.set_value();
-  EXPECT_TRUE(threadsFallTo(before)) << threadsOfThisProcess();
+  EXPECT_TRUE(threadsFallTo(before)) << tests::runningThreads();
   EXPECT_EQ(running, 500);
 }
 

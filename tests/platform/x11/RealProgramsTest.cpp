@@ -1,6 +1,6 @@
 // Dialling from programs that people use: Tk, GTK 3 and a terminal, under a window manager.
 #include "tests/platform/x11/X11Test.h"
-#include "tests/support/TemporaryFiles.h"
+#include "tests/support/TemporaryDirectory.h"
 #include "tests/support/desktop/Windows.h"
 
 namespace seldial::platform::x11 {
@@ -75,7 +75,7 @@ TEST_F(RealPrograms, AGtkEntryIsDialledAndKeepsItsText) {
 }
 
 TEST_F(RealPrograms, ATerminalsSelectionIsDialledAndNothingReachesTheProgramInside) {
-  const Pipe pipe;
+  const NamedPipe pipe;
   // The terminal answers where its cursor is, so what was written before is on its screen.
   const TemporaryFile script("exec 3>'" + pipe.path() +
                              "'\n"

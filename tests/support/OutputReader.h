@@ -1,0 +1,46 @@
+// Collects what a child process writes to a pipe.
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+
+namespace seldial::tests {
+
+/// Reads all the time, on a thread of its own, so that the process never stalls on a full pipe.
+class OutputReader {
+ public:
+  /// Takes over the reading end of a pipe.
+  explicit OutputReader(int descriptor);
+  /// Stops reading and closes the pipe, whether or not the process still writes to it.
+  ~OutputReader();
+  OutputReader(const OutputReader&) = delete;
+  OutputReader& operator=(const OutputReader&) = delete;
+
+  /// Takes the next line without its line break, or the rest where the stream ends without one.
+  /// Nothing at the end of the stream. Throws std::runtime_error after kTimeLimit.
+  std::optional<std::string> nextLine();
+
+  /// Takes everything up to the end of the stream. Throws std::runtime_error after kTimeLimit.
+  std::string rest();
+
+ private:
+  void run();
+  bool readOnce();
+  template <class Condition>
+  void waitFor(std::unique_lock<std::mutex>& lock, const Condition& condition);
+
+  const int descriptor_;
+  const int stop_;  ///< an eventfd
+
+  std::mutex mutex_;  ///< guards what the thread adds and the test takes
+  std::condition_variable changed_;
+  std::string text_;
+  bool ended_ = false;
+
+  std::thread thread_;
+};
+
+}  // namespace seldial::tests
