@@ -9,7 +9,7 @@ if(NOT clang_format)
   return()
 endif()
 set(sources)
-foreach(room api app bench docs fuzz hotkey platform shortcut tests ucclient unixsocket)
+foreach(room api app bench client docs fuzz hotkey platform shortcut tests ucclient unixsocket)
   file(GLOB_RECURSE found
     ${root}/${room}/*.h ${root}/${room}/*.c ${root}/${room}/*.cpp ${root}/${room}/*.mm)
   list(APPEND sources ${found})

@@ -7,8 +7,8 @@
 namespace seldial {
 namespace {
 
-/// For the connect, and for the write: longer than a seldial that dials takes to look.
-constexpr std::chrono::seconds kPatience{3};
+/// Time limit of the connect and of the write. A Seldial that is dialling answers sooner.
+constexpr std::chrono::seconds kTimeLimit{3};
 
 }  // namespace
 
@@ -20,14 +20,14 @@ std::optional<std::string> printCommand(const std::string& command) {
 
 std::optional<std::string> sendCommand(const std::string& command, const std::string& path) {
   const auto client = GDUnixSocketClient::initWithSocketPath(path);
-  if (!client) return path + " is no path for a socket.";
-  client->setSendTimeout(kPatience);
+  if (!client) return path + " cannot be the path of a socket.";
+  client->setSendTimeout(kTimeLimit);
   std::optional<Error> error;
   if (!client->connectWithAutoRead(false, &error)) return error->localizedDescription;
   const auto count = client->writeData(command, &error);
   client->close();
   if (count == static_cast<std::int64_t>(command.size())) return std::nullopt;
-  return error ? error->localizedDescription : "Not all of it was taken.";
+  return error ? error->localizedDescription : "Seldial did not take the whole command.";
 }
 
 }  // namespace seldial

@@ -1,4 +1,4 @@
-// How the command leaves the window.
+// Hands the command over.
 #pragma once
 
 #include <optional>
@@ -6,11 +6,11 @@
 
 namespace seldial {
 
-/// Prints the command as one line; what is wrong when standard output does not take it.
+/// Prints the command as one line. Returns what went wrong, if anything.
 [[nodiscard]] std::optional<std::string> printCommand(const std::string& command);
 
-/// Sends the command to the seldial that listens at `path`, over a connection of its own, and
-/// waits a few seconds at most; what is wrong when that fails.
+/// Sends the command to the Seldial that listens at `path`, over its own connection. Takes a few
+/// seconds at most. Returns what went wrong, if anything.
 [[nodiscard]] std::optional<std::string> sendCommand(const std::string& command,
                                                      const std::string& path);
 

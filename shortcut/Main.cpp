@@ -34,12 +34,12 @@ int runWindow(const ShortcutOptions& options) {
 int run(int argc, char* argv[], const ShortcutOptions& options) {
   const auto desktop = platform::qt::Desktop::connect([] { std::exit(1); });
   if (!desktop) {
-    std::fputs("seldial-shortcut: there is no X11 desktop to have a shortcut on\n", stderr);
+    std::fputs("seldial-shortcut: there is no X11 desktop\n", stderr);
     return 1;
   }
-  // Shortcuts are X11's, also where this desktop has another display server too.
+  // Shortcuts are recorded through X11, also on a desktop that offers Wayland too.
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
-  int ownPath = argc > 0 ? 1 : 0;  // the rest is ours, not Qt's
+  int ownPath = argc > 0 ? 1 : 0;  // Qt must not read the options
   const QApplication application(ownPath, argv);
   const auto served = desktop->serve();
   return runWindow(options);

@@ -1,7 +1,6 @@
 #include "shortcut/Options.h"
 
-#include "ucclient/OptionReader.h"
-#include "ucclient/Options.h"
+#include "client/Options.h"
 #include "unixsocket/GDUnixSocketClient.h"
 
 namespace seldial {
@@ -14,7 +13,7 @@ class Reader final : public OptionReader {
   std::optional<ShortcutOptions> read() {
     if (!readAll()) return std::nullopt;
     if (print_ && !options_.socket.empty()) {
-      fail("--print and --socket exclude each other");
+      fail("--print and --socket cannot be used together");
       return std::nullopt;
     }
     return options_;
@@ -69,19 +68,19 @@ std::optional<ShortcutOptions> shortcutOptionsFrom(const std::vector<std::string
 const char* shortcutHelpText() {
   return R"(usage: seldial-shortcut [--print | --socket PATH] [--hotkey KEYS] [--delay MS]
 
-Shows a window in which a shortcut is recorded and tried out, and hands the
-command that sets it to seldial, or to whoever reads standard output.
+Shows a window to record a shortcut and try it out. Then prints the command that
+sets it, or sends it to seldial.
 
-  --print         print the command, one line of JSON; so it does if nothing is given
+  --print         print the command, one line of JSON; this is the default
   --socket PATH   send it to the seldial that listens at PATH
-  --hotkey KEYS   the shortcut to begin with: any of ctrl, alt, shift and super, and
+  --hotkey KEYS   the shortcut to start with: any of ctrl, alt, shift and super, and
                   one key, such as d, 7, f5, space, left or keypad0
   --delay MS      how long the other application gets to copy its selection, from 0
                   to 65535 milliseconds, 500 if not given
   --help          print this text
 
 Exit status: 0 when the shortcut was handed over; 1 when the window was closed
-without it, or there is no X11 desktop; 2 when the command line makes no sense.
+without it, or there is no X11 desktop; 2 when the command line is wrong.
 )";
 }
 

@@ -5,20 +5,20 @@
 #include <string>
 #include <vector>
 
-#include "ucclient/HotKeySpelling.h"
+#include "client/HotKey.h"
 
 namespace seldial {
 
-/// What the command line of the shortcut window asks for.
+/// The command line of the shortcut window.
 struct ShortcutOptions {
-  std::optional<HotKey> hotKey;  ///< to begin with
-  std::uint16_t delay = 500;     ///< the same: from the copy keystroke to reading, ms
+  std::optional<HotKey> hotKey;  ///< shown at the start
+  std::uint16_t delay = 500;     ///< shown at the start: from the copy keystroke to reading, ms
   std::string socket;            ///< where the command is sent; empty: it is printed
   bool help = false;
 };
 
-/// Reads the arguments, without the program's own path. Nothing when they make no sense; `error`
-/// is then one sentence that says why, without a full stop.
+/// Reads the arguments, without the program's own path. Nothing when they are wrong; `error` is
+/// then one sentence that says why, without a full stop.
 [[nodiscard]] std::optional<ShortcutOptions> shortcutOptionsFrom(
     const std::vector<std::string>& arguments, std::string& error);
 

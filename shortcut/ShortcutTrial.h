@@ -6,17 +6,16 @@
 
 namespace seldial {
 
-/// What the desktop says of a shortcut.
+/// Whether a shortcut can be used on this desktop.
 enum class ShortcutState {
-  kUnknown,   ///< there is none, or it was not asked for yet
-  kFree,      ///< it is this program's now
+  kUnknown,   ///< there is no shortcut, or it was not tried yet
+  kFree,      ///< it was free, and is now registered by this program
   kHeld,      ///< another program holds it
-  kUnusable,  ///< nobody can have it here
+  kUnusable,  ///< no program can register it
 };
 
-/// Takes a shortcut from the desktop to try it out, one at a time, and gives it back. It is the
-/// record itself that is registered: a copy would drop it from the registry as it dies. Main
-/// thread.
+/// Registers a shortcut while it is tried out, one at a time. The record itself is registered: a
+/// copy would unregister it when it is destroyed. Main thread.
 class ShortcutTrial {
  public:
   ShortcutTrial() = default;
@@ -24,13 +23,13 @@ class ShortcutTrial {
   ShortcutTrial(const ShortcutTrial&) = delete;
   ShortcutTrial& operator=(const ShortcutTrial&) = delete;
 
-  /// False where nobody can have it, whether it is held or not.
+  /// False when no program can register it on this desktop.
   [[nodiscard]] static bool isUsable(const QKHotKey& hotKey);
 
-  /// Takes the combination of the record, unless it is taken already, instead of the one before.
+  /// Registers the record, unless that is done already, and unregisters the previous one.
   ShortcutState take(const std::shared_ptr<QKHotKey>& hotKey);
 
-  /// Whoever else wants it can have it from now on.
+  /// Unregisters it: other programs can have it now.
   void giveBack();
 
  private:

@@ -7,8 +7,8 @@
 #include <QPushButton>
 #include <QSpinBox>
 
+#include "client/Messages.h"
 #include "shortcut/ShortcutWords.h"
-#include "ucclient/Messages.h"
 
 namespace seldial {
 namespace {
@@ -46,7 +46,7 @@ ShortcutWindow::ShortcutWindow(Deliver deliver, const QString& acceptText)
   layout->setHorizontalSpacing(kSpacing);
   layout->setVerticalSpacing(kSpacing);
   layout->setColumnStretch(0, 1);
-  layout->setSizeConstraint(QLayout::SetFixedSize);  // no more and no less than it shows
+  layout->setSizeConstraint(QLayout::SetFixedSize);  // exactly as large as its content
   addShortcut(*layout);
   addDelay(*layout);
   layout->addWidget(panel_, layout->rowCount(), 0, 1, -1);
@@ -59,7 +59,7 @@ ShortcutWindow::ShortcutWindow(Deliver deliver, const QString& acceptText)
 void ShortcutWindow::addShortcut(QGridLayout& layout) {
   auto* const title = new QLabel(QStringLiteral("Select a number anywhere, then press"), this);
   makeBig(*field_);
-  // Whoever comes by with the Tab key does not begin to record: there is a button for that.
+  // The Tab key must not start a recording: there is a button for that.
   field_->setFocusPolicy(Qt::ClickFocus);
   layout.addWidget(title, 0, 0, 1, -1);
   layout.addWidget(field_, 1, 0, 1, -1);
@@ -99,9 +99,9 @@ void ShortcutWindow::connectControls() {
   connect(clear_, &QPushButton::clicked, this, &ShortcutWindow::clear);
   connect(field_, &QKHotKeyTextField::actionSent, this, &ShortcutWindow::recorded);
   connect(field_, &QKHotKeyTextField::editingChanged, this, &ShortcutWindow::recordingChanged);
-  for (QObject* const whoeverActs : {static_cast<QObject*>(this), static_cast<QObject*>(accept_),
-                                     static_cast<QObject*>(record_)}) {
-    whoeverActs->installEventFilter(this);
+  for (QObject* const watched : {static_cast<QObject*>(this), static_cast<QObject*>(accept_),
+                                 static_cast<QObject*>(record_)}) {
+    watched->installEventFilter(this);
   }
   connect(&light_, &QTimer::timeout, this, &ShortcutWindow::showAll);
 }
@@ -132,11 +132,11 @@ void ShortcutWindow::describeControls() {
 
 void ShortcutWindow::begin(const std::optional<HotKey>& hotKey, std::uint16_t delay) {
   delay_->setValue(delay);
-  if (hotKey) setHotKey(hotKey->virtualKey, modifierFlagsOf(*hotKey));
+  if (hotKey) setHotKey(hotKey->virtualKey, hotKey->modifierFlags);
   showAll();
 }
 
-/// Every record that the field gets is one that lights up the panel.
+/// Gives the field a record that lights up the panel when it is used.
 void ShortcutWindow::setHotKey(std::uint16_t keyCode, std::uint64_t modifierFlags) {
   field_->setHotKey(QKHotKey::hotKeyWithKeyCode(
       keyCode, modifierFlags, [this](const QKKeyEvent& /*event*/) { lightUp(); }));
@@ -153,7 +153,7 @@ void ShortcutWindow::clear() {
 
 void ShortcutWindow::recorded() {
   const auto hotKey = field_->hotKey();
-  // The first one has no predecessor whose task it could have been given.
+  // A first recording has no previous record to take the task from.
   if (hotKey && !hotKey->task()) setHotKey(hotKey->keyCode(), hotKey->modifierFlags());
   showAll();
 }
@@ -180,13 +180,14 @@ void ShortcutWindow::showEvent(QShowEvent* event) {
 }
 
 bool ShortcutWindow::eventFilter(QObject* watched, QEvent* event) {
-  // Return or Escape that ended the recording may still be held and repeat: it means no more.
+  // The Return or Escape that ended a recording may still be held. Its repeats mean nothing.
   const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
   const bool repeats = isKey && repeats_.isRepeat(*static_cast<QKeyEvent*>(event));
   return repeats || QDialog::eventFilter(watched, event);
 }
 
-/// From the recording the way leads on to what comes next, or back to where it began.
+/// After a recording, the focus goes on to the button that accepts, or back to the one that
+/// records.
 bool ShortcutWindow::focusNextPrevChild(bool next) {
   if (!field_->hasFocus()) return QDialog::focusNextPrevChild(next);
   (accept_->isEnabled() ? accept_ : record_)->setFocus(Qt::TabFocusReason);
@@ -195,16 +196,16 @@ bool ShortcutWindow::focusNextPrevChild(bool next) {
 
 void ShortcutWindow::accept() {
   if (!accept_->isEnabled()) return;
-  // Seldial is to find it free.
+  // Seldial must be able to register it.
   trial_.giveBack();
-  const auto command = setHotKeyCommand(describedHotKey(*field_->hotKey()),
-                                        static_cast<std::uint16_t>(delay_->value()));
+  const auto command =
+      setHotKeyCommand(hotKeyOf(*field_->hotKey()), static_cast<std::uint16_t>(delay_->value()));
   failure_ = deliver_(command);
   if (!failure_) return QDialog::accept();
   tryOut();
 }
 
-/// Takes the shortcut while it can be tried out. What the desktop said last stays shown.
+/// Registers the shortcut while it can be tried out. The last result stays shown.
 void ShortcutWindow::tryOut() {
   if (!isActiveWindow() || field_->isEditing()) {
     trial_.giveBack();
@@ -216,7 +217,7 @@ void ShortcutWindow::tryOut() {
 
 void ShortcutWindow::showAll() {
   const auto hotKey = field_->hotKey();
-  // Not by the state, which is still that of the shortcut before while a new one is recorded.
+  // Does not depend on state_, which belongs to the previous shortcut while a new one is recorded.
   accept_->setEnabled(hotKey && !hasOnlyModifiers(*hotKey) && ShortcutTrial::isUsable(*hotKey));
   clear_->setEnabled(hotKey != nullptr);
   showShortcut();
@@ -249,17 +250,17 @@ void ShortcutWindow::showState() {
              "Record a shortcut first: modifier keys, such as Ctrl and Alt, and one key."));
   } else if (hasOnlyModifiers(*hotKey)) {
     tell(Kind::kWarning, "One key is missing",
-         QStringLiteral("Modifier keys alone are no shortcut. Record them with one more key."));
+         QStringLiteral("Modifier keys alone cannot be a shortcut. Press them with one more key."));
   } else if (state_ == ShortcutState::kUnusable) {
     tell(Kind::kWarning, "This desktop cannot use it",
-         QStringLiteral("The keyboard lacks such a key, or Seldial needs the combination itself in "
-                        "order to copy."));
+         QStringLiteral("The keyboard has no such key, or Seldial uses the combination itself to "
+                        "copy."));
   } else if (state_ == ShortcutState::kHeld) {
     tell(Kind::kWarning, "Another program holds this shortcut",
-         QStringLiteral("If that is Seldial, all is well: it can stay. Otherwise record another."));
+         QStringLiteral("If that program is Seldial, keep it. Otherwise record another one."));
   } else {
     tell(Kind::kPlain, "Try it here",
-         QStringLiteral("Press the shortcut and let go: this lights up."));
+         QStringLiteral("Press the shortcut and release it: this panel lights up."));
   }
 }
 

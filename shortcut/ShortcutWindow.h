@@ -7,10 +7,10 @@
 #include <optional>
 #include <string>
 
+#include "client/HotKey.h"
 #include "hotkey/qt/QKHotKeyTextField.h"
 #include "shortcut/ShortcutTrial.h"
 #include "shortcut/StatusPanel.h"
-#include "ucclient/HotKeySpelling.h"
 
 class QGridLayout;
 class QLabel;
@@ -19,18 +19,19 @@ class QSpinBox;
 
 namespace seldial {
 
-/// The window in which people record the shortcut that Seldial dials with, try it out, and hand it
-/// over. While it is active and does not record, the shortcut is taken from the desktop, so that
-/// pressing it lights up the panel; otherwise Seldial can have it. Main thread only.
+/// The window to record the shortcut that Seldial dials with, try it out, and hand it over. While
+/// it is active and not recording, it registers the shortcut itself, so that pressing the shortcut
+/// lights up the panel; at all other times Seldial can register it. Main thread only.
 class ShortcutWindow : public QDialog {
  public:
-  /// Hands the command over; what is wrong when that fails, in words for the user.
+  /// Hands the command over. Returns what went wrong, if anything, in words for the user.
   using Deliver = std::function<std::optional<std::string>(const std::string& command)>;
 
-  /// `acceptText` names what accepting does. The dialog is accepted once `deliver` has succeeded.
+  /// `acceptText` is the text of the button that accepts. The dialog is accepted once `deliver` has
+  /// succeeded.
   ShortcutWindow(Deliver deliver, const QString& acceptText);
 
-  /// What the window begins with; to be called before it is shown.
+  /// Sets the shortcut and delay shown at the start. To be called before the window is shown.
   void begin(const std::optional<HotKey>& hotKey, std::uint16_t delay);
 
   void accept() override;

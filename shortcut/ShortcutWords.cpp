@@ -10,51 +10,57 @@
 namespace seldial {
 namespace {
 
-struct NamedKey {
-  std::uint16_t keyCode;
-  const char* name;
+using namespace platform;  // NOLINT: keys and modifiers by their short names
+
+struct LabelledKey {
+  VirtualKey key;
+  const char* label;
 };
 
-/// Keys that are shown as a glyph, or as nothing at all. All others say what they are.
-constexpr NamedKey kNames[] = {
-    {36, "Return"},    {48, "Tab"},      {49, "Space"},      {51, "Backspace"},   {53, "Escape"},
-    {57, "Caps Lock"}, {71, "Num Lock"}, {72, "Volume Up"},  {73, "Volume Down"}, {74, "Mute"},
-    {76, "Enter"},     {110, "Menu"},    {114, "Insert"},    {115, "Home"},       {116, "Page Up"},
-    {117, "Delete"},   {119, "End"},     {121, "Page Down"}, {123, "Left"},       {124, "Right"},
-    {125, "Down"},     {126, "Up"},
+/// Keys that are shown as a glyph, or not at all. All others are named by what they type.
+constexpr LabelledKey kLabels[] = {
+    {kVK_Return, "Return"},
+    {kVK_Tab, "Tab"},
+    {kVK_Space, "Space"},
+    {kVK_Delete, "Backspace"},
+    {kVK_Escape, "Escape"},
+    {kVK_CapsLock, "Caps Lock"},
+    {kVK_ANSI_KeypadClear, "Num Lock"},
+    {kVK_VolumeUp, "Volume Up"},
+    {kVK_VolumeDown, "Volume Down"},
+    {kVK_Mute, "Mute"},
+    {kVK_ANSI_KeypadEnter, "Enter"},
+    {kVK_ContextualMenu, "Menu"},
+    {kVK_Help, "Insert"},
+    {kVK_Home, "Home"},
+    {kVK_PageUp, "Page Up"},
+    {kVK_ForwardDelete, "Delete"},
+    {kVK_End, "End"},
+    {kVK_PageDown, "Page Down"},
+    {kVK_LeftArrow, "Left"},
+    {kVK_RightArrow, "Right"},
+    {kVK_DownArrow, "Down"},
+    {kVK_UpArrow, "Up"},
 };
 
-struct FlaggedModifier {
-  std::uint64_t flag;
-  bool HotKey::*member;
-  const char* name;
+constexpr VirtualKey kKeypadKeys[] = {
+    kVK_ANSI_KeypadDecimal, kVK_ANSI_KeypadMultiply, kVK_ANSI_KeypadPlus, kVK_ANSI_KeypadDivide,
+    kVK_ANSI_KeypadMinus,   kVK_ANSI_KeypadEquals,   kVK_ANSI_Keypad0,    kVK_ANSI_Keypad1,
+    kVK_ANSI_Keypad2,       kVK_ANSI_Keypad3,        kVK_ANSI_Keypad4,    kVK_ANSI_Keypad5,
+    kVK_ANSI_Keypad6,       kVK_ANSI_Keypad7,        kVK_ANSI_Keypad8,    kVK_ANSI_Keypad9,
+    kVK_JIS_KeypadComma,
 };
-
-constexpr FlaggedModifier kModifiers[] = {
-    {platform::kModifierFlagControl, &HotKey::ctrl, "Ctrl"},
-    {platform::kModifierFlagOption, &HotKey::alt, "Alt"},
-    {platform::kModifierFlagShift, &HotKey::shift, "Shift"},
-    {platform::kModifierFlagCommand, &HotKey::command, "Super"},
-};
-
-/// Both Command, Shift, Option and Control keys, CapsLock among them, and the function key.
-constexpr std::uint16_t kFirstModifierKey = 54;
-constexpr std::uint16_t kLastModifierKey = 63;
-constexpr std::uint16_t kCapsLockKey = 57;  // an ordinary key, where the layout makes it one
-
-/// Within them lie keys of other kinds too, all of which have names.
-constexpr std::uint16_t kFirstKeypadKey = 65;
-constexpr std::uint16_t kLastKeypadKey = 92;
 
 QString keyInWords(std::uint16_t keyCode) {
-  const auto* const named = std::find_if(std::begin(kNames), std::end(kNames),
-                                         [=](const auto& key) { return key.keyCode == keyCode; });
-  if (named != std::end(kNames)) return QString::fromLatin1(named->name);
-  const QString says = QString::fromStdString(QKStringFromKeyCode(keyCode, 0)).toUpper();
-  if (says.isEmpty()) return QStringLiteral("key %1").arg(keyCode);
+  const auto* const labelled =
+      std::find_if(std::begin(kLabels), std::end(kLabels),
+                   [=](const LabelledKey& entry) { return entry.key == keyCode; });
+  if (labelled != std::end(kLabels)) return QString::fromLatin1(labelled->label);
+  const QString typed = QString::fromStdString(QKStringFromKeyCode(keyCode, 0)).toUpper();
+  if (typed.isEmpty()) return QStringLiteral("key %1").arg(keyCode);
   const bool keypad =
-      keyCode >= kFirstKeypadKey && keyCode <= kLastKeypadKey && !says.startsWith(QLatin1Char('F'));
-  return keypad ? QStringLiteral("Keypad ") + says : says;
+      std::find(std::begin(kKeypadKeys), std::end(kKeypadKeys), keyCode) != std::end(kKeypadKeys);
+  return keypad ? QStringLiteral("Keypad ") + typed : typed;
 }
 
 }  // namespace
@@ -62,32 +68,23 @@ QString keyInWords(std::uint16_t keyCode) {
 QString shortcutInWords(const QKHotKey& hotKey) {
   QStringList words;
   for (const auto& modifier : kModifiers) {
-    if ((hotKey.modifierFlags() & modifier.flag) != 0) words << QString::fromLatin1(modifier.name);
+    if ((hotKey.modifierFlags() & modifier.flag) != 0) words << QString::fromLatin1(modifier.label);
   }
   if (!hasOnlyModifiers(hotKey)) words << keyInWords(hotKey.keyCode());
   return words.join(QStringLiteral(" + "));
 }
 
-HotKey describedHotKey(const QKHotKey& hotKey) {
-  HotKey described;
-  described.virtualKey = hotKey.keyCode();
+HotKey hotKeyOf(const QKHotKey& hotKey) {
+  HotKey result;
+  result.virtualKey = hotKey.keyCode();
   for (const auto& modifier : kModifiers) {
-    described.*modifier.member = (hotKey.modifierFlags() & modifier.flag) != 0;
+    result.modifierFlags |= hotKey.modifierFlags() & modifier.flag;
   }
-  return described;
-}
-
-std::uint64_t modifierFlagsOf(const HotKey& hotKey) {
-  std::uint64_t flags = 0;
-  for (const auto& modifier : kModifiers) {
-    if (hotKey.*modifier.member) flags |= modifier.flag;
-  }
-  return flags;
+  return result;
 }
 
 bool hasOnlyModifiers(const QKHotKey& hotKey) {
-  return hotKey.keyCode() >= kFirstModifierKey && hotKey.keyCode() <= kLastModifierKey &&
-         hotKey.keyCode() != kCapsLockKey;
+  return isModifierKey(hotKey.keyCode());
 }
 
 }  // namespace seldial

@@ -16,7 +16,7 @@ constexpr int kPadding = 16;
 constexpr int kLineGap = 4;
 constexpr int kSignSize = 24;
 
-/// A triangle with an exclamation mark: a warning also for those who do not see colours.
+/// A triangle with an exclamation mark, for people who do not see colours too.
 void paintWarningSign(QPainter& painter, const QRectF& place, const QColor& colour) {
   painter.setPen(QPen(colour, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(Qt::NoBrush);
@@ -45,7 +45,7 @@ StatusPanel::StatusPanel(QWidget* parent)
   texts->addWidget(headline_);
   texts->addWidget(detail_);
   texts->addStretch();
-  // As wide as the others make the window.
+  // The other controls decide the width of the window.
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
   makeRoom();
 }
@@ -61,8 +61,8 @@ void StatusPanel::tell(Kind kind, const QString& headline, const QString& detail
   if (isNew) announce();
 }
 
-/// For two lines below the headline, which is what most details take, so that the window seldom
-/// changes its size; and for more where they are needed. Before it is shown its width says nothing.
+/// Reserves two lines below the headline, enough for most details, so that the window seldom
+/// changes its size; more where they are needed. Its width is known only once it is shown.
 void StatusPanel::makeRoom() {
   const int usual = 2 * kPadding + 3 * fontMetrics().lineSpacing() + kLineGap;
   setMinimumHeight(isVisible() ? std::max(usual, layout()->heightForWidth(width())) : usual);
@@ -102,7 +102,7 @@ void StatusPanel::paintEvent(QPaintEvent* /*event*/) {
     paintWarningSign(painter, sign, colours.color(QPalette::WindowText));
     return;
   }
-  // A lamp: a ring, and a full circle when it is lit.
+  // A lamp: a ring, filled when it is lit.
   const QColor lamp = colours.color(isLit ? QPalette::HighlightedText : QPalette::WindowText);
   painter.setPen(QPen(lamp, 2));
   painter.setBrush(isLit ? QBrush(lamp) : QBrush(Qt::NoBrush));

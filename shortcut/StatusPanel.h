@@ -6,15 +6,15 @@ class QLabel;
 
 namespace seldial {
 
-/// A quiet panel with one thing to know: a headline, and below it a sentence. It stands out when
-/// something lights up in it or goes wrong, by the palette's own colours. Main thread only.
+/// A panel with a headline and a sentence. It is lit or shows a warning in the colours of the
+/// palette. Main thread only.
 class StatusPanel : public QWidget {
  public:
   enum class Kind { kPlain, kLit, kWarning };
 
   explicit StatusPanel(QWidget* parent = nullptr);
 
-  /// Shows that. What is lit, and each new warning, is announced to assistive technology.
+  /// Shows the texts. A lit panel and each new warning are announced to assistive technology.
   void tell(Kind kind, const QString& headline, const QString& detail);
 
   [[nodiscard]] Kind kind() const { return kind_; }

@@ -12,12 +12,12 @@
 #include <thread>
 #include <utility>
 
-#include "platform/EndWithParent.h"
+#include "platform/Programs.h"
 
 namespace seldial {
 namespace {
 
-/// A pipe whose ends are closed with it, and in whatever program is started.
+/// A pipe. Both ends are closed by the destructor and by exec.
 struct Pipe {
   Pipe() {
     int ends[2] = {-1, -1};
@@ -38,13 +38,13 @@ struct Pipe {
   int writing = -1;
 };
 
-/// In the child: becomes the program, or writes errno to `trouble`. Other threads of the parent
+/// In the child: executes the program, or writes errno to `failure`. Other threads of the parent
 /// may have held any lock at the fork, so nothing here may allocate.
-[[noreturn]] void becomeProgram(char* const* arguments, pid_t parent, int output, int trouble) {
+[[noreturn]] void executeProgram(char* const* arguments, pid_t parent, int output, int failure) {
   sigset_t none;
   sigemptyset(&none);
   pthread_sigmask(SIG_SETMASK, &none, nullptr);
-  std::signal(SIGPIPE, SIG_DFL);  // the one signal whose handling a program inherits from us
+  std::signal(SIGPIPE, SIG_DFL);  // an ignored signal would stay ignored in the program
   setpgid(0, 0);
   const int input = open("/dev/null", O_RDONLY);
   if (dup2(input, STDIN_FILENO) != -1 && dup2(output, STDOUT_FILENO) != -1 &&
@@ -52,17 +52,17 @@ struct Pipe {
     execvp(arguments[0], arguments);
   }
   const int code = errno;
-  const auto written = write(trouble, &code, sizeof code);
+  const auto written = write(failure, &code, sizeof code);
   _exit(written == sizeof code ? 127 : 126);
 }
 
-/// Waits until the child has become the program: 0, or the errno of what went wrong.
-int outcomeOfStart(Pipe& trouble) {
-  close(std::exchange(trouble.writing, -1));  // now only the child holds it, until it succeeds
+/// Waits until the child has executed the program: 0, or the errno of the failure.
+int startResult(Pipe& failure) {
+  close(std::exchange(failure.writing, -1));  // now only the child holds it, until exec
   int code = 0;
   ssize_t count = 0;
   do {
-    count = read(trouble.reading, &code, sizeof code);
+    count = read(failure.reading, &code, sizeof code);
   } while (count == -1 && errno == EINTR);
   return count == sizeof code ? code : 0;
 }
@@ -83,7 +83,7 @@ void readLines(int descriptor, const std::function<void(const std::string&)>& wr
   close(descriptor);
 }
 
-/// Leaves the child's status for wait(), so that its number cannot pass to another process first.
+/// Leaves the status for wait(): until then the process id is not reused.
 void waitForEnd(pid_t process) {
   siginfo_t ignored;
   while (waitid(P_PID, static_cast<id_t>(process), &ignored, WEXITED | WNOWAIT) == -1 &&
@@ -100,11 +100,11 @@ std::unique_ptr<ChildProcess> ChildProcess::start(std::vector<std::string> comma
   for (std::string& argument : command) arguments.push_back(argument.data());
   arguments.push_back(nullptr);
   Pipe output;
-  Pipe trouble;
+  Pipe failure;
   const pid_t parent = getpid();
-  const pid_t process = output.writing != -1 && trouble.writing != -1 ? fork() : -1;
-  if (process == 0) becomeProgram(arguments.data(), parent, output.writing, trouble.writing);
-  const int code = process == -1 ? errno : outcomeOfStart(trouble);
+  const pid_t process = output.writing != -1 && failure.writing != -1 ? fork() : -1;
+  if (process == 0) executeProgram(arguments.data(), parent, output.writing, failure.writing);
+  const int code = process == -1 ? errno : startResult(failure);
   std::unique_ptr<ChildProcess> child(new ChildProcess(process));
   if (code != 0) {
     error = "cannot start " + command.front() + ": " + std::strerror(code);
@@ -134,6 +134,12 @@ int ChildProcess::wait() {
   }
   process_ = -1;
   return status;
+}
+
+std::string describedExitStatus(int status) {
+  if (WIFEXITED(status)) return "ended with status " + std::to_string(WEXITSTATUS(status));
+  const int signal = WTERMSIG(status);
+  return "was killed by signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";
 }
 
 }  // namespace seldial

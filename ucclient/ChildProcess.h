@@ -9,26 +9,25 @@
 
 namespace seldial {
 
-/// A program that this one started and that never outlives it: however this process ends, the
-/// system sends the child SIGTERM. The child gets a process group of its own, so that Ctrl-C in a
-/// terminal reaches its parent alone, which then ends it in order; nothing on its standard input;
-/// and its parent's standard error.
+/// A program that this one started. On Linux the system sends it SIGTERM when this process ends,
+/// however it ends. The child gets its own process group, so that Ctrl-C in a terminal reaches only
+/// its parent, which then ends it; an empty standard input; and its parent's standard error.
 ///
-/// Started, asked and destroyed on one thread, which must live as long as the process.
+/// Started, used and destroyed on one thread, which must live as long as the process.
 class ChildProcess {
  public:
-  /// Both run on threads of their own and may outlive the object.
+  /// Both run on their own threads and may outlive the object.
   struct Events {
     std::function<void(const std::string& line)> wroteLine;  ///< on its standard output
-    std::function<void()> ended;  ///< once; wait() does not block any more
+    std::function<void()> ended;                             ///< once; wait() then does not block
   };
 
   /// Null when `command` (the program and its arguments) cannot be started; `error` then says why.
-  /// A program without a slash is looked for in PATH.
+  /// A program without a slash is searched for in PATH.
   static std::unique_ptr<ChildProcess> start(std::vector<std::string> command, Events events,
                                              std::string& error);
 
-  /// Ends the child, the hard way, if it was not waited for.
+  /// Kills the child if it was not waited for.
   ~ChildProcess();
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
@@ -36,7 +35,7 @@ class ChildProcess {
   /// Sends a signal to the child, unless it was waited for already.
   void signal(int number) const;
 
-  /// Blocks until the child has ended; its status as waitpid() gives it. Once.
+  /// Blocks until the child has ended; its status as waitpid() gives it. To be called once.
   int wait();
 
  private:
@@ -44,5 +43,9 @@ class ChildProcess {
 
   pid_t process_;  ///< -1 once it was waited for
 };
+
+/// How a program ended, in words that follow its name: "ended with status 1", "was killed by
+/// signal 9 (Killed)". `status` as waitpid() gives it.
+[[nodiscard]] std::string describedExitStatus(int status);
 
 }  // namespace seldial

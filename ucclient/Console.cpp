@@ -2,13 +2,17 @@
 
 #include <cstdio>
 
-#include "ucclient/Printable.h"
-
 namespace seldial {
 namespace {
 
 void printLine(const std::string& line) {
   std::puts(line.c_str());
+}
+
+void appendEscape(std::string& result, unsigned character) {
+  char escape[8];
+  std::snprintf(escape, sizeof escape, "\\u%04x", character);
+  result += escape;
 }
 
 }  // namespace
@@ -43,12 +47,31 @@ void Console::dial(const std::string& number) const {
   printLine("Dial: " + printable(number));
 }
 
-void Console::trouble(const std::string& sentence) const {
+void Console::error(const std::string& sentence) const {
   std::fprintf(stderr, "seldial-uc: %s\n", printable(sentence).c_str());
 }
 
 bool Console::broken() const {
   return std::ferror(stdout) != 0;
+}
+
+std::string printable(const std::string& text) {
+  std::string result;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const auto following = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
+    // U+0080 to U+009F are two bytes of UTF-8, C2 80 to C2 9F.
+    const bool c1 = byte == 0xC2 && following >= 0x80 && following <= 0x9F;
+    if (c1) {
+      appendEscape(result, following);
+      ++i;
+    } else if (byte < 0x20 || byte == 0x7F) {
+      appendEscape(result, byte);
+    } else {
+      result += text[i];
+    }
+  }
+  return result;
 }
 
 }  // namespace seldial

@@ -4,31 +4,36 @@
 
 namespace seldial {
 
-/// What the user, or a script, reads: standard output line by line, troubles on standard error.
-/// One thread.
+/// The client's output: messages and calls on standard output line by line, for people and
+/// scripts; errors on standard error. One thread.
 class Console {
  public:
   /// With `conversation` everything on the sockets is shown, each line with its socket and an
-  /// arrow; without it the messages received alone, each as it came.
+  /// arrow; without it only the messages received, each as it came.
   explicit Console(bool conversation) : conversation_(conversation) {}
 
   void sent(const std::string& command) const;
   void received(const std::string& message) const;
-  /// Something else than a text on the dialer's socket, where this program is the one who speaks.
+  /// An event on Seldial's socket, to which this program writes: "connected", "disconnected".
   void onDialerSocket(const char* event) const;
-  /// Something else than a text on the client's socket, where the dialer is the one who speaks.
+  /// An event on the client's socket, to which Seldial writes.
   void onClientSocket(const char* event) const;
 
   void hotKeySet(const std::string& spelling) const;
   void dial(const std::string& number) const;
   /// One sentence, without a full stop.
-  void trouble(const std::string& sentence) const;
+  void error(const std::string& sentence) const;
 
-  /// Whether standard output could not take something: its reader is gone, or the disk is full.
+  /// Whether a write to standard output has failed: its reader is gone, or the disk is full.
   [[nodiscard]] bool broken() const;
 
  private:
   const bool conversation_;
 };
+
+/// `text` fit for one line on a terminal: each control character (C0, U+007F and C1) becomes \u and
+/// four hexadecimal digits. Selected text can thus neither break the line nor control the terminal,
+/// and a JSON text keeps its meaning.
+[[nodiscard]] std::string printable(const std::string& text);
 
 }  // namespace seldial

@@ -4,15 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "ucclient/MainThread.h"
 #include "ucclient/Options.h"
 #include "ucclient/Session.h"
-#include "ucclient/TerminationSignals.h"
 
 namespace {
 
 int runSession(const seldial::Options& options) {
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);  // a script behind a pipe sees each line at once
-  std::signal(SIGPIPE, SIG_IGN);                  // a reader that is gone is found out by writing
+  std::signal(SIGPIPE, SIG_IGN);                  // a write to a reader that is gone fails instead
   const auto session = std::make_shared<seldial::Session>(options);
   seldial::onTerminationSignals(session->endRequest());
   return session->run();

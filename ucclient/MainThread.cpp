@@ -1,8 +1,21 @@
 #include "ucclient/MainThread.h"
 
+#include <pthread.h>
+
+#include <csignal>
+#include <thread>
 #include <utility>
 
 namespace seldial {
+namespace {
+
+bool isIgnored(int signal) {
+  struct sigaction action {};
+  sigaction(signal, nullptr, &action);
+  return action.sa_handler == SIG_IGN;
+}
+
+}  // namespace
 
 void MainThread::post(Task task) {
   const std::lock_guard lock(mutex_);
@@ -24,6 +37,18 @@ MainThread::Task MainThread::next() {
   Task task = std::move(tasks_.front());
   tasks_.pop_front();
   return task;
+}
+
+void onTerminationSignals(std::function<void()> received) {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : {SIGINT, SIGTERM}) sigaddset(&signals, signal);
+  // sigwait() would receive it even if it is ignored, as under nohup.
+  if (!isIgnored(SIGHUP)) sigaddset(&signals, SIGHUP);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  std::thread([signals, received = std::move(received)] {
+    for (int signal = 0; sigwait(&signals, &signal) == 0;) received();
+  }).detach();
 }
 
 }  // namespace seldial

@@ -7,14 +7,13 @@
 
 namespace seldial {
 
-/// Tasks from any thread, run one at a time on the thread that calls run(), in the order in which
-/// they were posted. Held by everybody who posts, so that a thread which outlives main() does no
-/// harm.
+/// A queue of tasks from any thread, run one at a time and in order on the thread that calls run().
+/// Shared by everybody who posts, because their threads may outlive main().
 class MainThread {
  public:
   using Task = std::function<void()>;
 
-  /// Any thread. A task posted after stop() is never run.
+  /// Any thread. A task posted after stop() never runs.
   void post(Task task);
 
   /// Runs tasks until one of them calls stop().
@@ -29,5 +28,10 @@ class MainThread {
   std::deque<Task> tasks_;
   bool stopped_ = false;
 };
+
+/// From now on each SIGINT, SIGTERM or SIGHUP calls `received`, on a thread of its own. A SIGHUP
+/// that is ignored, as under nohup, stays ignored. To be called while the process has one thread:
+/// only threads made later leave the signals to that one.
+void onTerminationSignals(std::function<void()> received);
 
 }  // namespace seldial

@@ -2,12 +2,24 @@
 
 #include <utility>
 
-#include "ucclient/MessageAssembler.h"
-
 namespace seldial {
 
-/// The server's delegate. Its callbacks run on the library's threads and only post; the steps that
-/// they post run on the main thread, which alone touches the assembler.
+void MessageAssembler::append(const std::string& connection, const std::string& chunk) {
+  partial_[connection] += chunk;
+}
+
+std::string MessageAssembler::finish(const std::string& connection) {
+  std::string message = std::move(partial_[connection]);
+  partial_.erase(connection);
+  return message;
+}
+
+void MessageAssembler::discard(const std::string& connection) {
+  partial_.erase(connection);
+}
+
+/// The server's delegate. Its callbacks run on the library's threads and only post to the main
+/// thread, which alone uses the assembler.
 class MessageListener::Receiver final : public GDUnixSocketServerDelegate,
                                         public std::enable_shared_from_this<Receiver> {
  public:
@@ -44,7 +56,7 @@ class MessageListener::Receiver final : public GDUnixSocketServerDelegate,
   }
 
  private:
-  /// The step runs if the listener still exists then.
+  /// The step runs only if the listener still exists then.
   void post(std::function<void(Receiver&)> step) {
     mainThread_->post([weak = weak_from_this(), step = std::move(step)] {
       if (const auto self = weak.lock()) step(*self);
@@ -61,7 +73,7 @@ std::unique_ptr<MessageListener> MessageListener::listenAt(const std::string& pa
                                                            Events events, std::string& error) {
   const auto server = GDUnixSocketServer::initWithSocketPath(path);
   if (!server) {
-    error = path + " cannot be a socket's path";
+    error = path + " cannot be the path of a socket";
     return nullptr;
   }
   auto receiver = std::make_shared<Receiver>(std::move(mainThread), std::move(events));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -9,9 +10,24 @@
 
 namespace seldial {
 
-/// The socket that the dialer delivers its messages to. The library calls from its own threads;
-/// what they bring is handed to the main thread in the order in which it came, and each of the
-/// functions below is called there. Made, asked and destroyed on the main thread.
+/// Puts messages together: one connection carries one message in any number of chunks, and the end
+/// of the connection ends the message. Several connections may be open at once. One thread.
+class MessageAssembler {
+ public:
+  void append(const std::string& connection, const std::string& chunk);
+
+  /// The connection has ended: its message, empty when it carried nothing.
+  [[nodiscard]] std::string finish(const std::string& connection);
+
+  /// The connection has failed: forgets what came of its message.
+  void discard(const std::string& connection);
+
+ private:
+  std::map<std::string, std::string> partial_;
+};
+
+/// The socket on which Seldial delivers its messages. The events are called on the main thread, in
+/// the order in which they happened. Made, used and destroyed on the main thread.
 class MessageListener {
  public:
   struct Events {

@@ -1,8 +1,6 @@
 #include "ucclient/Options.h"
 
-#include <cstdlib>
-
-#include "ucclient/OptionReader.h"
+#include "client/Options.h"
 
 namespace seldial {
 namespace {
@@ -50,14 +48,6 @@ class Reader final : public OptionReader {
 
 }  // namespace
 
-std::optional<std::uint16_t> delayFrom(const std::string& text) {
-  const bool digits = text.find_first_not_of("0123456789") == std::string::npos;
-  if (text.empty() || text.size() > 5 || !digits) return std::nullopt;
-  const long value = std::strtol(text.c_str(), nullptr, 10);
-  if (value > UINT16_MAX) return std::nullopt;
-  return static_cast<std::uint16_t>(value);
-}
-
 std::optional<Options> optionsFrom(const std::vector<std::string>& arguments, std::string& error) {
   return Reader(arguments, error).read();
 }
@@ -79,7 +69,7 @@ it, until Ctrl-C.
 
 Each message is printed as it came, and for each call a line "Dial: NUMBER".
 Exit status: 0 after SIGINT, SIGTERM or SIGHUP; 1 when the hot key is refused or
-seldial ends; 2 when the command line makes no sense.
+seldial ends; 2 when the command line is wrong.
 )";
 }
 

@@ -5,18 +5,16 @@
 #include <thread>
 #include <utility>
 
-#include "ucclient/ExitStatus.h"
-#include "ucclient/FindSeldial.h"
-#include "ucclient/Messages.h"
+#include "client/Messages.h"
 #include "unixsocket/GDUnixSocketClient.h"
 
 namespace seldial {
 namespace {
 
-/// What the dialer has beyond its read delay to end in order.
+/// How long Seldial may take to end, in addition to its read delay.
 constexpr std::chrono::seconds kEndLimit{5};
 
-/// The dialer gives one reason for all that a desktop can have against a hot key.
+/// Seldial gives one reason for every refusal of the desktop.
 std::string inPlainWords(const std::string& failReason) {
   if (failReason != "hotkey not set") return failReason;
   return failReason +
@@ -47,7 +45,7 @@ bool Session::makeDirectory() {
     dialerPath_ = directory_->file("dialer");
     return true;
   }
-  console_.trouble("cannot make a directory for the sockets under XDG_RUNTIME_DIR, TMPDIR or /tmp");
+  console_.error("cannot make a directory for the sockets under XDG_RUNTIME_DIR, TMPDIR or /tmp");
   return false;
 }
 
@@ -58,7 +56,7 @@ bool Session::listenForMessages() {
                                          [this](const std::string& message) { received(message); },
                                          [this](const std::string& why) { fail(why); }},
                                         error);
-  if (!listener_) console_.trouble(error);
+  if (!listener_) console_.error(error);
   return listener_ != nullptr;
 }
 
@@ -66,12 +64,12 @@ bool Session::startDialer() {
   const std::string program =
       options_.seldial.empty() ? findSeldial(ownDirectory()) : options_.seldial;
   std::string error;
-  // Its log says when it listens; there is no other sign that a client need not guess at.
+  // The only sign that it listens is in its log.
   dialer_ = ChildProcess::start(
       {program, "-jsonlog", "dialerpipename=" + dialerPath_,
        "clientpipename=" + directory_->path() + "/client"},
       {onMainThread(&Session::dialerWrote), onMainThread(&Session::dialerEnded)}, error);
-  if (!dialer_) console_.trouble(error);
+  if (!dialer_) console_.error(error);
   return dialer_ != nullptr;
 }
 
@@ -102,7 +100,7 @@ void Session::sendSetHotKey() {
 
 void Session::received(const std::string& text) {
   console_.received(text);
-  console_.onClientSocket("disconnected");  // which is how the message ended
+  console_.onClientSocket("disconnected");  // that ended the message
   const Message message = messageFromJSON(text);
   switch (message.kind) {
     case Message::Kind::HotKeySet:
@@ -132,7 +130,7 @@ void Session::dialerEnded() {
   const int status = dialer_->wait();
   if (!ending_) {
     status_ = 1;
-    console_.trouble("seldial " + describedExitStatus(status));
+    console_.error("seldial " + describedExitStatus(status));
   }
   mainThread_->stop();
 }
@@ -145,7 +143,7 @@ void Session::end(int status) {
 }
 
 void Session::fail(const std::string& sentence) {
-  if (!ending_) console_.trouble(sentence);
+  if (!ending_) console_.error(sentence);
   end(1);
 }
 

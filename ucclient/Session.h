@@ -9,21 +9,22 @@
 #include "ucclient/MainThread.h"
 #include "ucclient/MessageListener.h"
 #include "ucclient/Options.h"
-#include "ucclient/PrivateDirectory.h"
+#include "ucclient/Places.h"
 
 namespace seldial {
 
-/// One run of the client: starts the dialer, gives it its hot key once it listens, and shows what
-/// it sends until somebody asks for the end or the dialer ends. Main thread only.
+/// One run of the client: starts Seldial, sends it the hot key once it listens, and shows its
+/// messages until either is ended. Main thread only.
 class Session : public std::enable_shared_from_this<Session> {
  public:
   explicit Session(Options options);
 
-  /// The whole session. Returns the exit status: 0 when the end was asked for, 1 after any trouble.
+  /// Runs the session to its end. Returns the exit status: 0 when the end was asked for, 1 after
+  /// any error.
   int run();
 
-  /// A function for any thread that asks for the end: in order, the dialer first. Called a second
-  /// time, it ends the dialer the hard way. It keeps nothing of the session alive.
+  /// A function for any thread that ends the session, Seldial first. The second call kills Seldial.
+  /// It does not keep the session alive.
   [[nodiscard]] std::function<void()> endRequest();
 
  private:
@@ -42,7 +43,7 @@ class Session : public std::enable_shared_from_this<Session> {
   void killDialer();
   void killDialerAfterLimit();
 
-  /// A function for any thread that runs `step` on the main thread, if the session exists then.
+  /// A function for any thread that runs `step` on the main thread if the session still exists.
   template <class... Arguments>
   [[nodiscard]] auto onMainThread(void (Session::*step)(Arguments...)) {
     return [mainThread = mainThread_, weak = weak_from_this(), step](Arguments... arguments) {
@@ -55,7 +56,7 @@ class Session : public std::enable_shared_from_this<Session> {
   const Options options_;
   const Console console_;
   const std::shared_ptr<MainThread> mainThread_ = std::make_shared<MainThread>();
-  // In this order, so that the dialer ends first, then the socket, then the directory.
+  // In this order: the child ends first, then the socket closes, then the directory goes.
   std::unique_ptr<PrivateDirectory> directory_;
   std::unique_ptr<MessageListener> listener_;
   std::unique_ptr<ChildProcess> dialer_;

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/VirtualKeys.h"
 #include "shortcut/ShortcutWindow.h"
 #include "tests/hotkey/qt/QtDesktop.h"
 
@@ -60,10 +61,8 @@ class WindowTest : public testing::Test {
   }
 
   static HotKey controlAltD() {
-    HotKey hotKey;
-    hotKey.ctrl = hotKey.alt = true;
-    hotKey.virtualKey = 2;
-    return hotKey;
+    return {platform::kVK_ANSI_D,
+            platform::kModifierFlagControl | platform::kModifierFlagOption};
   }
 
   Keyboard& keyboard = QtDesktop::shared().keyboard;

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "ucclient/ChildProcess.h"
-#include "ucclient/ExitStatus.h"
 #include "ucclient/MainThread.h"
 
 namespace seldial {

@@ -11,6 +11,47 @@
 namespace seldial {
 namespace {
 
+TEST(MessageAssembler, ChunksOfOneConnectionAreOneMessage) {
+  MessageAssembler assembler;
+  assembler.append("a", "{\"command\":");
+  assembler.append("a", "\"MakeCall\"}");
+  EXPECT_EQ(assembler.finish("a"), R"({"command":"MakeCall"})");
+}
+
+TEST(MessageAssembler, ConnectionsSideBySideDoNotMix) {
+  MessageAssembler assembler;
+  assembler.append("a", "1");
+  assembler.append("b", "x");
+  assembler.append("a", "2");
+  EXPECT_EQ(assembler.finish("b"), "x");
+  EXPECT_EQ(assembler.finish("a"), "12");
+}
+
+TEST(MessageAssembler, ACharacterCutBetweenChunksArrivesWhole) {
+  MessageAssembler assembler;
+  assembler.append("a", "\xC3");
+  assembler.append("a", "\xA9");
+  EXPECT_EQ(assembler.finish("a"), "é");
+}
+
+TEST(MessageAssembler, AConnectionWithoutDataCarriesTheEmptyMessage) {
+  EXPECT_EQ(MessageAssembler().finish("a"), "");
+}
+
+TEST(MessageAssembler, AFinishedConnectionLeavesNothingBehind) {
+  MessageAssembler assembler;
+  assembler.append("a", "1");
+  EXPECT_EQ(assembler.finish("a"), "1");
+  EXPECT_EQ(assembler.finish("a"), "");
+}
+
+TEST(MessageAssembler, ADiscardedConnectionLeavesNothingBehind) {
+  MessageAssembler assembler;
+  assembler.append("a", "1");
+  assembler.discard("a");
+  EXPECT_EQ(assembler.finish("a"), "");
+}
+
 class MessageListenerTest : public testing::Test {
  protected:
   MessageListenerTest() {
@@ -73,7 +114,7 @@ TEST_F(MessageListenerTest, APathWhereNothingCanListenIsSaid) {
   EXPECT_FALSE(MessageListener::listenAt(directory_.path("missing/client"), main_, {}, error));
   EXPECT_EQ(error.rfind("Failed to bind socket", 0), 0U) << error;
   EXPECT_FALSE(MessageListener::listenAt("client", main_, {}, error));
-  EXPECT_EQ(error, "client cannot be a socket's path");
+  EXPECT_EQ(error, "client cannot be the path of a socket");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "platform/VirtualKeys.h"
 #include "ucclient/Options.h"
 
 namespace seldial {
@@ -22,7 +23,8 @@ std::string errorOf(const Arguments& arguments) {
 
 TEST(Options, WithoutArgumentsCtrlAltDAndHalfASecond) {
   const Options options = read({});
-  EXPECT_TRUE(options.hotKey.ctrl && options.hotKey.alt);
+  EXPECT_EQ(options.hotKey.modifierFlags,
+            platform::kModifierFlagControl | platform::kModifierFlagOption);
   EXPECT_EQ(options.hotKey.virtualKey, 2);
   EXPECT_EQ(options.delay, 500);
   EXPECT_EQ(options.seldial, "");
@@ -34,7 +36,7 @@ TEST(Options, ValuesAsTheNextArgumentOrAfterAnEqualsSign) {
        {Arguments{"--hotkey", "super+=", "--delay", "20", "--seldial", "/opt/seldial"},
         Arguments{"--hotkey=super+=", "--delay=20", "--seldial=/opt/seldial"}}) {
     const Options options = read(arguments);
-    EXPECT_TRUE(options.hotKey.command);
+    EXPECT_EQ(options.hotKey.modifierFlags, platform::kModifierFlagCommand);
     EXPECT_EQ(options.hotKey.virtualKey, 24);
     EXPECT_EQ(options.delay, 20);
     EXPECT_EQ(options.seldial, "/opt/seldial");

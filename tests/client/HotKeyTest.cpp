@@ -4,7 +4,8 @@
 #include <map>
 #include <string>
 
-#include "ucclient/HotKeySpelling.h"
+#include "client/HotKey.h"
+#include "platform/VirtualKeys.h"
 
 namespace seldial {
 namespace {
@@ -22,10 +23,16 @@ std::string errorOf(const std::string& spelling) {
   return error;
 }
 
-/// The modifiers that are set, by the protocol's order.
+/// The modifiers that are set, in the order of the command's keys.
 std::string modifiersOf(const HotKey& hotKey) {
-  return std::string(hotKey.alt ? "alt " : "") + (hotKey.command ? "command " : "") +
-         (hotKey.ctrl ? "ctrl " : "") + (hotKey.shift ? "shift " : "");
+  const auto name = [&hotKey](std::uint64_t flag, const char* text) {
+    return std::string((hotKey.modifierFlags & flag) != 0 ? text : "");
+  };
+  EXPECT_EQ(hotKey.modifierFlags & ~std::uint64_t{0x1E0000}, 0U) << "flags of no modifier";
+  return name(platform::kModifierFlagOption, "alt ") +
+         name(platform::kModifierFlagCommand, "command ") +
+         name(platform::kModifierFlagControl, "ctrl ") +
+         name(platform::kModifierFlagShift, "shift ");
 }
 
 TEST(HotKeySpelling, CtrlAltD) {
@@ -93,6 +100,19 @@ TEST(HotKeySpelling, NamedKeysAndPunctuation) {
 TEST(HotKeySpelling, InsertHasNoVirtualKey) {
   EXPECT_EQ(errorOf("ctrl+Insert"),
             R"("insert" has no virtual key code, so it cannot be a hot key)");
+}
+
+TEST(HotKeySpelling, AHotKeyIsSpelledAsItIsRead) {
+  for (const char* const spelling :
+       {"ctrl+alt+d", "f5", "super+keypad0", "ctrl+alt+shift+super+minus", "super+help",
+        "super+menu", "super+return", "super+keypadenter", "capslock", "alt+delete"}) {
+    EXPECT_EQ(spellingOfHotKey(read(spelling)), spelling);
+  }
+  EXPECT_EQ(spellingOfHotKey(read("Cmd+Option+esc")), "alt+super+escape");
+}
+
+TEST(HotKeySpelling, AKeyWithoutANameHasNoSpelling) {
+  EXPECT_EQ(spellingOfHotKey({200, platform::kModifierFlagControl}), std::nullopt);
 }
 
 TEST(HotKeySpelling, AnythingElseIsAPlainError) {

@@ -1,6 +1,7 @@
-#include "ucclient/Messages.h"
+#include "client/Messages.h"
 
 #include "api/JSON.h"
+#include "platform/VirtualKeys.h"
 
 namespace seldial {
 namespace {
@@ -27,15 +28,18 @@ JSONDictionary dictionaryFromJSON(const std::string& json) {
 }  // namespace
 
 std::string setHotKeyCommand(const HotKey& hotKey, std::uint16_t readDelay) {
+  const auto has = [&hotKey](platform::ModifierFlag flag) {
+    return (hotKey.modifierFlags & flag) != 0;
+  };
   JSONDictionary command;
   command["command"] = "SetHotKey";
-  command["modifierAlt"] = hotKey.alt;
-  command["modifierCommand"] = hotKey.command;
-  command["modifierCtrl"] = hotKey.ctrl;
-  command["modifierShift"] = hotKey.shift;
+  command["modifierAlt"] = has(platform::kModifierFlagOption);
+  command["modifierCommand"] = has(platform::kModifierFlagCommand);
+  command["modifierCtrl"] = has(platform::kModifierFlagControl);
+  command["modifierShift"] = has(platform::kModifierFlagShift);
   command["virtualkey"] = int{hotKey.virtualKey};
   command["readdelay"] = int{readDelay};
-  return *writeJSON(command);  // fails on texts that are not UTF-8 alone; here is none
+  return *writeJSON(command);  // fails only on texts that are not UTF-8, and here are none
 }
 
 Message messageFromJSON(const std::string& json) {

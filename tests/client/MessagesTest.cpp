@@ -1,16 +1,15 @@
 #include <gtest/gtest.h>
 
 #include "api/MessageRecords.h"
-#include "ucclient/Messages.h"
+#include "client/Messages.h"
+#include "platform/VirtualKeys.h"
 
 namespace seldial {
 namespace {
 
 TEST(Messages, TheCommandIsReadBackAsItWasMeant) {
-  HotKey hotKey;
-  hotKey.alt = true;
-  hotKey.ctrl = true;
-  hotKey.virtualKey = 2;
+  const HotKey hotKey{platform::kVK_ANSI_D,
+                      platform::kModifierFlagOption | platform::kModifierFlagControl};
   const auto record = SetHotKeyApi::fromJSONString(setHotKeyCommand(hotKey, 65535));
   EXPECT_EQ(record.Command, "SetHotKey");
   EXPECT_TRUE(record.ModifierAlt);
@@ -22,9 +21,8 @@ TEST(Messages, TheCommandIsReadBackAsItWasMeant) {
 }
 
 TEST(Messages, TheOtherModifiersTravelToo) {
-  HotKey hotKey;
-  hotKey.command = true;
-  hotKey.shift = true;
+  const HotKey hotKey{platform::kVK_ANSI_A,
+                      platform::kModifierFlagCommand | platform::kModifierFlagShift};
   const auto record = SetHotKeyApi::fromJSONString(setHotKeyCommand(hotKey, 0));
   EXPECT_FALSE(record.ModifierAlt);
   EXPECT_TRUE(record.ModifierCommand);

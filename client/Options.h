@@ -1,6 +1,9 @@
+// Reading a command line.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,7 +14,8 @@ namespace seldial {
 /// by "=", and options without.
 class OptionReader {
  public:
-  /// Both outlive the reader. `error` is where one sentence goes that says what makes no sense.
+  /// Both outlive the reader. `error` receives one sentence that says what is wrong, without a full
+  /// stop.
   OptionReader(const std::vector<std::string>& arguments, std::string& error)
       : arguments_(arguments), error_(error) {}
   virtual ~OptionReader() = default;
@@ -19,38 +23,27 @@ class OptionReader {
   OptionReader& operator=(const OptionReader&) = delete;
 
  protected:
-  /// False at the first argument that makes no sense.
-  bool readAll() {
-    while (next_ < arguments_.size()) {
-      if (!readOption(arguments_[next_++])) return false;
-    }
-    return true;
-  }
+  /// False at the first argument that is wrong.
+  bool readAll();
 
-  bool fail(std::string error) {
-    error_ = std::move(error);
-    return false;
-  }
+  /// Sets the error. Always false.
+  bool fail(std::string error);
 
  private:
   [[nodiscard]] virtual bool takesValue(const std::string& name) const = 0;
-  /// False, by fail(), when the value makes no sense.
+  /// False, by fail(), when the value is wrong.
   virtual bool setValue(const std::string& name, const std::string& value) = 0;
   /// False when there is no such option.
   virtual bool setFlag(const std::string& name) = 0;
 
-  bool readOption(const std::string& argument) {
-    const auto equals = argument.find('=');
-    const std::string name = argument.substr(0, equals);
-    if (!takesValue(name)) return setFlag(argument) || fail("there is no option " + argument);
-    if (equals != std::string::npos) return setValue(name, argument.substr(equals + 1));
-    if (next_ == arguments_.size()) return fail(name + " needs a value");
-    return setValue(name, arguments_[next_++]);
-  }
+  bool readOption(const std::string& argument);
 
   const std::vector<std::string>& arguments_;
   std::string& error_;
   std::size_t next_ = 0;
 };
+
+/// Milliseconds as --delay takes them: up to five digits and nothing else, at most 65535.
+[[nodiscard]] std::optional<std::uint16_t> delayFrom(const std::string& text);
 
 }  // namespace seldial

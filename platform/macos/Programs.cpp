@@ -1,4 +1,4 @@
-#include "platform/OwnProgram.h"
+#include "platform/Programs.h"
 
 #include <mach-o/dyld.h>
 
@@ -7,12 +7,16 @@
 
 namespace seldial::platform {
 
-std::string ownProgram() {
-  char started[PATH_MAX];  // as it was started, links and all
+std::string executablePath() {
+  char started[PATH_MAX];  // may contain links
   std::uint32_t size = sizeof started;
   if (_NSGetExecutablePath(started, &size) != 0) return "";
   char path[PATH_MAX];
   return realpath(started, path) != nullptr ? path : "";
+}
+
+bool endWithParent(pid_t /*parent*/) {
+  return true;
 }
 
 }  // namespace seldial::platform

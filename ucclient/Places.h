@@ -1,3 +1,4 @@
+// Where the client finds seldial, and the directory of the two sockets.
 #pragma once
 
 #include <memory>
@@ -6,18 +7,26 @@
 
 namespace seldial {
 
-/// A directory that its owner alone may enter, for the two sockets. Removed with the object,
+/// The directory of the running program's file; empty where the system does not tell.
+[[nodiscard]] std::string ownDirectory();
+
+/// The program `seldial`, by itself or in its bundle, that belongs to a program in `directory`: the
+/// one beside it, or in the directory above where both are installed, or in the neighbouring
+/// directory of a build tree. Otherwise the bare name, which is searched for in PATH.
+[[nodiscard]] std::string findSeldial(const std::string& directory);
+
+/// A directory that only its owner may enter, for the two sockets. Removed with the object,
 /// together with the files that were named in it.
 class PrivateDirectory {
  public:
   /// The longest path of a file in it, in bytes: what a socket's address holds.
   static constexpr std::size_t kLongestPath = 103;
 
-  /// Makes one under the first of `parents` where it can be made and leaves room for a socket's
-  /// name; null when there is none.
+  /// Makes one under the first of `parents` where that succeeds and the path leaves room for a
+  /// socket's name; null when there is none.
   static std::unique_ptr<PrivateDirectory> makeUnder(const std::vector<std::string>& parents);
 
-  /// Where a user's short-lived files belong, the best place first: XDG_RUNTIME_DIR, TMPDIR, /tmp.
+  /// XDG_RUNTIME_DIR, TMPDIR and /tmp: the directories for short-lived files, best first.
   static std::vector<std::string> usualParents();
 
   ~PrivateDirectory();

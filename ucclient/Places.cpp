@@ -1,18 +1,30 @@
-#include "ucclient/PrivateDirectory.h"
+#include "ucclient/Places.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
 
+#include "platform/Programs.h"
+
 namespace seldial {
 namespace {
+
+/// The program itself, or the one in its bundle.
+constexpr const char* kPrograms[] = {"/seldial", "/Seldial.app/Contents/MacOS/Seldial"};
+
+bool isProgram(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+         access(path.c_str(), X_OK) == 0;
+}
 
 constexpr const char* kTemplate = "/seldial-uc-XXXXXX";
 
 /// Bytes that stay free for a slash and the name of a socket.
 constexpr std::size_t kRoomForName = 16;
 
-/// `path` without links, "..", doubled slashes: the socket library takes no other. Empty when it
+/// `path` without links, ".." and doubled slashes, as the socket library needs it. Empty when it
 /// does not exist.
 std::string realPath(const std::string& path) {
   char* const resolved = realpath(path.c_str(), nullptr);
@@ -23,13 +35,28 @@ std::string realPath(const std::string& path) {
 
 }  // namespace
 
+std::string ownDirectory() {
+  const std::string file = platform::executablePath();
+  return file.substr(0, file.rfind('/'));
+}
+
+std::string findSeldial(const std::string& directory) {
+  if (directory.empty()) return "seldial";
+  for (const std::string& place : {directory, directory + "/../app", directory + "/.."}) {
+    for (const char* const program : kPrograms) {
+      if (isProgram(place + program)) return place + program;
+    }
+  }
+  return "seldial";
+}
+
 std::unique_ptr<PrivateDirectory> PrivateDirectory::makeUnder(
     const std::vector<std::string>& parents) {
   for (const std::string& parent : parents) {
     const std::string real = realPath(parent);
     std::string path = (real == "/" ? "" : real) + kTemplate;
     if (real.empty() || path.size() + kRoomForName > kLongestPath) continue;
-    if (mkdtemp(path.data()) == nullptr) continue;  // reachable by its owner alone from the start
+    if (mkdtemp(path.data()) == nullptr) continue;  // only its owner may enter, from the start
     return std::unique_ptr<PrivateDirectory>(new PrivateDirectory(path));
   }
   return nullptr;

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "ucclient/Printable.h"
+#include "ucclient/Console.h"
 
 namespace seldial {
 namespace {

@@ -1,23 +1,24 @@
-// The JSON messages as the UC client sees them: what it sends, and what it makes of an answer.
+// The JSON messages as a UC client sees them: the command that it sends and the messages it
+// receives.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
 
-#include "ucclient/HotKeySpelling.h"
+#include "client/HotKey.h"
 
 namespace seldial {
 
-/// The command "SetHotKey", to be sent over a connection of its own. `readDelay` in milliseconds.
+/// The command "SetHotKey", to be sent over its own connection. `readDelay` in milliseconds.
 [[nodiscard]] std::string setHotKeyCommand(const HotKey& hotKey, std::uint16_t readDelay);
 
-/// One message from the dialer.
+/// One message from Seldial.
 struct Message {
   enum class Kind {
     HotKeySet,     ///< the hot key is registered
     HotKeyNotSet,  ///< `text` is the reason
-    Error,         ///< the dialer did not understand; `text` is what it says
+    Error,         ///< Seldial rejected the command; `text` is the reason
     MakeCall,      ///< `text` is the number to dial
     Unknown,
   };
@@ -25,10 +26,11 @@ struct Message {
   std::string text;
 };
 
-/// Reads one JSON text. Whatever is none of the messages is Unknown.
+/// Reads one JSON text. Anything else than a message is Unknown.
 [[nodiscard]] Message messageFromJSON(const std::string& json);
 
-/// When `line`, one line of the dialer's standard output, is a "Log" event: its message.
+/// The message of a "Log" event; nothing when `line`, one line of Seldial's standard output, is
+/// something else.
 [[nodiscard]] std::optional<std::string> loggedMessage(const std::string& line);
 
 }  // namespace seldial
