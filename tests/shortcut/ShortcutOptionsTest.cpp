@@ -50,7 +50,8 @@ TEST(ShortcutOptions, WhatMakesNoSenseIsSaid) {
   EXPECT_THAT(errorOf({"--delay", ""}), HasSubstr("--delay takes"));
   EXPECT_THAT(errorOf({"--socket", "seldial"}), HasSubstr("--socket takes"));
   EXPECT_EQ(errorOf({"--socket"}), "--socket needs a value");
-  EXPECT_EQ(errorOf({"--socket=/tmp/a", "--print"}), "--print and --socket cannot be used together");
+  EXPECT_EQ(errorOf({"--socket=/tmp/a", "--print"}),
+            "--print and --socket cannot be used together");
   EXPECT_EQ(errorOf({"--style"}), "there is no option --style");
   EXPECT_EQ(errorOf({"extra"}), "there is no option extra");
 }

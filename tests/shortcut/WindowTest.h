@@ -61,8 +61,7 @@ class WindowTest : public testing::Test {
   }
 
   static HotKey controlAltD() {
-    return {platform::kVK_ANSI_D,
-            platform::kModifierFlagControl | platform::kModifierFlagOption};
+    return {platform::kVK_ANSI_D, platform::kModifierFlagControl | platform::kModifierFlagOption};
   }
 
   Keyboard& keyboard = QtDesktop::shared().keyboard;
