@@ -23,7 +23,7 @@ void setFlag(bool& flag, const std::string& lowercasedArgument,
 /// The value keeps the letter case of the argument as it was given.
 void setValue(std::optional<std::string>& value, const std::string& argument,
               const std::string& lowercasedArgument, std::string_view key) {
-  if (lowercasedArgument.compare(0, key.size(), key) == 0) value = argument.substr(key.size());
+  if (lowercasedArgument.starts_with(key)) value = argument.substr(key.size());
 }
 
 }  // namespace

@@ -23,12 +23,12 @@ struct QKHotKeyEqual {
   /// Whether both are the same hot key.
   template <class Left, class Right>
   bool operator()(const Left& left, const Right& right) const {
-    return record(left).isEqual(record(right));
+    return address(left)->isEqual(*address(right));
   }
 
  private:
-  static const QKHotKey& record(const QKHotKey& hotKey) { return hotKey; }
-  static const QKHotKey& record(const std::shared_ptr<QKHotKey>& hotKey) { return *hotKey; }
+  static const QKHotKey* address(const QKHotKey& hotKey) { return &hotKey; }
+  static const QKHotKey* address(const std::shared_ptr<QKHotKey>& hotKey) { return hotKey.get(); }
 };
 
 /// Owns its records: at most one of each key code and flags, none of them null.

@@ -21,10 +21,6 @@ std::string inPlainWords(const std::string& failReason) {
          " (another program holds it, the keyboard has no such key, or there is no desktop)";
 }
 
-bool startsWith(const std::string& text, const std::string& beginning) {
-  return text.compare(0, beginning.size(), beginning) == 0;
-}
-
 }  // namespace
 
 Session::Session(Options options) : options_(std::move(options)), console_(options_.conversation) {}
@@ -76,10 +72,10 @@ bool Session::startDialer() {
 void Session::dialerWrote(const std::string& line) {
   const auto logged = loggedMessage(line);
   if (!logged || ending_) return;
-  if (startsWith(*logged, "Unix socket server listen ok")) {
+  if (logged->starts_with("Unix socket server listen ok")) {
     sendSetHotKey();
-  } else if (startsWith(*logged, "Unix socket server listen failed") ||
-             startsWith(*logged, "Failed to start unix socket server")) {
+  } else if (logged->starts_with("Unix socket server listen failed") ||
+             logged->starts_with("Failed to start unix socket server")) {
     fail("seldial cannot listen at " + dialerPath_);
   }
 }
