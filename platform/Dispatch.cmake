@@ -1,5 +1,5 @@
-# seldial_dispatch: the background queue, and what the systems have not in common of sockets and
-# random numbers: all that the socket library needs of a platform.
+# seldial_dispatch: the background queue, socket operations and small system services: all that the
+# socket library needs of a platform.
 if(TARGET seldial_dispatch)  # another library of this repository is in the same build
   return()
 endif()
@@ -10,5 +10,5 @@ else()
 endif()
 seldial_library(seldial_dispatch
   ${SELDIAL_ROOT}/platform/BackgroundQueue.cpp ${port}/BackgroundQueue.cpp
-  ${port}/Random.cpp ${port}/Sockets.cpp
+  ${port}/System.cpp ${port}/Sockets.cpp
   LINK Threads::Threads)

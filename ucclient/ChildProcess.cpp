@@ -12,7 +12,7 @@
 #include <thread>
 #include <utility>
 
-#include "platform/Programs.h"
+#include "platform/System.h"
 
 namespace seldial {
 namespace {
@@ -107,7 +107,7 @@ std::unique_ptr<ChildProcess> ChildProcess::start(std::vector<std::string> comma
   const int code = process == -1 ? errno : startResult(failure);
   std::unique_ptr<ChildProcess> child(new ChildProcess(process));
   if (code != 0) {
-    error = "cannot start " + command.front() + ": " + std::strerror(code);
+    error = "cannot start " + command.front() + ": " + platform::errorText(code);
     return nullptr;
   }
   std::thread(readLines, std::exchange(output.reading, -1), std::move(events.wroteLine)).detach();

@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-#include "platform/Programs.h"
+#include "platform/System.h"
 
 namespace seldial {
 namespace {

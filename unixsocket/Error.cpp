@@ -2,8 +2,9 @@
 
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <utility>
+
+#include "platform/System.h"
 
 namespace seldial {
 namespace {
@@ -40,7 +41,7 @@ Error Error::gduds_errorForCode(std::int64_t code, const std::string& info) {
 std::string errorInfoForDescriptor(std::int32_t descriptor) {
   const int number = errno;  // before an allocation can change it
   return "fd: " + std::to_string(descriptor) + ". errno: " + std::to_string(number) + ". " +
-         std::strerror(number);
+         platform::errorText(number);
 }
 
 }  // namespace seldial

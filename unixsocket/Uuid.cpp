@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/Random.h"
+#include "platform/System.h"
 
 namespace seldial {
 namespace {

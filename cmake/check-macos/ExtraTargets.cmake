@@ -4,7 +4,7 @@ target_link_libraries(seldial_layouts PRIVATE seldial_options)
 
 # Every object of every library, whether a program uses it or not.
 set(libraries seldial_api seldial_app seldial_application seldial_dispatch seldial_hotkey
-  seldial_hotkey_appkit seldial_keyboard_layout seldial_posix seldial_programs seldial_client
+  seldial_hotkey_appkit seldial_keyboard_layout seldial_posix seldial_client
   seldial_ucclient
   seldial_unixsocket)
 add_library(seldial_everything SHARED)

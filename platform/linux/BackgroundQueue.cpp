@@ -7,9 +7,10 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <thread>
 #include <utility>
+
+#include "platform/System.h"
 
 namespace seldial::platform {
 
@@ -52,7 +53,8 @@ void ThreadPerTaskQueue::async(Task task) {
   }
   if (!startThread()) {
     // The task waits for a thread that becomes free. Nobody else could act on this.
-    std::fprintf(stderr, "seldial: no thread for a background task: %s\n", std::strerror(errno));
+    std::fprintf(stderr, "seldial: no thread for a background task: %s\n",
+                 errorText(errno).c_str());
   }
 }
 

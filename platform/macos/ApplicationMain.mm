@@ -8,6 +8,7 @@ namespace seldial::platform {
 
 /// AppKit makes the bundle's principal class, SeldialApplication, which does the rest.
 int applicationMain(int argc, char* const argv[], const MakeApplicationDelegate& makeDelegate) {
+  macos::restartUnderRealPath(argv);
   macos::setUpProcess();
   macos::onTerminationSignals([] { macos::terminateSharedApplication(nullptr); });
   macos::launch() = {{argv, argv + argc}, makeDelegate};

@@ -1,10 +1,16 @@
 #include "platform/macos/ProcessSetUp.h"
 
 #include <dispatch/dispatch.h>
+#include <mach-o/dyld.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <climits>
 #include <csignal>
+#include <cstdio>
 #include <utility>
 
+#include "platform/System.h"
 #include "platform/posix/ProcessSetUp.h"
 
 namespace seldial::platform::macos {
@@ -28,6 +34,17 @@ void watch(int signal, Received* received) {
 }
 
 }  // namespace
+
+void restartUnderRealPath(char* const argv[]) {
+  char started[PATH_MAX];
+  std::uint32_t size = sizeof started;
+  struct stat status {};
+  if (_NSGetExecutablePath(started, &size) != 0 || lstat(started, &status) != 0) return;
+  if (!S_ISLNK(status.st_mode)) return;
+  const std::string path = executablePath();
+  execv(path.c_str(), argv);
+  std::perror(path.c_str());
+}
 
 void setUpProcess() {
   posix_port::setUpProcess();

@@ -1,6 +1,9 @@
 #include "tests/platform/macos/Apple.h"
 
 #include <gtest/gtest.h>
+#include <mach-o/dyld.h>
+
+#include <algorithm>
 
 namespace seldial::tests {
 
@@ -35,3 +38,11 @@ OSStatus Apple::releaseHotKey(EventHotKeyID hotKeyID) {
 }
 
 }  // namespace seldial::tests
+
+int _NSGetExecutablePath(char* path, std::uint32_t* size) {
+  const std::string& executable = seldial::tests::apple().executable;
+  const bool fits = executable.size() < *size;
+  if (fits) *std::copy(executable.begin(), executable.end(), path) = '\0';
+  *size = static_cast<std::uint32_t>(executable.size() + 1);
+  return fits ? 0 : -1;
+}

@@ -54,6 +54,7 @@ struct Apple {
   OSStatus translationStatus = noErr;
   std::vector<UniChar> translation = {'q'};
   bool onMainThread = true;
+  std::string executable;  ///< as it was started
 
   /// What it was asked.
   std::vector<std::string> calls;

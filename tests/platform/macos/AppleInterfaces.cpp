@@ -5,6 +5,7 @@
 #include <CoreFoundation/CoreFoundation.h>
 #include <CoreGraphics/CoreGraphics.h>
 #include <dispatch/dispatch.h>
+#include <mach-o/dyld.h>
 #include <pthread.h>
 #include <sys/socket.h>
 
@@ -107,5 +108,6 @@ static_assert(same<decltype(&dispatch_set_context), void (*)(dispatch_object_t, 
 static_assert(same<decltype(&dispatch_resume), void (*)(dispatch_object_t) noexcept>);
 static_assert(same<decltype(&dispatch_release), void (*)(dispatch_object_t) noexcept>);
 static_assert(same<decltype(&pthread_main_np), int (*)()>);
+static_assert(same<decltype(&_NSGetExecutablePath), int (*)(char*, std::uint32_t*)>);
 
 }  // namespace

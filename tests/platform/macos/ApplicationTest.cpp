@@ -1,7 +1,6 @@
 #include <chrono>
 
 #include "platform/Installed.h"
-#include "platform/Random.h"
 #include "platform/macos/Application.h"
 #include "platform/macos/HotKeyEvents.h"
 #include "platform/macos/KeyboardEvents.h"
@@ -52,14 +51,6 @@ TEST_F(MacPorts, AreInstalledForTheProcess) {
   EXPECT_NE(dynamic_cast<CoreGraphicsKeyboardEvents*>(installed<platform::KeyboardEvents>().get()),
             nullptr);
   EXPECT_NE(dynamic_cast<CarbonHotKeyEvents*>(installed<platform::HotKeyEvents>().get()), nullptr);
-}
-
-TEST(MacRandom, IsNotTheSameTwice) {
-  std::uint64_t first[2] = {};
-  std::uint64_t second[2] = {};
-  EXPECT_TRUE(fillWithRandom(first, sizeof first));
-  EXPECT_TRUE(fillWithRandom(second, sizeof second));
-  EXPECT_THAT(first, testing::Not(testing::ElementsAreArray(second)));
 }
 
 }  // namespace
