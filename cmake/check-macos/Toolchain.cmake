@@ -19,12 +19,15 @@ set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 foreach(language C CXX OBJCXX)
   set(CMAKE_${language}_COMPILER_TARGET ${SELDIAL_ARCHITECTURE}-apple-macos${SELDIAL_MACOS})
 endforeach()
+# Debian puts some of the tools only into LLVM's own folder.
+execute_process(COMMAND llvm-config --bindir
+  OUTPUT_VARIABLE llvm OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 find_program(CMAKE_C_COMPILER clang REQUIRED)
 find_program(CMAKE_CXX_COMPILER clang++ REQUIRED)
 set(CMAKE_OBJCXX_COMPILER ${CMAKE_CXX_COMPILER})
 find_program(CMAKE_AR llvm-ar REQUIRED)
 find_program(CMAKE_RANLIB llvm-ranlib REQUIRED)
-find_program(CMAKE_INSTALL_NAME_TOOL llvm-install-name-tool REQUIRED)
+find_program(CMAKE_INSTALL_NAME_TOOL llvm-install-name-tool HINTS ${llvm} REQUIRED)
 
 set(libcxx "-stdlib=libc++ -nostdinc++ -isystem ${SELDIAL_SYSROOT}/usr/include/c++/v1")
 set(CMAKE_CXX_FLAGS_INIT "${libcxx} -Wunguarded-availability")
@@ -32,7 +35,7 @@ set(CMAKE_OBJCXX_FLAGS_INIT "${libcxx} -Wunguarded-availability")
 
 # A folder without the system's own libraries is linked against as far as it goes; what is left
 # undefined is looked at afterwards.
-find_program(lld ld64.lld REQUIRED)
+find_program(lld ld64.lld HINTS ${llvm} REQUIRED)
 set(linking "--ld-path=${lld} -mlinker-version=609 -Wl,-syslibroot,${SELDIAL_STUBS}")
 string(APPEND linking " -Wno-unused-command-line-argument")
 if(NOT EXISTS ${SELDIAL_SYSROOT}/usr/lib/libSystem.tbd)
