@@ -1,10 +1,9 @@
-// From the release of the hot key to the end of the MakeCall message, less the delay that the
-// client asked for: in two toolkits' text entries, with the text in them selected.
+// How long dialling takes, from the release of the hot key to the end of the MakeCall message,
+// without the delay that the client asked for. Measured in the text entries of two toolkits.
 #include <stdexcept>
 
 #include "bench/Figures.h"
-#include "bench/Measured.h"
-#include "bench/ProcessState.h"
+#include "bench/Program.h"
 #include "tests/support/desktop/Keyboard.h"
 #include "tests/support/desktop/Keys.h"
 #include "tests/support/desktop/XServer.h"
@@ -20,7 +19,7 @@ constexpr unsigned kDelay = 50;  ///< ms; enough for every copy on a busy machin
 constexpr double kLimitMilliseconds = 2;
 constexpr std::chrono::milliseconds kNoAnswer{kDelay + 1500};
 
-/// A program that dials when its own key is released with Control and Alt.
+/// A program that dials when Control, Alt and a key of its own are used.
 struct Dialer {
   const UcClient& client;
   std::uint8_t key = 0;
@@ -28,7 +27,7 @@ struct Dialer {
   int failures = 0;
 };
 
-/// Less than 0 when no MakeCall came.
+/// In milliseconds; negative if no MakeCall came.
 double use(Keyboard& keyboard, const Dialer& dialer) {
   const std::vector<std::uint8_t> modifiers{tests::kKeyLeftControl, tests::kKeyLeftAlt};
   keyboard.press(modifiers);
@@ -51,13 +50,13 @@ void measure(Keyboard& keyboard, Dialer& dialer) {
   }
 }
 
-/// An application has its focus and its selection at some moment after it was started, and says
-/// so to nobody: the first use that succeeds shows it.
+/// Nothing tells when an application has its focus and selection after its start, so this tries
+/// until dialling succeeds.
 void warmUp(Keyboard& keyboard, const Dialer& dialer) {
   for (int attempt = 0; attempt < 20; ++attempt) {
     if (use(keyboard, dialer) >= 0) return;
   }
-  throw std::runtime_error("nothing is ever dialed");
+  throw std::runtime_error("nothing was dialled");
 }
 
 Row row(const std::string& application, const Dialer& ours, const Dialer& floor) {

@@ -16,7 +16,8 @@
 namespace seldial::bench {
 namespace {
 
-int checked(int result, const char* what) {
+template <class Result>
+Result checked(Result result, const char* what) {
   if (result == -1) throw std::runtime_error(std::string(what) + ": " + std::strerror(errno));
   return result;
 }
@@ -54,8 +55,10 @@ Descriptor::~Descriptor() {
 }
 
 void write(const Descriptor& connection, const std::string& bytes) {
-  const auto count = ::write(connection.number(), bytes.data(), bytes.size());
-  checked(count == static_cast<ssize_t>(bytes.size()) ? 0 : -1, "write");
+  for (std::size_t written = 0; written < bytes.size();) {
+    const auto count = ::write(connection.number(), bytes.data() + written, bytes.size() - written);
+    written += static_cast<std::size_t>(checked(count, "write"));
+  }
 }
 
 UcClient::UcClient() : directory_(makeDirectory()), listener_(streamSocket()) {
@@ -83,9 +86,9 @@ Descriptor UcClient::watch() const {
   return inotify;
 }
 
-void UcClient::awaitListening(const Descriptor& inotify) const {
-  if (!readableWithin(inotify.number(), kLimit)) throw std::runtime_error("nobody listens");
-  // The file is there; the program is between bind() and listen(), and shares this processor.
+void UcClient::awaitListening(const Descriptor& watch) const {
+  if (!readableWithin(watch.number(), kLimit)) throw std::runtime_error("nobody listens");
+  // The file exists, but the program may be between bind() and listen(), on this same processor.
   while (connect().number() == -1) sched_yield();
 }
 
@@ -98,7 +101,7 @@ std::string UcClient::receive(std::chrono::milliseconds limit) const {
   if (!readableWithin(listener_.number(), limit)) return {};
   const Descriptor connection(checked(accept(listener_.number(), nullptr, nullptr), "accept"));
   std::string message;
-  char bytes[4096];
+  char bytes[65536];
   for (ssize_t count = 1; count > 0;) {
     count = read(connection.number(), bytes, sizeof bytes);
     if (count > 0) message.append(bytes, static_cast<std::size_t>(count));

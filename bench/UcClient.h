@@ -8,7 +8,7 @@ namespace seldial::bench {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long anything is waited for that must come; used up only when it does not.
+/// How long to wait for what must come. Used up only if it does not.
 inline constexpr std::chrono::seconds kLimit{10};
 
 /// One file descriptor, closed at the end.
@@ -27,11 +27,11 @@ class Descriptor {
   int number_;
 };
 
-/// Writes all of `bytes`, a few.
+/// Writes all of `bytes`.
 void write(const Descriptor& connection, const std::string& bytes);
 
-/// Listens at a client socket in a directory of its own, which it removes at the end. Failures of
-/// the system are a std::runtime_error.
+/// Listens at a client socket in a directory of its own, which it removes at the end. Throws
+/// std::runtime_error if the system fails.
 class UcClient {
  public:
   UcClient();
@@ -43,21 +43,21 @@ class UcClient {
   [[nodiscard]] std::string dialerSocket() const { return directory_ + "/dialer"; }
   [[nodiscard]] std::string clientSocket() const { return directory_ + "/client"; }
 
-  /// A connection to the dialer socket; number -1 while nobody listens there.
+  /// A connection to the dialer socket; its number is -1 while nobody listens there.
   [[nodiscard]] Descriptor connect() const;
 
-  /// Returns once somebody listens at the dialer socket. `inotify` watches the directory since
-  /// before that could happen.
-  void awaitListening(const Descriptor& inotify) const;
+  /// Watches the directory, for awaitListening(). To be called before the program is started.
   [[nodiscard]] Descriptor watch() const;
+  /// Returns once a program listens at the dialer socket.
+  void awaitListening(const Descriptor& watch) const;
 
   /// One connection that carries `command`.
   void send(const std::string& command) const;
 
-  /// One message to its end; empty when none came in time.
+  /// One whole message; empty if none came in time.
   [[nodiscard]] std::string receive(std::chrono::milliseconds limit = kLimit) const;
 
-  /// Sends and receives. Throws when no answer comes.
+  /// Sends and receives. Throws if no answer comes.
   [[nodiscard]] std::string ask(const std::string& command) const;
 
  private:

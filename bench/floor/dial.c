@@ -1,8 +1,8 @@
-// The floor of one use of the hot key: a bare XCB program that does each step once and checks
-// nothing. It grabs Control+Alt and the key; on the key's release it owns CLIPBOARD, types
-// Control+Insert, waits the delay, asks the clipboard's new owner for its text and writes that to
-// the client's socket. It ignores the lock keys, modifiers that are still held, large texts,
-// terminals and applications that do not copy.
+// The floor of dialling: a bare XCB program that does each step once and checks nothing. It grabs
+// Control, Alt and the key. When the key is released it takes CLIPBOARD, types Control+Insert,
+// waits the delay, asks the new owner of CLIPBOARD for its text and writes that to the client's
+// socket. It ignores the lock keys, modifiers that are still held, large texts, terminals, and
+// applications that do not copy.
 //
 // Usage: dial CLIENT_SOCKET KEY_CODE DELAY_MS
 #include <poll.h>
@@ -51,7 +51,7 @@ static void wait_for(unsigned milliseconds) {
   clock_nanosleep(CLOCK_MONOTONIC, 0, &delay, NULL);
 }
 
-// The answer of the clipboard's owner; false when there is none, or this program is still it.
+// Whether the clipboard's owner answered; false also if this program still owns it.
 static bool await_text(void) {
   xcb_convert_selection(x, window, clipboard, utf8_string, property, XCB_CURRENT_TIME);
   xcb_flush(x);
@@ -101,7 +101,7 @@ int main(int argc, char** argv) {
                XCB_GRAB_MODE_ASYNC);
   xcb_flush(x);
   for (xcb_generic_event_t* event; (event = xcb_wait_for_event(x)) != NULL; free(event)) {
-    // While the key is down the grab brings the modifiers' releases too.
+    // While the key is down, the grab also reports the release of the modifiers.
     if ((event->response_type & 0x7F) != XCB_KEY_RELEASE) continue;
     if (((xcb_key_release_event_t*)event)->detail != key) continue;
     copy_selection();

@@ -1,4 +1,4 @@
-// The floor of the start and of being idle: a program that binds, listens and waits in poll().
+// The floor of start and idling: a program that binds, listens and waits in poll().
 //
 // Usage: listen_and_wait DIALER_SOCKET
 #include <poll.h>
@@ -15,8 +15,8 @@ int main(int argc, char** argv) {
     perror(argv[1]);
     return 1;
   }
-  // A client that connects and is never accepted leaves the listener readable: then the next
-  // wait is for nothing at all.
+  // A client that is never accepted leaves the listener readable, so the second wait is for
+  // nothing.
   struct pollfd descriptor = {.fd = listener, .events = POLLIN};
   poll(&descriptor, 1, -1);
   return poll(NULL, 0, -1);

@@ -2,7 +2,7 @@
 // processor, so that what a figure shows is the work that is done, not how the system spreads it.
 #include <benchmark/benchmark.h>
 
-#include "bench/ProcessState.h"
+#include "bench/Figures.h"
 #include "bench/unixsocket/Ratios.h"
 
 int main(int argc, char* argv[]) {

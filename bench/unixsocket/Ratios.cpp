@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "bench/Table.h"
+#include "bench/Figures.h"
 
 namespace seldial::bench {
 namespace {

@@ -1,13 +1,17 @@
-#include "bench/Measured.h"
+#include "bench/Program.h"
 
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <stdexcept>
+#include <thread>
 
 #include "tests/support/ArgumentVector.h"
 
@@ -21,6 +25,25 @@ std::vector<std::string> environmentWith(const std::string& display) {
   }
   if (!display.empty()) result.push_back("DISPLAY=" + display);
   return result;
+}
+
+std::filesystem::path directoryOf(pid_t process) {
+  return "/proc/" + std::to_string(process);
+}
+
+/// The sum of the numbers in the lines that begin with `name`.
+long sumOf(const std::filesystem::path& file, const std::string& name) {
+  std::ifstream stream(file);
+  long sum = 0;
+  for (std::string line; std::getline(stream, line);) {
+    if (line.compare(0, name.size(), name) == 0) sum += std::stol(line.substr(name.size()));
+  }
+  return sum;
+}
+
+/// In bytes, from a file that states kilobytes.
+double memoryOf(const std::filesystem::path& file, const std::string& name) {
+  return static_cast<double>(sumOf(file, name)) * 1024;
 }
 
 CommandLine floorProgram(const std::string& name, const std::string& argument) {
@@ -47,6 +70,42 @@ Program::Program(std::vector<std::string> command, const std::string& display) {
 Program::~Program() {
   kill(process_, SIGKILL);
   waitpid(process_, nullptr, 0);
+}
+
+double Program::uniqueMemory() const {
+  const auto file = directoryOf(process_) / "smaps_rollup";
+  const auto bytes = memoryOf(file, "Private_Clean:") + memoryOf(file, "Private_Dirty:");
+  if (bytes == 0) throw std::runtime_error("a measured program is gone");
+  return bytes;
+}
+
+double Program::peakMemory() const {
+  return memoryOf(directoryOf(process_) / "status", "VmHWM:");
+}
+
+double Program::resetPeakMemory() const {
+  std::ofstream(directoryOf(process_) / "clear_refs") << "5";
+  return peakMemory();
+}
+
+int Program::threadCount() const {
+  return static_cast<int>(sumOf(directoryOf(process_) / "status", "Threads:"));
+}
+
+long Program::wakeUps() const {
+  long sum = 0;
+  for (const auto& task : std::filesystem::directory_iterator(directoryOf(process_) / "task")) {
+    const auto file = task.path() / "status";
+    sum += sumOf(file, "voluntary_ctxt_switches:") + sumOf(file, "nonvoluntary_ctxt_switches:");
+  }
+  return sum;
+}
+
+void Program::settle() const {
+  for (long before = -1; before != wakeUps();) {
+    before = wakeUps();
+    std::this_thread::sleep_for(std::chrono::seconds(3));
+  }
 }
 
 CommandLine seldial() {

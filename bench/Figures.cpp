@@ -1,7 +1,10 @@
-#include "bench/Table.h"
+#include "bench/Figures.h"
+
+#include <sched.h>
 
 #include <algorithm>
 #include <cstdarg>
+#include <cstddef>
 #include <cstdio>
 
 namespace seldial::bench {
@@ -11,6 +14,16 @@ void printLine(const char* figure, const char* ours, const char* floor, const ch
                const char* verdict) {
   std::printf("%-50s %18s %14s  %-22s %s\n", figure, ours, floor, limit, verdict);
   std::fflush(stdout);
+}
+
+cpu_set_t allProcessors() {
+  static const cpu_set_t all = [] {
+    cpu_set_t set;
+    CPU_ZERO(&set);
+    sched_getaffinity(0, sizeof set, &set);
+    return set;
+  }();
+  return all;
 }
 
 }  // namespace
@@ -38,6 +51,21 @@ void printHeading() {
 void print(const Row& row) {
   printLine(row.figure.c_str(), row.ours.c_str(), row.floor.c_str(), row.limit.c_str(),
             row.held ? "held" : "MISSED");
+}
+
+OnOneProcessor::OnOneProcessor() {
+  const auto all = allProcessors();
+  std::size_t last = CPU_SETSIZE - 1;
+  while (last > 0 && !CPU_ISSET(last, &all)) --last;
+  cpu_set_t one;
+  CPU_ZERO(&one);
+  CPU_SET(last, &one);
+  sched_setaffinity(0, sizeof one, &one);
+}
+
+OnOneProcessor::~OnOneProcessor() {
+  const auto all = allProcessors();
+  sched_setaffinity(0, sizeof all, &all);
 }
 
 }  // namespace seldial::bench

@@ -1,0 +1,79 @@
+// How long a command takes, from connecting to the end of the answer, and how long the program
+// takes from its start to a connection that succeeds.
+#include "bench/Figures.h"
+#include "bench/Program.h"
+#include "tests/support/desktop/XServer.h"
+
+namespace seldial::bench {
+namespace {
+
+constexpr int kTurns = 200;
+constexpr int kRoundsPerTurn = 50;
+
+void measureTurn(const UcClient& client, const std::string& command,
+                 std::vector<double>& microseconds) {
+  for (int round = 0; round < kRoundsPerTurn; ++round) {
+    const auto begin = Clock::now();
+    static_cast<void>(client.ask(command));
+    const std::chrono::duration<double, std::micro> elapsed = Clock::now() - begin;
+    microseconds.push_back(elapsed.count());
+  }
+}
+
+Row roundTripOf(const Measured& ours, const std::string& command) {
+  const Measured floor(threadPerConnection(ours.client.ask(command).size()));
+  std::vector<double> oursTaken;
+  std::vector<double> floorTaken;
+  for (int turn = 0; turn < kTurns; ++turn) {
+    measureTurn(ours.client, command, oursTaken);
+    measureTurn(floor.client, command, floorTaken);
+  }
+  const auto oursMedian = median(oursTaken);
+  const auto floorMedian = median(floorTaken);
+  return {"round trip of " + command, text("%.1f us", oursMedian), text("%.1f us", floorMedian),
+          text("floor (ratio %.2f)", oursMedian / floorMedian), oursMedian <= floorMedian};
+}
+
+constexpr int kStarts = 60;
+constexpr double kLimitMilliseconds = 5;
+
+double startToListening(const CommandLine& commandLine, const std::string& display = {}) {
+  const UcClient client;
+  const auto watch = client.watch();
+  const auto begin = Clock::now();
+  const Program program(commandLine(client), display);
+  client.awaitListening(watch);
+  const std::chrono::duration<double, std::milli> elapsed = Clock::now() - begin;
+  return elapsed.count();
+}
+
+Row startRow(const std::string& figure, double ours, double floor) {
+  return {figure, text("%.2f ms", ours), text("%.2f ms", floor),
+          text("%.0f ms (ratio %.1f)", kLimitMilliseconds, ours / floor),
+          ours <= kLimitMilliseconds};
+}
+
+}  // namespace
+
+std::vector<Row> roundTrip() {
+  const OnOneProcessor pinned;
+  const Measured ours(seldial());
+  return {roundTripOf(ours, R"({"command":"x"})"), roundTripOf(ours, "{}")};
+}
+
+std::vector<Row> start() {
+  const tests::XServer server;
+  const OnOneProcessor pinned;
+  std::vector<double> alone;
+  std::vector<double> onDesktop;
+  std::vector<double> floor;
+  for (int turn = 0; turn < kStarts; ++turn) {
+    alone.push_back(startToListening(seldial()));
+    onDesktop.push_back(startToListening(seldial(), server.display()));
+    floor.push_back(startToListening(listenAndWait()));
+  }
+  return {startRow("start to listening, no desktop", median(alone), median(floor)),
+          startRow("start to listening, X11", median(onDesktop), median(floor))};
+}
+
+}  // namespace seldial::bench
