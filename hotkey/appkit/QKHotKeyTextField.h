@@ -4,14 +4,21 @@
 
 #include <memory>
 
-#include "hotkey/QKHotKey.h"
+#include "hotkey/QKHotKeyEditing.h"
 
-/// A text field that shows a hot key as glyphs; who edits it records a new one by pressing it. Each
-/// recording, and the key that ends the editing, sends the field's action to its target. The record
-/// is registered by nobody here. Main thread only, as every view.
+/// A text field that shows a hot key as glyphs and records a new one while it has the focus. The
+/// field sends its action to its target after each recording and when Return, Enter or Escape ends
+/// the editing. It registers nothing. Main thread only, like every view.
 @interface QKHotKeyTextField : NSTextField
 
-/// The shown record, null when there is none. To set the one that is there already does nothing.
+/// The shown record, or null. Setting the object that is shown already changes nothing.
 @property(nonatomic) std::shared_ptr<seldial::QKHotKey> hotKey;
 
+/// The field as its editing sees it. It lives as long as the field, which owns it.
+@property(nonatomic, readonly) std::shared_ptr<seldial::QKHotKeyEditedField> editedField;
+
+@end
+
+/// The cell of a QKHotKeyTextField. Its field editor is the shared QKHotKeyTextFieldEditor.
+@interface QKHotKeyTextFieldCell : NSTextFieldCell
 @end

@@ -3,10 +3,48 @@
 #include <utility>
 
 #include "hotkey/QKKeyStrings.h"
-#import "hotkey/appkit/QKHotKeyTextFieldCell.h"
-#import "hotkey/appkit/QKUpperCasedString.h"
+#import "hotkey/appkit/QKHotKeyTextFieldEditor.h"
+
+/// Fields show hot keys in upper case.
+static NSString* upperCasedString(const std::string& displayString) {
+  return @(displayString.c_str()).uppercaseString;
+}
+
+namespace {
+
+/// Passes on what the editing does to a field and to the shared editor that covers it.
+class EditedField final : public seldial::QKHotKeyEditedField {
+ public:
+  explicit EditedField(QKHotKeyTextField* field) : field_(field) {}
+
+  [[nodiscard]] std::shared_ptr<seldial::QKHotKey> hotKey() const override {
+    QKHotKeyTextField* const field = field_;
+    return field != nil ? field.hotKey : nullptr;
+  }
+  void setHotKey(const std::shared_ptr<seldial::QKHotKey>& hotKey) override {
+    field_.hotKey = hotKey;
+  }
+  void setEditorString(const std::string& displayString) override {
+    [QKHotKeyTextFieldEditor sharedEditor].string = upperCasedString(displayString);
+  }
+  void sendAction() override {
+    QKHotKeyTextField* const field = field_;
+    [field sendAction:field.action to:field.target];
+  }
+  void resignFocus() override {
+    [[QKHotKeyTextFieldEditor sharedEditor].window makeFirstResponder:nil];
+  }
+
+ private:
+  // Weak because an action may release the field that sends it.
+  __weak QKHotKeyTextField* const field_;
+};
+
+}  // namespace
 
 @implementation QKHotKeyTextField
+
+@synthesize editedField = _editedField;
 
 + (Class)cellClass {
   return [QKHotKeyTextFieldCell class];
@@ -15,9 +53,14 @@
 - (void)setHotKey:(std::shared_ptr<seldial::QKHotKey>)hotKey {
   if (hotKey == _hotKey) return;
   _hotKey = std::move(hotKey);
-  [super setStringValue:_hotKey ? QKUpperCasedString(seldial::QKStringFromKeyCode(
+  [super setStringValue:_hotKey ? upperCasedString(seldial::QKStringFromKeyCode(
                                       _hotKey->keyCode(), _hotKey->modifierFlags()))
                                 : @""];
+}
+
+- (std::shared_ptr<seldial::QKHotKeyEditedField>)editedField {
+  if (!_editedField) _editedField = std::make_shared<EditedField>(self);
+  return _editedField;
 }
 
 - (void)setStringValue:(NSString*)string {
@@ -30,6 +73,18 @@
   NSLog(@"-[QKHotKeyTextField stringValue] is not what you want. "
         @"Use -[QKHotKeyTextField hotKey] instead.");
   return [super stringValue];
+}
+
+@end
+
+@implementation QKHotKeyTextFieldCell
+
+- (NSTextView*)fieldEditorForView:(NSView*)view {
+  if (![view isKindOfClass:[QKHotKeyTextField class]]) return nil;
+  QKHotKeyTextFieldEditor* const editor = [QKHotKeyTextFieldEditor sharedEditor];
+  editor.insertionPointColor = editor.backgroundColor;  // hides the caret: nothing is typed here
+  [editor setHotKeyField:static_cast<QKHotKeyTextField*>(view)];
+  return editor;
 }
 
 @end

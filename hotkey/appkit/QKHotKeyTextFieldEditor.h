@@ -4,20 +4,20 @@
 
 @class QKHotKeyTextField;
 
-/// The field editor of every QKHotKeyTextField. While it has the focus, the process's key-down and
-/// modifier events come to it alone and become the field's hot key (see QKHotKeyEditing). Main
-/// thread only.
+/// The field editor that all QKHotKeyTextFields of the process share. While it has the focus, it
+/// receives every key-down and modifier event of the process, other views none, and turns them into
+/// the field's hot key (see QKHotKeyEditing). Main thread only.
 @interface QKHotKeyTextFieldEditor : NSTextView
 
-/// The one editor of the process, made on first use.
+/// Created on first use.
 + (instancetype)sharedEditor;
 
-/// The field that is edited, or will be as soon as the editor has the focus. While it has, another
-/// one than nil is ignored: AppKit asks cells for their editor in the middle of an editing, too,
-/// and Escape brings back the record from its beginning.
-@property(nonatomic, weak) QKHotKeyTextField* hotKeyField;
+/// Sets the field to edit, held weakly, or nil for none. While another field is being edited, the
+/// new one waits until the editor gets the focus in it: AppKit also asks a cell for its editor only
+/// to see whether the field is being edited.
+- (void)setHotKeyField:(QKHotKeyTextField*)field;
 
-/// What the event does to the edited field.
+/// Applies the event to the edited field. Ends the editing when that field no longer exists.
 - (void)processHotkeyEvent:(NSEvent*)event;
 
 @end

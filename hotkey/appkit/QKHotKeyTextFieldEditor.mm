@@ -1,23 +1,20 @@
 #import "hotkey/appkit/QKHotKeyTextFieldEditor.h"
 
-#include <memory>
-
-#include "hotkey/QKHotKeyEditing.h"
-#import "hotkey/appkit/QKEditedTextField.h"
 #import "hotkey/appkit/QKHotKeyTextField.h"
+#include "hotkey/appkit/QKSharedEditing.h"
 
 static const NSRect kFrame = {{0, 0}, {100, 32}};
 static const NSEventMask kMonitored = NSEventMaskKeyDown | NSEventMaskFlagsChanged;
 static_assert(kMonitored == (1U << seldial::QKHotKeyEditingEvent::kKeyDown |
                              1U << seldial::QKHotKeyEditingEvent::kFlagsChanged),
-              "AppKit numbers its events as the editing does");
+              "QKHotKeyEditingEvent has AppKit's numbers");
 
 static seldial::QKHotKeyEditingEvent editingEvent(NSEvent* event) {
   seldial::QKHotKeyEditingEvent result;
   result.type = static_cast<std::uint32_t>(event.type);
   result.keyCode = event.keyCode;
   result.modifierFlags = event.modifierFlags;
-  if (event.type == NSEventTypeKeyDown) {  // AppKit raises where another event is asked
+  if (event.type == NSEventTypeKeyDown) {  // other events have no characters, and AppKit raises
     const char* const characters = event.charactersIgnoringModifiers.UTF8String;
     if (characters != nullptr) result.charactersIgnoringModifiers = characters;
   }
@@ -25,9 +22,8 @@ static seldial::QKHotKeyEditingEvent editingEvent(NSEvent* event) {
 }
 
 @implementation QKHotKeyTextFieldEditor {
-  seldial::QKHotKeyEditing _editing;  // with the original hot key and whether a key was seen
-  std::shared_ptr<seldial::QKEditedTextField> _editedField;
-  id _globalMonitor;
+  seldial::QKSharedEditing _editing;
+  id _globalMonitor;  // nil unless a field is being edited
 }
 
 + (instancetype)sharedEditor {
@@ -44,10 +40,7 @@ static seldial::QKHotKeyEditingEvent editingEvent(NSEvent* event) {
 }
 
 - (void)setHotKeyField:(QKHotKeyTextField*)field {
-  if (field != nil && _globalMonitor != nil) return;
-  _hotKeyField = field;
-  _editedField = field != nil ? std::make_shared<seldial::QKEditedTextField>(field, self) : nullptr;
-  _editing.setHotKeyField(_editedField);
+  _editing.setHotKeyField(field != nil ? field.editedField : nullptr);
 }
 
 - (BOOL)becomeFirstResponder {
@@ -63,20 +56,25 @@ static seldial::QKHotKeyEditingEvent editingEvent(NSEvent* event) {
   return YES;
 }
 
-// AppKit takes an editor away from a field that goes, whatever resignFirstResponder said.
+// AppKit takes the editor out of its window without resignFirstResponder when the edited field is
+// removed, but also when it only re-hosts the editor. Which of the two it is shows afterwards.
 - (void)viewWillMoveToWindow:(NSWindow*)window {
   [super viewWillMoveToWindow:window];
-  if (window == nil && _globalMonitor != nil) [self endHotKeyEditing];
+  if (_globalMonitor == nil) return;
+  dispatch_async(dispatch_get_main_queue(), ^{
+    if (self.window.firstResponder != self) [self endHotKeyEditing];
+  });
 }
 
 - (void)endHotKeyEditing {
-  self.hotKeyField = nil;
+  _editing.end();
   [self stopKeyMonitor];
 }
 
 - (void)startKeyMonitor {
   [self stopKeyMonitor];
-  // It owns the monitor, and text views know weak references from 10.12 on alone.
+  // Unretained because the editor owns the monitor; text views support weak references only from
+  // macOS 10.12.
   __unsafe_unretained QKHotKeyTextFieldEditor* const editor = self;
   _globalMonitor = [NSEvent addLocalMonitorForEventsMatchingMask:kMonitored
                                                          handler:^NSEvent*(NSEvent* event) {
@@ -92,7 +90,9 @@ static seldial::QKHotKeyEditingEvent editingEvent(NSEvent* event) {
 }
 
 - (void)processHotkeyEvent:(NSEvent*)event {
-  _editing.processHotkeyEvent(editingEvent(event));
+  if (_editing.processHotkeyEvent(editingEvent(event))) return;
+  [self.window makeFirstResponder:nil];
+  [self endHotKeyEditing];  // also without a window, or when it refuses
 }
 
 @end
