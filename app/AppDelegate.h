@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/Application.h"
+#include "platform/Ports.h"
 
 namespace seldial {
 
@@ -23,7 +24,7 @@ struct SetHotKeyApi;
 class AppDelegate final : public platform::ApplicationDelegate,
                           public std::enable_shared_from_this<AppDelegate> {
  public:
-  static std::shared_ptr<AppDelegate> init();
+  static std::shared_ptr<AppDelegate> init(const platform::Ports& ports);
 
   std::weak_ptr<void> window;               ///< the desktop's notion of one; never used
   std::shared_ptr<QKHotKey> CurrentHotKey;  ///< the registered hot key, or none
@@ -44,6 +45,8 @@ class AppDelegate final : public platform::ApplicationDelegate,
   void applicationWillFinishLaunching() override;
   void applicationDidFinishLaunching() override;
   void applicationWillTerminate() override;
+  /// Connects to the desktop, which the operations on hot keys and the clipboard need.
+  void connectToDesktop();
   /// Sets the flags and values from the platform's argument list; ignores what it does not know.
   void parseCommandLine();
 
@@ -90,10 +93,13 @@ class AppDelegate final : public platform::ApplicationDelegate,
   void sendToClientPipe(const std::string& message);
 
  private:
-  AppDelegate() = default;
+  explicit AppDelegate(platform::Ports ports);
 
   void answerError(const std::string& message);
   void sendHotKeyState(const HotKeyStateApi& state);
+
+  const platform::Ports ports_;
+  platform::DesktopPorts desktop_;  ///< empty until connectToDesktop()
 };
 
 }  // namespace seldial

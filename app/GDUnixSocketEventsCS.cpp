@@ -5,13 +5,12 @@
 #include "api/FatalError.h"
 #include "api/Utf8.h"
 #include "app/AppDelegate.h"
-#include "platform/Installed.h"
-#include "platform/MainQueue.h"
 
 namespace seldial {
 
-GDUnixSocketEventsCS::GDUnixSocketEventsCS(std::weak_ptr<AppDelegate> main)
-    : Main(std::move(main)) {}
+GDUnixSocketEventsCS::GDUnixSocketEventsCS(std::weak_ptr<AppDelegate> main,
+                                           std::shared_ptr<platform::MainQueue> mainQueue)
+    : Main(std::move(main)), mainQueue_(std::move(mainQueue)) {}
 
 void GDUnixSocketEventsCS::unixSocketServerDidStartListening(GDUnixSocketServer& /*server*/) {
   logOnMainQueue("Unix socket server; did start listening");
@@ -80,7 +79,7 @@ void GDUnixSocketEventsCS::appendUnixSocketInput(const std::string& clientID, st
 }
 
 void GDUnixSocketEventsCS::postToMain(std::function<void(AppDelegate&)> step) {
-  platform::installed<platform::MainQueue>()->async([weakMain = Main, step = std::move(step)] {
+  mainQueue_->async([weakMain = Main, step = std::move(step)] {
     const auto main = weakMain.lock();
     if (!main) fatalError("a socket's report finds the application gone");
     step(*main);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/MainQueue.h"
 #include "unixsocket/GDUnixSocketClient.h"
 #include "unixsocket/GDUnixSocketServer.h"
 
@@ -18,7 +19,8 @@ class AppDelegate;
 class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
                                    public GDUnixSocketClientDelegate {
  public:
-  explicit GDUnixSocketEventsCS(std::weak_ptr<AppDelegate> main);
+  GDUnixSocketEventsCS(std::weak_ptr<AppDelegate> main,
+                       std::shared_ptr<platform::MainQueue> mainQueue);
 
   void unixSocketServerDidStartListening(GDUnixSocketServer& server) override;
   void unixSocketServerDidClose(GDUnixSocketServer& server,
@@ -47,6 +49,8 @@ class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
   /// Posts a step to the main queue, where it runs with the application.
   void postToMain(std::function<void(AppDelegate&)> step);
   void appendUnixSocketInput(const std::string& clientID, std::string text);
+
+  const std::shared_ptr<platform::MainQueue> mainQueue_;
 };
 
 }  // namespace seldial

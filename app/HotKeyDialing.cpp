@@ -3,14 +3,11 @@
 #include "app/AppDelegate.h"
 #include "hotkey/QKHotKey.h"
 #include "hotkey/QKHotKeyCenter.h"
-#include "platform/Installed.h"
-#include "platform/KeyboardEvents.h"
-#include "platform/Pasteboard.h"
+#include "platform/Clipboard.h"
+#include "platform/VirtualKeys.h"
 
 namespace seldial {
 namespace {
-
-constexpr std::uint16_t kVirtualKeyC = 8;
 
 std::uint64_t modifierFlags(const SetHotKeyApi& command) {
   std::uint64_t flags = 0;
@@ -64,11 +61,10 @@ void AppDelegate::sendHotKeyState(const HotKeyStateApi& state) {
 
 void AppDelegate::hotKeyPressed() {
   log("hot key pressed (pasteboard)");
-  const auto pasteboard = platform::installed<platform::Pasteboard>();
-  pasteboard->clearContents();  // so that an older text is never dialled
+  desktop_.clipboard->clear();  // so that an older text is never dialled
   copySelectionToPasteboard();
-  platform::installed<platform::Application>()->usleep(ReadPasteboardDelay * 1000U);
-  const auto number = pasteboard->stringForType(platform::kUTF8PlainText);
+  ports_.application->usleep(ReadPasteboardDelay * 1000U);
+  const auto number = desktop_.clipboard->text();
   if (!number) return log("no number found on pasteboard");
   const auto message = MakeCallApi{number}.toJSONString();
   if (!message) return log("error while serializing [makecall]");
@@ -76,17 +72,8 @@ void AppDelegate::hotKeyPressed() {
 }
 
 void AppDelegate::copySelectionToPasteboard() {
-  const auto events = platform::installed<platform::KeyboardEvents>();
-  const auto source = events->createSource(platform::kEventSourceStateHIDSystemState);
-  const auto keyDown = events->createKeyboardEvent(source.get(), kVirtualKeyC, true);
-  const auto keyUp = events->createKeyboardEvent(source.get(), kVirtualKeyC, false);
-  if (!keyDown || !keyUp) {
-    return log("internal error; copy selection to pastboard");  // the misspelling is kept
-  }
-  // The key-up event keeps the flags that it was created with, on purpose.
-  keyDown->setFlags(platform::kModifierFlagCommand);
-  keyDown->post(platform::kHIDEventTap);
-  keyUp->post(platform::kHIDEventTap);
+  if (desktop_.clipboard->copySelection()) return;
+  log("internal error; copy selection to pastboard");  // the misspelling is kept
 }
 
 }  // namespace seldial

@@ -3,7 +3,6 @@
 #include "api/MessageRecords.h"
 #include "app/AppDelegate.h"
 #include "app/StandardOutput.h"
-#include "platform/Installed.h"
 #include "platform/MainQueue.h"
 
 namespace seldial {
@@ -26,7 +25,7 @@ std::string timeOfDay() {
 
 void AppDelegate::log(const std::string& message) {
   if (FlagLog) {
-    const bool main = platform::installed<platform::MainQueue>()->isMainThread();
+    const bool main = ports_.mainQueue->isMainThread();
     printLine((main ? "" : kSubThreadMarker) + ("Log " + timeOfDay() + "> ") + message);
   }
   if (FlagJsonLog) printLine(LogApi{message}.toJSONString());

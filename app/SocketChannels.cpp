@@ -53,7 +53,7 @@ void AppDelegate::processUnixSocketInputString(const std::string& clientID) {
 
 std::shared_ptr<GDUnixSocketEventsCS> AppDelegate::unixSocketEvents() {
   if (!UnixSocketEventsCS) {
-    UnixSocketEventsCS = std::make_shared<GDUnixSocketEventsCS>(weak_from_this());
+    UnixSocketEventsCS = std::make_shared<GDUnixSocketEventsCS>(weak_from_this(), ports_.mainQueue);
   }
   return UnixSocketEventsCS;
 }

@@ -2,10 +2,11 @@
 #include <algorithm>
 #include <initializer_list>
 #include <string_view>
+#include <utility>
 
 #include "app/AppDelegate.h"
 #include "app/Lowercased.h"
-#include "platform/Installed.h"
+#include "hotkey/QKHotKeyCenter.h"
 #include "unixsocket/GDUnixSocketServer.h"
 
 namespace seldial {
@@ -28,9 +29,11 @@ void setValue(std::optional<std::string>& value, const std::string& argument,
 
 }  // namespace
 
-std::shared_ptr<AppDelegate> AppDelegate::init() {
-  return std::shared_ptr<AppDelegate>(new AppDelegate);
+std::shared_ptr<AppDelegate> AppDelegate::init(const platform::Ports& ports) {
+  return std::shared_ptr<AppDelegate>(new AppDelegate(ports));
 }
+
+AppDelegate::AppDelegate(platform::Ports ports) : ports_(std::move(ports)) {}
 
 void AppDelegate::applicationWillFinishLaunching() {}
 
@@ -41,9 +44,10 @@ void AppDelegate::applicationDidFinishLaunching() {
   if (FlagChangeLog) showChangeLog();
   if (FlagShowApi) showApi();
   if (FlagHelp || FlagChangeLog || FlagShowApi) {
-    platform::installed<platform::Application>()->terminate(this);
-    return;  // where terminate() comes back, a run that only prints opens no socket
+    ports_.application->terminate(this);
+    return;  // where terminate() returns, a run that only prints opens no socket
   }
+  connectToDesktop();
   startUnixSocketServer();
 }
 
@@ -54,8 +58,13 @@ void AppDelegate::applicationWillTerminate() {
   }
 }
 
+void AppDelegate::connectToDesktop() {
+  desktop_ = ports_.connectDesktop();
+  QKHotKeyCenter::setHotKeyEvents(desktop_.hotKeyEvents);
+}
+
 void AppDelegate::parseCommandLine() {
-  for (const auto& argument : platform::installed<platform::Application>()->arguments()) {
+  for (const auto& argument : ports_.application->arguments()) {
     const std::string lower = lowercased(argument);
     setFlag(FlagChangeLog, lower, {"/changelog", "-changelog"});
     setFlag(FlagHelp, lower, {"/help", "-help", "/h", "-h"});

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "hotkey/QKModifierFlags.h"
-#include "platform/Installed.h"
+#include "platform/HotKeyEvents.h"
 
 namespace seldial {
 
@@ -22,7 +22,17 @@ QKKeyEvent keyUpEvent(const platform::HotKeyReleased& released, const QKHotKey& 
   return event;
 }
 
+/// Never destroyed, as the centre.
+std::shared_ptr<platform::HotKeyEvents>& hotKeyEvents() {
+  static auto* const port = new std::shared_ptr<platform::HotKeyEvents>;
+  return *port;
+}
+
 }  // namespace
+
+void QKHotKeyCenter::setHotKeyEvents(std::shared_ptr<platform::HotKeyEvents> port) {
+  hotKeyEvents() = std::move(port);
+}
 
 std::shared_ptr<QKHotKeyCenter> QKHotKeyCenter::makeCenter() {
   std::shared_ptr<QKHotKeyCenter> center(new QKHotKeyCenter);
@@ -31,7 +41,7 @@ std::shared_ptr<QKHotKeyCenter> QKHotKeyCenter::makeCenter() {
 }
 
 std::shared_ptr<QKHotKeyCenter> QKHotKeyCenter::sharedHotKeyCenter() {
-  if (!platform::installed<platform::HotKeyEvents>()) return nullptr;
+  if (!hotKeyEvents()) return nullptr;
   // Never destroyed: a record that is destroyed while the process ends still asks for it.
   static auto* const shared = new std::shared_ptr<QKHotKeyCenter>(makeCenter());
   return *shared;
@@ -41,9 +51,7 @@ void QKHotKeyCenter::init() {
   // Dropped last: its records look at the centre while they are destroyed.
   const QKHotKeySet before = std::exchange(registry_, {});
   nextHotKeyID_ = 1;
-  if (const auto port = platform::installed<platform::HotKeyEvents>()) {
-    port->installReleasedHandler(hotKeyReleased);
-  }
+  if (const auto port = hotKeyEvents()) port->installReleasedHandler(hotKeyReleased);
 }
 
 std::shared_ptr<QKHotKey> QKHotKeyCenter::registerHotKeyWithKeyCode(std::uint16_t keyCode,
@@ -68,7 +76,7 @@ std::shared_ptr<QKHotKey> QKHotKeyCenter::registerHotKeyWithKeyCode(std::uint16_
 
 std::shared_ptr<QKHotKey> QKHotKeyCenter::registerHotKey(const std::shared_ptr<QKHotKey>& hotKey) {
   if (registry_.contains(hotKey)) return hotKey;
-  const auto port = platform::installed<platform::HotKeyEvents>();
+  const auto port = hotKeyEvents();
   if (!port) return nullptr;
   const auto ref = port->registerHotKey(
       hotKey->keyCode(), QKCarbonModifierFlagsFromCocoaModifierFlags(hotKey->modifierFlags()),
@@ -85,7 +93,7 @@ void QKHotKeyCenter::unregisterHotKey(const std::shared_ptr<QKHotKey>& hotKey) {
 }
 
 void QKHotKeyCenter::unregister(QKHotKey& hotKey) {
-  const auto port = platform::installed<platform::HotKeyEvents>();
+  const auto port = hotKeyEvents();
   if (hotKey.hotKeyRef && port) port->unregisterHotKey(*hotKey.hotKeyRef);
   hotKey.hotKeyRef.reset();
   const auto member = registry_.find(hotKey);
@@ -134,6 +142,13 @@ bool QKHotKeyCenter::hasRegisteredHotKeyWithKeyCode(std::uint16_t keyCode,
   return !hotKeysMatching([=](const QKHotKey& hotKey) {
             return hotKey.keyCode() == keyCode && hotKey.modifierFlags() == modifierFlags;
           }).empty();
+}
+
+bool QKHotKeyCenter::canRegisterHotKeyWithKeyCode(std::uint16_t keyCode,
+                                                  std::uint64_t modifierFlags) const {
+  const auto port = hotKeyEvents();
+  return port &&
+         port->canBeHotKey(keyCode, QKCarbonModifierFlagsFromCocoaModifierFlags(modifierFlags));
 }
 
 QKHotKeySet QKHotKeyCenter::registeredHotKeys() const {

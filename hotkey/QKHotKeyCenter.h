@@ -21,13 +21,17 @@ class QKHotKeyCenter {
   /// Whether a record is meant.
   using Test = std::function<bool(const QKHotKey&)>;
 
-  /// The one centre, made on first use and never destroyed; null while no port is installed.
+  /// Gives the shared centre its port, before the centre is first used. Another port, or null,
+  /// takes effect for a centre in use as well; init() then connects it to that port.
+  static void setHotKeyEvents(std::shared_ptr<platform::HotKeyEvents> port);
+
+  /// The one centre, made on first use and never destroyed; null while it has no port.
   static std::shared_ptr<QKHotKeyCenter> sharedHotKeyCenter();
 
   QKHotKeyCenter(const QKHotKeyCenter&) = delete;
   QKHotKeyCenter& operator=(const QKHotKeyCenter&) = delete;
 
-  /// Sets the centre up afresh on the installed port: the registry is empty and ids start at 1
+  /// Sets the centre up afresh on its port: the registry is empty and ids start at 1
   /// again. Nothing is unregistered, except that a record which nobody else owns is destroyed and
   /// so asks for it itself.
   void init();
@@ -68,6 +72,10 @@ class QKHotKeyCenter {
   /// Whether the registry has one with that key code and exactly these flags.
   [[nodiscard]] bool hasRegisteredHotKeyWithKeyCode(std::uint16_t keyCode,
                                                     std::uint64_t modifierFlags) const;
+  /// False when the desktop would refuse a hot key with that key code and these flags though nobody
+  /// holds it.
+  [[nodiscard]] bool canRegisterHotKeyWithKeyCode(std::uint16_t keyCode,
+                                                  std::uint64_t modifierFlags) const;
   /// The members of the registry that hold a combination of the desktop.
   [[nodiscard]] QKHotKeySet registeredHotKeys() const;
 

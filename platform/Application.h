@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/Ports.h"
+
 namespace seldial::platform {
 
 /// What the application object tells the program; every call comes on the main thread.
@@ -34,11 +36,12 @@ class Application {
   virtual void usleep(std::uint32_t microseconds) = 0;
 };
 
-/// Makes the delegate once the ports are installed.
-using MakeApplicationDelegate = std::function<std::shared_ptr<ApplicationDelegate>()>;
+/// Makes the delegate on the ports of this system.
+using MakeApplicationDelegate =
+    std::function<std::shared_ptr<ApplicationDelegate>(const Ports& ports)>;
 
-/// Sets the process up, chooses and installs its ports, makes the delegate, runs the main loop and
-/// returns the process's exit status. Called once, by main().
+/// Sets the process up, makes the delegate, runs the main loop and returns the exit status of the
+/// process. Called once, by main().
 int applicationMain(int argc, char* const argv[], const MakeApplicationDelegate& makeDelegate);
 
 }  // namespace seldial::platform

@@ -3,7 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "hotkey/QKHotKeyCenter.h"
 #include "platform/qt/Desktop.h"
+#include "platform/x11/copy/Clipboard.h"
 #include "shortcut/Delivery.h"
 #include "shortcut/Options.h"
 #include "shortcut/ShortcutWindow.h"
@@ -37,6 +39,8 @@ int run(int argc, char* argv[], const ShortcutOptions& options) {
     std::fputs("seldial-shortcut: there is no X11 desktop\n", stderr);
     return 1;
   }
+  QKHotKeyCenter::setHotKeyEvents(desktop->hotKeyEvents());
+  platform::x11::reserveCopyKeystroke(*desktop->session());
   // Shortcuts are recorded through X11, also on a desktop that offers Wayland too.
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
   int ownPath = argc > 0 ? 1 : 0;  // Qt must not read the options

@@ -1,15 +1,12 @@
 #include "shortcut/ShortcutTrial.h"
 
 #include "hotkey/QKHotKeyCenter.h"
-#include "hotkey/QKModifierFlags.h"
-#include "platform/Installed.h"
 
 namespace seldial {
 
 bool ShortcutTrial::isUsable(const QKHotKey& hotKey) {
-  const auto port = platform::installed<platform::HotKeyEvents>();
-  const auto modifiers = QKCarbonModifierFlagsFromCocoaModifierFlags(hotKey.modifierFlags());
-  return port && port->canBeHotKey(hotKey.keyCode(), modifiers);
+  const auto center = QKHotKeyCenter::sharedHotKeyCenter();
+  return center && center->canRegisterHotKeyWithKeyCode(hotKey.keyCode(), hotKey.modifierFlags());
 }
 
 ShortcutState ShortcutTrial::take(const std::shared_ptr<QKHotKey>& hotKey) {

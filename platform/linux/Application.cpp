@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/linux/ProcessSetUp.h"
 #include "platform/posix/ProcessSetUp.h"
 
 namespace seldial::platform::linux_port {
@@ -64,6 +65,19 @@ int LinuxApplication::run(ApplicationDelegate& delegate) {
   loop_.unwatch(signals);
   delegate.applicationWillTerminate();
   return status_;
+}
+
+int runApplication(int argc, char* const argv[], const MakeApplicationDelegate& makeDelegate,
+                   const ConnectDesktop& connect) {
+  setUpProcess();
+  const auto loop = std::make_shared<MainLoop>();
+  const auto application =
+      std::make_shared<LinuxApplication>(std::vector<std::string>(argv, argv + argc), *loop);
+  const auto connectDesktop = [&] {
+    return connect(loop, [&application = *application] { application.terminateWithStatus(1); });
+  };
+  const auto delegate = makeDelegate({application, loop, connectDesktop});
+  return application->run(*delegate);
 }
 
 }  // namespace seldial::platform::linux_port

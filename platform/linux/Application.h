@@ -1,11 +1,13 @@
 // The application object of the Linux ports.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/Application.h"
+#include "platform/Ports.h"
 #include "platform/linux/MainLoop.h"
 
 namespace seldial::platform::linux_port {
@@ -32,5 +34,15 @@ class LinuxApplication final : public platform::Application {
   MainLoop& loop_;
   int status_ = 0;
 };
+
+/// Connects to a display server that `loop` then serves; never fails (see Ports::connectDesktop).
+/// `connectionLost` is called once, from the loop, when the server goes away.
+using ConnectDesktop = std::function<DesktopPorts(const std::shared_ptr<MainLoop>& loop,
+                                                  std::function<void()> connectionLost)>;
+
+/// applicationMain() with a desktop of the caller's choice. The exit status is 1 when the
+/// connection to the desktop is lost.
+int runApplication(int argc, char* const argv[], const MakeApplicationDelegate& makeDelegate,
+                   const ConnectDesktop& connect);
 
 }  // namespace seldial::platform::linux_port

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
+#include <string>
 
 #include "platform/Application.h"
 
@@ -19,6 +21,13 @@ struct EventFields {
 /// The fields of an EventRef, which stays the caller's; all zero when it is no event that Cocoa
 /// knows.
 EventFields eventFields(const void* event);
+
+/// Empties the general pasteboard.
+void clearGeneralPasteboard();
+
+/// The general pasteboard's string of `type`, a uniform type identifier, as UTF-8. Nothing when it
+/// has none, or one that is not valid Unicode (half a surrogate pair).
+std::optional<std::string> generalPasteboardString(const char* type);
 
 /// Calls `body` and then gives back what Cocoa has autoreleased meanwhile.
 void inAutoreleaseScope(const std::function<void()>& body);

@@ -11,6 +11,17 @@ EventFields eventFields(const void* event) {
   return {location.x, location.y, cocoaEvent.modifierFlags, cocoaEvent.timestamp};
 }
 
+void clearGeneralPasteboard() {
+  [NSPasteboard.generalPasteboard clearContents];
+}
+
+std::optional<std::string> generalPasteboardString(const char* type) {
+  NSString* const text = [NSPasteboard.generalPasteboard stringForType:@(type)];
+  NSData* const data = [text dataUsingEncoding:NSUTF8StringEncoding];
+  if (data == nil) return std::nullopt;
+  return std::string(static_cast<const char*>(data.bytes), data.length);
+}
+
 void inAutoreleaseScope(const std::function<void()>& body) {
   @autoreleasepool {
     body();

@@ -2,8 +2,6 @@
 
 #include <memory>
 
-#include "platform/Installed.h"
-#include "platform/macos/GeneralPasteboard.h"
 #include "platform/macos/Launch.h"
 #include "platform/macos/Ports.h"
 
@@ -17,9 +15,7 @@ using namespace seldial::platform;
 - (instancetype)init {
   self = [super init];
   if (self != nil) {
-    macos::installPorts(macos::launch().arguments);
-    installed<Pasteboard>() = macos::makeGeneralPasteboard();
-    _delegate = macos::launch().makeDelegate();
+    _delegate = macos::launch().makeDelegate(macos::makePorts(macos::launch().arguments));
   }
   return self;
 }

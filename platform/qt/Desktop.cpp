@@ -6,6 +6,8 @@
 #include <QSocketNotifier>
 #include <utility>
 
+#include "platform/Installed.h"
+#include "platform/RecordingKeyboard.h"
 #include "platform/linux/MainLoop.h"
 #include "platform/x11/Desktop.h"
 #include "platform/x11/GrabFocus.h"
@@ -46,17 +48,23 @@ class ServedLoop final : public QObject {
 class ConnectedDesktop final : public Desktop {
  public:
   explicit ConnectedDesktop(std::function<void()> connectionLost)
-      : ports_(x11::Desktop::connect(loop_, std::move(connectionLost))) {}
+      : session_(x11::connect(loop_, std::move(connectionLost))) {
+    if (session_) installed<RecordingKeyboard>() = x11::recordingKeyboard(session_);
+  }
 
-  [[nodiscard]] bool isConnected() const { return ports_ != nullptr; }
+  [[nodiscard]] bool isConnected() const { return session_ != nullptr; }
+  [[nodiscard]] std::shared_ptr<HotKeyEvents> hotKeyEvents() override {
+    return x11::hotKeyEvents(session_);
+  }
+  [[nodiscard]] std::shared_ptr<x11::Session> session() override { return session_; }
 
   [[nodiscard]] std::unique_ptr<QObject> serve() override {
-    return std::make_unique<ServedLoop>(loop_);
+    return std::make_unique<ServedLoop>(*loop_);
   }
 
  private:
-  linux_port::MainLoop loop_;
-  const std::unique_ptr<x11::Desktop> ports_;
+  const std::shared_ptr<linux_port::MainLoop> loop_ = std::make_shared<linux_port::MainLoop>();
+  const std::shared_ptr<x11::Session> session_;
 };
 
 }  // namespace

@@ -5,21 +5,34 @@
 #include <functional>
 #include <memory>
 
+namespace seldial::platform {
+class HotKeyEvents;
+namespace x11 {
+class Session;
+}
+}  // namespace seldial::platform
+
 namespace seldial::platform::qt {
 
-/// The desktop's ports, served from Qt's event loop: with it a Qt program has hot keys, and its
-/// fields record them. One of these in a process; main thread only.
+/// The ports of the desktop, served from Qt's event loop. A Qt program needs it to have hot keys
+/// and to record them in its fields. One in a process; main thread only.
 class Desktop {
  public:
   virtual ~Desktop() = default;
 
-  /// Connects to the server that DISPLAY names and installs the ports. To be called before the
-  /// QApplication is made, which ends the program where there is no server. Null then.
-  /// `connectionLost` is called once, from the event loop, when the server goes away.
+  /// Connects to the server that DISPLAY names; null where there is none. Call it before making the
+  /// QApplication, which ends the program where there is no server. `connectionLost` is called
+  /// once, from the event loop, when the server goes away.
   static std::unique_ptr<Desktop> connect(std::function<void()> connectionLost);
 
-  /// Serves the ports for as long as the result lives: it is made once there is a QApplication, and
-  /// goes before that and before this object.
+  /// The port for QKHotKeyCenter::setHotKeyEvents().
+  [[nodiscard]] virtual std::shared_ptr<HotKeyEvents> hotKeyEvents() = 0;
+
+  /// What the desktop is connected by.
+  [[nodiscard]] virtual std::shared_ptr<x11::Session> session() = 0;
+
+  /// Serves the ports for as long as the result lives. Make it after the QApplication; destroy it
+  /// before that and before this object.
   [[nodiscard]] virtual std::unique_ptr<QObject> serve() = 0;
 };
 

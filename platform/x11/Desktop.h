@@ -1,4 +1,4 @@
-// The Linux desktop on X11: pasteboard, keyboard events and hot keys over one connection.
+// The X11 desktop, for programs that choose it. This header needs no XCB.
 #pragma once
 
 #include <functional>
@@ -6,19 +6,24 @@
 
 #include "platform/linux/MainLoop.h"
 
+namespace seldial::platform {
+class HotKeyEvents;
+class RecordingKeyboard;
+}  // namespace seldial::platform
+
 namespace seldial::platform::x11 {
 
-/// The connection to the X server and the ports that share it. Main thread only.
-class Desktop {
- public:
-  virtual ~Desktop() = default;
+/// A connection to an X server, served by a main loop. The ports below keep it alive.
+class Session;
 
-  /// Connects to the server that DISPLAY names, installs the ports and watches the connection.
-  /// `connectionLost` is called once, from the loop, when the server goes away. Null when there is
-  /// no server or it lacks an extension that the ports need (then one line on standard error says
-  /// which; a DISPLAY that is not set is no trouble and says nothing).
-  static std::unique_ptr<Desktop> connect(linux_port::MainLoop& loop,
-                                          std::function<void()> connectionLost);
-};
+/// Connects to the server that DISPLAY names. `connectionLost` is called once, from the loop, when
+/// the server goes away. Null when there is no server or it lacks an extension that is needed; then
+/// one line on standard error says so, except where DISPLAY is not set. Main thread, as everything
+/// that a session does.
+std::shared_ptr<Session> connect(std::shared_ptr<linux_port::MainLoop> loop,
+                                 std::function<void()> connectionLost);
+
+std::shared_ptr<HotKeyEvents> hotKeyEvents(const std::shared_ptr<Session>& session);
+std::shared_ptr<RecordingKeyboard> recordingKeyboard(const std::shared_ptr<Session>& session);
 
 }  // namespace seldial::platform::x11

@@ -10,12 +10,16 @@ namespace seldial::platform::x11 {
 
 EventPump::EventPump(Connection& connection, linux_port::MainLoop& loop,
                      std::function<void()> connectionLost)
-    : connection_(connection), loop_(&loop), connectionLost_(std::move(connectionLost)) {
-  loop_->watch(*this);
+    : connection_(connection), loop_(loop), connectionLost_(std::move(connectionLost)) {
+  loop_.watch(*this);
 }
 
-void EventPump::stop() {
-  if (loop_ != nullptr) std::exchange(loop_, nullptr)->unwatch(*this);
+EventPump::~EventPump() {
+  stopWatching();
+}
+
+void EventPump::stopWatching() {
+  if (std::exchange(watched_, false)) loop_.unwatch(*this);
 }
 
 void EventPump::remove(EventHandler& handler) {
@@ -94,8 +98,8 @@ void EventPump::handle(const xcb_generic_event_t& event) {
 }
 
 void EventPump::reportLoss() {
-  if (!connection_.lost() || loop_ == nullptr) return;
-  stop();
+  if (!connection_.lost() || !watched_) return;
+  stopWatching();
   std::fputs("seldial: the connection to the X server is lost\n", stderr);
   connectionLost_();
 }

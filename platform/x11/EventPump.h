@@ -32,12 +32,13 @@ class EventPump final : public linux_port::EventSource {
  public:
   using Clock = std::chrono::steady_clock;
 
-  /// Starts watching. `connectionLost` is called once, from the loop.
+  /// The loop watches the connection for as long as this object lives, or until the connection is
+  /// lost; then `connectionLost` is called, once, from the loop.
   EventPump(Connection& connection, linux_port::MainLoop& loop,
             std::function<void()> connectionLost);
-
-  /// The loop is used no more.
-  void stop();
+  ~EventPump() override;
+  EventPump(const EventPump&) = delete;
+  EventPump& operator=(const EventPump&) = delete;
 
   /// Handlers are not owned and are asked in the order in which they were added.
   void add(EventHandler& handler) { handlers_.push_back(&handler); }
@@ -60,10 +61,12 @@ class EventPump final : public linux_port::EventSource {
   bool handleRead();
   void handle(const xcb_generic_event_t& event);
   void reportLoss();
+  void stopWatching();
   void waitForInput(Clock::duration limit) const;
 
   Connection& connection_;
-  linux_port::MainLoop* loop_;
+  linux_port::MainLoop& loop_;
+  bool watched_ = true;
   std::function<void()> connectionLost_;
   std::vector<EventHandler*> handlers_;
 };

@@ -50,13 +50,13 @@ bool HotKeyGrabs::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
   return combinationFor(keyCode, modifiers).has_value();
 }
 
-/// Nothing when the keyboard has no such combination, or the copy keystroke needs it.
+/// Nothing when the keyboard has no such combination or it is reserved.
 std::optional<HotKeyGrabs::Combination> HotKeyGrabs::combinationFor(std::uint32_t keyCode,
                                                                     std::uint32_t modifiers) {
   const auto key = keyAtPosition(keyCode);
   if (!key || !keyboards_.load() || keyboards_.map().modifiers[*key]) return {};
   const auto mask = maskFor(modifiers);
-  if (!mask || isCopyKeystroke(*key, *mask)) return {};
+  if (!mask || isReserved_(*key, *mask)) return {};
   return Combination{*key, *mask};
 }
 
@@ -87,12 +87,8 @@ std::optional<std::uint16_t> HotKeyGrabs::maskFor(std::uint32_t modifiers) const
   return mask;
 }
 
-bool HotKeyGrabs::isCopyKeystroke(xcb_keycode_t key, std::uint16_t mask) const {
-  return key == keyboards_.typingMap().insert && mask == keyboards_.map().masks.control;
-}
-
 bool HotKeyGrabs::isFree(xcb_keycode_t key, std::uint16_t mask) const {
-  return !isCopyKeystroke(key, mask) &&
+  return !isReserved_(key, mask) &&
          std::none_of(registrations_.begin(), registrations_.end(), [&](const Registration& other) {
            return other.key == key && other.mask == mask;
          });

@@ -7,6 +7,7 @@
 // way in which CapsLock, NumLock and ScrollLock can be set.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -22,8 +23,14 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
 
   void installReleasedHandler(ReleasedHandler handler) override { *handler_ = std::move(handler); }
 
-  /// Refuses also modifier keys, keys that an application could not use otherwise, and the copy
-  /// keystroke itself, which we would take from the application that is to copy.
+  /// Tells whether a key with modifiers, both as the server numbers them, is reserved.
+  using IsReserved = std::function<bool(xcb_keycode_t key, std::uint16_t modifiers)>;
+
+  /// Refuses from now on what `isReserved` says: combinations that the program types itself and
+  /// that its own grab would catch. It is asked again whenever the layout has changed.
+  void reserve(IsReserved isReserved) { isReserved_ = std::move(isReserved); }
+
+  /// Refuses also modifier keys and reserved combinations.
   std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                           HotKeyID hotKeyID) override;
   void unregisterHotKey(HotKeyRef ref) override;
@@ -52,7 +59,6 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   [[nodiscard]] std::optional<Combination> combinationFor(std::uint32_t keyCode,
                                                           std::uint32_t modifiers);
   [[nodiscard]] std::optional<std::uint16_t> maskFor(std::uint32_t modifiers) const;
-  [[nodiscard]] bool isCopyKeystroke(xcb_keycode_t key, std::uint16_t mask) const;
   [[nodiscard]] bool isFree(xcb_keycode_t key, std::uint16_t mask) const;
   bool grab(xcb_keycode_t key, std::uint16_t mask);
   void ungrab(xcb_keycode_t key, std::uint16_t mask);
@@ -64,6 +70,7 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   Connection& connection_;
   MainQueue& queue_;
   Keyboards& keyboards_;
+  IsReserved isReserved_ = [](xcb_keycode_t, std::uint16_t) { return false; };
   std::shared_ptr<ReleasedHandler> handler_ = std::make_shared<ReleasedHandler>();
   std::vector<Registration> registrations_;
   std::uint8_t locks_ = 0;  ///< as grabbed

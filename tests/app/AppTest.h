@@ -18,12 +18,14 @@ namespace seldial {
 class AppTest : public testing::Test {
  protected:
   AppTest() {
-    // The centre is the process's: each test starts with a fresh one on the test's own port.
-    if (const auto center = QKHotKeyCenter::sharedHotKeyCenter()) center->init();
-    app = AppDelegate::init();
+    app->connectToDesktop();
+    // The centre is shared by the process: each test starts with a fresh one on its own port.
+    QKHotKeyCenter::sharedHotKeyCenter()->init();
+    desktopConnections = 0;
   }
   ~AppTest() override {
     if (const auto center = QKHotKeyCenter::sharedHotKeyCenter()) center->unregisterAllHotKeys();
+    QKHotKeyCenter::setHotKeyEvents(nullptr);
   }
 
   /// The lines on standard output with every log line's time taken out: "Log> message".
@@ -42,14 +44,22 @@ class AppTest : public testing::Test {
   }
 
   doubles::Journal journal;
-  doubles::Installed<platform::MainQueue, doubles::ManualMainQueue> mainQueue;
-  doubles::Installed<platform::Application, doubles::RecordingApplication> application{&journal};
-  doubles::Installed<platform::Pasteboard, doubles::FakePasteboard> pasteboard{&journal};
-  doubles::Installed<platform::KeyboardEvents, doubles::RecordingKeyboardEvents> keyboard{&journal};
-  doubles::Installed<platform::HotKeyEvents, doubles::FakeHotKeyEvents> hotKeys;
+  const std::shared_ptr<doubles::ManualMainQueue> mainQueue =
+      std::make_shared<doubles::ManualMainQueue>();
+  const std::shared_ptr<doubles::RecordingApplication> application =
+      std::make_shared<doubles::RecordingApplication>(&journal);
+  const std::shared_ptr<doubles::FakeClipboard> clipboard =
+      std::make_shared<doubles::FakeClipboard>(&journal);
+  const std::shared_ptr<doubles::FakeHotKeyEvents> hotKeys =
+      std::make_shared<doubles::FakeHotKeyEvents>();
+  int desktopConnections = 0;
   tests::TemporaryDirectory directory;
   tests::CapturedOutput output;
-  std::shared_ptr<AppDelegate> app;
+  const platform::Ports ports{application, mainQueue, [this] {
+                                ++desktopConnections;
+                                return platform::DesktopPorts{hotKeys, clipboard};
+                              }};
+  std::shared_ptr<AppDelegate> app = AppDelegate::init(ports);
 };
 
 /// The value of a text member of a compact JSON line, still escaped; empty when it has none.

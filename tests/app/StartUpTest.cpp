@@ -36,6 +36,19 @@ TEST_F(StartUp, NoArgumentsPrintsTheBannerOpensNoChannelAndKeepsRunning) {
   EXPECT_TRUE(application->terminateSenders.empty());
 }
 
+TEST_F(StartUp, OnlyAProgramThatStaysConnectsToTheDesktop) {
+  for (const char* form : {"-help", "-changelog", "-showapi"}) {
+    app->FlagHelp = app->FlagChangeLog = app->FlagShowApi = false;
+    setCommandLine({form, "-log"});
+    app->applicationDidFinishLaunching();
+    EXPECT_EQ(desktopConnections, 0) << form;
+  }
+  app->FlagHelp = app->FlagChangeLog = app->FlagShowApi = false;
+  setCommandLine({"-log"});
+  app->applicationDidFinishLaunching();
+  EXPECT_EQ(desktopConnections, 1);
+}
+
 TEST_F(StartUp, AnEmptyArgumentListLeavesEveryFieldAsItIs) {
   application->commandLine = {};
   app->parseCommandLine();
@@ -70,7 +83,7 @@ TEST_F(StartUp, HelpChangeLogAndShowApiInAnyOrderPrintInFixedOrderAndTerminate) 
   std::vector<std::string> flags = {"-changelog", "-help", "-showapi"};
   do {
     const tests::CapturedOutput printed;
-    const auto fresh = AppDelegate::init();
+    const auto fresh = AppDelegate::init(ports);
     application->terminateSenders.clear();
     setCommandLine(flags);
     fresh->applicationDidFinishLaunching();

@@ -59,10 +59,10 @@ TEST_F(HotKeyLifeCycle, ATaskThatOwnsAnotherRecordTakesItAlong) {
 
 TEST_F(HotKeyLifeCycle, ARecordMayOutliveThePort) {
   auto hotKey = center->registerHotKeyWithKeyCode(kKeyV, kCommand, nullptr);
-  const auto before = std::exchange(platform::installed<platform::HotKeyEvents>(), nullptr);
+  QKHotKeyCenter::setHotKeyEvents(nullptr);
   center->unregisterHotKey(hotKey);
   hotKey.reset();
-  platform::installed<platform::HotKeyEvents>() = before;
+  QKHotKeyCenter::setHotKeyEvents(port);
   EXPECT_TRUE(port->unregistered.empty());
 }
 
@@ -96,7 +96,7 @@ TEST_F(HotKeyLifeCycle, TenThousandRegistrationsLeaveNothingBehind) {
 /// A record that only a static object owns is destroyed after main() has returned.
 TEST(HotKeyAtExitDeathTest, ARecordMayBeDestroyedWhileTheProcessEnds) {
   const auto endWithRecords = [] {
-    platform::installed<platform::HotKeyEvents>() = std::make_shared<doubles::FakeHotKeyEvents>();
+    QKHotKeyCenter::setHotKeyEvents(std::make_shared<doubles::FakeHotKeyEvents>());
     static std::shared_ptr<QKHotKey> early;
     static const auto center = QKHotKeyCenter::sharedHotKeyCenter();
     static std::shared_ptr<QKHotKey> late;

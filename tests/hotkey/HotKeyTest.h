@@ -23,15 +23,23 @@ inline constexpr std::uint64_t kControl = platform::kModifierFlagControl;
 
 class HotKeyTest : public testing::Test {
  protected:
-  HotKeyTest() : center(QKHotKeyCenter::sharedHotKeyCenter()) { center->init(); }
-  ~HotKeyTest() override { center->unregisterAllHotKeys(); }
+  HotKeyTest() {
+    QKHotKeyCenter::setHotKeyEvents(port);
+    center = QKHotKeyCenter::sharedHotKeyCenter();
+    center->init();
+  }
+  ~HotKeyTest() override {
+    center->unregisterAllHotKeys();
+    QKHotKeyCenter::setHotKeyEvents(nullptr);
+  }
 
   /// A task that counts its calls.
   static QKHotKeyTask counting(int& calls) {
     return [&calls](const QKKeyEvent& /*event*/) { ++calls; };
   }
 
-  doubles::Installed<platform::HotKeyEvents, doubles::FakeHotKeyEvents> port;
+  const std::shared_ptr<doubles::FakeHotKeyEvents> port =
+      std::make_shared<doubles::FakeHotKeyEvents>();
   std::shared_ptr<QKHotKeyCenter> center;
 };
 

@@ -70,11 +70,11 @@ TEST_F(QKHotKeyCenterTest, IsOneForTheProcess) {
   EXPECT_EQ(elsewhere, center);
 }
 
-TEST_F(QKHotKeyCenterTest, IsNoneWhileNoPortIsInstalled) {
-  const auto before = std::exchange(platform::installed<platform::HotKeyEvents>(), nullptr);
+TEST_F(QKHotKeyCenterTest, IsNoneWhileItHasNoPort) {
+  QKHotKeyCenter::setHotKeyEvents(nullptr);
   EXPECT_EQ(QKHotKeyCenter::sharedHotKeyCenter(), nullptr);
   EXPECT_EQ(center->registerHotKeyWithKeyCode(kKeyV, kCommand, nullptr), nullptr);
-  platform::installed<platform::HotKeyEvents>() = before;
+  QKHotKeyCenter::setHotKeyEvents(port);
   EXPECT_EQ(QKHotKeyCenter::sharedHotKeyCenter(), center);
 }
 

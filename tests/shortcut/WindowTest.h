@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/VirtualKeys.h"
+#include "platform/x11/copy/Clipboard.h"
 #include "shortcut/ShortcutWindow.h"
 #include "tests/hotkey/qt/QtDesktop.h"
 
@@ -21,6 +22,9 @@ using namespace tests;  // NOLINT: keys and keyboards by their short names
 /// The window on a private desktop; what it hands over is kept.
 class WindowTest : public testing::Test {
  protected:
+  static void SetUpTestSuite() {
+    platform::x11::reserveCopyKeystroke(*QtDesktop::shared().ports().session());
+  }
   void TearDown() override {
     window.reset();
     EXPECT_EQ(keyboard.down(), std::set<std::uint8_t>{});

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,11 +12,10 @@
 #include <vector>
 
 #include "platform/Application.h"
+#include "platform/Clipboard.h"
 #include "platform/HotKeyEvents.h"
 #include "platform/Installed.h"
-#include "platform/KeyboardEvents.h"
 #include "platform/MainQueue.h"
-#include "platform/Pasteboard.h"
 
 namespace seldial::doubles {
 
@@ -82,83 +82,34 @@ class RecordingApplication final : public platform::Application {
   Journal* journal_;
 };
 
-class FakePasteboard final : public platform::Pasteboard {
+/// Writes "clear", "copySelection" and "text" into the journal. copySelection() runs `onCopy`,
+/// where a test plays the frontmost application.
+class FakeClipboard final : public platform::Clipboard {
  public:
-  explicit FakePasteboard(Journal* journal = nullptr) : journal_(journal) {}
+  explicit FakeClipboard(Journal* journal = nullptr) : journal_(journal) {}
 
-  void clearContents() override {
+  void clear() override {
+    note("clear");
     contents.reset();
-    if (journal_ != nullptr) journal_->push_back("clearContents");
   }
-  std::optional<std::string> stringForType(const std::string& type) override {
-    if (journal_ != nullptr) journal_->push_back("stringForType " + type);
-    return type == platform::kUTF8PlainText ? contents : std::nullopt;
+  [[nodiscard]] bool copySelection() override {
+    note("copySelection");
+    if (!refuseCopy) onCopy();
+    return !refuseCopy;
+  }
+  [[nodiscard]] std::optional<std::string> text() override {
+    note("text");
+    return contents;
   }
 
   std::optional<std::string> contents;
+  bool refuseCopy = false;
+  std::function<void()> onCopy = [] {};
 
  private:
-  Journal* journal_;
-};
-
-/// Writes "source STATE", "create KEY down|up", "flags F", "post KEY down|up at TAP" and, when an
-/// event is destroyed, "release KEY down|up" into the journal. A posted key-down runs `onKeyDown`,
-/// where a test plays the frontmost application.
-class RecordingKeyboardEvents final : public platform::KeyboardEvents {
- public:
-  explicit RecordingKeyboardEvents(Journal* journal) : journal_(journal) {}
-
-  std::unique_ptr<platform::KeyboardEventSource> createSource(std::int32_t state) override {
-    journal_->push_back("source " + std::to_string(state));
-    if (refuseSource) return nullptr;
-    return std::make_unique<Source>(journal_);
+  void note(const char* call) {
+    if (journal_ != nullptr) journal_->push_back(call);
   }
-  std::unique_ptr<platform::KeyboardEvent> createKeyboardEvent(
-      platform::KeyboardEventSource* source, std::uint16_t keyCode, bool keyDown) override {
-    const std::string name = std::to_string(keyCode) + (keyDown ? " down" : " up");
-    journal_->push_back("create " + name + (source != nullptr ? "" : " without source"));
-    if (keyDown ? refuseKeyDown : refuseKeyUp) return nullptr;
-    return std::make_unique<Event>(this, name, keyDown);
-  }
-
-  bool refuseSource = false;
-  bool refuseKeyDown = false;
-  bool refuseKeyUp = false;
-  std::function<void()> onKeyDown = [] {};
-
- private:
-  class Source final : public platform::KeyboardEventSource {
-   public:
-    explicit Source(Journal* journal) : journal_(journal) {}
-    ~Source() override { journal_->push_back("release source"); }
-    Source(const Source&) = delete;
-    Source& operator=(const Source&) = delete;
-
-   private:
-    Journal* journal_;
-  };
-
-  class Event final : public platform::KeyboardEvent {
-   public:
-    Event(RecordingKeyboardEvents* owner, std::string name, bool keyDown)
-        : owner_(owner), name_(std::move(name)), keyDown_(keyDown) {}
-    ~Event() override { owner_->journal_->push_back("release " + name_); }
-    Event(const Event&) = delete;
-    Event& operator=(const Event&) = delete;
-
-    void setFlags(std::uint64_t flags) override {
-      owner_->journal_->push_back("flags " + std::to_string(flags) + " on " + name_);
-    }
-    void post(std::uint32_t tapLocation) override {
-      owner_->journal_->push_back("post " + name_ + " at " + std::to_string(tapLocation));
-      if (keyDown_) owner_->onKeyDown();
-    }
-
-   private:
-    RecordingKeyboardEvents* owner_;
-    std::string name_;
-    bool keyDown_;
-  };
 
   Journal* journal_;
 };

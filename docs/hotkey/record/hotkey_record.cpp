@@ -37,6 +37,7 @@ int main(int argc, char* argv[]) {
     std::cerr << "There is no X11 desktop.\n";
     return 1;
   }
+  QKHotKeyCenter::setHotKeyEvents(desktop->hotKeyEvents());
   const QApplication application(argc, argv);
   const auto served = desktop->serve();
 

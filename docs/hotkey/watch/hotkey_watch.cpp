@@ -3,7 +3,7 @@
 #include <hotkey/QKHotKeyCenter.h>
 #include <hotkey/QKKeyStrings.h>
 #include <platform/Application.h>
-#include <platform/Installed.h>
+#include <platform/Ports.h>
 #include <platform/VirtualKeys.h>
 
 #include <iostream>
@@ -19,12 +19,15 @@ constexpr std::uint64_t kModifiers = platform::kModifierFlagControl | platform::
 
 class Watch final : public platform::ApplicationDelegate {
  public:
+  explicit Watch(platform::Ports ports) : ports_(std::move(ports)) {}
+
   [[nodiscard]] bool failed() const { return failed_; }
 
  private:
   void applicationWillFinishLaunching() override {}
 
   void applicationDidFinishLaunching() override {
+    QKHotKeyCenter::setHotKeyEvents(ports_.connectDesktop().hotKeyEvents);
     const std::string shortcut = QKStringFromKeyCode(kKeyD, kModifiers);
     const auto hotKey = QKHotKeyCenter::sharedHotKeyCenter()->registerHotKeyWithKeyCode(
         kKeyD, kModifiers, [](const QKKeyEvent&) { std::cout << "used" << std::endl; });
@@ -34,18 +37,22 @@ class Watch final : public platform::ApplicationDelegate {
     }
     std::cerr << shortcut << " cannot be had. Does another program hold it?\n";
     failed_ = true;
-    platform::installed<platform::Application>()->terminate(this);
+    ports_.application->terminate(this);
   }
 
   void applicationWillTerminate() override {}
 
+  const platform::Ports ports_;
   bool failed_ = false;
 };
 
 }  // namespace
 
 int main(int argc, char* argv[]) {
-  auto watch = std::make_shared<Watch>();
-  const int status = platform::applicationMain(argc, argv, [&] { return watch; });
+  std::shared_ptr<Watch> watch;
+  const auto makeWatch = [&watch](const platform::Ports& ports) {
+    return watch = std::make_shared<Watch>(ports);
+  };
+  const int status = platform::applicationMain(argc, argv, makeWatch);
   return watch->failed() ? 1 : status;
 }

@@ -4,6 +4,8 @@
 
 #include <QKeyEvent>
 
+#include "hotkey/QKHotKeyCenter.h"
+
 namespace seldial::tests {
 namespace {
 
@@ -23,6 +25,7 @@ QtDesktop::QtDesktop() {
   qputenv("DISPLAY", QByteArray::fromStdString(server.display()));
   qputenv("QT_QPA_PLATFORM", "xcb");
   ports_ = platform::qt::Desktop::connect([] { ADD_FAILURE() << "the server is lost"; });
+  QKHotKeyCenter::setHotKeyEvents(ports_->hotKeyEvents());
   static int count = 1;
   static char name[] = "test";
   static char* arguments[] = {name, nullptr};
@@ -33,6 +36,7 @@ QtDesktop::QtDesktop() {
 QtDesktop::~QtDesktop() {
   served_.reset();
   application_.reset();
+  QKHotKeyCenter::setHotKeyEvents(nullptr);
   ports_.reset();
 }
 

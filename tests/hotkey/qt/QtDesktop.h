@@ -36,6 +36,8 @@ class QtDesktop {
   /// The one of this process.
   static QtDesktop& shared();
 
+  [[nodiscard]] platform::qt::Desktop& ports() { return *ports_; }
+
   const XServer server{{"-screen", "0", "1600x1200x24"}};
 
  private:

@@ -54,7 +54,8 @@ struct Apple {
   OSStatus translationStatus = noErr;
   std::vector<UniChar> translation = {'q'};
   bool onMainThread = true;
-  std::string executable;  ///< as it was started
+  std::string executable;                 ///< as it was started
+  std::optional<std::string> pasteboard;  ///< the text of the general pasteboard
 
   /// What it was asked.
   std::vector<std::string> calls;

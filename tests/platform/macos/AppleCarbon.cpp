@@ -167,6 +167,16 @@ EventFields eventFields(const void* event) {
   return apple().fields;
 }
 
+void clearGeneralPasteboard() {
+  note("clearContents");
+  apple().pasteboard.reset();
+}
+
+std::optional<std::string> generalPasteboardString(const char* type) {
+  note(std::string("stringForType ") + type);
+  return apple().pasteboard;
+}
+
 void inAutoreleaseScope(const std::function<void()>& body) {
   note("open scope");
   body();

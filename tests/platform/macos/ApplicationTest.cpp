@@ -1,9 +1,8 @@
 #include <chrono>
 
-#include "platform/Installed.h"
 #include "platform/macos/Application.h"
+#include "platform/macos/Clipboard.h"
 #include "platform/macos/HotKeyEvents.h"
-#include "platform/macos/KeyboardEvents.h"
 #include "platform/macos/MainQueue.h"
 #include "platform/macos/Ports.h"
 #include "tests/platform/macos/AppleTest.h"
@@ -44,13 +43,14 @@ TEST_F(MacApplicationTest, SleepsAtLeastAsLongAsItIsTold) {
 
 using MacPorts = tests::AppleTest;
 
-TEST_F(MacPorts, AreInstalledForTheProcess) {
-  installPorts({"seldial", "-jsonlog"});
-  EXPECT_THAT(installed<platform::Application>()->arguments(), ElementsAre("seldial", "-jsonlog"));
-  EXPECT_NE(dynamic_cast<DispatchMainQueue*>(installed<platform::MainQueue>().get()), nullptr);
-  EXPECT_NE(dynamic_cast<CoreGraphicsKeyboardEvents*>(installed<platform::KeyboardEvents>().get()),
-            nullptr);
-  EXPECT_NE(dynamic_cast<CarbonHotKeyEvents*>(installed<platform::HotKeyEvents>().get()), nullptr);
+TEST_F(MacPorts, AreThoseOfThisSystem) {
+  const auto ports = makePorts({"seldial", "-jsonlog"});
+  EXPECT_THAT(ports.application->arguments(), ElementsAre("seldial", "-jsonlog"));
+  EXPECT_NE(dynamic_cast<DispatchMainQueue*>(ports.mainQueue.get()), nullptr);
+  const auto desktop = ports.connectDesktop();
+  EXPECT_NE(dynamic_cast<CarbonHotKeyEvents*>(desktop.hotKeyEvents.get()), nullptr);
+  EXPECT_NE(dynamic_cast<MacClipboard*>(desktop.clipboard.get()), nullptr);
+  EXPECT_THAT(apple().calls, testing::IsEmpty());
 }
 
 }  // namespace

@@ -4,8 +4,8 @@
 #include "hotkey/QKHotKeyCenter.h"
 #include "platform/VirtualKeys.h"
 #include "platform/macos/Application.h"
+#include "platform/macos/Clipboard.h"
 #include "platform/macos/HotKeyEvents.h"
-#include "platform/macos/KeyboardEvents.h"
 #include "platform/macos/MainQueue.h"
 #include "tests/platform/macos/AppleTest.h"
 #include "tests/support/CapturedOutput.h"
@@ -15,8 +15,8 @@ namespace seldial {
 namespace {
 
 using platform::macos::CarbonHotKeyEvents;
-using platform::macos::CoreGraphicsKeyboardEvents;
 using platform::macos::DispatchMainQueue;
+using platform::macos::MacClipboard;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -27,10 +27,16 @@ constexpr OSType kSignature = 0x68746B31;  // htk1
 
 class MacHotKeyCenter : public tests::AppleTest {
  protected:
-  MacHotKeyCenter() : center(QKHotKeyCenter::sharedHotKeyCenter()) { center->init(); }
-  ~MacHotKeyCenter() override { center->unregisterAllHotKeys(); }
+  MacHotKeyCenter() {
+    QKHotKeyCenter::setHotKeyEvents(std::make_shared<CarbonHotKeyEvents>());
+    center = QKHotKeyCenter::sharedHotKeyCenter();
+    center->init();
+  }
+  ~MacHotKeyCenter() override {
+    center->unregisterAllHotKeys();
+    QKHotKeyCenter::setHotKeyEvents(nullptr);
+  }
 
-  doubles::Installed<platform::HotKeyEvents, CarbonHotKeyEvents> port;
   std::shared_ptr<QKHotKeyCenter> center;
 };
 
@@ -88,20 +94,23 @@ TEST_F(MacHotKeyCenter, UnregisteringGivesTheReferenceBackOnce) {
 class MacDialing : public tests::AppleTest {
  protected:
   MacDialing() {
+    app->connectToDesktop();
     QKHotKeyCenter::sharedHotKeyCenter()->init();
-    app = AppDelegate::init();
     newCalls();
   }
-  ~MacDialing() override { QKHotKeyCenter::sharedHotKeyCenter()->unregisterAllHotKeys(); }
+  ~MacDialing() override {
+    QKHotKeyCenter::sharedHotKeyCenter()->unregisterAllHotKeys();
+    QKHotKeyCenter::setHotKeyEvents(nullptr);
+  }
 
-  doubles::Installed<platform::MainQueue, DispatchMainQueue> mainQueue;
-  doubles::Installed<platform::Application, doubles::RecordingApplication> application{
-      &apple().calls};
-  doubles::Installed<platform::Pasteboard, doubles::FakePasteboard> pasteboard{&apple().calls};
-  doubles::Installed<platform::KeyboardEvents, CoreGraphicsKeyboardEvents> keyboard;
-  doubles::Installed<platform::HotKeyEvents, CarbonHotKeyEvents> hotKeys;
+  static platform::DesktopPorts connectDesktop() {
+    return {std::make_shared<CarbonHotKeyEvents>(), std::make_shared<MacClipboard>()};
+  }
+
   tests::CapturedOutput output;
-  std::shared_ptr<AppDelegate> app;
+  std::shared_ptr<AppDelegate> app =
+      AppDelegate::init({std::make_shared<doubles::RecordingApplication>(&apple().calls),
+                         std::make_shared<DispatchMainQueue>(), connectDesktop});
 };
 
 TEST_F(MacDialing, TheCopyKeystrokeIsCommandAndCDownThenCUpAtTheHardwaresTap) {

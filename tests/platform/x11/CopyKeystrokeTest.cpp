@@ -4,16 +4,16 @@
 namespace seldial::platform::x11 {
 namespace {
 
-using CopyKeystroke = DialTest;
+using CopyingWithKeys = DialTest;
 
-TEST_F(CopyKeystroke, CopiesTheSelectionOfTheFocusedWindow) {
+TEST_F(CopyingWithKeys, CopiesTheSelectionOfTheFocusedWindow) {
   const XClient client(server.display());
   useHotKey();
   expectDial(1);
   EXPECT_EQ(typedInto(client), (Typed{{kKeyInsert, kStateControl}}));
 }
 
-TEST_F(CopyKeystroke, GoesToTheWindowUnderThePointerWhereNoneHasTheFocus) {
+TEST_F(CopyingWithKeys, GoesToTheWindowUnderThePointerWhereNoneHasTheFocus) {
   const XClient client(server.display());
   keyboard.movePointer(10, 10);
   keyboard.focusFollowsPointer();
@@ -21,7 +21,7 @@ TEST_F(CopyKeystroke, GoesToTheWindowUnderThePointerWhereNoneHasTheFocus) {
   expectDial(1);
 }
 
-TEST_F(CopyKeystroke, WithNothingSelectedNothingIsFound) {
+TEST_F(CopyingWithKeys, WithNothingSelectedNothingIsFound) {
   XClientSettings settings;
   settings.copies = false;
   const XClient client(server.display(), settings);
@@ -30,13 +30,13 @@ TEST_F(CopyKeystroke, WithNothingSelectedNothingIsFound) {
   EXPECT_EQ(port.dialled()[0], std::nullopt);
 }
 
-TEST_F(CopyKeystroke, WithNoWindowAtAllNothingIsFound) {
+TEST_F(CopyingWithKeys, WithNoWindowAtAllNothingIsFound) {
   useHotKey();
   port.waitForDials(1);
   EXPECT_EQ(port.dialled()[0], std::nullopt);
 }
 
-TEST_F(CopyKeystroke, AnOldTextIsNotDialled) {
+TEST_F(CopyingWithKeys, AnOldTextIsNotDialled) {
   XClientSettings settings;
   settings.copies = false;
   XClient client(server.display(), settings);
@@ -46,7 +46,7 @@ TEST_F(CopyKeystroke, AnOldTextIsNotDialled) {
   EXPECT_EQ(port.dialled()[0], std::nullopt);
 }
 
-TEST_F(CopyKeystroke, CopiesWithTheLocksOn) {
+TEST_F(CopyingWithKeys, CopiesWithTheLocksOn) {
   const XClient client(server.display());
   keyboard.tap(kKeyCapsLock);
   keyboard.tap(kKeyNumLock);
@@ -56,7 +56,7 @@ TEST_F(CopyKeystroke, CopiesWithTheLocksOn) {
   keyboard.tap(kKeyNumLock);
 }
 
-TEST_F(CopyKeystroke, CopiesUnderEveryLayout) {
+TEST_F(CopyingWithKeys, CopiesUnderEveryLayout) {
   const XClient client(server.display());
   std::size_t uses = 0;
   for (const char* const layout : {"us", "de", "fr", "ru", "dvorak"}) {
@@ -66,7 +66,7 @@ TEST_F(CopyKeystroke, CopiesUnderEveryLayout) {
   }
 }
 
-TEST_F(CopyKeystroke, CopiesWhereTheTypingKeyboardHasAnotherLayoutThanTheUsers) {
+TEST_F(CopyingWithKeys, CopiesWhereTheTypingKeyboardHasAnotherLayoutThanTheUsers) {
   const XClient client(server.display());
   ASSERT_EQ(server.run({"setxkbmap", "dvorak"}), 0);
   ASSERT_EQ(server.run({"setxkbmap", "-device", keyboard.typingDevice(), "fr"}), 0);
@@ -74,40 +74,19 @@ TEST_F(CopyKeystroke, CopiesWhereTheTypingKeyboardHasAnotherLayoutThanTheUsers) 
   expectDial(1);
 }
 
-TEST_F(CopyKeystroke, WithoutAnInsertKeyThereIsNoSuchEvent) {
-  ASSERT_TRUE(port.call([&] { return port.postCopyKeystroke(); }));
+TEST_F(CopyingWithKeys, WithoutAnInsertKeyNothingCanBeCopied) {
+  ASSERT_TRUE(port.call([&] { return port.clipboard().copySelection(); }));
   useLayout("no-insert.xkb");
   port.settle();
   port.settle();
-  EXPECT_FALSE(port.call([&] { return port.postCopyKeystroke(); }));
+  EXPECT_FALSE(port.call([&] { return port.clipboard().copySelection(); }));
 }
 
-TEST_F(CopyKeystroke, TheKeyboardThroughWhichItIsTypedNeedsTheInsertKey) {
-  ASSERT_TRUE(port.call([&] { return port.postCopyKeystroke(); }));
+TEST_F(CopyingWithKeys, TheKeyboardThroughWhichItIsTypedNeedsTheInsertKey) {
+  ASSERT_TRUE(port.call([&] { return port.clipboard().copySelection(); }));
   useLayout("no-insert.xkb", keyboard.typingDevice());
   port.settle();
-  EXPECT_FALSE(port.call([&] { return port.postCopyKeystroke(); }));
-}
-
-TEST_F(CopyKeystroke, EventsOfOtherKeysAreRefused) {
-  port.call([] {
-    auto& events = *installed<KeyboardEvents>();
-    EXPECT_EQ(events.createKeyboardEvent(nullptr, kVirtualD, true), nullptr);
-    EXPECT_EQ(events.createKeyboardEvent(nullptr, 65535, true), nullptr);
-    EXPECT_NE(events.createKeyboardEvent(nullptr, kVirtualC, true), nullptr);
-  });
-}
-
-TEST_F(CopyKeystroke, ACWithoutCommandIsNotTyped) {
-  const XClient client(server.display());
-  port.call([] {
-    auto& events = *installed<KeyboardEvents>();
-    events.createKeyboardEvent(nullptr, kVirtualC, true)->post(kHIDEventTap);
-    events.createKeyboardEvent(nullptr, kVirtualC, false)->post(kHIDEventTap);
-  });
-  keyboard.tap(kKeyF5);
-  client.waitForRelease(kKeyF5);
-  EXPECT_EQ(client.keys().size(), 2U);
+  EXPECT_FALSE(port.call([&] { return port.clipboard().copySelection(); }));
 }
 
 }  // namespace

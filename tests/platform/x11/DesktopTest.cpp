@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "platform/Installed.h"
 #include "platform/x11/Desktop.h"
 #include "tests/platform/x11/X11Test.h"
 
@@ -18,15 +17,11 @@ struct Attempt {
 
 Attempt attempt() {
   Attempt result;
-  linux_port::MainLoop loop;
   ::testing::internal::CaptureStdout();
   ::testing::internal::CaptureStderr();
-  result.connected = Desktop::connect(loop, [] {}) != nullptr;
+  result.connected = connect(std::make_shared<linux_port::MainLoop>(), [] {}) != nullptr;
   result.output = ::testing::internal::GetCapturedStdout();
   result.errors = ::testing::internal::GetCapturedStderr();
-  installed<HotKeyEvents>() = nullptr;
-  installed<KeyboardEvents>() = nullptr;
-  installed<Pasteboard>() = nullptr;
   return result;
 }
 
@@ -80,7 +75,7 @@ class LostDesktop : public X11Test {
     EXPECT_FALSE(port.registerHotKey(kVirtualF, kControlAlt));
     port.clear();
     EXPECT_EQ(port.text(), std::nullopt);
-    port.call([&] { port.postCopyKeystroke(); });
+    port.call([&] { (void)port.clipboard().copySelection(); });
     EXPECT_EQ(port.connectionsLost(), 1);
     const auto errors = ::testing::internal::GetCapturedStderr();
     EXPECT_NE(errors.find("seldial: the connection to the X server is lost\n"), std::string::npos);
@@ -113,10 +108,10 @@ TEST_F(LostDesktop, WhileATextIsReadEndsTheReading) {
 
 TEST_F(LostDesktop, BetweenClearingAndTheKeystroke) {
   port.call([&] {
-    installed<Pasteboard>()->clearContents();
+    port.clipboard().clear();
     killServer();
-    port.postCopyKeystroke();
-    EXPECT_EQ(installed<Pasteboard>()->stringForType(kUTF8PlainText), std::nullopt);
+    (void)port.clipboard().copySelection();
+    EXPECT_EQ(port.clipboard().text(), std::nullopt);
   });
   expectLoss();
 }

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "platform/Installed.h"
 #include "tests/platform/x11/X11Test.h"
 
 namespace seldial::platform::x11 {

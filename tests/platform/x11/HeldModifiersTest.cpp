@@ -1,6 +1,7 @@
 // Keys that the user, or another program, holds while the copy keystroke is typed.
 #include <algorithm>
 
+#include "platform/x11/copy/CopyKeystroke.h"
 #include "tests/platform/x11/DialTest.h"
 
 namespace seldial::platform::x11 {
@@ -160,18 +161,20 @@ TEST_F(HeldModifiers, AKeyboardUnpluggedWithItsKeysDownLeavesNothingStuck) {
 
 TEST_F(HeldModifiers, AControlPressedMeanwhileStaysPressed) {
   const XClient client(server.display());
+  std::unique_ptr<CopyKeystroke> keystroke;
   port.call([&] {
-    auto& events = *installed<KeyboardEvents>();
-    const auto down = events.createKeyboardEvent(nullptr, kVirtualC, true);
-    const auto up = events.createKeyboardEvent(nullptr, kVirtualC, false);
-    down->setFlags(kModifierFlagCommand);
-    down->post(kHIDEventTap);
+    port.dropClipboard();
+    keystroke = std::make_unique<CopyKeystroke>(port.session());
+    ASSERT_TRUE(keystroke->isPossible());
+    keystroke->press();
     keyboard.press(kKeyLeftControl);
-    up->post(kHIDEventTap);
+    keystroke->release();
   });
   keyboard.waitForTypedDown({kKeyLeftControl});
   EXPECT_EQ(keyboard.modifiers(), kStateControl);
   keyboard.release(kKeyLeftControl);
+  keyboard.waitForTypedDown({});
+  port.call([&] { keystroke.reset(); });
 }
 
 TEST(HeldModifiersAtTheEnd, NothingIsStuckWhenTheProgramEnds) {

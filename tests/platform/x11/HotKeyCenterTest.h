@@ -22,6 +22,7 @@ class HotKeyCenterTest : public X11Test {
 
   HotKeyCenterTest() {
     onMain([this] {
+      QKHotKeyCenter::setHotKeyEvents(port.sharedHotKeys());
       center = QKHotKeyCenter::sharedHotKeyCenter();
       center->init();
     });
@@ -31,6 +32,7 @@ class HotKeyCenterTest : public X11Test {
     onMain([this] {
       kept.clear();
       center->unregisterAllHotKeys();
+      QKHotKeyCenter::setHotKeyEvents(nullptr);
     });
     X11Test::TearDown();
   }

@@ -1,5 +1,4 @@
 // Hot keys under a real X server, pressed on a physical keyboard of it.
-#include "platform/Installed.h"
 #include "platform/VirtualKeys.h"
 #include "tests/platform/x11/X11Test.h"
 
@@ -192,7 +191,7 @@ TEST_F(HotKeyGrabs, APressThatArrivesWhileRequestsAreSentIsNotOverlooked) {
   port.call([&] {
     // Reading leaves a request behind that nothing has sent yet; when it leaves, the press is
     // there.
-    EXPECT_EQ(installed<Pasteboard>()->stringForType(kUTF8PlainText), "text");
+    EXPECT_EQ(port.clipboard().text(), "text");
     useHotKey();
   });
   port.waitForReleases(1);

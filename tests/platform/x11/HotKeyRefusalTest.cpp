@@ -1,5 +1,4 @@
 // Hot keys that cannot be had.
-#include "platform/Installed.h"
 #include "tests/platform/x11/ForeignGrabs.h"
 #include "tests/platform/x11/X11Test.h"
 
@@ -64,7 +63,7 @@ TEST_F(HotKeyRefusal, ACombinationHeldInOneStateOfTheLocksIsRefusedAndNothingOfI
 
 TEST_F(HotKeyRefusal, WhatNobodyCanHaveIsToldApartFromWhatIsHeld) {
   const auto can = [this](std::uint32_t keyCode, std::uint32_t modifiers) {
-    return port.call([=] { return installed<HotKeyEvents>()->canBeHotKey(keyCode, modifiers); });
+    return port.call([=, this] { return port.hotKeys().canBeHotKey(keyCode, modifiers); });
   };
   ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
   EXPECT_TRUE(can(kVirtualD, kControlAlt)) << "though it is held";

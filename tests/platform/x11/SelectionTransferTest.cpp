@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-#include "platform/x11/SelectionTransfer.h"
+#include "platform/x11/copy/SelectionTransfer.h"
 #include "tests/support/Waiting.h"
 #include "tests/support/desktop/XClient.h"
 #include "tests/support/desktop/XServer.h"

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/x11/TerminalNames.h"
+#include "platform/x11/copy/FocusedWindow.h"
 
 namespace seldial::platform::x11 {
 namespace {

@@ -4,7 +4,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/Installed.h"
 #include "tests/support/Waiting.h"
 
 namespace seldial::platform::x11 {
@@ -19,25 +18,25 @@ X11Port::X11Port(const std::string& display) {
 X11Port::~X11Port() {
   loop_->async([this] { loop_->quit(); });
   thread_.join();
-  installed<HotKeyEvents>() = nullptr;
-  installed<KeyboardEvents>() = nullptr;
-  installed<Pasteboard>() = nullptr;
 }
 
 void X11Port::run(std::promise<void>& ready) {
-  loop_ = std::make_unique<linux_port::MainLoop>();
-  const auto desktop = Desktop::connect(*loop_, [this] {
+  loop_ = std::make_shared<linux_port::MainLoop>();
+  session_ = connect(loop_, [this] {
     const std::lock_guard lock(mutex_);
     ++connectionsLost_;
     changed_.notify_all();
   });
-  connected_ = desktop != nullptr;
-  if (connected_) {
-    installed<HotKeyEvents>()->installReleasedHandler(
-        [this](const HotKeyReleased& event) { released(event); });
+  if (session_) {
+    hotKeys_ = hotKeyEvents(session_);
+    clipboard_ = makeClipboard(session_);
+    hotKeys_->installReleasedHandler([this](const HotKeyReleased& event) { released(event); });
   }
   ready.set_value();
   loop_->run();
+  clipboard_.reset();
+  hotKeys_.reset();
+  session_.reset();
 }
 
 void X11Port::released(const HotKeyReleased& event) {
@@ -56,8 +55,8 @@ void X11Port::released(const HotKeyReleased& event) {
 }
 
 std::optional<std::string> X11Port::dial(std::chrono::milliseconds delay) {
-  installed<Pasteboard>()->clearContents();
-  postCopyKeystroke();
+  clipboard_->clear();
+  (void)clipboard_->copySelection();
   std::function<void()> blocking;
   {
     const std::lock_guard lock(mutex_);
@@ -65,30 +64,16 @@ std::optional<std::string> X11Port::dial(std::chrono::milliseconds delay) {
   }
   blocking();
   loop_->block(delay);
-  return installed<Pasteboard>()->stringForType(kUTF8PlainText);
-}
-
-bool X11Port::postCopyKeystroke() {
-  auto& events = *installed<KeyboardEvents>();
-  const auto source = events.createSource(kEventSourceStateHIDSystemState);
-  const auto down = events.createKeyboardEvent(source.get(), 8, true);
-  const auto up = events.createKeyboardEvent(source.get(), 8, false);
-  if (!down || !up) return false;
-  down->setFlags(kModifierFlagCommand);
-  down->post(kHIDEventTap);
-  up->post(kHIDEventTap);
-  return true;
+  return clipboard_->text();
 }
 
 std::optional<HotKeyRef> X11Port::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                  std::uint32_t id) {
-  return call([=] {
-    return installed<HotKeyEvents>()->registerHotKey(keyCode, modifiers, {0, id});
-  });
+  return call([=, this] { return hotKeys_->registerHotKey(keyCode, modifiers, {0, id}); });
 }
 
 void X11Port::unregisterHotKey(HotKeyRef ref) {
-  call([=] { installed<HotKeyEvents>()->unregisterHotKey(ref); });
+  call([=, this] { hotKeys_->unregisterHotKey(ref); });
 }
 
 void X11Port::dialOnRelease(std::chrono::milliseconds delay) {
@@ -102,11 +87,11 @@ void X11Port::whenBlocking(std::function<void()> blocked) {
 }
 
 void X11Port::clear() {
-  call([] { installed<Pasteboard>()->clearContents(); });
+  call([this] { clipboard_->clear(); });
 }
 
 std::optional<std::string> X11Port::text() {
-  return call([] { return installed<Pasteboard>()->stringForType(kUTF8PlainText); });
+  return call([this] { return clipboard_->text(); });
 }
 
 // Registering takes a round trip, and events come before the reply; what they cause is on the

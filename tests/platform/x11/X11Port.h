@@ -14,16 +14,15 @@
 #include <vector>
 
 #include "platform/HotKeyEvents.h"
-#include "platform/KeyboardEvents.h"
-#include "platform/Pasteboard.h"
 #include "platform/linux/MainLoop.h"
-#include "platform/x11/Desktop.h"
+#include "platform/x11/Session.h"
+#include "platform/x11/copy/Clipboard.h"
 #include "tests/support/desktop/XServer.h"
 
 namespace seldial::platform::x11 {
 
-/// One at a time in a process: it installs the ports. The "main thread" is a thread of its own, so
-/// that the test can play the user while the program is busy.
+/// The "main thread" is a thread of its own, so that the test can play the user while the program
+/// is busy.
 class X11Port {
  public:
   /// Connects to the display; returns once that has succeeded or failed.
@@ -33,7 +32,7 @@ class X11Port {
   X11Port(const X11Port&) = delete;
   X11Port& operator=(const X11Port&) = delete;
 
-  [[nodiscard]] bool connected() const { return connected_; }
+  [[nodiscard]] bool connected() const { return session_ != nullptr; }
 
   /// Runs `task` on the main thread and returns what it returns.
   template <class Task>
@@ -52,8 +51,6 @@ class X11Port {
   void dialOnRelease(std::chrono::milliseconds delay);
   /// The same at once. Main thread.
   std::optional<std::string> dial(std::chrono::milliseconds delay);
-  bool postCopyKeystroke();  ///< main thread; false when there are no such events
-
   void clear();
   std::optional<std::string> text();
 
@@ -71,14 +68,23 @@ class X11Port {
   void waitForLoss() const;
 
   linux_port::MainLoop& loop() { return *loop_; }
+  /// The ports; main thread.
+  Session& session() { return *session_; }
+  HotKeyEvents& hotKeys() { return *hotKeys_; }
+  Clipboard& clipboard() { return *clipboard_; }
+  /// Destroys the clipboard: the test types the copy keystroke itself.
+  void dropClipboard() { clipboard_.reset(); }
+  std::shared_ptr<HotKeyEvents> sharedHotKeys() { return hotKeys_; }
 
  private:
   void run(std::promise<void>& ready);
   void released(const HotKeyReleased& event);
   void waitFor(const std::function<bool()>& condition, const char* what) const;
 
-  std::unique_ptr<linux_port::MainLoop> loop_;
-  bool connected_ = false;
+  std::shared_ptr<linux_port::MainLoop> loop_;
+  std::shared_ptr<Session> session_;
+  std::shared_ptr<HotKeyEvents> hotKeys_;
+  std::shared_ptr<Clipboard> clipboard_;
 
   mutable std::mutex mutex_;  ///< guards everything below
   mutable std::condition_variable changed_;

@@ -1,11 +1,67 @@
-#include "platform/x11/FocusedWindow.h"
+#include "platform/x11/copy/FocusedWindow.h"
 
+#include <strings.h>
+
+#include <algorithm>
+#include <array>
 #include <sstream>
 
 namespace seldial::platform::x11 {
 namespace {
 
-constexpr std::uint32_t kLongestName = 256;  // in units of four bytes
+/// The longest WM_CLASS that is read, in units of four bytes.
+constexpr std::uint32_t kLongestName = 256;
+
+/// WM_CLASS names of terminal emulators.
+constexpr std::array kTerminals{
+    "Alacritty",
+    "aterm",
+    "com.mitchellh.ghostty",
+    "contour",
+    "cool-retro-term",
+    "deepin-terminal",
+    "Eterm",
+    "foot",
+    "gnome-terminal",
+    "gnome-terminal-server",
+    "guake",
+    "kgx",
+    "kitty",
+    "konsole",
+    "lilyterm",
+    "lxterminal",
+    "mate-terminal",
+    "mlterm",
+    "org.gnome.Console",
+    "org.gnome.Ptyxis",
+    "org.wezfurlong.wezterm",
+    "pterm",
+    "qterminal",
+    "rio",
+    "roxterm",
+    "Rxvt",
+    "sakura",
+    "st",
+    "st-256color",
+    "stterm",
+    "terminator",
+    "terminology",
+    "termit",
+    "tilda",
+    "tilix",
+    "URxvt",
+    "UXTerm",
+    "wezterm",
+    "x-terminal-emulator",
+    "Xfce4-terminal",
+    "XTerm",
+    "yakuake",
+};
+
+bool isKnownTerminal(const std::string& name) {
+  return std::any_of(kTerminals.begin(), kTerminals.end(),
+                     [&](const char* known) { return strcasecmp(name.c_str(), known) == 0; });
+}
 
 /// Typed keys go to the innermost window under the pointer when no window has the focus.
 xcb_window_t windowUnderPointer(const Connection& connection) {
@@ -27,7 +83,7 @@ xcb_window_t inputWindow(const Connection& connection) {
   return followsPointer ? windowUnderPointer(connection) : reply->focus;
 }
 
-/// The names in a WM_CLASS property: each ends with a zero byte.
+/// The names in a WM_CLASS property, each of which ends with a zero byte.
 std::vector<std::string> namesIn(const xcb_get_property_reply_t& property) {
   std::istringstream text({static_cast<const char*>(xcb_get_property_value(&property)),
                            static_cast<std::size_t>(xcb_get_property_value_length(&property))});
@@ -51,6 +107,10 @@ FocusedWindow findFocusedWindow(const Connection& connection) {
     window = around ? around->parent : xcb_window_t{XCB_WINDOW_NONE};
   }
   return result;
+}
+
+bool isTerminal(const std::vector<std::string>& names) {
+  return std::any_of(names.begin(), names.end(), isKnownTerminal);
 }
 
 }  // namespace seldial::platform::x11

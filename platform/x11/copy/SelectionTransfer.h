@@ -1,4 +1,4 @@
-// One selection on its way from its owner to us.
+// Reads a selection that another client owns.
 #pragma once
 
 #include <optional>
@@ -9,24 +9,34 @@
 
 namespace seldial::platform::x11 {
 
+/// The client that owns the selection; none when nobody does or the connection is lost. One round
+/// trip.
+xcb_window_t ownerOf(const Connection& connection, xcb_atom_t selection);
+
+/// The text of the selection in UTF-8, exactly as the owner gives it. Nothing when it gives no
+/// text, more than 256 MiB of it, or no answer within a second (for a text that comes in pieces:
+/// within a second after the last piece).
+std::optional<std::string> readSelectionText(Connection& connection, EventPump& pump,
+                                             xcb_atom_t selection);
+
 /// What an owner answered.
 struct SelectionAnswer {
-  xcb_atom_t type = XCB_ATOM_NONE;  ///< what the bytes are; none: the owner refused
+  xcb_atom_t type = XCB_ATOM_NONE;  ///< of the bytes; none when the owner refused
   std::string bytes;
 };
 
-/// Asks on a window of its own, which goes with it: an owner that answers too late, or goes on with
-/// a transfer that was given up, reaches nothing.
+/// One transfer. It has a window of its own, destroyed with it, so that an owner that answers too
+/// late, or continues a transfer that was given up, does no harm. Main thread only.
 class SelectionTransfer final : public EventHandler {
  public:
-  /// An answer of more than `mostBytes` is given up.
+  /// Gives up an answer of more than `mostBytes`.
   SelectionTransfer(Connection& connection, EventPump& pump, std::size_t mostBytes);
   ~SelectionTransfer() override;
   SelectionTransfer(const SelectionTransfer&) = delete;
   SelectionTransfer& operator=(const SelectionTransfer&) = delete;
 
-  /// Asks for `selection` as `target`. Nothing when no answer begins before `deadline`, it stays
-  /// incomplete, or it is too large.
+  /// Asks for `selection` as `target`. Nothing when no answer begins before `deadline`, or it is
+  /// too large or incomplete.
   std::optional<SelectionAnswer> ask(xcb_atom_t selection, xcb_atom_t target,
                                      EventPump::Clock::time_point deadline);
 

@@ -1,14 +1,58 @@
-#include "platform/x11/SelectionTransfer.h"
+#include "platform/x11/copy/SelectionTransfer.h"
 
 #include <utility>
 
 namespace seldial::platform::x11 {
 namespace {
 
-/// How long an owner may pause between two pieces.
+/// How long an owner may take for its first answer, whatever the number of questions, and between
+/// two pieces.
 constexpr std::chrono::seconds kPatience{1};
 
+/// The longest text that is read.
+constexpr std::size_t kMostBytes = std::size_t{256} * 1024 * 1024;
+
+std::string utf8FromLatin1(const std::string& latin1) {
+  std::string utf8;
+  utf8.reserve(latin1.size());
+  for (const char character : latin1) {
+    const auto code = static_cast<unsigned char>(character);
+    if (code < 0x80) {
+      utf8 += character;
+    } else {
+      utf8 += static_cast<char>(0xC0 | code >> 6);
+      utf8 += static_cast<char>(0x80 | (code & 0x3F));
+    }
+  }
+  return utf8;
+}
+
 }  // namespace
+
+xcb_window_t ownerOf(const Connection& connection, xcb_atom_t selection) {
+  auto* const xcb = connection.xcb();
+  const auto cookie = xcb_get_selection_owner(xcb, selection);
+  const auto reply = freed(xcb_get_selection_owner_reply(xcb, cookie, nullptr));
+  return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+std::optional<std::string> readSelectionText(Connection& connection, EventPump& pump,
+                                             xcb_atom_t selection) {
+  const Atoms& atoms = connection.atoms();
+  const auto deadline = EventPump::Clock::now() + kPatience;
+  SelectionTransfer transfer(connection, pump, kMostBytes);
+  // STRING last: some owners put escape sequences into it for what Latin-1 lacks.
+  for (const auto target : {atoms.utf8String, atoms.utf8PlainText, xcb_atom_t{XCB_ATOM_STRING}}) {
+    auto answer = transfer.ask(selection, target, deadline);
+    if (!answer) return {};
+    // An owner may answer with another type than it was asked for; the type counts.
+    if (answer->type == XCB_ATOM_STRING) return utf8FromLatin1(answer->bytes);
+    if (answer->type == atoms.utf8String || answer->type == atoms.utf8PlainText) {
+      return std::move(answer->bytes);
+    }
+  }
+  return {};
+}
 
 SelectionTransfer::SelectionTransfer(Connection& connection, EventPump& pump, std::size_t mostBytes)
     : connection_(connection),
@@ -31,16 +75,16 @@ std::optional<SelectionAnswer> SelectionTransfer::ask(xcb_atom_t selection, xcb_
                                                       EventPump::Clock::time_point deadline) {
   target_ = target;
   answered_.reset();
-  // Whatever time the owner took the selection at: it is the one of now that is meant.
+  // The current owner is meant, whenever it took the selection.
   xcb_convert_selection(connection_.xcb(), window_, selection, target, target, XCB_CURRENT_TIME);
   if (!pump_.serveUntil(deadline, [this] { return answered_.has_value(); })) return {};
   if (*answered_ == XCB_ATOM_NONE) return SelectionAnswer{};
-  pieceCame_ = false;  // the property that announces pieces is none itself
+  pieceCame_ = false;  // the property that announces the pieces is not one of them
   auto answer = takeProperty();
   return answer && answer->type == connection_.atoms().incr ? takePieces() : answer;
 }
 
-/// Takes what the owner put there; that the property vanishes asks for the next piece.
+/// Reads and deletes the property; deleting it asks the owner for the next piece.
 std::optional<SelectionAnswer> SelectionTransfer::takeProperty() {
   auto* const xcb = connection_.xcb();
   const auto cookie = xcb_get_property(xcb, 1, window_, *answered_, XCB_ATOM_ANY, 0,
@@ -59,7 +103,7 @@ std::optional<SelectionAnswer> SelectionTransfer::takePieces() {
     if (!pump_.serveUntil(deadline, [this] { return std::exchange(pieceCame_, false); })) return {};
     const auto piece = takeProperty();
     if (!piece || piece->bytes.size() > mostBytes_ - whole.bytes.size()) return {};
-    if (piece->type == XCB_ATOM_NONE) continue;  // was taken with the piece before
+    if (piece->type == XCB_ATOM_NONE) continue;  // read with the piece before
     if (whole.type == XCB_ATOM_NONE) whole.type = piece->type;
     if (piece->bytes.empty()) return whole;
     whole.bytes += piece->bytes;

@@ -1,5 +1,4 @@
-// The pasteboard over selections that other programs own.
-#include "platform/Installed.h"
+// The clipboard over selections that other programs own.
 #include "tests/platform/x11/X11Test.h"
 #include "tests/support/desktop/ClipboardManager.h"
 #include "tests/support/desktop/Xcb.h"
@@ -7,7 +6,7 @@
 namespace seldial::platform::x11 {
 namespace {
 
-using SelectionPasteboard = X11Test;
+using ClipboardTest = X11Test;
 
 std::string longText(std::size_t size) {
   std::string text;
@@ -72,11 +71,11 @@ class Asker {
   xcb_window_t window_;
 };
 
-TEST_F(SelectionPasteboard, NobodysClipboardHoldsNothing) {
+TEST_F(ClipboardTest, NobodysClipboardHoldsNothing) {
   EXPECT_EQ(port.text(), std::nullopt);
 }
 
-TEST_F(SelectionPasteboard, ATextIsReadExactly) {
+TEST_F(ClipboardTest, ATextIsReadExactly) {
   XClient client(server.display());
   for (const std::string& text :
        {std::string("+31 20 123 4567"), std::string("J\xC3\xB6rg \xE2\x98\x8E\n"),
@@ -86,7 +85,7 @@ TEST_F(SelectionPasteboard, ATextIsReadExactly) {
   }
 }
 
-TEST_F(SelectionPasteboard, AnEmptyTextIsAText) {
+TEST_F(ClipboardTest, AnEmptyTextIsAText) {
   XClient client(server.display());
   client.own("CLIPBOARD", answersWith(""));
   EXPECT_EQ(port.text(), "");
@@ -94,21 +93,14 @@ TEST_F(SelectionPasteboard, AnEmptyTextIsAText) {
   EXPECT_EQ(port.text(), "");
 }
 
-TEST_F(SelectionPasteboard, AnotherTypeThanTextHoldsNothing) {
-  XClient client(server.display());
-  client.own("CLIPBOARD", answersWith("text"));
-  EXPECT_EQ(port.call([] { return installed<Pasteboard>()->stringForType("public.png"); }),
-            std::nullopt);
-}
-
-TEST_F(SelectionPasteboard, ClearingLeavesNothingToRead) {
+TEST_F(ClipboardTest, ClearingLeavesNothingToRead) {
   XClient client(server.display());
   client.own("CLIPBOARD", answersWith("old"));
   port.clear();
   EXPECT_EQ(port.text(), std::nullopt);
 }
 
-TEST_F(SelectionPasteboard, ATextCopiedAfterClearingIsRead) {
+TEST_F(ClipboardTest, ATextCopiedAfterClearingIsRead) {
   XClient client(server.display());
   port.clear();
   client.own("CLIPBOARD", answersWith("new"));
@@ -117,7 +109,7 @@ TEST_F(SelectionPasteboard, ATextCopiedAfterClearingIsRead) {
   EXPECT_EQ(port.text(), std::nullopt);
 }
 
-TEST_F(SelectionPasteboard, AManagerDoesNotPutTheOldTextBack) {
+TEST_F(ClipboardTest, AManagerDoesNotPutTheOldTextBack) {
   const ClipboardManager manager(server.display(), "old");
   ASSERT_EQ(port.text(), "old");
   port.clear();
@@ -125,7 +117,7 @@ TEST_F(SelectionPasteboard, AManagerDoesNotPutTheOldTextBack) {
   EXPECT_EQ(manager.timesPutBack(), 0);
 }
 
-TEST_F(SelectionPasteboard, ClearedItOffersItsTargetsAndNothingElse) {
+TEST_F(ClipboardTest, ClearedItOffersItsTargetsAndNothingElse) {
   Asker asker(server.display());
   port.clear();
   const auto targets = asker.ask("TARGETS");
@@ -141,7 +133,7 @@ TEST_F(SelectionPasteboard, ClearedItOffersItsTargetsAndNothingElse) {
   EXPECT_EQ(asker.ask("MULTIPLE"), std::nullopt);
 }
 
-TEST_F(SelectionPasteboard, SomebodyWhoIsGoneBeforeTheAnswerDoesNoHarm) {
+TEST_F(ClipboardTest, SomebodyWhoIsGoneBeforeTheAnswerDoesNoHarm) {
   Asker asker(server.display());
   port.clear();
   port.call([&] {
@@ -154,7 +146,7 @@ TEST_F(SelectionPasteboard, SomebodyWhoIsGoneBeforeTheAnswerDoesNoHarm) {
   EXPECT_EQ(port.text(), "later");
 }
 
-class BlockedPasteboard : public X11Test {
+class BlockedClipboard : public X11Test {
  protected:
   /// Blocks the main thread after `before`, on that thread; returns once the block begins.
   void block(const std::function<void()>& before) {
@@ -182,31 +174,31 @@ class BlockedPasteboard : public X11Test {
   std::future<void> blocked_;
 };
 
-TEST_F(BlockedPasteboard, OtherProgramsAreAnswered) {
+TEST_F(BlockedClipboard, OtherProgramsAreAnswered) {
   port.clear();
   block([] {});
   EXPECT_TRUE(asker.ask("TARGETS"));
   EXPECT_FALSE(ended);
 }
 
-TEST_F(BlockedPasteboard, AQuestionFromBeforeIsAnswered) {
+TEST_F(BlockedClipboard, AQuestionFromBeforeIsAnswered) {
   port.clear();
   block([&] {
     asker.send("TARGETS");
     // Its reply brings the question along, and nothing to read is left.
-    EXPECT_EQ(installed<Pasteboard>()->stringForType(kUTF8PlainText), std::nullopt);
+    EXPECT_EQ(port.clipboard().text(), std::nullopt);
   });
   EXPECT_TRUE(asker.answer());
   EXPECT_FALSE(ended);
 }
 
-TEST_F(SelectionPasteboard, ALatin1TextBecomesUtf8) {
+TEST_F(ClipboardTest, ALatin1TextBecomesUtf8) {
   XClient client(server.display());
   client.own("CLIPBOARD", Answers{{{"STRING", "STRING", "caf\xE9 \xA7 1"}}});
   EXPECT_EQ(port.text(), "caf\xC3\xA9 \xC2\xA7 1");
 }
 
-TEST_F(SelectionPasteboard, TheTypeOfTheAnswerCountsNotTheQuestion) {
+TEST_F(ClipboardTest, TheTypeOfTheAnswerCountsNotTheQuestion) {
   XClient client(server.display());
   client.own("CLIPBOARD", Answers{{{"STRING", "UTF8_STRING", "caf\xC3\xA9"}}});
   EXPECT_EQ(port.text(), "caf\xC3\xA9");
@@ -217,7 +209,7 @@ TEST_F(SelectionPasteboard, TheTypeOfTheAnswerCountsNotTheQuestion) {
   EXPECT_EQ(port.text(), "text");
 }
 
-TEST_F(SelectionPasteboard, TheSecondFormIsAskedForWhereTheFirstIsRefused) {
+TEST_F(ClipboardTest, TheSecondFormIsAskedForWhereTheFirstIsRefused) {
   XClient client(server.display());
   client.own("CLIPBOARD",
              Answers{{{"STRING", "STRING", "escaped"},
@@ -225,20 +217,20 @@ TEST_F(SelectionPasteboard, TheSecondFormIsAskedForWhereTheFirstIsRefused) {
   EXPECT_EQ(port.text(), "plain");
 }
 
-TEST_F(SelectionPasteboard, AnImageIsNoText) {
+TEST_F(ClipboardTest, AnImageIsNoText) {
   XClient client(server.display());
   client.own("CLIPBOARD", Answers{{{"image/png", "image/png", "\x89PNG"}}});
   EXPECT_EQ(port.text(), std::nullopt);
 }
 
-TEST_F(SelectionPasteboard, ALargeTextArrivesWhole) {
+TEST_F(ClipboardTest, ALargeTextArrivesWhole) {
   XClient client(server.display());
   const auto text = longText(20'000'000);
   client.own("CLIPBOARD", answersWith(text, 250'000));
   EXPECT_TRUE(port.text() == text);
 }
 
-TEST_F(SelectionPasteboard, ATextInUnevenPiecesArrivesWhole) {
+TEST_F(ClipboardTest, ATextInUnevenPiecesArrivesWhole) {
   XClient client(server.display());
   for (const std::size_t size : {1U, 999U, 1000U, 1001U, 300'001U}) {
     const auto text = longText(size);
@@ -247,14 +239,14 @@ TEST_F(SelectionPasteboard, ATextInUnevenPiecesArrivesWhole) {
   }
 }
 
-TEST_F(SelectionPasteboard, ALargeTextInOnePropertyArrivesWhole) {
+TEST_F(ClipboardTest, ALargeTextInOnePropertyArrivesWhole) {
   XClient client(server.display());
   const auto text = longText(5'000'000);
   client.own("CLIPBOARD", answersWith(text));
   EXPECT_TRUE(port.text() == text);
 }
 
-TEST_F(SelectionPasteboard, AnOwnerThatNeverAnswersYieldsNothing) {
+TEST_F(ClipboardTest, AnOwnerThatNeverAnswersYieldsNothing) {
   XClient client(server.display());
   Answers never;
   never.never = true;
@@ -264,7 +256,7 @@ TEST_F(SelectionPasteboard, AnOwnerThatNeverAnswersYieldsNothing) {
   EXPECT_EQ(port.text(), "later");
 }
 
-TEST_F(SelectionPasteboard, AnOwnerThatStopsInTheMiddleYieldsNothing) {
+TEST_F(ClipboardTest, AnOwnerThatStopsInTheMiddleYieldsNothing) {
   XClient client(server.display());
   auto answers = answersWith(longText(10'000), 1000);
   answers.chunksUntilSilence = 3;
@@ -274,7 +266,7 @@ TEST_F(SelectionPasteboard, AnOwnerThatStopsInTheMiddleYieldsNothing) {
   EXPECT_EQ(port.text(), "later");
 }
 
-TEST_F(SelectionPasteboard, AnOwnerThatDiesInTheMiddleYieldsNothing) {
+TEST_F(ClipboardTest, AnOwnerThatDiesInTheMiddleYieldsNothing) {
   XClientSettings settings;
   settings.endsWhenSilent = true;
   XClient client(server.display(), settings);
@@ -287,7 +279,7 @@ TEST_F(SelectionPasteboard, AnOwnerThatDiesInTheMiddleYieldsNothing) {
   EXPECT_EQ(port.text(), "later");
 }
 
-TEST_F(SelectionPasteboard, AnOwnerThatIsGoneYieldsNothing) {
+TEST_F(ClipboardTest, AnOwnerThatIsGoneYieldsNothing) {
   {
     XClient client(server.display());
     client.own("CLIPBOARD", answersWith("text"));

@@ -1,0 +1,31 @@
+// Everything that a program gets from the system that it runs on, handed to it when it starts.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace seldial::platform {
+
+class Application;
+class Clipboard;
+class HotKeyEvents;
+class MainQueue;
+
+/// What a desktop provides to a program without windows.
+struct DesktopPorts {
+  std::shared_ptr<HotKeyEvents> hotKeyEvents;
+  std::shared_ptr<Clipboard>
+      clipboard;  ///< null in programs of the hot key library, which has none
+};
+
+/// Copies are cheap and refer to the same ports.
+struct Ports {
+  std::shared_ptr<Application> application;
+  std::shared_ptr<MainQueue> mainQueue;
+  /// Connects to the desktop; blocks until its display server has answered, so a program that only
+  /// prints and ends does not call it. Without a desktop the ports refuse everything. Main thread,
+  /// once.
+  std::function<DesktopPorts()> connectDesktop;
+};
+
+}  // namespace seldial::platform

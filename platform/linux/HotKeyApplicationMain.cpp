@@ -1,0 +1,25 @@
+// ApplicationMain.cpp for programs of the hot key library, which copy nothing: they are linked with
+// this file in its place.
+#include "platform/Ports.h"
+#include "platform/linux/Application.h"
+#include "platform/linux/NoDesktop.h"
+#include "platform/x11/Desktop.h"
+
+namespace seldial::platform {
+namespace {
+
+DesktopPorts connect(const std::shared_ptr<linux_port::MainLoop>& loop,
+                     std::function<void()> connectionLost) {
+  if (const auto session = x11::connect(loop, std::move(connectionLost))) {
+    return {x11::hotKeyEvents(session), nullptr};
+  }
+  return {std::make_shared<linux_port::NoHotKeyEvents>(), nullptr};
+}
+
+}  // namespace
+
+int applicationMain(int argc, char* const argv[], const MakeApplicationDelegate& makeDelegate) {
+  return linux_port::runApplication(argc, argv, makeDelegate, connect);
+}
+
+}  // namespace seldial::platform

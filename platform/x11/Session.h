@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/x11/Desktop.h"
+#include "platform/x11/HotKeyGrabs.h"
+#include "platform/x11/RecordedKeys.h"
+
+namespace seldial::platform::x11 {
+
+/// The connection to the X server and what shares it. Main thread only.
+class Session {
+ public:
+  Session(std::unique_ptr<Connection> open, std::shared_ptr<linux_port::MainLoop> mainLoop,
+          std::function<void()> connectionLost);
+
+ private:
+  const std::shared_ptr<linux_port::MainLoop> loop_;
+  const std::unique_ptr<Connection> connection_;
+
+ public:
+  Connection& connection = *connection_;
+  EventPump pump;
+  Keyboards keyboards;
+  HotKeyGrabs hotKeys;
+  RecordedKeys recordedKeys;
+};
+
+}  // namespace seldial::platform::x11

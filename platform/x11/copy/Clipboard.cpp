@@ -1,0 +1,153 @@
+#include "platform/x11/copy/Clipboard.h"
+
+#include <array>
+#include <cstring>
+
+#include "platform/x11/copy/CopyKeystroke.h"
+#include "platform/x11/copy/FocusedWindow.h"
+#include "platform/x11/copy/SelectionTransfer.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+/// An empty clipboard on X11 is one that we own and offer nothing on: a clipboard that nobody owns
+/// is one that clipboard managers fill with an old text again.
+class EmptyClipboard final : public EventHandler {
+ public:
+  EmptyClipboard(Connection& connection, EventPump& pump) : connection_(connection), pump_(pump) {
+    pump_.add(*this);
+  }
+  ~EmptyClipboard() override { pump_.remove(*this); }
+  EmptyClipboard(const EmptyClipboard&) = delete;
+  EmptyClipboard& operator=(const EmptyClipboard&) = delete;
+
+  /// False when the server gave the selection to another client, or the connection is lost.
+  bool takeOwnership();
+
+  bool handle(const xcb_generic_event_t& event) override;
+
+ private:
+  void answer(const xcb_selection_request_event_t& request);
+  bool fulfil(const xcb_selection_request_event_t& request, xcb_atom_t property);
+
+  Connection& connection_;
+  EventPump& pump_;
+  xcb_timestamp_t since_ = XCB_CURRENT_TIME;
+};
+
+// The server uses its current time: an older one could be before that of the last copy and be
+// refused. Changing a property of our own window tells us that time, for clients that ask for it.
+bool EmptyClipboard::takeOwnership() {
+  auto* const xcb = connection_.xcb();
+  xcb_change_property(xcb, XCB_PROP_MODE_APPEND, connection_.window(),
+                      connection_.atoms().timestamp, XCB_ATOM_INTEGER, 32, 0, nullptr);
+  xcb_set_selection_owner(xcb, connection_.window(), connection_.atoms().clipboard,
+                          XCB_CURRENT_TIME);
+  const auto owner = ownerOf(connection_, connection_.atoms().clipboard);
+  pump_.handleArrived();
+  return owner == connection_.window();
+}
+
+bool EmptyClipboard::handle(const xcb_generic_event_t& event) {
+  if (kindOf(event) == XCB_PROPERTY_NOTIFY &&
+      as<xcb_property_notify_event_t>(event).window == connection_.window()) {
+    since_ = as<xcb_property_notify_event_t>(event).time;
+    return true;
+  }
+  if (kindOf(event) != XCB_SELECTION_REQUEST) return false;
+  answer(as<xcb_selection_request_event_t>(event));
+  return true;
+}
+
+void EmptyClipboard::answer(const xcb_selection_request_event_t& request) {
+  // Clients from before the current conventions name no property.
+  const auto property = request.property != XCB_ATOM_NONE ? request.property : request.target;
+  xcb_selection_notify_event_t notify{};
+  notify.response_type = XCB_SELECTION_NOTIFY;
+  notify.time = request.time;
+  notify.requestor = request.requestor;
+  notify.selection = request.selection;
+  notify.target = request.target;
+  notify.property = fulfil(request, property) ? property : xcb_atom_t{XCB_ATOM_NONE};
+  std::array<char, 32> bytes{};
+  std::memcpy(bytes.data(), &notify, sizeof notify);
+  xcb_send_event(connection_.xcb(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT, bytes.data());
+}
+
+/// Answers only the targets that every owner must support, less MULTIPLE, which would have nothing
+/// to combine.
+bool EmptyClipboard::fulfil(const xcb_selection_request_event_t& request, xcb_atom_t property) {
+  const Atoms& atoms = connection_.atoms();
+  const auto put = [&](xcb_atom_t type, std::uint32_t count, const void* values) {
+    xcb_change_property(connection_.xcb(), XCB_PROP_MODE_REPLACE, request.requestor, property, type,
+                        32, count, values);
+    return true;
+  };
+  if (request.selection != atoms.clipboard) return false;
+  const std::array targets{atoms.targets, atoms.timestamp};
+  if (request.target == atoms.targets) return put(XCB_ATOM_ATOM, targets.size(), targets.data());
+  if (request.target == atoms.timestamp) return put(XCB_ATOM_INTEGER, 1, &since_);
+  return false;
+}
+
+/// The CLIPBOARD selection; after a copy in a terminal, the PRIMARY selection of that terminal.
+class SelectionClipboard final : public Clipboard {
+ public:
+  explicit SelectionClipboard(std::shared_ptr<Session> session)
+      : session_(std::move(session)),
+        empty_(session_->connection, session_->pump),
+        keystroke_(*session_) {}
+
+  void clear() override {
+    terminal_.reset();
+    // Another client may take it at the same moment; one that does so twice means to keep it.
+    stale_ = !empty_.takeOwnership() && !empty_.takeOwnership();
+  }
+
+  [[nodiscard]] bool copySelection() override {
+    if (!keystroke_.isPossible()) return false;
+    const auto focused = findFocusedWindow(session_->connection);
+    if (isTerminal(focused.names)) {
+      terminal_ = session_->connection.clientOf(focused.window);
+    } else {
+      keystroke_.press();
+      keystroke_.release();
+    }
+    return true;
+  }
+
+  [[nodiscard]] std::optional<std::string> text() override {
+    Connection& connection = session_->connection;
+    const xcb_atom_t selection =
+        terminal_ ? xcb_atom_t{XCB_ATOM_PRIMARY} : connection.atoms().clipboard;
+    const auto owner = ownerOf(connection, selection);
+    if (owner == XCB_WINDOW_NONE || owner == connection.window()) return {};
+    // A selection in another window than the focused one is not what the user means.
+    if (terminal_ ? connection.clientOf(owner) != *terminal_ : stale_) return {};
+    return readSelectionText(connection, session_->pump, selection);
+  }
+
+ private:
+  const std::shared_ptr<Session> session_;
+  EmptyClipboard empty_;
+  CopyKeystroke keystroke_;
+  /// The client (Connection::clientOf) whose selection is read instead of the clipboard.
+  std::optional<std::uint32_t> terminal_;
+  bool stale_ = false;  ///< it could not be cleared: what it holds is from before
+};
+
+}  // namespace
+
+std::shared_ptr<Clipboard> makeClipboard(const std::shared_ptr<Session>& session) {
+  reserveCopyKeystroke(*session);
+  return std::make_shared<SelectionClipboard>(session);
+}
+
+void reserveCopyKeystroke(Session& session) {
+  session.hotKeys.reserve(
+      [&keyboards = session.keyboards](xcb_keycode_t key, std::uint16_t modifiers) {
+        return key == keyboards.typingMap().insert && modifiers == keyboards.map().masks.control;
+      });
+}
+
+}  // namespace seldial::platform::x11

@@ -1,0 +1,127 @@
+#include "platform/x11/copy/CopyKeystroke.h"
+
+#include <utility>
+
+#include "platform/x11/InputEvents.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+/// How long the user gets to release the keys: most do, and an application that sees a modifier go
+/// up with XTEST may take that for a keystroke of its own.
+constexpr std::chrono::milliseconds kPatience{250};
+
+}  // namespace
+
+CopyKeystroke::CopyKeystroke(Session& session)
+    : connection_(session.connection),
+      pump_(session.pump),
+      keyboards_(session.keyboards),
+      hotKeys_(session.hotKeys) {
+  pump_.add(*this);
+}
+
+CopyKeystroke::~CopyKeystroke() {
+  releaseSyntheticKeys();
+  pump_.remove(*this);
+}
+
+bool CopyKeystroke::isPossible() {
+  if (!keyboards_.load()) return false;
+  const KeyboardMap& map = keyboards_.typingMap();
+  return map.control != 0 && map.insert != 0;
+}
+
+void CopyKeystroke::press() {
+  underWay_ = true;
+  watchKeys();
+  releaseHeldKeys();
+  const KeyboardMap& map = keyboards_.typingMap();
+  keyboards_.type(map.insert, false);  // another program may have left it down
+  keyboards_.type(map.control, true);
+  keyboards_.type(map.insert, true);
+}
+
+void CopyKeystroke::release() {
+  const KeyboardMap& map = keyboards_.typingMap();
+  keyboards_.type(map.insert, false);
+  keyboards_.type(map.control, false);
+  pressHeldModifiersAgain();
+}
+
+void CopyKeystroke::releaseHeldKeys() {
+  const KeySet modifiers = keyboards_.map().heldModifiers;
+  KeysDown down;
+  const auto held = [&] { return down.physical & (modifiers | hotKeys_.pressedKeys()); };
+  changed_ = true;
+  pump_.serveUntil(EventPump::Clock::now() + kPatience, [&] {
+    if (std::exchange(changed_, false)) down = keyboards_.down();
+    return held().none();
+  });
+  taken_ = held() & modifiers;
+  typeAll(held() | (down.typed & (modifiers | keyboards_.typingMap().heldModifiers)), false);
+  synthetic_.reset();
+}
+
+void CopyKeystroke::pressHeldModifiersAgain() {
+  const xcb_keycode_t control = keyboards_.typingMap().control;
+  pump_.handleArrived();  // keys that the user released until now: none is synthetic yet
+  // Only keys that mean the same on the keyboard through which they are pressed.
+  synthetic_ = std::exchange(taken_, {}) & keyboards_.typingMap().heldModifiers;
+  typeAll(synthetic_, true);
+  const KeySet physical = keyboards_.down().physical;
+  if (physical[control] && !synthetic_[control]) {
+    synthetic_.set(control);
+    keyboards_.type(control, true);
+  }
+  underWay_ = false;
+  releaseSyntheticKeysExcept(physical);
+}
+
+void CopyKeystroke::releaseSyntheticKeysExcept(const KeySet& physical) {
+  typeAll(synthetic_ & ~physical, false);
+  synthetic_ &= physical;
+  watchKeys();
+  xcb_flush(connection_.xcb());
+}
+
+void CopyKeystroke::releaseSyntheticKeys() {
+  if (synthetic_.none()) return;
+  releaseSyntheticKeysExcept({});
+  connection_.synchronise();  // the server drops requests still under way when the client ends
+}
+
+bool CopyKeystroke::handle(const xcb_generic_event_t& event) {
+  const int type = inputEventType(connection_, event);
+  if (type != XCB_INPUT_RAW_KEY_PRESS && type != XCB_INPUT_RAW_KEY_RELEASE) return false;
+  const auto& key = as<xcb_input_raw_key_press_event_t>(event);
+  if (!keyboards_.isPhysical(key.sourceid)) return true;
+  changed_ = true;
+  if (type == XCB_INPUT_RAW_KEY_RELEASE) releasedByUser(static_cast<xcb_keycode_t>(key.detail));
+  return true;
+}
+
+void CopyKeystroke::releasedByUser(xcb_keycode_t key) {
+  if (synthetic_[key]) keyboards_.type(key, false);
+  synthetic_.reset(key);
+  watchKeys();
+}
+
+// Raw events come from every keyboard, also while one is grabbed, and wake the program up for every
+// key. So they are selected only while they are needed.
+void CopyKeystroke::watchKeys() {
+  const bool needed = underWay_ || synthetic_.any();
+  if (std::exchange(watching_, needed) == needed) return;
+  selectInput(connection_, XCB_INPUT_DEVICE_ALL_MASTER,
+              needed
+                  ? XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE
+                  : 0U);
+}
+
+void CopyKeystroke::typeAll(const KeySet& keys, bool down) {
+  for (unsigned key = 0; key < keys.size(); ++key) {
+    if (keys[key]) keyboards_.type(static_cast<xcb_keycode_t>(key), down);
+  }
+}
+
+}  // namespace seldial::platform::x11

@@ -1,0 +1,66 @@
+#include "platform/macos/Clipboard.h"
+#include "tests/platform/macos/AppleTest.h"
+
+namespace seldial::platform::macos {
+namespace {
+
+using testing::ElementsAre;
+using tests::apple;
+
+struct MacClipboardTest : tests::AppleTest {
+  MacClipboard clipboard;
+};
+
+TEST_F(MacClipboardTest, CopiesWithCommandAndCDownThenCUpAtTheHardwaresTap) {
+  EXPECT_TRUE(clipboard.copySelection());
+  EXPECT_THAT(
+      apple().calls,
+      ElementsAre("CGEventSourceCreate 1", "CGEventCreateKeyboardEvent event source 8 down",
+                  "CGEventCreateKeyboardEvent event source 8 up", "CGEventSetFlags 8 down 1048576",
+                  "CGEventPost 0 8 down", "CGEventPost 0 8 up", "CFRelease 8 up",
+                  "CFRelease 8 down", "CFRelease event source"));
+}
+
+TEST_F(MacClipboardTest, CopiesWithoutAnEventSourceToo) {
+  apple().refuseEventSource = true;
+  EXPECT_TRUE(clipboard.copySelection());
+  EXPECT_THAT(apple().calls,
+              ElementsAre("CGEventSourceCreate 1", "CGEventCreateKeyboardEvent null 8 down",
+                          "CGEventCreateKeyboardEvent null 8 up", "CGEventSetFlags 8 down 1048576",
+                          "CGEventPost 0 8 down", "CGEventPost 0 8 up", "CFRelease 8 up",
+                          "CFRelease 8 down"));
+}
+
+TEST_F(MacClipboardTest, WithoutTheKeyDownEventPostsNothingAndReleasesAll) {
+  apple().refuseKeyDown = true;
+  EXPECT_FALSE(clipboard.copySelection());
+  EXPECT_THAT(apple().calls,
+              ElementsAre("CGEventSourceCreate 1", "CGEventCreateKeyboardEvent event source 8 down",
+                          "CGEventCreateKeyboardEvent event source 8 up", "CFRelease 8 up",
+                          "CFRelease event source"));
+}
+
+TEST_F(MacClipboardTest, WithoutTheKeyUpEventPostsNothingAndReleasesAll) {
+  apple().refuseKeyUp = true;
+  EXPECT_FALSE(clipboard.copySelection());
+  EXPECT_THAT(apple().calls,
+              ElementsAre("CGEventSourceCreate 1", "CGEventCreateKeyboardEvent event source 8 down",
+                          "CGEventCreateKeyboardEvent event source 8 up", "CFRelease 8 down",
+                          "CFRelease event source"));
+}
+
+TEST_F(MacClipboardTest, ReadsThePlainTextOfTheGeneralPasteboard) {
+  apple().pasteboard = "+31 20 123 4567";
+  EXPECT_EQ(clipboard.text(), "+31 20 123 4567");
+  EXPECT_THAT(apple().calls, ElementsAre("stringForType public.utf8-plain-text"));
+}
+
+TEST_F(MacClipboardTest, ClearsTheGeneralPasteboard) {
+  apple().pasteboard = "old";
+  clipboard.clear();
+  EXPECT_EQ(clipboard.text(), std::nullopt);
+  EXPECT_THAT(apple().calls, ElementsAre("clearContents", "stringForType public.utf8-plain-text"));
+}
+
+}  // namespace
+}  // namespace seldial::platform::macos
