@@ -24,6 +24,7 @@ endfunction()
 function(seldial_executable name)
   add_executable(${name})
   _seldial_finish(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE seldial_hardened_program)
 endfunction()
 
 # seldial_moc(TARGET HEADER...): what Qt's signals need of those headers. Generated code is compiled

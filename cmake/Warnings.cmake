@@ -1,4 +1,5 @@
-# seldial_options: the warnings of this repository and, where they are asked for, the sanitizers.
+# seldial_options: the warnings of this repository, the hardening and, where they are asked for, the
+# sanitizers.
 # Warnings are errors in the presets for development only: other compilers may know more of them.
 option(SELDIAL_WERROR "Warnings are errors" OFF)
 # The root of the repository, also where one folder is configured by itself or in another project.
@@ -21,3 +22,4 @@ if(SELDIAL_SANITIZE)
     -fsanitize=${SELDIAL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(seldial_options INTERFACE -fsanitize=${SELDIAL_SANITIZE})
 endif()
+include(${CMAKE_CURRENT_LIST_DIR}/Hardening.cmake)

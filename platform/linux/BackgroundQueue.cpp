@@ -98,7 +98,7 @@ void* ThreadPerTaskQueue::threadMain(void* queue) {
 
 void ThreadPerTaskQueue::runTasks() {
   const auto seat = std::make_shared<Seat>();
-  while (Task task = nextTask(seat)) {
+  while (const Task task = nextTask(seat)) {
     task();
   }
   malloc_trim(0);  // a quiet moment: what a burst of tasks left behind goes back to the system
