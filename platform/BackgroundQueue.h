@@ -1,3 +1,4 @@
+// The background queue: where tasks run that must not block the main thread.
 #pragma once
 
 #include <chrono>
@@ -6,26 +7,24 @@
 
 namespace seldial::platform {
 
-/// The shared concurrent background queue: tasks run on threads of their own, in no order.
-/// A task that blocks, for ever even, never keeps another one waiting.
+/// A concurrent queue: tasks run on background threads, in no order. A task may block for as long
+/// as it likes: no other task ever waits for it.
 class BackgroundQueue {
  public:
+  /// What the queue runs.
   using Task = std::function<void()>;
 
   virtual ~BackgroundQueue() = default;
 
-  /// Starts `task` on a background thread and returns at once; any thread.
+  /// Starts `task` on a background thread and returns at once. Any thread.
   virtual void async(Task task) = 0;
 
-  /// Starts `task` on a background thread once `delay` has passed; any thread.
+  /// Starts `task` on a background thread once `delay` has passed. Any thread.
   virtual void after(std::chrono::nanoseconds delay, Task task) = 0;
 };
 
-/// The system's own queue, made by the port that the program is linked with.
-std::shared_ptr<BackgroundQueue> makeSystemBackgroundQueue();
-
-/// The queue of this process: the installed one (see Installed.h), otherwise the system's own,
-/// made on first use and never destroyed, since its threads may outlive main().
-BackgroundQueue& sharedBackgroundQueue();
+/// The process's queue, as the system's port makes it. Created on first use and never destroyed,
+/// since its threads may outlive main(). Any thread.
+const std::shared_ptr<BackgroundQueue>& sharedBackgroundQueue();
 
 }  // namespace seldial::platform

@@ -1,4 +1,5 @@
-// What the systems have not in common where sockets are concerned.
+// Socket operations that differ between Linux and macOS: socket flags, writes without SIGPIPE and
+// an accept that can be ended.
 #pragma once
 
 #include <cstddef>
@@ -7,30 +8,28 @@
 
 namespace seldial::platform {
 
-/// Fits a new socket out: programs that this process starts do not inherit it, and a peer that is
-/// gone is an error and never a signal. Returns `number`, which stays the caller's; -1 is passed on
-/// as it is, with errno as it was. Any thread.
-int fittedOut(int number);
+/// Sets close-on-exec on a new socket and, on macOS, SO_NOSIGPIPE. Returns `number`; passes on -1
+/// and leaves errno alone then. Any thread.
+int setSocketFlags(int number);
 
-/// As write(2): the count of bytes that were taken, or -1 and errno. But on a socket, also on one
-/// that was not fitted out, a peer that is gone is an error (EPIPE) and never a signal. Any thread;
-/// blocks it as write(2) does.
+/// write(2) without SIGPIPE on sockets, also on those that setSocketFlags() has not seen: returns
+/// the number of bytes written, or -1 and errno (EPIPE if the peer is gone). Blocks as write(2)
+/// does. Any thread.
 std::int64_t writeOnce(int number, const void* bytes, std::size_t size);
 
-/// Takes the connections of one listening socket, until it is told to end. Any thread.
-class Accepting {
+/// Accepts connections on one listening socket until it is told to end. Any thread.
+class Acceptor {
  public:
-  virtual ~Accepting() = default;
+  virtual ~Acceptor() = default;
 
-  /// As accept(2) on the listening socket `number`: blocks until there is a connection, of which
-  /// the caller then owns the descriptor. -1 and errno: it failed, or end() was called.
+  /// accept(2) on the listening socket `number`: blocks until there is a connection and returns
+  /// its descriptor, which the caller then owns. -1 and errno: accept failed, or end() was called.
   virtual int accept(int number) = 0;
 
-  /// Makes every accept() on the listening socket `number` return that is under way, and every
-  /// later one at once.
+  /// Makes every accept() on the listening socket `number` return, present and future ones.
   virtual void end(int number) = 0;
 };
 
-std::unique_ptr<Accepting> makeAccepting();
+std::unique_ptr<Acceptor> makeAcceptor();
 
 }  // namespace seldial::platform

@@ -17,21 +17,21 @@ int Descriptor::number() const {
   return number_;
 }
 
-Descriptor::Serial Descriptor::serial() const {
+Descriptor::Generation Descriptor::generation() const {
   const MutexLock lock(mutex_);
-  return serial_;
+  return generation_;
 }
 
-bool Descriptor::holds(Serial serial) const {
+bool Descriptor::holds(Generation generation) const {
   const MutexLock lock(mutex_);
-  return serial_ == serial && number_ != -1;
+  return generation_ == generation && number_ != -1;
 }
 
-Descriptor::Serial Descriptor::store(int number) {
+Descriptor::Generation Descriptor::store(int number) {
   const MutexLock lock(mutex_);
   number_ = number;
-  accepting_ = nullptr;
-  return ++serial_;
+  acceptor_ = nullptr;
+  return ++generation_;
 }
 
 int Descriptor::take() {
@@ -41,15 +41,15 @@ int Descriptor::take() {
   const int error = errno;
   if (uses_ > 0) endUses(number);
   while (uses_ > 0) noUses_.wait(mutex_);
-  accepting_ = nullptr;
+  acceptor_ = nullptr;
   errno = error;
   return number;
 }
 
-/// Closing alone would not wake a read or an accept.
+/// Closing the descriptor would not wake a read or an accept.
 void Descriptor::endUses(int number) {
-  if (accepting_) {
-    accepting_->end(number);
+  if (acceptor_) {
+    acceptor_->end(number);
   } else {
     ::shutdown(number, SHUT_RDWR);
   }
@@ -61,9 +61,9 @@ Descriptor::Use::Use(Descriptor& descriptor) : descriptor_(descriptor) {
   if (number_ != -1) ++descriptor_.uses_;
 }
 
-Descriptor::Use::Use(Descriptor& descriptor, Serial serial) : descriptor_(descriptor) {
+Descriptor::Use::Use(Descriptor& descriptor, Generation generation) : descriptor_(descriptor) {
   const MutexLock lock(descriptor_.mutex_);
-  if (descriptor_.serial_ != serial) return;
+  if (descriptor_.generation_ != generation) return;
   number_ = descriptor_.number_;
   if (number_ != -1) ++descriptor_.uses_;
 }
@@ -75,17 +75,17 @@ Descriptor::Use::~Use() {
 }
 
 int Descriptor::Use::accept() const {
-  auto* const accepting = number_ == -1 ? nullptr : descriptor_.accepting();
-  if (accepting != nullptr) return accepting->accept(number_);
+  auto* const acceptor = number_ == -1 ? nullptr : descriptor_.acceptor();
+  if (acceptor != nullptr) return acceptor->accept(number_);
   errno = EBADF;
   return -1;
 }
 
-platform::Accepting* Descriptor::accepting() {
+platform::Acceptor* Descriptor::acceptor() {
   const MutexLock lock(mutex_);
   if (number_ == -1) return nullptr;
-  if (!accepting_) accepting_ = platform::makeAccepting();
-  return accepting_.get();
+  if (!acceptor_) acceptor_ = platform::makeAcceptor();
+  return acceptor_.get();
 }
 
 }  // namespace seldial

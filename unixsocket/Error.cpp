@@ -24,7 +24,7 @@ constexpr std::array kMessages = {
 };
 
 const char* messageForCode(std::int64_t code) {
-  // Unsigned, so that codes below the table, and any sum out of range, land above it.
+  // Unsigned arithmetic: a code below the table wraps around and lands above it.
   const std::uint64_t index =
       static_cast<std::uint64_t>(code) - static_cast<std::uint64_t>(GDUnixSocketErrorBadSocket);
   return index < kMessages.size() ? kMessages[index] : "Unknown Error";
@@ -39,7 +39,7 @@ Error Error::gduds_errorForCode(std::int64_t code, const std::string& info) {
 }
 
 std::string errorInfoForDescriptor(std::int32_t descriptor) {
-  const int number = errno;  // before an allocation can change it
+  const int number = errno;  // an allocation below may change it
   return "fd: " + std::to_string(descriptor) + ". errno: " + std::to_string(number) + ". " +
          platform::errorText(number);
 }

@@ -1,4 +1,4 @@
-// What the socket library reports when something failed.
+// What the socket library reports when a call fails.
 #pragma once
 
 #include <cstdint>
@@ -9,14 +9,15 @@ namespace seldial {
 /// The domain of every error of the socket library.
 inline constexpr const char* GDUnixSocketErrorDomain = "org.seldial.GDUnixSocket";
 
-/// The codes of the socket library's errors. They are part of its interface and never change.
+/// The codes of the socket library's errors, each with its message. They never change.
 enum GDUnixSocketError : std::int64_t {
-  GDUnixSocketErrorBadSocket = -3024,      ///< "Bad socket": none could be made, or there is none
-  GDUnixSocketErrorBindFailed = -3023,     ///< "Failed to bind socket"
-  GDUnixSocketErrorListenFailed = -3022,   ///< "Failed to listen on socket"; also, of servers and
-                                           ///< clients: the path does not fit into an address
+  GDUnixSocketErrorBadSocket = -3024,   ///< "Bad socket": no descriptor, or none could be made
+  GDUnixSocketErrorBindFailed = -3023,  ///< "Failed to bind socket"
+  GDUnixSocketErrorListenFailed =
+      -3022,  ///< "Failed to listen on socket"; servers and clients also
+              ///< report it when the path does not fit into an address
   GDUnixSocketErrorAcceptFailed = -3021,   ///< "Failed to accept connection, closing socket"
-  GDUnixSocketErrorUnlinkFailed = -3020,   ///< "Failed to unlink socket": its file stays
+  GDUnixSocketErrorUnlinkFailed = -3020,   ///< "Failed to unlink socket": the file is still there
   GDUnixSocketErrorConnectFailed = -3019,  ///< "Failed to connect to socket"
   GDUnixSocketErrorWriteFailed = -3018,    ///< "Failed to write to socket"
   GDUnixSocketErrorReadFailed = -3017,     ///< "Failed to read from socket"
@@ -25,24 +26,23 @@ enum GDUnixSocketError : std::int64_t {
                                            ///< existed"
 };
 
-/// One failure, as a value. Copies are independent; equal when all three parts are.
+/// One failure, as a value.
 struct Error {
-  std::string domain;                ///< of the library's errors, GDUnixSocketErrorDomain
-  std::int64_t code = 0;             ///< of the library's errors, a GDUnixSocketError
-  std::string localizedDescription;  ///< for people: one line of English, always the same but for
-                                     ///< the system's own texts in it
+  std::string domain;                ///< GDUnixSocketErrorDomain for errors of this library
+  std::int64_t code = 0;             ///< a GDUnixSocketError for errors of this library
+  std::string localizedDescription;  ///< one line of English, with the system's text of an errno
 
-  /// The library's error for `code`. Its description is the message of the code ("Unknown Error"
-  /// for a code outside the table, which is kept all the same), followed by ". " and `info` unless
+  /// The library's error for `code`. The description is the message of the code ("Unknown Error"
+  /// for a code that is not in the table; the code is kept), followed by ". " and `info` unless
   /// that is empty. Any thread.
   static Error gduds_errorForCode(std::int64_t code, const std::string& info = {});
 
-  /// Whether domain, code and description are the same.
+  /// Whether domain, code and description are equal.
   bool operator==(const Error& other) const = default;
 };
 
-/// "fd: 5. errno: 32. Broken pipe", from `descriptor`, which may be any number, and what the
-/// calling thread's errno says now. Any thread.
+/// For example "fd: 5. errno: 32. Broken pipe": `descriptor`, which may be any number, and the
+/// calling thread's errno with its text. Any thread.
 std::string errorInfoForDescriptor(std::int32_t descriptor);
 
 }  // namespace seldial

@@ -3,20 +3,23 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
 #include <new>
 #include <stdexcept>
 #include <utility>
 
-#include "platform/BackgroundQueue.h"
 #include "platform/Sockets.h"
+#include "platform/System.h"
 #include "unixsocket/SocketPath.h"
-#include "unixsocket/Uuid.h"
 
 namespace seldial {
 namespace {
 
-/// A zero-filled buffer; nothing, and errno, when there is no memory for it.
+/// A buffer of zeroes; nothing, with errno set, if there is no memory for it.
 std::optional<Data> makeBuffer(std::uint64_t size) {
   try {
     return Data(size, '\0');
@@ -27,6 +30,34 @@ std::optional<Data> makeBuffer(std::uint64_t size) {
   return {};
 }
 
+using UuidBytes = std::array<unsigned char, 16>;
+
+/// Ends the process if the system has no random numbers: without them no identifier is unique.
+UuidBytes randomBytes() {
+  UuidBytes bytes{};
+  if (!platform::fillWithRandom(bytes.data(), bytes.size())) {
+    std::perror("seldial: no random numbers");
+    std::abort();
+  }
+  return bytes;
+}
+
+/// A random UUID (version 4): 36 characters, upper-case hexadecimal digits in groups of 8-4-4-4-12.
+std::string makeUuid() {
+  constexpr auto kDigits = "0123456789ABCDEF";
+  UuidBytes bytes = randomBytes();
+  bytes[6] = static_cast<unsigned char>((bytes[6] & 0x0FU) | 0x40U);  // version 4
+  bytes[8] = static_cast<unsigned char>((bytes[8] & 0x3FU) | 0x80U);  // variant 1
+  std::string text;
+  text.reserve(36);
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    if (i == 4 || i == 6 || i == 8 || i == 10) text += '-';
+    text += kDigits[bytes[i] >> 4U];
+    text += kDigits[bytes[i] & 0x0FU];
+  }
+  return text;
+}
+
 }  // namespace
 
 void handError(std::optional<Error>* outParameter, std::optional<Error> error) {
@@ -34,12 +65,14 @@ void handError(std::optional<Error>* outParameter, std::optional<Error> error) {
 }
 
 std::shared_ptr<GDUnixSocket> GDUnixSocket::initWithSocketPath(const std::string& socketPath,
-                                                               std::uint64_t andFragmentSize) {
-  return make<GDUnixSocket>(socketPath, andFragmentSize);
+                                                               std::uint64_t andFragmentSize,
+                                                               const Queue& queue) {
+  return make<GDUnixSocket>(socketPath, andFragmentSize, queue);
 }
 
-GDUnixSocket::GDUnixSocket(Key /*key*/, std::string socketPath, std::uint64_t fragmentSize)
-    : socketPath_(std::move(socketPath)), fragmentSize_(fragmentSize) {}
+GDUnixSocket::GDUnixSocket(Key /*key*/, std::string socketPath, std::uint64_t fragmentSize,
+                           Queue queue)
+    : socketPath_(std::move(socketPath)), queue_(std::move(queue)), fragmentSize_(fragmentSize) {}
 
 GDUnixSocket::~GDUnixSocket() {
   if (fd() != -1) GDUnixSocket::closeWithError(nullptr);
@@ -54,8 +87,9 @@ std::optional<Data> GDUnixSocket::readWithError(std::optional<Error>* error) {
   return readFromSocket(use.number(), error);
 }
 
-std::optional<Data> GDUnixSocket::readOf(Descriptor::Serial serial, std::optional<Error>* error) {
-  const Descriptor::Use use(descriptor_, serial);
+std::optional<Data> GDUnixSocket::readOf(Descriptor::Generation generation,
+                                         std::optional<Error>* error) {
+  const Descriptor::Use use(descriptor_, generation);
   return readFromSocket(use.number(), error);
 }
 
@@ -74,12 +108,11 @@ std::optional<Data> GDUnixSocket::readFromSocket(std::int32_t descriptor,
 }
 
 void GDUnixSocket::readWithCompletion(ReadCompletion completion) {
-  platform::sharedBackgroundQueue().async(
-      [self = shared_from_this(), completion = std::move(completion)] {
-        std::optional<Error> error;
-        const std::optional<Data> data = self->readWithError(&error);
-        if (completion) completion(error, data);
-      });
+  queue_->async([self = shared_from_this(), completion = std::move(completion)] {
+    std::optional<Error> error;
+    const std::optional<Data> data = self->readWithError(&error);
+    if (completion) completion(error, data);
+  });
 }
 
 std::int64_t GDUnixSocket::writeData(const Data& data, std::optional<Error>* error) {
@@ -104,21 +137,20 @@ std::int64_t GDUnixSocket::write(const Data& data, std::int32_t toSocket,
 }
 
 void GDUnixSocket::writeData(const Data& data, WriteCompletion completion) {
-  platform::sharedBackgroundQueue().async(
-      [self = shared_from_this(), data, completion = std::move(completion)] {
-        std::optional<Error> error;
-        const std::int64_t count = self->writeData(data, &error);
-        if (completion) completion(error, count);
-      });
+  queue_->async([self = shared_from_this(), data, completion = std::move(completion)] {
+    std::optional<Error> error;
+    const std::int64_t count = self->writeData(data, &error);
+    if (completion) completion(error, count);
+  });
 }
 
 bool GDUnixSocket::closeWithError(std::optional<Error>* error) {
-  return closeDescriptor(descriptor_.serial(), error);
+  return closeDescriptor(descriptor_.generation(), error);
 }
 
-bool GDUnixSocket::closeDescriptor(Descriptor::Serial serial, std::optional<Error>* error) {
+bool GDUnixSocket::closeDescriptor(Descriptor::Generation generation, std::optional<Error>* error) {
   const MutexLock lock(lock_);
-  if (state_ == GDUnixSocketStateClosed || descriptor_.serial() != serial) return true;
+  if (state_ == GDUnixSocketStateClosed || descriptor_.generation() != generation) return true;
   std::optional<Error> failure;
   const int number = descriptor_.take();
   if (const auto badSocket = checkForBadSocket(number)) {
@@ -136,7 +168,7 @@ bool GDUnixSocket::closeDescriptor(Descriptor::Serial serial, std::optional<Erro
 
 std::optional<Error> GDUnixSocket::openSocket() {
   std::optional<Error> failure;
-  const int number = platform::fittedOut(::socket(AF_UNIX, SOCK_STREAM, 0));
+  const int number = platform::setSocketFlags(::socket(AF_UNIX, SOCK_STREAM, 0));
   if (number == -1) {
     const std::string info = lastErrorInfoForSocket(number);
     failure = Error::gduds_errorForCode(GDUnixSocketErrorBadSocket, info);
@@ -145,14 +177,14 @@ std::optional<Error> GDUnixSocket::openSocket() {
   const int before = descriptor_.take();
   if (before != -1) ::close(before);
   descriptor_.store(number);
-  // A closed object is open again, so that a close closes it.
+  // No longer closed, or the next close would do nothing.
   if (number != -1) state_ = GDUnixSocketStateIdle;
   return failure;
 }
 
-void GDUnixSocket::setStateOf(Descriptor::Serial serial, GDUnixSocketState state) {
+void GDUnixSocket::setStateOf(Descriptor::Generation generation, GDUnixSocketState state) {
   const MutexLock lock(lock_);
-  if (descriptor_.holds(serial)) state_ = state;
+  if (descriptor_.holds(generation)) state_ = state;
 }
 
 std::optional<Error> GDUnixSocket::checkForBadSocket() const {

@@ -5,13 +5,12 @@
 
 #include <utility>
 
-#include "platform/BackgroundQueue.h"
 #include "unixsocket/SocketPath.h"
 
 namespace seldial {
 namespace {
 
-void limitSending(int number, std::chrono::milliseconds timeout) {
+void setSendTimeoutOf(int number, std::chrono::milliseconds timeout) {
   constexpr int kMilliseconds = 1000;
   timeval value{};
   value.tv_sec = timeout.count() / kMilliseconds;
@@ -22,13 +21,9 @@ void limitSending(int number, std::chrono::milliseconds timeout) {
 }  // namespace
 
 std::shared_ptr<GDUnixSocketClient> GDUnixSocketClient::initWithSocketPath(
-    const std::string& socketPath, std::uint64_t andFragmentSize) {
-  return make<GDUnixSocketClient>(socketPath, andFragmentSize);
+    const std::string& socketPath, std::uint64_t andFragmentSize, const Queue& queue) {
+  return make<GDUnixSocketClient>(socketPath, andFragmentSize, queue);
 }
-
-GDUnixSocketClient::GDUnixSocketClient(Key key, const std::string& socketPath,
-                                       std::uint64_t fragmentSize)
-    : GDUnixSocket(key, socketPath, fragmentSize) {}
 
 std::shared_ptr<GDUnixSocketClientDelegate> GDUnixSocketClient::delegate() const {
   const MutexLock lock(delegateLock_);
@@ -45,7 +40,7 @@ bool GDUnixSocketClient::connectWithAutoRead(bool autoRead, std::optional<Error>
   const bool connected = !failure;
   handError(error, std::move(failure));
   if (!connected) return false;
-  setStateOf(descriptor().serial(), GDUnixSocketStateConnected);
+  setStateOf(descriptor().generation(), GDUnixSocketStateConnected);
   if (autoRead) readLoop();
   return true;
 }
@@ -58,7 +53,7 @@ std::optional<Error> GDUnixSocketClient::openConnection() {
   const std::string& path = socketPath();
   if (!SocketAddress(path).names(path)) {
     close();
-    // Kept on purpose: the code of a failed listen, as the server reports it too.
+    // Kept on purpose: the code of a failed listen, as in the server.
     return Error::gduds_errorForCode(GDUnixSocketErrorListenFailed,
                                      "The socket path is inconsistent");
   }
@@ -74,23 +69,23 @@ bool GDUnixSocketClient::connectTo(const std::string& path) {
   const SocketAddress address(path);
   const std::chrono::milliseconds timeout = sendTimeout_;
   const Descriptor::Use use(descriptor());
-  if (timeout > timeout.zero()) limitSending(use.number(), timeout);
+  if (timeout > timeout.zero()) setSendTimeoutOf(use.number(), timeout);
   return ::connect(use.number(), address.get(), SocketAddress::size()) == 0;
 }
 
 std::optional<Data> GDUnixSocketClient::readWithError(std::optional<Error>* error) {
-  return readAndTell(descriptor().serial(), error);
+  return readAndNotify(descriptor().generation(), error);
 }
 
-std::optional<Data> GDUnixSocketClient::readAndTell(Descriptor::Serial connection,
-                                                    std::optional<Error>* error) {
+std::optional<Data> GDUnixSocketClient::readAndNotify(Descriptor::Generation connection,
+                                                      std::optional<Error>* error) {
   std::optional<Error> failure;
   std::optional<Data> data = readOf(connection, &failure);
-  if (const auto told = delegate()) {
+  if (const auto receiver = delegate()) {
     if (failure) {
-      told->unixSocketClientDidFailToReadWithError(*this, *failure);
+      receiver->unixSocketClientDidFailToReadWithError(*this, *failure);
     } else if (data) {
-      told->unixSocketClientDidReceiveData(*this, *data);
+      receiver->unixSocketClientDidReceiveData(*this, *data);
     }
   }
   handError(error, std::move(failure));
@@ -98,14 +93,13 @@ std::optional<Data> GDUnixSocketClient::readAndTell(Descriptor::Serial connectio
 }
 
 void GDUnixSocketClient::readLoop() {
-  platform::sharedBackgroundQueue().async(
-      [self = shared_from_this(), connection = descriptor().serial()] {
-        auto& client = static_cast<GDUnixSocketClient&>(*self);
-        while (client.readAndTell(connection, nullptr)) {
-        }
-        // Of this connection alone: the client may have been closed and connected again meanwhile.
-        client.closeDescriptor(connection, nullptr);
-      });
+  queue()->async([self = shared_from_this(), connection = descriptor().generation()] {
+    auto& client = static_cast<GDUnixSocketClient&>(*self);
+    while (client.readAndNotify(connection, nullptr)) {
+    }
+    // This connection only: the client may have been closed and connected again.
+    client.closeDescriptor(connection, nullptr);
+  });
 }
 
 }  // namespace seldial

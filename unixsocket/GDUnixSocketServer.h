@@ -1,4 +1,4 @@
-// A server: listens on a path, reads from every connection on a thread of its own, and tells its
+// The server: listens on a path, reads from each connection on a thread of its own and calls its
 // delegate.
 #pragma once
 
@@ -10,112 +10,162 @@
 #include <unordered_map>
 
 #include "unixsocket/GDUnixSocket.h"
-#include "unixsocket/GDUnixSocketServerDelegate.h"
 
 namespace seldial {
 
-/// A mistake of the caller's; the only exception of the library.
+class GDUnixSocketServer;
+
+/// Receives the callbacks of a server. Override those of interest; each does nothing by default.
+///
+/// Callbacks come on the thread named at each, concurrently for different connections. Those of one
+/// connection come in order: accept, then data, then disconnect or read failure, each after the
+/// previous one has returned. The server holds no lock during a callback except where noted.
+/// References are valid during the callback. A callback must not throw.
+class GDUnixSocketServerDelegate {
+ public:
+  GDUnixSocketServerDelegate() = default;
+  virtual ~GDUnixSocketServerDelegate() = default;
+  GDUnixSocketServerDelegate(const GDUnixSocketServerDelegate&) = delete;
+  GDUnixSocketServerDelegate& operator=(const GDUnixSocketServerDelegate&) = delete;
+
+  /// Once per successful listen, on its thread.
+  virtual void unixSocketServerDidStartListening(GDUnixSocketServer& /*server*/) {}
+
+  /// At the end of every close that informs the delegate, also a repeated one, on its thread. The
+  /// server's closeLock is held: do not close the server here, nor make it listen. The last
+  /// reference to the server may be going away: do not store a new one.
+  virtual void unixSocketServerDidClose(GDUnixSocketServer& /*server*/,
+                                        const std::optional<Error>& /*error*/) {}
+
+  /// A connection is in the table and can be sent to. On the accept thread, which accepts no other
+  /// connection meanwhile; nothing is read from this one before the callback returns.
+  virtual void unixSocketServerDidAcceptClientWithID(GDUnixSocketServer& /*server*/,
+                                                     const std::string& /*clientID*/) {}
+
+  /// The peer has closed the connection, which is still in the table. On its reader thread.
+  virtual void unixSocketServerClientWithIDDidDisconnect(GDUnixSocketServer& /*server*/,
+                                                         const std::string& /*clientID*/) {}
+
+  /// The bytes of one read, 1 to 256. On the connection's reader thread, which reads no more
+  /// meanwhile.
+  virtual void unixSocketServerDidReceiveData(GDUnixSocketServer& /*server*/, const Data& /*data*/,
+                                              const std::string& /*clientID*/) {}
+
+  /// A read failed (GDUnixSocketErrorReadFailed). The connection is still in the table and is
+  /// closed next. On its reader thread.
+  virtual void unixSocketServerDidFailToReadForClientID(GDUnixSocketServer& /*server*/,
+                                                        const std::string& /*clientID*/,
+                                                        const Error& /*error*/) {}
+
+  /// accept failed (GDUnixSocketErrorAcceptFailed); the server closes itself next. On the accept
+  /// thread, with the server's closeLock held: do not close the server here.
+  virtual void unixSocketServerDidFailToAcceptConnection(GDUnixSocketServer& /*server*/,
+                                                         const Error& /*error*/) {}
+};
+
+/// A mistake of the caller; the library's only exception.
 class InternalInconsistencyException : public std::logic_error {
  public:
   using std::logic_error::logic_error;
 };
 
-/// Its fd() is the listening socket; each accepted connection is a GDUnixSocket in the table, known
-/// by its uniqueID.
+/// fd() is the listening socket. Each accepted connection is a GDUnixSocket in the table, under its
+/// uniqueID.
 ///
-/// The accept loop and the readers run on background threads, which take no signals, and keep the
-/// server alive: a server that listens lives until it is closed, however few references are left.
-/// Failures, threads and ownership are as GDUnixSocket says.
+/// The accept loop and the readers run on background threads, where all signals are blocked. They
+/// keep the server alive: a listening server lives until it is closed, even without a reference.
+/// Failures, threads and ownership: see GDUnixSocket.
 class GDUnixSocketServer final : public GDUnixSocket {
  public:
   /// Connections by their uniqueID.
   using ConnectedClients = std::unordered_map<std::string, std::shared_ptr<GDUnixSocket>>;
 
-  /// A server for `socketPath` that does not listen yet; null when the path is rejected. The
-  /// fragment size is the server's own: connections always read 256 bytes at a time.
+  /// A server for `socketPath` that does not listen yet; null if the path is rejected. The fragment
+  /// size applies to the server itself: connections always read 256 bytes at a time.
   static std::shared_ptr<GDUnixSocketServer> initWithSocketPath(
-      const std::string& socketPath, std::uint64_t andFragmentSize = kDefaultFragmentSize);
-  /// Always null: there is no server without a path.
+      const std::string& socketPath, std::uint64_t andFragmentSize = kDefaultFragmentSize,
+      const Queue& queue = platform::sharedBackgroundQueue());
+  /// Always null: a server needs a path.
   static std::shared_ptr<GDUnixSocketServer> init() { return initWithSocketPath({}); }
 
-  /// For initWithSocketPath() alone.
-  GDUnixSocketServer(Key key, const std::string& socketPath, std::uint64_t fragmentSize);
+  /// For initWithSocketPath() only.
+  using GDUnixSocket::GDUnixSocket;
 
-  /// Closes, as close() does, if there is still a listening socket.
+  /// Closes, like close(), if there still is a listening socket.
   ~GDUnixSocketServer() override;
   GDUnixSocketServer(const GDUnixSocketServer&) = delete;
   GDUnixSocketServer& operator=(const GDUnixSocketServer&) = delete;
 
-  /// Who is told; not owned, null when there is none or it is gone.
+  /// The delegate, which is not owned; null if there is none or it is gone.
   [[nodiscard]] std::shared_ptr<GDUnixSocketServerDelegate> delegate() const;
-  /// From the next callback on. The caller keeps the delegate alive; null is none.
+  /// Takes effect with the next callback. The caller keeps the delegate alive.
   void setDelegate(std::weak_ptr<GDUnixSocketServerDelegate> delegate);
 
   /// Held by every close from the removal of the socket file to the end of the callback, and while
-  /// a failed accept is judged and told.
+  /// a failed accept is examined and reported.
   [[nodiscard]] Mutex& closeLock() SELDIAL_RETURN_CAPABILITY(closeLock_) { return closeLock_; }
 
-  /// A copy of the table as it is now, which keeps its connections alive but not open.
+  /// A copy of the table. It keeps the connections alive, but not open.
   [[nodiscard]] ConnectedClients connectedClients() const;
 
   /// listenWithMaxConnections() with 0.
   bool listenWithError(std::optional<Error>* error = nullptr);
 
-  /// Makes the socket and its file and starts to accept. `maxConnections` is the backlog, the count
-  /// of connections that may wait to be accepted; 0 is 5. A socket file that lies at the path is
-  /// removed; any other file makes it fail. A server may listen again after a close. Errors:
-  /// GDUnixSocketErrorBadSocket, GDUnixSocketErrorBindFailed, GDUnixSocketErrorListenFailed; but
-  /// for the first the server is closed then, without a callback.
+  /// Creates the socket and its file and starts to accept. `maxConnections` is the backlog, the
+  /// number of connections that can wait to be accepted; 0 means 5. A socket file at the path is
+  /// removed first; any other file makes the call fail. A server can listen again after a close.
+  /// Errors: GDUnixSocketErrorBadSocket; GDUnixSocketErrorBindFailed and
+  /// GDUnixSocketErrorListenFailed, which leave the server closed, without a callback.
   bool listenWithMaxConnections(std::int32_t maxConnections, std::optional<Error>* error = nullptr);
 
-  /// One write to a connection: the count of bytes that were taken, or -1 with an error as
-  /// writeData()'s or GDUnixSocketErrorUnknownClient. The table is locked meanwhile: one slow write
-  /// delays the other sends, new connections, and a close.
+  /// Writes once to a connection: returns the number of bytes written, or -1 with an error of
+  /// writeData() or GDUnixSocketErrorUnknownClient. The table is locked meanwhile: a slow write
+  /// delays other sends, new connections and a close.
   std::int64_t sendData(const Data& data, const std::string& toClientWithID,
                         std::optional<Error>* error = nullptr);
 
-  /// The same on a background thread, which then calls `completion` unless that is empty.
+  /// Calls sendData() on a background thread and then `completion`, unless that is empty.
   void sendData(const Data& data, const std::string& toClientWithID, WriteCompletion completion);
 
-  /// Always 0 and no error: a listening socket is never written; see sendData().
+  /// Always 0 and no error: a listening socket is never written to. Use sendData().
   std::int64_t writeData(const Data& data, std::optional<Error>* error = nullptr) override;
   using GDUnixSocket::writeData;
 
-  /// Removes all connections and the socket file, stops accepting, and tells the delegate, also
-  /// when it was closed before. Errors: GDUnixSocketErrorCloseFailed;
-  /// GDUnixSocketErrorUnlinkFailed, with the server still listening. Not to be called in the
-  /// callbacks that hold closeLock.
+  /// Closes all connections, removes the socket file, stops accepting and informs the delegate,
+  /// even if the server was closed already. Errors: GDUnixSocketErrorCloseFailed;
+  /// GDUnixSocketErrorUnlinkFailed, after which the server still listens. Must not be called from
+  /// the callbacks that hold closeLock.
   bool closeWithError(std::optional<Error>* error = nullptr) override;
 
-  /// The same, without a callback.
+  /// Closes like closeWithError(), without informing the delegate.
   bool closeSilently();
 
-  /// The one or the other.
+  /// Closes; calls didClose if `informDelegate`.
   bool closeWithError(std::optional<Error>* error, bool informDelegate);
 
-  /// Puts a connection into the table. Throws InternalInconsistencyException when it is null.
+  /// Adds a connection to the table. Throws InternalInconsistencyException if it is null.
   void addClient(const std::shared_ptr<GDUnixSocket>& client);
 
   /// Whether the table has an entry under the connection's uniqueID.
   [[nodiscard]] bool clientExists(const std::shared_ptr<GDUnixSocket>& client) const;
 
-  /// Takes a connection out of the table and closes it: the error of that, or none, also when it
-  /// was not there.
+  /// Takes a connection out of the table and closes it. Returns the error of the close; none if the
+  /// connection was not in the table.
   std::optional<Error> removeAndCloseClient(const std::shared_ptr<GDUnixSocket>& client);
 
   /// Closes all connections and empties the table. Their readers end without a callback.
   void removeAllClients();
 
-  /// Removes the file at the path if it is a socket; GDUnixSocketErrorUnlinkFailed when that fails.
+  /// Removes the file at the path if it is a socket. Error: GDUnixSocketErrorUnlinkFailed.
   std::optional<Error> unlinkSocket();
-  /// The same at any path, which need not be standardised. Relative ones are the process's.
+  /// Like unlinkSocket(), at any path, which need not be standardised.
   std::optional<Error> unlinkSocket(const char* path);
 
-  /// Reads from a connection, and tells, until it leaves the table; blocks the calling thread.
+  /// Reads from a connection, with callbacks, until it leaves the table. Blocks the calling thread.
   void readOnConnection(const std::shared_ptr<GDUnixSocket>& connection);
 
-  /// Accepts connections until the server is closed; blocks the calling thread. listen starts it on
-  /// a thread of its own.
+  /// Accepts connections until the server is closed. Blocks the calling thread; listen runs it in
+  /// the background.
   void mainLoop();
 
  private:
@@ -125,19 +175,19 @@ class GDUnixSocketServer final : public GDUnixSocket {
   bool bindTo(const std::string& path);
   bool listenOn(std::int32_t backlog);
   std::optional<Error> closeListening(bool informDelegate) SELDIAL_EXCLUDES(closeLock_);
-  void startMainLoop(Descriptor::Serial listening);
 
-  /// Whether there is no listening socket, once an opening or a close that is under way is done.
+  /// Whether there is no listening socket, once an open or close in progress has finished.
   bool isClosed() const SELDIAL_EXCLUDES(lock_);
 
-  void acceptConnections(Descriptor::Serial listening);
-  int acceptOn(Descriptor::Serial listening);
-  void welcome(int accepted);
-  void acceptFailed(Descriptor::Serial listening, int errorNumber);
-  void endOfConnection(const std::shared_ptr<GDUnixSocket>& connection,
+  void startMainLoop(Descriptor::Generation listening);
+  void acceptConnections(Descriptor::Generation listening);
+  int acceptOn(Descriptor::Generation listening);
+  void acceptFailed(Descriptor::Generation listening, int errorNumber);
+  void startReader(int accepted);
+  void connectionEnded(const std::shared_ptr<GDUnixSocket>& connection,
                        const std::optional<Error>& error);
 
-  mutable Mutex delegateLock_;  ///< a lock of its own: callbacks must not wait for a slow write
+  mutable Mutex delegateLock_;  ///< not lock_: a callback must not wait for a slow send
   std::weak_ptr<GDUnixSocketServerDelegate> delegate_ SELDIAL_GUARDED_BY(delegateLock_);
   Mutex closeLock_;  ///< taken before any other lock
   ConnectedClients connectedClients_ SELDIAL_GUARDED_BY(lock_);

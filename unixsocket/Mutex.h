@@ -1,5 +1,5 @@
 // Thin wrappers over the standard mutex and condition variable that clang's thread-safety analysis
-// understands: what a lock guards is said where the field is declared, and checked by the compiler.
+// understands: a field's declaration names the lock that guards it, and clang checks every access.
 #pragma once
 
 #include <condition_variable>
@@ -22,12 +22,12 @@
 
 namespace seldial {
 
-/// A mutex, not recursive. Any thread.
+/// A non-recursive mutex. Any thread.
 class SELDIAL_CAPABILITY("mutex") Mutex {
  public:
-  /// Waits until no other thread holds it, and holds it from then on.
+  /// Blocks while another thread holds it.
   void lock() SELDIAL_ACQUIRE() { mutex_.lock(); }
-  /// Lets go of it: in the thread that holds it alone.
+  /// Only in the thread that holds it.
   void unlock() SELDIAL_RELEASE() { mutex_.unlock(); }
 
  private:
@@ -35,12 +35,11 @@ class SELDIAL_CAPABILITY("mutex") Mutex {
   std::mutex mutex_;
 };
 
-/// Holds a Mutex for as long as it lives.
+/// Holds a Mutex during its life.
 class SELDIAL_SCOPED_CAPABILITY MutexLock {
  public:
-  /// Locks `mutex`, which has to outlive the object.
+  /// Locks `mutex`, which must outlive this object.
   explicit MutexLock(Mutex& mutex) SELDIAL_ACQUIRE(mutex) : mutex_(mutex) { mutex_.lock(); }
-  /// Unlocks it.
   ~MutexLock() SELDIAL_RELEASE() { mutex_.unlock(); }
   MutexLock(const MutexLock&) = delete;
   MutexLock& operator=(const MutexLock&) = delete;
@@ -49,17 +48,17 @@ class SELDIAL_SCOPED_CAPABILITY MutexLock {
   Mutex& mutex_;
 };
 
-/// Something to wait for under a Mutex. Any thread.
+/// A condition variable for use with a Mutex. Any thread.
 class Condition {
  public:
-  /// Unlocks `mutex`, which the thread holds, until notifyAll(), and locks it again. To be called
-  /// in a loop that tests what is waited for: a wait may end for no reason.
+  /// Unlocks `mutex`, which the thread holds, waits for notifyAll() and locks it again. Call it in
+  /// a loop that tests the condition: a wait may end spuriously.
   void wait(Mutex& mutex) SELDIAL_REQUIRES(mutex) {
     std::unique_lock<std::mutex> lock(mutex.mutex_, std::adopt_lock);
     condition_.wait(lock);
     lock.release();
   }
-  /// Ends the waits of all threads. The mutex may be held or not.
+  /// Wakes all waiting threads. The mutex may be held or not.
   void notifyAll() { condition_.notify_all(); }
 
  private:

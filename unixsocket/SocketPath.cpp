@@ -6,14 +6,14 @@
 namespace seldial {
 namespace {
 
-/// The room for a path in an address, with its closing NUL, on the smallest platform.
+/// The size of sun_path on macOS, with the NUL; Linux has 108 bytes.
 constexpr std::size_t kPathCapacity = 104;
 
 bool isStandardisedComponent(const std::string& component) {
   return !component.empty() && component != "." && component != "..";
 }
 
-/// Whether standardising `path` would give back an equal path.
+/// Whether standardising `path` would leave it unchanged.
 bool isStandardised(const std::string& path) {
   if (path[0] == '~') return false;
   if (path == "/") return true;

@@ -1,4 +1,4 @@
-// The file-system path of a socket: which ones are accepted, and how one becomes an address.
+// The file-system path of a socket: which paths are accepted, and the address of a path.
 #pragma once
 
 #include <sys/socket.h>
@@ -8,15 +8,15 @@
 
 namespace seldial {
 
-/// Stands for the path of a connection that a server accepted: it has none of its own.
+/// The path of accepted connections, which have none of their own.
 inline constexpr const char* kDummySocketPath = "(dummy)";
 
-/// Whether a socket object can be made for `path`: it is kDummySocketPath, or it holds a "/", is
+/// Whether a socket object can be made for `path`: it is kDummySocketPath, or it contains a "/", is
 /// standardised (no component "." or "..", no doubled or trailing separator, no leading "~") and
 /// is at most 103 bytes long.
 bool isAcceptedSocketPath(const std::string& path);
 
-/// The address of a path: 106 bytes, all zero but the family and the path.
+/// The address of a path: 106 bytes, zero except for the family and the path.
 class SocketAddress {
  public:
   /// Copies at most 103 bytes of `path`.

@@ -10,25 +10,25 @@
 #include <thread>
 #include <utility>
 
-#include "platform/System.h"
-
 namespace seldial::platform {
 
-std::shared_ptr<BackgroundQueue> makeSystemBackgroundQueue() {
-  return std::make_shared<linux_port::ThreadPerTaskQueue>();
+const std::shared_ptr<BackgroundQueue>& sharedBackgroundQueue() {
+  static const auto* const queue =
+      new std::shared_ptr<BackgroundQueue>(std::make_shared<linux_port::ThreadPerTaskQueue>());
+  return *queue;
 }
 
 namespace linux_port {
 namespace {
 
-/// How long a thread waits for another task before it leaves.
+/// How long an idle thread waits for a task before it ends.
 constexpr std::chrono::seconds kIdleTime{2};
 
-/// The stack of a background thread, in bytes; only what is used of it costs memory.
+/// The stack of a background thread, in bytes. Only the part that is used takes memory.
 constexpr std::size_t kStackSize = 512UL * 1024;
 
-/// Blocks every signal in the calling thread while it lives: the thread that it starts inherits
-/// the mask, and signals belong to the main thread.
+/// Blocks all signals in the calling thread during its life. A thread started meanwhile inherits
+/// the mask, so that signals go to the main thread.
 class BlockedSignals {
  public:
   BlockedSignals() {
@@ -47,29 +47,26 @@ class BlockedSignals {
 }  // namespace
 
 void ThreadPerTaskQueue::async(Task task) {
-  if (const auto seat = handOver(task)) {
-    seat->wakeUp.notify_one();  // without the lock, which the thread takes as soon as it runs
+  if (const auto worker = assign(task)) {
+    worker->wakeUp.notify_one();  // not under the lock: the woken thread needs it at once
     return;
   }
-  if (!startThread()) {
-    // The task waits for a thread that becomes free. Nobody else could act on this.
-    std::fprintf(stderr, "seldial: no thread for a background task: %s\n",
-                 errorText(errno).c_str());
-  }
+  // If it fails, the task waits for the next thread that becomes free.
+  if (!startThread()) std::perror("seldial: no thread for a background task");
 }
 
-/// Gives the task to an idle thread, and returns where to wake it up; null when there is none: then
-/// the task waits for the thread that will be started.
-std::shared_ptr<ThreadPerTaskQueue::Seat> ThreadPerTaskQueue::handOver(Task& task) {
+/// Gives `task` to an idle thread and returns that, for the caller to wake up. Null if no thread is
+/// idle: the task then waits for the thread that the caller starts.
+std::shared_ptr<ThreadPerTaskQueue::Worker> ThreadPerTaskQueue::assign(Task& task) {
   const std::lock_guard lock(mutex_);
   if (idle_.empty()) {
     waiting_.push_back(std::move(task));
     return nullptr;
   }
-  auto seat = std::move(idle_.back());
+  auto worker = std::move(idle_.back());
   idle_.pop_back();
-  seat->task = std::move(task);
-  return seat;
+  worker->task = std::move(task);
+  return worker;
 }
 
 void ThreadPerTaskQueue::after(std::chrono::nanoseconds delay, Task task) {
@@ -97,25 +94,25 @@ void* ThreadPerTaskQueue::threadMain(void* queue) {
 }
 
 void ThreadPerTaskQueue::runTasks() {
-  const auto seat = std::make_shared<Seat>();
-  while (const Task task = nextTask(seat)) {
+  const auto worker = std::make_shared<Worker>();
+  while (const Task task = nextTask(worker)) {
     task();
   }
-  malloc_trim(0);  // a quiet moment: what a burst of tasks left behind goes back to the system
+  malloc_trim(0);  // it is quiet now: return the memory of the last burst to the system
 }
 
-/// The next task for the calling thread; empty when it has waited in vain.
-ThreadPerTaskQueue::Task ThreadPerTaskQueue::nextTask(const std::shared_ptr<Seat>& seat) {
+/// The next task for the calling thread; empty if none came in time.
+ThreadPerTaskQueue::Task ThreadPerTaskQueue::nextTask(const std::shared_ptr<Worker>& worker) {
   std::unique_lock lock(mutex_);
   if (!waiting_.empty()) {
     Task task = std::move(waiting_.front());
     waiting_.pop_front();
     return task;
   }
-  idle_.push_back(seat);
-  seat->wakeUp.wait_for(lock, kIdleTime, [&seat] { return static_cast<bool>(seat->task); });
-  if (!seat->task) idle_.erase(std::find(idle_.begin(), idle_.end(), seat));
-  return std::exchange(seat->task, nullptr);
+  idle_.push_back(worker);
+  worker->wakeUp.wait_for(lock, kIdleTime, [&worker] { return static_cast<bool>(worker->task); });
+  if (!worker->task) idle_.erase(std::find(idle_.begin(), idle_.end(), worker));
+  return std::exchange(worker->task, nullptr);
 }
 
 }  // namespace linux_port

@@ -1,5 +1,5 @@
-// The shared background queue on Linux: threads that are made when a task needs one, wait a while
-// for the next task, and leave.
+// The background queue on Linux: a thread is started when a task finds none idle; it waits a while
+// for the next task and then ends.
 #pragma once
 
 #include <chrono>
@@ -14,31 +14,31 @@
 
 namespace seldial::platform::linux_port {
 
-/// Every member function: any thread. Never destroyed while a thread of its own lives.
+/// Any thread. Must outlive its own threads, so it is never destroyed.
 class ThreadPerTaskQueue final : public BackgroundQueue {
  public:
   void async(Task task) override;
   void after(std::chrono::nanoseconds delay, Task task) override;
 
  private:
-  /// Where a thread of this queue waits for its next task. Shared with the one that wakes it up,
-  /// who may be slower than the thread.
-  struct Seat {
+  /// One thread of the queue. Shared with the caller of async() that wakes it: the thread may end
+  /// before that call does.
+  struct Worker {
     std::condition_variable wakeUp;
-    Task task;  ///< empty until async() hands one over
+    Task task;  ///< empty until async() sets it
   };
 
   static void* threadMain(void* queue);
   void runTasks();
-  Task nextTask(const std::shared_ptr<Seat>& seat);
-  std::shared_ptr<Seat> handOver(Task& task);
+  Task nextTask(const std::shared_ptr<Worker>& worker);
+  std::shared_ptr<Worker> assign(Task& task);
   bool startThread();
 
   std::mutex mutex_;  ///< guards everything below
-  /// Threads that wait for a task; the last one to become idle is the first to get one, so that
-  /// the others can leave, and because its memory is still in the cache.
-  std::vector<std::shared_ptr<Seat>> idle_;
-  std::deque<Task> waiting_;  ///< tasks for which no thread could be made; normally empty
+  /// Threads without a task. The last one to become idle gets the next task: its memory is still in
+  /// the cache, and the others can end.
+  std::vector<std::shared_ptr<Worker>> idle_;
+  std::deque<Task> waiting_;  ///< tasks whose thread has not started yet
 };
 
 }  // namespace seldial::platform::linux_port

@@ -9,8 +9,8 @@
 namespace seldial::platform {
 namespace {
 
-/// Here a listening socket can be shut down, which ends an accept() for good.
-class ShutDownToEnd final : public Accepting {
+/// On Linux a listening socket can be shut down, which ends accept() for good.
+class ShutdownAcceptor final : public Acceptor {
  public:
   int accept(int number) override { return ::accept(number, nullptr, nullptr); }
   void end(int number) override { ::shutdown(number, SHUT_RDWR); }
@@ -18,7 +18,7 @@ class ShutDownToEnd final : public Accepting {
 
 }  // namespace
 
-int fittedOut(int number) {
+int setSocketFlags(int number) {
   if (number != -1) ::fcntl(number, F_SETFD, FD_CLOEXEC);
   return number;
 }
@@ -29,8 +29,8 @@ std::int64_t writeOnce(int number, const void* bytes, std::size_t size) {
   return ::write(number, bytes, size);
 }
 
-std::unique_ptr<Accepting> makeAccepting() {
-  return std::make_unique<ShutDownToEnd>();
+std::unique_ptr<Acceptor> makeAcceptor() {
+  return std::make_unique<ShutdownAcceptor>();
 }
 
 }  // namespace seldial::platform

@@ -1,9 +1,9 @@
-// The shared background queue on Dispatch.
+// The background queue on Dispatch.
 //
-// The system's concurrent queues start no further thread once 64 tasks are blocked in one, and most
-// of our tasks do block, for as long as somebody stays connected. A serial queue gets a thread
-// whenever it has work, however many others are blocked, up to the system's limit of threads in a
-// process. So each task has a serial queue of its own, of default priority.
+// Dispatch's concurrent queues start no new thread once 64 tasks are blocked, and a task of the
+// socket library blocks for as long as its client stays connected. A serial queue gets a thread
+// whenever it has work, however many others are blocked, up to the system's limit of threads per
+// process. So each task gets a serial queue of its own, of default priority.
 #include "platform/BackgroundQueue.h"
 
 #include <dispatch/dispatch.h>
@@ -15,13 +15,13 @@
 namespace seldial::platform {
 namespace {
 
-/// A new serial queue; tasks that were submitted keep it alive beyond this object.
-class OwnQueue {
+/// A new serial queue. Submitted tasks keep it alive beyond this object.
+class SerialQueue {
  public:
-  OwnQueue() : queue_(dispatch_queue_create("org.seldial.background", nullptr)) {}
-  ~OwnQueue() { dispatch_release(queue_); }
-  OwnQueue(const OwnQueue&) = delete;
-  OwnQueue& operator=(const OwnQueue&) = delete;
+  SerialQueue() : queue_(dispatch_queue_create("org.seldial.background", nullptr)) {}
+  ~SerialQueue() { dispatch_release(queue_); }
+  SerialQueue(const SerialQueue&) = delete;
+  SerialQueue& operator=(const SerialQueue&) = delete;
 
   [[nodiscard]] dispatch_queue_t get() const { return queue_; }
 
@@ -32,12 +32,12 @@ class OwnQueue {
 class QueuePerTask final : public BackgroundQueue {
  public:
   void async(Task task) override {
-    const OwnQueue queue;
+    const SerialQueue queue;
     dispatch_async_f(queue.get(), macos::keptTask(std::move(task)), &macos::runKeptTask);
   }
 
   void after(std::chrono::nanoseconds delay, Task task) override {
-    const OwnQueue queue;
+    const SerialQueue queue;
     dispatch_after_f(dispatch_time(DISPATCH_TIME_NOW, delay.count()), queue.get(),
                      macos::keptTask(std::move(task)), &macos::runKeptTask);
   }
@@ -45,8 +45,10 @@ class QueuePerTask final : public BackgroundQueue {
 
 }  // namespace
 
-std::shared_ptr<BackgroundQueue> makeSystemBackgroundQueue() {
-  return std::make_shared<QueuePerTask>();
+const std::shared_ptr<BackgroundQueue>& sharedBackgroundQueue() {
+  static const auto* const queue =
+      new std::shared_ptr<BackgroundQueue>(std::make_shared<QueuePerTask>());
+  return *queue;
 }
 
 }  // namespace seldial::platform

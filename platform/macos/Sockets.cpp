@@ -1,6 +1,5 @@
-// The systems of this family know neither MSG_NOSIGNAL nor an end of accept(): a listening socket
-// cannot be shut down (ENOTCONN), and closing it would free its number while a thread is on its way
-// into the call.
+// macOS has no MSG_NOSIGNAL and no way to end accept(): a listening socket cannot be shut down
+// (ENOTCONN), and closing it would free its number while another thread is about to accept on it.
 #include "platform/Sockets.h"
 
 #include <fcntl.h>
@@ -14,7 +13,7 @@
 namespace seldial::platform {
 namespace {
 
-int closedOnExec(int number) {
+int setCloseOnExec(int number) {
   ::fcntl(number, F_SETFD, FD_CLOEXEC);
   return number;
 }
@@ -23,97 +22,98 @@ void setNonBlocking(int number) {
   ::fcntl(number, F_SETFL, ::fcntl(number, F_GETFL) | O_NONBLOCK);
 }
 
-/// An accepted connection has its flags from the listening socket.
+/// An accepted connection inherits the flags of the listening socket.
 void setBlocking(int number) {
   ::fcntl(number, F_SETFL, ::fcntl(number, F_GETFL) & ~O_NONBLOCK);
 }
 
-/// Never blocks in accept(), only in poll(), which also watches a pipe: once that is closed at the
-/// other end, it is readable for ever, to whoever comes when.
-class PipeToEnd final : public Accepting {
+/// Never blocks in accept(), only in poll(), which also watches a pipe. Closing the write end makes
+/// the read end readable for good, for every present and future poll().
+class PipeAcceptor final : public Acceptor {
  public:
-  PipeToEnd() = default;
-  ~PipeToEnd() override {
-    if (ended_ != -1) ::close(ended_);
-    if (end_ != -1) ::close(end_);
+  PipeAcceptor() = default;
+  ~PipeAcceptor() override {
+    if (readEnd_ != -1) ::close(readEnd_);
+    if (writeEnd_ != -1) ::close(writeEnd_);
   }
-  PipeToEnd(const PipeToEnd&) = delete;
-  PipeToEnd& operator=(const PipeToEnd&) = delete;
+  PipeAcceptor(const PipeAcceptor&) = delete;
+  PipeAcceptor& operator=(const PipeAcceptor&) = delete;
 
   int accept(int number) override {
-    if (!isReady(number)) return -1;
+    if (!prepare(number)) return -1;
     int accepted = -1;
     do {
       if (!waitFor(number)) return -1;
       accepted = ::accept(number, nullptr, nullptr);
-    } while (accepted == -1 && errno == EWOULDBLOCK);  // another thread was faster
+    } while (accepted == -1 && errno == EWOULDBLOCK);  // another thread took it
     if (accepted != -1) setBlocking(accepted);
     return accepted;
   }
 
   void end(int /*number*/) override {
     const std::lock_guard lock(mutex_);
-    over_ = true;
-    if (end_ != -1) ::close(end_);
-    end_ = -1;
+    ended_ = true;
+    if (writeEnd_ != -1) ::close(writeEnd_);
+    writeEnd_ = -1;
   }
 
  private:
-  /// False, and errno: there is no descriptor left for the pipe, or end() was called before.
-  bool isReady(int number) {
+  /// Opens the pipe the first time. False and errno: no descriptor is left for it, or end() was
+  /// called.
+  bool prepare(int number) {
     const std::lock_guard lock(mutex_);
-    if (over_) errno = ECONNABORTED;
-    if (over_ || ended_ != -1) return !over_;
+    if (ended_) errno = ECONNABORTED;
+    if (ended_ || readEnd_ != -1) return !ended_;
     int ends[2];
     if (::pipe(ends) == -1) return false;
-    ended_ = closedOnExec(ends[0]);
-    end_ = closedOnExec(ends[1]);
+    readEnd_ = setCloseOnExec(ends[0]);
+    writeEnd_ = setCloseOnExec(ends[1]);
     setNonBlocking(number);
     return true;
   }
 
-  /// False, and errno: the wait failed, or has been ended.
+  /// False and errno: the wait failed, or end() was called.
   bool waitFor(int number) {
-    pollfd watched[] = {{number, POLLIN, 0}, {ended_, POLLIN, 0}};
+    pollfd watched[] = {{number, POLLIN, 0}, {readEnd_, POLLIN, 0}};
     if (::poll(watched, 2, -1) == -1) return false;
     if (watched[1].revents != 0) {
       errno = ECONNABORTED;
     } else if ((watched[0].revents & (POLLERR | POLLHUP | POLLNVAL)) != 0) {
-      errno = EINVAL;  // it accepts no longer, and would say so again and again
+      errno = EINVAL;  // no longer listening; without this, accept() would spin
     } else {
       return true;
     }
     return false;
   }
 
-  std::mutex mutex_;  ///< guards over_ and end_, and ended_ until it is open: then it stays
-  bool over_ = false;
-  int ended_ = -1;  ///< the reading end of the pipe
-  int end_ = -1;    ///< the writing end
+  std::mutex mutex_;  ///< guards the fields below; readEnd_ never changes once it is open
+  bool ended_ = false;
+  int readEnd_ = -1;
+  int writeEnd_ = -1;
 };
 
-/// Refused by what is no socket, and by a socket that both sides have shut down; but a connection
-/// has it from its listening socket.
-void sendNoSignals(int number) {
+/// Fails on descriptors that are not sockets, and on a socket that both sides have shut down; an
+/// accepted connection inherits the option from its listening socket.
+void disableSigpipe(int number) {
   const int on = 1;
   ::setsockopt(number, SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
 }
 
 }  // namespace
 
-int fittedOut(int number) {
+int setSocketFlags(int number) {
   if (number == -1) return number;
-  sendNoSignals(number);
-  return closedOnExec(number);
+  disableSigpipe(number);
+  return setCloseOnExec(number);
 }
 
 std::int64_t writeOnce(int number, const void* bytes, std::size_t size) {
-  sendNoSignals(number);  // for the sockets that others have made
+  disableSigpipe(number);  // for sockets that setSocketFlags() has not seen
   return ::write(number, bytes, size);
 }
 
-std::unique_ptr<Accepting> makeAccepting() {
-  return std::make_unique<PipeToEnd>();
+std::unique_ptr<Acceptor> makeAcceptor() {
+  return std::make_unique<PipeAcceptor>();
 }
 
 }  // namespace seldial::platform

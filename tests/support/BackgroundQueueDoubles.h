@@ -1,5 +1,4 @@
-// Doubles of the background queue. Install one with doubles::Installed (PlatformDoubles.h) before
-// the first task is started, and leave it until the last has ended.
+// Doubles of the background queue, to be passed to the objects under test.
 #pragma once
 
 #include <chrono>
@@ -57,11 +56,11 @@ class SteeredBackgroundQueue final : public platform::BackgroundQueue {
 
   void async(Task task) override { start(counted(std::move(task))); }
   void after(std::chrono::nanoseconds delay, Task task) override {
-    system().after(delay, counted(std::move(task)));
+    platform::sharedBackgroundQueue()->after(delay, counted(std::move(task)));
   }
 
   /// Starts a task that `start` was given.
-  void run(Task task) { system().async(std::move(task)); }
+  void run(Task task) { platform::sharedBackgroundQueue()->async(std::move(task)); }
 
   /// Waits until every task that was posted has ended, and what it held is gone.
   void waitUntilIdle() {
@@ -106,13 +105,6 @@ class SteeredBackgroundQueue final : public platform::BackgroundQueue {
     counted->pending = std::make_shared<Pending>(*this);
     counted->task = std::move(task);
     return [counted] { counted->task(); };
-  }
-
-  /// One for all tests, never destroyed: its threads outlive a test.
-  static platform::BackgroundQueue& system() {
-    static auto* const queue =
-        new std::shared_ptr<platform::BackgroundQueue>(platform::makeSystemBackgroundQueue());
-    return **queue;
   }
 
   std::mutex mutex_;

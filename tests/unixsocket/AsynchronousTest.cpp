@@ -6,18 +6,17 @@
 #include <thread>
 
 #include "tests/support/BackgroundQueueDoubles.h"
-#include "tests/support/PlatformDoubles.h"
 #include "tests/unixsocket/Support.h"
 
 namespace seldial::tests {
 namespace {
 
-using Queue = doubles::Installed<platform::BackgroundQueue, doubles::SteeredBackgroundQueue>;
-using HeldQueue = doubles::Installed<platform::BackgroundQueue, doubles::ManualBackgroundQueue>;
+using Queue = doubles::SteeredBackgroundQueue;
+using HeldQueue = doubles::ManualBackgroundQueue;
 
 TEST(Asynchronous, ReadGivesTheDataOnAnotherThread) {
-  const Queue queue;
-  const auto [socket, peer] = makePair();
+  const auto queue = std::make_shared<Queue>();
+  const auto [socket, peer] = makePair(256, queue);
   std::promise<std::pair<std::optional<Data>, std::thread::id>> told;
   socket->readWithCompletion([&told](const auto& error, const auto& data) {
     EXPECT_FALSE(error);
@@ -30,8 +29,8 @@ TEST(Asynchronous, ReadGivesTheDataOnAnotherThread) {
 }
 
 TEST(Asynchronous, ReadGivesTheErrorOrTheEndOfTheStream) {
-  const HeldQueue queue;
-  auto [socket, peer] = makePair();
+  const auto queue = std::make_shared<HeldQueue>();
+  auto [socket, peer] = makePair(256, queue);
   int calls = 0;
   peer.leave();
   socket->readWithCompletion([&calls](const auto& error, const auto& data) {
@@ -51,8 +50,8 @@ TEST(Asynchronous, ReadGivesTheErrorOrTheEndOfTheStream) {
 }
 
 TEST(Asynchronous, WriteGivesTheCountOnAnotherThread) {
-  const Queue queue;
-  const auto [socket, peer] = makePair();
+  const auto queue = std::make_shared<Queue>();
+  const auto [socket, peer] = makePair(256, queue);
   std::promise<std::pair<std::int64_t, std::thread::id>> told;
   socket->writeData("hello", [&told](const auto& error, std::int64_t count) {
     EXPECT_FALSE(error);
@@ -65,8 +64,8 @@ TEST(Asynchronous, WriteGivesTheCountOnAnotherThread) {
 }
 
 TEST(Asynchronous, WriteGivesTheError) {
-  const HeldQueue queue;
-  const auto socket = GDUnixSocket::initWithSocketPath("(dummy)");
+  const auto queue = std::make_shared<HeldQueue>();
+  const auto socket = GDUnixSocket::initWithSocketPath("(dummy)", 256, queue);
   std::optional<Error> told;
   socket->writeData("hello", [&told](const auto& error, std::int64_t count) {
     EXPECT_EQ(-1, count);
@@ -78,8 +77,8 @@ TEST(Asynchronous, WriteGivesTheError) {
 }
 
 TEST(Asynchronous, CompletionsMayBeEmpty) {
-  const HeldQueue queue;
-  const auto [socket, peer] = makePair();
+  const auto queue = std::make_shared<HeldQueue>();
+  const auto [socket, peer] = makePair(256, queue);
   peer.send("x");
   socket->readWithCompletion({});
   socket->writeData("y", GDUnixSocket::WriteCompletion());
@@ -89,8 +88,8 @@ TEST(Asynchronous, CompletionsMayBeEmpty) {
 }
 
 TEST(Asynchronous, TheTaskKeepsTheObjectAlive) {
-  const HeldQueue queue;
-  auto [socket, peer] = makePair();
+  const auto queue = std::make_shared<HeldQueue>();
+  auto [socket, peer] = makePair(256, queue);
   const std::weak_ptr<GDUnixSocket> weak = socket;
   socket->writeData(std::string("kept"), GDUnixSocket::WriteCompletion());
   socket.reset();

@@ -245,7 +245,10 @@ class FaultyClient : public testing::Test {
   const Peer server = Peer::listeningAt(path);
   const std::shared_ptr<RecordingClientDelegate> delegate =
       std::make_shared<RecordingClientDelegate>();
-  const std::shared_ptr<GDUnixSocketClient> client = GDUnixSocketClient::initWithSocketPath(path);
+  const std::shared_ptr<doubles::SteeredBackgroundQueue> queue =
+      std::make_shared<doubles::SteeredBackgroundQueue>();
+  const std::shared_ptr<GDUnixSocketClient> client =
+      GDUnixSocketClient::initWithSocketPath(path, 256, queue);
   SystemCalls calls;
 };
 
@@ -276,7 +279,6 @@ TEST_F(FaultyClient, AFailedConnectIsToldAsItWasBeforeTheClose) {
 }
 
 TEST_F(FaultyClient, AReadLoopThatFailsTellsOnceAndCloses) {
-  const doubles::Installed<platform::BackgroundQueue, doubles::SteeredBackgroundQueue> queue;
   client->setDelegate(delegate);
   SystemCalls::set(failing("read", EAGAIN));
   ASSERT_TRUE(client->connectWithAutoRead(true));

@@ -6,7 +6,6 @@
 #include <future>
 
 #include "tests/support/BackgroundQueueDoubles.h"
-#include "tests/support/PlatformDoubles.h"
 #include "tests/unixsocket/Support.h"
 #include "unixsocket/GDUnixSocketClient.h"
 
@@ -21,12 +20,14 @@ class GDUnixSocketClientTest : public testing::Test {
   GDUnixSocketClientTest() { client->setDelegate(delegate); }
   ~GDUnixSocketClientTest() override { client->close(); }
 
-  doubles::Installed<platform::BackgroundQueue, doubles::SteeredBackgroundQueue> queue;
+  const std::shared_ptr<doubles::SteeredBackgroundQueue> queue =
+      std::make_shared<doubles::SteeredBackgroundQueue>();
   TemporaryDirectory directory;
   const std::string path = directory.path("socket");
   const std::shared_ptr<RecordingClientDelegate> delegate =
       std::make_shared<RecordingClientDelegate>();
-  std::shared_ptr<GDUnixSocketClient> client = GDUnixSocketClient::initWithSocketPath(path);
+  std::shared_ptr<GDUnixSocketClient> client =
+      GDUnixSocketClient::initWithSocketPath(path, 256, queue);
 };
 
 TEST_F(GDUnixSocketClientTest, ThePathRulesAreThoseOfTheBaseClass) {

@@ -13,7 +13,6 @@
 #include <thread>
 
 #include "tests/support/BackgroundQueueDoubles.h"
-#include "tests/support/PlatformDoubles.h"
 #include "tests/unixsocket/ListeningServer.h"
 #include "tests/unixsocket/Support.h"
 #include "tests/unixsocket/SystemCalls.h"
@@ -171,12 +170,14 @@ class Stage {
   }
 
   const Plan plan_;
-  doubles::Installed<platform::BackgroundQueue, doubles::SteeredBackgroundQueue> queue_;
+  const std::shared_ptr<doubles::SteeredBackgroundQueue> queue_ =
+      std::make_shared<doubles::SteeredBackgroundQueue>();
   TemporaryDirectory directory_;
   const std::string path_ = directory_.path("socket");
   const std::shared_ptr<RecordingServerDelegate> delegate_ =
       std::make_shared<RecordingServerDelegate>();
-  const std::shared_ptr<GDUnixSocketServer> server_ = GDUnixSocketServer::initWithSocketPath(path_);
+  const std::shared_ptr<GDUnixSocketServer> server_ =
+      GDUnixSocketServer::initWithSocketPath(path_, 256, queue_);
   std::optional<Peer> client_;
   std::atomic<bool> welcomed_{false};
   std::promise<void> mayAccept_;

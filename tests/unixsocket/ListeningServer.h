@@ -6,22 +6,25 @@
 #include <string>
 
 #include "tests/support/BackgroundQueueDoubles.h"
-#include "tests/support/PlatformDoubles.h"
 #include "tests/unixsocket/Support.h"
 
 namespace seldial::tests {
 
-/// A server that listens, with a recording delegate, in a directory of its own. At the end it is
-/// closed and all its tasks have ended.
+/// A server with a recording delegate, in a directory of its own. At the end it is closed, and all
+/// its tasks end.
 class ListeningServer : public testing::Test {
  protected:
   ListeningServer() { server->setDelegate(delegate); }
   ~ListeningServer() override { server->closeSilently(); }
 
-  /// Listens, and waits until the accept loop is at work.
+  /// A server on the test's queue.
+  std::shared_ptr<GDUnixSocketServer> serverAt(const std::string& socketPath) const {
+    return GDUnixSocketServer::initWithSocketPath(socketPath, 256, queue);
+  }
+
   void listen() { ASSERT_TRUE(server->listenWithError()); }
 
-  /// A connection that the delegate was told of.
+  /// A connection that has been reported to the delegate.
   Peer connect() {
     const std::size_t before = delegate->journal.count("accept");
     Peer peer = Peer::connectedTo(path);
@@ -31,12 +34,13 @@ class ListeningServer : public testing::Test {
 
   std::string lastClientID() const { return delegate->clientIDs().back(); }
 
-  doubles::Installed<platform::BackgroundQueue, doubles::SteeredBackgroundQueue> queue;
+  const std::shared_ptr<doubles::SteeredBackgroundQueue> queue =
+      std::make_shared<doubles::SteeredBackgroundQueue>();
   TemporaryDirectory directory;
   const std::string path = directory.path("socket");
   const std::shared_ptr<RecordingServerDelegate> delegate =
       std::make_shared<RecordingServerDelegate>();
-  std::shared_ptr<GDUnixSocketServer> server = GDUnixSocketServer::initWithSocketPath(path);
+  std::shared_ptr<GDUnixSocketServer> server = serverAt(path);
 };
 
 }  // namespace seldial::tests

@@ -184,7 +184,7 @@ TEST_F(ServerClose, TheLastReferenceMayGoInTheCloseCallback) {
   server->close();
   queue->waitUntilIdle();  // no task refers to the server any more
   std::shared_ptr<GDUnixSocketServer> last = std::move(server);
-  server = GDUnixSocketServer::initWithSocketPath(path);
+  server = serverAt(path);
   delegate->onClose = [&last](GDUnixSocketServer&) { last.reset(); };
   last->close();
   EXPECT_FALSE(last);
@@ -194,7 +194,7 @@ TEST_F(ServerClose, AListeningServerLivesUntilItIsClosed) {
   listen();
   const Peer peer = connect();  // the loop is at work
   const std::weak_ptr<GDUnixSocketServer> weak = server;
-  server = GDUnixSocketServer::initWithSocketPath(directory.path("other"));
+  server = serverAt(directory.path("other"));
   const Peer later = connect();
   weak.lock()->close();
   queue->waitUntilIdle();

@@ -27,7 +27,7 @@ TEST_F(ServerConnection, SixHundredBytesAreThreeDataCallbacksThenOneDisconnect) 
 }
 
 TEST_F(ServerConnection, ConnectionsReadByTheDefaultSizeWhateverTheServersOwn) {
-  server = GDUnixSocketServer::initWithSocketPath(path, 1000);
+  server = GDUnixSocketServer::initWithSocketPath(path, 1000, queue);
   server->setDelegate(delegate);
   listen();
   const Peer peer = connect();

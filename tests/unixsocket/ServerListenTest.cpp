@@ -47,7 +47,7 @@ TEST_F(ServerListen, TellsInTheCallingThreadOnceItListens) {
 
 TEST_F(ServerListen, APathOf103BytesCanBeListenedOnAndConnectedTo) {
   const std::string longest = directory.path(std::string(103 - directory.path("").size(), 's'));
-  const auto other = GDUnixSocketServer::initWithSocketPath(longest);
+  const auto other = serverAt(longest);
   ASSERT_TRUE(other);
   EXPECT_TRUE(other->listenWithError());
   const auto client = GDUnixSocketClient::initWithSocketPath(longest);
@@ -80,7 +80,7 @@ TEST_F(ServerListen, ARegularFileIsLeftAloneAndBindFails) {
 }
 
 TEST_F(ServerListen, AMissingDirectoryMakesBindFail) {
-  const auto other = GDUnixSocketServer::initWithSocketPath(directory.path("none/socket"));
+  const auto other = serverAt(directory.path("none/socket"));
   std::optional<Error> error;
   EXPECT_FALSE(other->listenWithError(&error));
   EXPECT_EQ("Failed to bind socket. fd: -1. errno: 2. No such file or directory",
@@ -91,7 +91,7 @@ TEST_F(ServerListen, AMissingDirectoryMakesBindFail) {
 TEST_F(ServerListen, APathThatAnAddressCannotHoldIsInconsistent) {
   // A NUL byte passes the initialiser and is cut by the address.
   const Peer innocent = Peer::listeningAt(path);
-  const auto other = GDUnixSocketServer::initWithSocketPath(path + std::string("\0x", 2));
+  const auto other = serverAt(path + std::string("\0x", 2));
   ASSERT_TRUE(other);
   std::optional<Error> error;
   EXPECT_FALSE(other->listenWithError(&error));
@@ -108,7 +108,7 @@ TEST_F(ServerListen, TheOutParameterMayBeNullWhateverFails) {
   std::ofstream(path) << "x";
   EXPECT_FALSE(server->listenWithError(nullptr));
   EXPECT_FALSE(server->listenWithMaxConnections(3, nullptr));
-  const auto other = GDUnixSocketServer::initWithSocketPath(path + std::string("\0x", 2));
+  const auto other = serverAt(path + std::string("\0x", 2));
   EXPECT_FALSE(other->listenWithError(nullptr));
 }
 
@@ -169,10 +169,12 @@ TEST_F(ServerListen, ADelegateIsNotNeededAndMayVanish) {
 /// The accept loop, with a queue that the test runs by hand.
 class AcceptLoopStart : public testing::Test {
  protected:
-  doubles::Installed<platform::BackgroundQueue, doubles::ManualBackgroundQueue> queue;
+  const std::shared_ptr<doubles::ManualBackgroundQueue> queue =
+      std::make_shared<doubles::ManualBackgroundQueue>();
   TemporaryDirectory directory;
   const std::string path = directory.path("socket");
-  std::shared_ptr<GDUnixSocketServer> server = GDUnixSocketServer::initWithSocketPath(path);
+  std::shared_ptr<GDUnixSocketServer> server =
+      GDUnixSocketServer::initWithSocketPath(path, 256, queue);
 };
 
 TEST_F(AcceptLoopStart, ComesOneMillisecondAfterTheListen) {

@@ -9,10 +9,10 @@
 
 namespace seldial::tests {
 
-SocketAndPeer makePair(std::uint64_t fragmentSize) {
+SocketAndPeer makePair(std::uint64_t fragmentSize, const GDUnixSocket::Queue& queue) {
   int ends[2] = {-1, -1};
   EXPECT_EQ(0, ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends));
-  auto socket = GDUnixSocket::initWithSocketPath("(dummy)", fragmentSize);
+  auto socket = GDUnixSocket::initWithSocketPath("(dummy)", fragmentSize, queue);
   socket->setFd(ends[0]);
   return {socket, Peer(ends[1])};
 }

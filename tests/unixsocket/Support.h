@@ -1,4 +1,4 @@
-// Delegates that record, for the tests of the socket library, and the state of this process.
+// Recording delegates for the tests of the socket library, and the state of this process.
 #pragma once
 
 #include <cstddef>
@@ -18,14 +18,15 @@
 
 namespace seldial::tests {
 
-/// A connected pair, one side of it inside a socket object.
+/// A connected pair, one side of it in a socket object.
 struct SocketAndPeer {
   std::shared_ptr<GDUnixSocket> socket;
   Peer peer;
 };
-SocketAndPeer makePair(std::uint64_t fragmentSize = GDUnixSocket::kDefaultFragmentSize);
+SocketAndPeer makePair(std::uint64_t fragmentSize = GDUnixSocket::kDefaultFragmentSize,
+                       const GDUnixSocket::Queue& queue = platform::sharedBackgroundQueue());
 
-/// Writes "listening", "accept", "data BYTES", "disconnect", "read failed CODE", "accept failed
+/// Adds "listening", "accept", "data BYTES", "disconnect", "read failed CODE", "accept failed
 /// DESCRIPTION" and "close" or "close DESCRIPTION"; keeps the identifiers, and what was received.
 class RecordingServerDelegate final : public GDUnixSocketServerDelegate {
  public:
@@ -50,7 +51,7 @@ class RecordingServerDelegate final : public GDUnixSocketServerDelegate {
   [[nodiscard]] std::string received() const;
 
   Journal journal;
-  // Run in the callback, before its line is written. Set them before the server listens.
+  // Run in the callback, before its line is added. Set them before the server listens.
   std::function<void(GDUnixSocketServer& server)> onListening;
   Hook onAccept;
   Hook onData;
@@ -63,7 +64,7 @@ class RecordingServerDelegate final : public GDUnixSocketServerDelegate {
   std::string received_;
 };
 
-/// Writes "data BYTES" and "failed CODE"; keeps what was received.
+/// Adds "data BYTES" and "failed CODE"; keeps what was received.
 class RecordingClientDelegate final : public GDUnixSocketClientDelegate {
  public:
   void unixSocketClientDidReceiveData(GDUnixSocketClient& client, const Data& data) override;
@@ -71,7 +72,7 @@ class RecordingClientDelegate final : public GDUnixSocketClientDelegate {
                                               const Error& error) override;
 
   Journal journal;
-  std::function<void(GDUnixSocketClient& client)> onData;  ///< before the line is written
+  std::function<void(GDUnixSocketClient& client)> onData;  ///< before the line is added
 };
 
 [[nodiscard]] bool exists(const std::string& path);

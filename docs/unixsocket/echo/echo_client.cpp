@@ -11,7 +11,7 @@ using seldial::Data;
 using seldial::Error;
 using seldial::GDUnixSocketClient;
 
-/// One write may take less than all.
+/// Sends all of `rest`: one write may take less.
 bool send(GDUnixSocketClient& client, Data rest, std::optional<Error>* error) {
   while (!rest.empty()) {
     const auto taken = client.writeData(rest, error);
@@ -21,9 +21,9 @@ bool send(GDUnixSocketClient& client, Data rest, std::optional<Error>* error) {
   return true;
 }
 
-/// One read may give less than was sent; nothing is the end: of the stream or, with an error, of
-/// our luck.
-bool printAnswer(GDUnixSocketClient& client, std::size_t size, std::optional<Error>* error) {
+/// Prints `size` bytes: one read may return fewer. A read that returns nothing is the end of the
+/// stream or, with an error, a failure.
+bool printReply(GDUnixSocketClient& client, std::size_t size, std::optional<Error>* error) {
   while (size > 0) {
     const auto data = client.readWithError(error);
     if (!data) return false;
@@ -42,12 +42,12 @@ int main(int argc, char* argv[]) {
     return 2;
   }
   std::optional<Error> error;
-  bool well = client->connectWithAutoRead(false, &error);
-  for (std::string line; well && std::getline(std::cin, line);) {
+  bool ok = client->connectWithAutoRead(false, &error);
+  for (std::string line; ok && std::getline(std::cin, line);) {
     line += '\n';
-    well = send(*client, line, &error) && printAnswer(*client, line.size(), &error);
+    ok = send(*client, line, &error) && printReply(*client, line.size(), &error);
   }
-  if (well) return 0;
-  std::cerr << (error ? error->localizedDescription : "The server has left.") << '\n';
+  if (ok) return 0;
+  std::cerr << (error ? error->localizedDescription : "The server closed the connection.") << '\n';
   return 1;
 }

@@ -1,4 +1,4 @@
-// echo_server PATH: sends back whatever its clients send, until its own input ends (Ctrl-D).
+// echo_server PATH: sends back what its clients send, until its own input ends (Ctrl-D).
 #include <unixsocket/GDUnixSocketServer.h>
 
 #include <iostream>
@@ -10,12 +10,12 @@
 namespace {
 
 class Echo final : public seldial::GDUnixSocketServerDelegate {
-  /// On a thread of the client's own, so that one who does not read keeps nobody else from reading.
+  /// Runs on the connection's own thread.
   void unixSocketServerDidReceiveData(seldial::GDUnixSocketServer& server,
                                       const seldial::Data& data,
                                       const std::string& clientID) override {
     seldial::Data rest = data;
-    while (!rest.empty()) {  // one send may take less than all
+    while (!rest.empty()) {  // one send may take less
       std::optional<seldial::Error> error;
       const auto taken = server.sendData(rest, clientID, &error);
       if (taken == -1) {
@@ -36,10 +36,10 @@ int main(int argc, char* argv[]) {
   }
   const auto server = seldial::GDUnixSocketServer::initWithSocketPath(argv[1]);
   if (!server) {
-    std::cerr << "This cannot be the path of a socket: " << argv[1] << '\n';
+    std::cerr << "not a valid socket path: " << argv[1] << '\n';
     return 2;
   }
-  const auto echo = std::make_shared<Echo>();  // ours: the server only looks at it
+  const auto echo = std::make_shared<Echo>();  // the server does not own its delegate
   server->setDelegate(echo);
 
   std::optional<seldial::Error> error;

@@ -6,7 +6,6 @@
 #include <string>
 #include <thread>
 
-#include "platform/Installed.h"
 #include "platform/linux/BackgroundQueue.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/Waiting.h"
@@ -24,7 +23,7 @@ bool threadsFallTo(std::size_t count) {
 template <class Work>
 auto onBackgroundThread(Work work) {
   std::promise<decltype(work())> promise;
-  sharedBackgroundQueue().async([&] { promise.set_value(work()); });
+  sharedBackgroundQueue()->async([&] { promise.set_value(work()); });
   auto result = promise.get_future();
   EXPECT_EQ(result.wait_for(kTimeLimit), std::future_status::ready);
   return result.get();
@@ -41,7 +40,7 @@ TEST(BackgroundQueue, TasksThatBlockForEverKeepNobodyWaiting) {
   const auto released = release.get_future().share();
   std::atomic<int> running{0};
   for (int i = 0; i < 500; ++i) {
-    sharedBackgroundQueue().async([&running, released] {
+    sharedBackgroundQueue()->async([&running, released] {
       ++running;
       released.wait();
     });
@@ -65,8 +64,8 @@ TEST(BackgroundQueue, AnIdleThreadIsUsedAgain) {
 TEST(BackgroundQueue, ADelayedTaskStartsNoSoonerThanItsDelay) {
   std::promise<std::chrono::steady_clock::time_point> started;
   const auto begin = std::chrono::steady_clock::now();
-  sharedBackgroundQueue().after(std::chrono::milliseconds(20),
-                                [&] { started.set_value(std::chrono::steady_clock::now()); });
+  sharedBackgroundQueue()->after(std::chrono::milliseconds(20),
+                                 [&] { started.set_value(std::chrono::steady_clock::now()); });
   auto result = started.get_future();
   ASSERT_EQ(result.wait_for(kTimeLimit), std::future_status::ready);
   EXPECT_GE(result.get() - begin, std::chrono::milliseconds(20));
@@ -88,24 +87,12 @@ TEST(BackgroundQueue, EveryTaskOfABurstRunsOnce) {
   std::promise<void> done;
   std::atomic<int> count{0};
   for (int i = 0; i < kTasks; ++i) {
-    sharedBackgroundQueue().async([&] {
+    sharedBackgroundQueue()->async([&] {
       if (++count == kTasks) done.set_value();
     });
   }
   EXPECT_EQ(done.get_future().wait_for(kTimeLimit), std::future_status::ready);
   EXPECT_EQ(count, kTasks);
-}
-
-class ImmediateQueue final : public BackgroundQueue {
- public:
-  void async(Task task) override { task(); }
-  void after(std::chrono::nanoseconds /*delay*/, Task task) override { task(); }
-};
-
-TEST(BackgroundQueue, AnInstalledQueueTakesThePlaceOfTheSystemsOwn) {
-  installed<BackgroundQueue>() = std::make_shared<ImmediateQueue>();
-  EXPECT_EQ(onBackgroundThread(&std::this_thread::get_id), std::this_thread::get_id());
-  installed<BackgroundQueue>() = nullptr;
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ TEST_F(MacMainQueue, KnowsTheMainThread) {
 }
 
 struct MacBackgroundQueue : tests::AppleTest {
-  std::shared_ptr<BackgroundQueue> queue = makeSystemBackgroundQueue();
+  const std::shared_ptr<BackgroundQueue> queue = sharedBackgroundQueue();
 };
 
 TEST_F(MacBackgroundQueue, GivesEachTaskASerialQueueOfItsOwnAndLetsGoOfIt) {

@@ -1,5 +1,6 @@
-// The sockets of this port, on this system's. These refuse SO_NOSIGPIPE, and hand no flags on to an
-// accepted connection: the linker routes such calls through here (--wrap, see CMakeLists.txt).
+// The macOS socket code, run on Linux sockets. Linux refuses SO_NOSIGPIPE, and an accepted
+// connection inherits no flags there: the linker routes these calls through here (--wrap, see
+// CMakeLists.txt).
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,9 +24,9 @@ namespace {
 std::mutex mutex;
 std::vector<int> withoutSignals;  // descriptors for which SO_NOSIGPIPE was set
 std::atomic<bool> refusePipes = false;
-std::atomic<int> lateAccepts = 0;  // calls that find the connection gone to another thread
+std::atomic<int> lateAccepts = 0;  // this many calls find that another thread was faster
 
-// Since it has no effect here.
+// SO_NOSIGPIPE has no effect here.
 const auto signalBefore = std::signal(SIGPIPE, SIG_IGN);
 
 }  // namespace
@@ -58,7 +59,7 @@ int __wrap_accept(int number, sockaddr* address, socklen_t* size) {
     return -1;
   }
   const int accepted = __real_accept(number, address, size);
-  // As macOS does it, a connection has the flags of its listening socket.
+  // As on macOS, a connection inherits the flags of its listening socket.
   if (accepted != -1) ::fcntl(accepted, F_SETFL, ::fcntl(number, F_GETFL));
   return accepted;
 }
@@ -94,11 +95,11 @@ struct MacSockets : testing::Test {
   }
 
   const int listening;
-  std::unique_ptr<Accepting> accepting = makeAccepting();
+  std::unique_ptr<Acceptor> acceptor = makeAcceptor();
 };
 
 TEST_F(MacSockets, AnAcceptWaitsForAConnection) {
-  auto accepted = std::async(std::launch::async, [this] { return accepting->accept(listening); });
+  auto accepted = std::async(std::launch::async, [this] { return acceptor->accept(listening); });
   const int connection = connected();
   const int number = accepted.get();
   ASSERT_GE(number, 0);
@@ -114,19 +115,19 @@ TEST_F(MacSockets, AnEndWakesAnAccept) {
   std::promise<void> started;
   auto accepted = std::async(std::launch::async, [this, &started] {
     started.set_value();
-    const int number = accepting->accept(listening);
+    const int number = acceptor->accept(listening);
     return std::pair(number, errno);
   });
   started.get_future().wait();
-  accepting->end(listening);
+  acceptor->end(listening);
   EXPECT_EQ(accepted.get(), std::pair(-1, ECONNABORTED));
 }
 
 TEST_F(MacSockets, AnEndWakesAnAcceptThatHadConnectionsBefore) {
   const int connection = connected();
-  ::close(accepting->accept(listening));
-  auto accepted = std::async(std::launch::async, [this] { return accepting->accept(listening); });
-  accepting->end(listening);
+  ::close(acceptor->accept(listening));
+  auto accepted = std::async(std::launch::async, [this] { return acceptor->accept(listening); });
+  acceptor->end(listening);
   EXPECT_EQ(accepted.get(), -1);
   ::close(connection);
 }
@@ -136,24 +137,24 @@ TEST_F(MacSockets, AnEndWakesEveryAccept) {
   accepts.reserve(4);
   for (int i = 0; i < 4; ++i) {
     accepts.push_back(
-        std::async(std::launch::async, [this] { return accepting->accept(listening); }));
+        std::async(std::launch::async, [this] { return acceptor->accept(listening); }));
   }
-  accepting->end(listening);
+  acceptor->end(listening);
   for (auto& accept : accepts) EXPECT_EQ(accept.get(), -1);
 }
 
 TEST_F(MacSockets, AfterAnEndNothingIsAcceptedThoughAConnectionWaits) {
   const int connection = connected();
-  accepting->end(listening);
-  accepting->end(listening);
-  EXPECT_EQ(accepting->accept(listening), -1);
+  acceptor->end(listening);
+  acceptor->end(listening);
+  EXPECT_EQ(acceptor->accept(listening), -1);
   EXPECT_EQ(errno, ECONNABORTED);
   ::close(connection);
 }
 
 TEST_F(MacSockets, OfOneConnectionOneAcceptIsServedAndTheOtherGoesOnWaiting) {
-  auto first = std::async(std::launch::async, [this] { return accepting->accept(listening); });
-  auto second = std::async(std::launch::async, [this] { return accepting->accept(listening); });
+  auto first = std::async(std::launch::async, [this] { return acceptor->accept(listening); });
+  auto second = std::async(std::launch::async, [this] { return acceptor->accept(listening); });
   const int connection = connected();
   const int next = connected();
   EXPECT_GE(first.get(), 0);
@@ -162,23 +163,23 @@ TEST_F(MacSockets, OfOneConnectionOneAcceptIsServedAndTheOtherGoesOnWaiting) {
   ::close(next);
 }
 
-TEST_F(MacSockets, AnAcceptThatAnotherThreadWasFasterThanGoesOnWaiting) {
+TEST_F(MacSockets, AnAcceptThatLosesItsConnectionToAnotherThreadGoesOnWaiting) {
   const int connection = connected();
   lateAccepts = 3;
-  const int number = accepting->accept(listening);
+  const int number = acceptor->accept(listening);
   EXPECT_GE(number, 0);
   EXPECT_EQ(lateAccepts, 0);
   ::close(number);
   ::close(connection);
 }
 
-TEST_F(MacSockets, WhatAnAcceptOpensForItselfIsNotInherited) {
+TEST_F(MacSockets, ThePipeOfAnAcceptorIsNotInherited) {
   const int connection = connected();
   constexpr int kMany = 256;
   std::vector<int> before(kMany);
   for (int number = 0; number < kMany; ++number)
     before[static_cast<std::size_t>(number)] = ::fcntl(number, F_GETFD);
-  const int accepted = accepting->accept(listening);
+  const int accepted = acceptor->accept(listening);
   int opened = 0;
   for (int number = 0; number < kMany; ++number) {
     const int flags = ::fcntl(number, F_GETFD);
@@ -194,26 +195,26 @@ TEST_F(MacSockets, WhatAnAcceptOpensForItselfIsNotInherited) {
 
 TEST_F(MacSockets, AnAcceptedConnectionBlocksAndTheListeningSocketDoesNot) {
   const int connection = connected();
-  const int number = accepting->accept(listening);
+  const int number = acceptor->accept(listening);
   EXPECT_EQ(::fcntl(number, F_GETFL) & O_NONBLOCK, 0);
   EXPECT_NE(::fcntl(listening, F_GETFL) & O_NONBLOCK, 0);
   ::close(number);
   ::close(connection);
 }
 
-TEST_F(MacSockets, AnAcceptOnNoListeningSocketFailsAsTheSystems) {
+TEST_F(MacSockets, AnAcceptOnASocketThatDoesNotListenFails) {
   const int idle = ::socket(AF_UNIX, SOCK_STREAM, 0);
-  EXPECT_EQ(accepting->accept(idle), -1);
+  EXPECT_EQ(acceptor->accept(idle), -1);
   EXPECT_EQ(errno, EINVAL);
   ::close(idle);
 }
 
-TEST_F(MacSockets, AnAcceptFailsWhereNoDescriptorIsLeftForIt) {
-  // UndefinedBehaviorSanitizer looks through a pipe at types that it has not seen before.
-  accepting->end(listening);
-  EXPECT_EQ(accepting->accept(listening), -1);
-  accepting = makeAccepting();
-  Accepting& fresh = *accepting;
+TEST_F(MacSockets, AnAcceptFailsWhenNoDescriptorIsLeftForThePipe) {
+  // UndefinedBehaviorSanitizer uses a pipe when it first checks a type: let it do so now.
+  acceptor->end(listening);
+  EXPECT_EQ(acceptor->accept(listening), -1);
+  acceptor = makeAcceptor();
+  Acceptor& fresh = *acceptor;
   const int on = listening;
   refusePipes = true;
   const int number = fresh.accept(on);
@@ -223,21 +224,21 @@ TEST_F(MacSockets, AnAcceptFailsWhereNoDescriptorIsLeftForIt) {
   EXPECT_EQ(error, EMFILE);
 }
 
-TEST_F(MacSockets, AreNotInheritedAndSendNoSignalOnceFittedOut) {
+TEST_F(MacSockets, SetSocketFlagsSetsCloseOnExecAndNoSigpipe) {
   const int number = ::socket(AF_UNIX, SOCK_STREAM, 0);
-  EXPECT_EQ(fittedOut(number), number);
+  EXPECT_EQ(setSocketFlags(number), number);
   EXPECT_EQ(::fcntl(number, F_GETFD), FD_CLOEXEC);
   EXPECT_THAT(withoutSignals, ElementsAre(number));
   ::close(number);
 }
 
-TEST_F(MacSockets, NoSocketIsPassedOnWithItsErrno) {
+TEST_F(MacSockets, SetSocketFlagsPassesOnAFailureAndItsErrno) {
   errno = EMFILE;
-  EXPECT_EQ(fittedOut(-1), -1);
+  EXPECT_EQ(setSocketFlags(-1), -1);
   EXPECT_EQ(errno, EMFILE);
 }
 
-TEST_F(MacSockets, AWriteOnASocketOfOthersSendsNoSignal) {
+TEST_F(MacSockets, AWriteOnAnUnknownSocketRaisesNoSigpipe) {
   int ends[2];
   ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
   EXPECT_EQ(writeOnce(ends[0], "abc", 3), 3);
