@@ -24,4 +24,7 @@ namespace seldial::platform {
 /// nothing and returns true.
 [[nodiscard]] bool endWithParent(pid_t parent);
 
+/// The program that opens a URI in the application that the user has chosen for it.
+[[nodiscard]] const char* uriOpener();
+
 }  // namespace seldial::platform

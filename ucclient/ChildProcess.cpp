@@ -38,22 +38,45 @@ struct Pipe {
   int writing = -1;
 };
 
-/// In the child: executes the program, or writes errno to `failure`. Other threads of the parent
-/// may have held any lock at the fork, so nothing here may allocate.
-[[noreturn]] void executeProgram(char* const* arguments, pid_t parent, int output, int failure) {
+/// Standard streams of a child; -1: the parent's own.
+struct Streams {
+  int input;
+  int output;
+  int error;
+};
+
+bool replaceStream(int descriptor, int stream) {
+  return descriptor == -1 || dup2(descriptor, stream) != -1;
+}
+
+/// In the child: executes the program, or writes errno to `failure`. `leave` makes it part from its
+/// parent. Other threads of the parent may have held any lock at the fork, so nothing here may
+/// allocate.
+[[noreturn]] void executeProgram(char* const* arguments, const Streams& streams,
+                                 bool (*leave)(pid_t), pid_t parent, int failure) {
   sigset_t none;
   sigemptyset(&none);
   pthread_sigmask(SIG_SETMASK, &none, nullptr);
   std::signal(SIGPIPE, SIG_DFL);  // an ignored signal would stay ignored in the program
-  setpgid(0, 0);
-  const int input = open("/dev/null", O_RDONLY);
-  if (dup2(input, STDIN_FILENO) != -1 && dup2(output, STDOUT_FILENO) != -1 &&
-      platform::endWithParent(parent)) {
+  if (replaceStream(streams.input, STDIN_FILENO) && replaceStream(streams.output, STDOUT_FILENO) &&
+      replaceStream(streams.error, STDERR_FILENO) && leave(parent)) {
     execvp(arguments[0], arguments);
   }
   const int code = errno;
   const auto written = write(failure, &code, sizeof code);
   _exit(written == sizeof code ? 127 : 126);
+}
+
+/// For a child that ends with its parent, but gets no signal from the parent's terminal.
+bool makeOwnGroup(pid_t parent) {
+  setpgid(0, 0);
+  return platform::endWithParent(parent);
+}
+
+/// For a child that may stay.
+bool makeOwnSession(pid_t /*parent*/) {
+  setsid();
+  return true;
 }
 
 /// Waits until the child has executed the program: 0, or the errno of the failure.
@@ -91,31 +114,59 @@ void waitForEnd(pid_t process) {
   }
 }
 
-}  // namespace
-
-std::unique_ptr<ChildProcess> ChildProcess::start(std::vector<std::string> command, Events events,
-                                                  std::string& error) {
+/// The process id, or -1 when the program cannot be started; `error` then says why.
+pid_t startProgram(std::vector<std::string> command, const Streams& streams, bool (*leave)(pid_t),
+                   std::string& error) {
   std::vector<char*> arguments;
   arguments.reserve(command.size() + 1);
   for (std::string& argument : command) arguments.push_back(argument.data());
   arguments.push_back(nullptr);
-  Pipe output;
   Pipe failure;
   const pid_t parent = getpid();
-  const pid_t process = output.writing != -1 && failure.writing != -1 ? fork() : -1;
-  if (process == 0) executeProgram(arguments.data(), parent, output.writing, failure.writing);
+  const pid_t process = failure.writing != -1 ? fork() : -1;
+  if (process == 0) executeProgram(arguments.data(), streams, leave, parent, failure.writing);
   const int code = process == -1 ? errno : startResult(failure);
-  std::unique_ptr<ChildProcess> child(new ChildProcess(process));
-  if (code != 0) {
-    error = "cannot start " + command.front() + ": " + platform::errorText(code);
+  if (code == 0) return process;
+  error = "cannot start " + command.front() + ": " + platform::errorText(code);
+  if (process != -1) waitpid(process, nullptr, 0);
+  return -1;
+}
+
+}  // namespace
+
+std::unique_ptr<ChildProcess> ChildProcess::start(std::vector<std::string> command, Events events,
+                                                  std::string& error, const std::string& input) {
+  Pipe output;
+  Pipe source;
+  if (write(source.writing, input.data(), input.size()) != static_cast<ssize_t>(input.size())) {
+    error = std::string("cannot make a pipe: ") + platform::errorText(errno);
     return nullptr;
   }
+  close(std::exchange(source.writing, -1));
+  const pid_t process =
+      startProgram(std::move(command), {source.reading, output.writing, -1}, makeOwnGroup, error);
+  if (process == -1) return nullptr;
   std::thread(readLines, std::exchange(output.reading, -1), std::move(events.wroteLine)).detach();
   std::thread([process, ended = std::move(events.ended)] {
     waitForEnd(process);
     ended();
   }).detach();
-  return child;
+  return std::unique_ptr<ChildProcess>(new ChildProcess(process));
+}
+
+bool startDetached(std::vector<std::string> command, std::function<void(int status)> ended,
+                   std::string& error) {
+  const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
+  const pid_t process = startProgram(std::move(command), {null, null, null}, makeOwnSession, error);
+  close(null);
+  if (process == -1) return false;
+  std::thread([process, ended = std::move(ended)] {
+    int status = 0;
+    while (waitpid(process, &status, 0) == -1 && errno == EINTR) {
+    }
+    ended(status);
+  }).detach();
+  return true;
 }
 
 ChildProcess::~ChildProcess() {

@@ -47,6 +47,14 @@ void Console::dial(const std::string& number) const {
   printLine("Dial: " + printable(number));
 }
 
+void Console::dialled() const {
+  printLine("Dialled.");
+}
+
+void Console::notDialled(const std::string& why) const {
+  error("nothing was dialled: " + why);
+}
+
 void Console::error(const std::string& sentence) const {
   std::fprintf(stderr, "seldial-uc: %s\n", printable(sentence).c_str());
 }

@@ -21,6 +21,10 @@ class Console {
 
   void hotKeySet(const std::string& spelling) const;
   void dial(const std::string& number) const;
+  /// A number was dialled; it is not shown.
+  void dialled() const;
+  /// One sentence, without a full stop.
+  void notDialled(const std::string& why) const;
   /// One sentence, without a full stop.
   void error(const std::string& sentence) const;
 

@@ -31,5 +31,9 @@ int main(int argc, char* argv[]) {
     std::fputs(seldial::helpText(), stdout);
     return 0;
   }
+  if (options->version) {
+    std::puts("seldial-uc " SELDIAL_VERSION);
+    return 0;
+  }
   return runSession(*options);
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "client/HotKey.h"
+#include "ucclient/Dialling.h"
 
 namespace seldial {
 
@@ -15,8 +16,10 @@ struct Options {
   HotKey hotKey;
   std::uint16_t delay = 500;  ///< from the copy keystroke to reading the pasteboard, ms
   std::string seldial;        ///< the program to start; empty: as findSeldial() says
+  DialSettings dialling;      ///< its region is the locale's if none was given
   bool conversation = false;  ///< show everything that passes over the sockets
   bool help = false;
+  bool version = false;
 };
 
 /// Reads the arguments, without the program's own path. Nothing when they are wrong; `error` is

@@ -50,6 +50,14 @@ std::string findSeldial(const std::string& directory) {
   return "seldial";
 }
 
+std::string findProgram(const std::string& name, const std::string& directory) {
+  if (directory.empty()) return name;
+  for (const std::string& place : {directory, directory + "/../shortcut"}) {
+    if (isProgram(place + "/" + name)) return place + "/" + name;
+  }
+  return name;
+}
+
 std::unique_ptr<PrivateDirectory> PrivateDirectory::makeUnder(
     const std::vector<std::string>& parents) {
   for (const std::string& parent : parents) {

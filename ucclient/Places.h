@@ -1,4 +1,4 @@
-// Where the client finds seldial, and the directory of the two sockets.
+// Where the client finds the other programs, and the directory of the two sockets.
 #pragma once
 
 #include <memory>
@@ -14,6 +14,9 @@ namespace seldial {
 /// one beside it, or in the directory above where both are installed, or in the neighbouring
 /// directory of a build tree. Otherwise the bare name, which is searched for in PATH.
 [[nodiscard]] std::string findSeldial(const std::string& directory);
+
+/// A program that belongs to Seldial, such as "seldial-choose", found in the same way.
+[[nodiscard]] std::string findProgram(const std::string& name, const std::string& directory);
 
 /// A directory that only its owner may enter, for the two sockets. Removed with the object,
 /// together with the files that were named in it.

@@ -23,7 +23,14 @@ std::string inPlainWords(const std::string& failReason) {
 
 }  // namespace
 
-Session::Session(Options options) : options_(std::move(options)), console_(options_.conversation) {}
+Session::Session(Options options) : options_(std::move(options)), console_(options_.conversation) {
+  if (!options_.dialling.dials()) return;
+  dialling_ = std::make_unique<Dialler>(
+      options_.dialling, mainThread_,
+      Dialler::Events{[this] { console_.dialled(); },
+                      [this](const std::string& what) { console_.error(what); },
+                      [this](const std::string& why) { console_.notDialled(why); }});
+}
 
 int Session::run() {
   if (!makeDirectory() || !listenForMessages() || !startDialer()) return 1;
@@ -74,6 +81,8 @@ void Session::dialerWrote(const std::string& line) {
   if (!logged || ending_) return;
   if (logged->starts_with("Unix socket server listen ok")) {
     sendSetHotKey();
+  } else if (*logged == "no number found on pasteboard") {
+    if (dialling_) console_.notDialled("nothing was selected");
   } else if (logged->starts_with("Unix socket server listen failed") ||
              logged->starts_with("Failed to start unix socket server")) {
     fail("seldial cannot listen at " + dialerPath_);
@@ -95,9 +104,11 @@ void Session::sendSetHotKey() {
 }
 
 void Session::received(const std::string& text) {
-  console_.received(text);
-  console_.onClientSocket("disconnected");  // that ended the message
   const Message message = messageFromJSON(text);
+  // Numbers that are dialled are not written to a log, where a session keeps standard output.
+  const bool isPrivate = dialling_ != nullptr && message.kind == Message::Kind::MakeCall;
+  if (!isPrivate || options_.conversation) console_.received(text);
+  console_.onClientSocket("disconnected");  // that ended the message
   switch (message.kind) {
     case Message::Kind::HotKeySet:
       console_.hotKeySet(options_.spelling);
@@ -109,7 +120,11 @@ void Session::received(const std::string& text) {
       fail("seldial did not accept the command: " + message.text);
       break;
     case Message::Kind::MakeCall:
-      console_.dial(message.text);
+      if (dialling_) {
+        dialling_->dial(message.text);
+      } else {
+        console_.dial(message.text);
+      }
       break;
     case Message::Kind::Unknown:
       break;

@@ -6,6 +6,7 @@
 
 #include "ucclient/ChildProcess.h"
 #include "ucclient/Console.h"
+#include "ucclient/Dialler.h"
 #include "ucclient/MainThread.h"
 #include "ucclient/MessageListener.h"
 #include "ucclient/Options.h"
@@ -61,6 +62,7 @@ class Session : public std::enable_shared_from_this<Session> {
   std::unique_ptr<MessageListener> listener_;
   std::unique_ptr<ChildProcess> dialer_;
   std::string dialerPath_;
+  std::unique_ptr<Dialler> dialling_;  ///< null when numbers are only printed
   bool ending_ = false;
   bool endRequested_ = false;
   int status_ = 0;

@@ -32,4 +32,8 @@ bool endWithParent(pid_t parent) {
   return false;
 }
 
+const char* uriOpener() {
+  return "xdg-open";
+}
+
 }  // namespace seldial::platform

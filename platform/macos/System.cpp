@@ -31,4 +31,8 @@ bool endWithParent(pid_t /*parent*/) {
   return true;
 }
 
+const char* uriOpener() {
+  return "/usr/bin/open";
+}
+
 }  // namespace seldial::platform

@@ -46,6 +46,7 @@ TEST(Options, ValuesAsTheNextArgumentOrAfterAnEqualsSign) {
 TEST(Options, Switches) {
   EXPECT_TRUE(read({"--conversation"}).conversation);
   EXPECT_TRUE(read({"--help"}).help);
+  EXPECT_TRUE(read({"--version"}).version);
 }
 
 TEST(Options, DelayGoesFrom0To65535) {
@@ -55,6 +56,45 @@ TEST(Options, DelayGoesFrom0To65535) {
     EXPECT_EQ(errorOf({"--delay", wrong}),
               std::string("--delay takes milliseconds from 0 to 65535, not ") + wrong);
   }
+}
+
+TEST(Options, ByDefaultNothingIsDialled) {
+  EXPECT_FALSE(read({"--region", "NL"}).dialling.dials());
+}
+
+TEST(Options, HowToDial) {
+  const auto dialling = read({"--dial", "call --to {tel}", "--region=nl", "--format=national",
+                              "--prefix", "0", "--confirm", "always"})
+                            .dialling;
+  EXPECT_EQ(dialling.command, (Arguments{"call", "--to", "{tel}"}));
+  EXPECT_EQ(dialling.region, "NL");
+  EXPECT_EQ(dialling.format, NumberFormat::kNational);
+  EXPECT_EQ(dialling.prefix, "0");
+  EXPECT_EQ(dialling.confirm, Confirm::kAlways);
+  EXPECT_EQ(read({"--open", "sip"}).dialling.scheme, "sip");
+}
+
+TEST(Options, NonsenseAboutDiallingIsSaid) {
+  EXPECT_EQ(errorOf({"--dial", ""}), "--dial : there is no program");
+  EXPECT_EQ(errorOf({"--dial", "'x"}),
+            "--dial 'x: a quote is not closed, or nothing follows a backslash");
+  EXPECT_EQ(errorOf({"--dial=x", "--open=tel"}), "--dial and --open cannot be used together");
+  EXPECT_EQ(errorOf({"--open", "http"}), "--open takes tel, sip or callto, not http");
+  EXPECT_EQ(errorOf({"--region", "Holland"}),
+            "--region takes the two letters of a country, such as NL, not Holland");
+  EXPECT_EQ(errorOf({"--format", "E.164"}), "--format takes e164, national or raw, not E.164");
+  EXPECT_EQ(errorOf({"--prefix", "0w"}), "--prefix takes digits, * and #, not 0w");
+  EXPECT_EQ(errorOf({"--confirm", "yes"}), "--confirm takes always, several or never, not yes");
+}
+
+TEST(Options, APrefixNeedsARegion) {
+  setenv("LC_ALL", "C", 1);
+  EXPECT_EQ(errorOf({"--open=tel", "--prefix=9"}),
+            "--prefix needs --region, because the locale names no country");
+  EXPECT_EQ(read({"--open=tel", "--prefix=9", "--format=raw"}).dialling.prefix, "9");
+  setenv("LC_ALL", "nl_NL.UTF-8", 1);
+  EXPECT_EQ(read({"--open=tel", "--prefix=9"}).dialling.region, "NL");
+  unsetenv("LC_ALL");
 }
 
 TEST(Options, WhatMakesNoSenseIsSaid) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -16,11 +17,14 @@ namespace seldial {
 /// test's own.
 class RunningClient {
  public:
-  /// `environment` ("NAME=value") tells where the desktop is; by default there is none.
+  /// `environment` ("NAME=value") tells where the desktop is; by default there is none. `path` is
+  /// where programs are looked for.
   explicit RunningClient(const std::vector<std::string>& arguments,
-                         const std::string& environment = "DISPLAY=")
-      : process_(commandLine(arguments), {environment, "XDG_RUNTIME_DIR=" + directory_.path("")},
-                 {}, {tests::Streams::Errors::kWithOutput, {}}) {}
+                         const std::string& environment = "DISPLAY=",
+                         const std::string& path = std::getenv("PATH"))
+      : process_(commandLine(arguments),
+                 {environment, "PATH=" + path, "XDG_RUNTIME_DIR=" + directory_.path("")}, {},
+                 {tests::Streams::Errors::kWithOutput, {}}) {}
 
   void expectLine(const std::string& line) { EXPECT_EQ(process_.readLine(), line); }
 

@@ -134,10 +134,15 @@ TEST(SeldialUc, ACommandLineThatMakesNoSenseEndsItWithStatus2) {
   EXPECT_EQ(client.process().wait(), 2);
 }
 
+TEST(SeldialUc, TheVersionIsPrinted) {
+  RunningClient client({"--version"});
+  client.expectLine("seldial-uc " SELDIAL_VERSION);
+  EXPECT_EQ(client.process().wait(), 0);
+}
+
 TEST(SeldialUc, HelpIsPrinted) {
   RunningClient client({"--help"});
-  client.expectLine(
-      "usage: seldial-uc [--hotkey KEYS] [--delay MS] [--conversation] [--seldial PATH]");
+  client.expectLine("usage: seldial-uc [--dial COMMAND | --open SCHEME] [OPTION...]");
   EXPECT_EQ(client.process().wait(), 0);
 }
 

@@ -27,6 +27,7 @@ enum Key : std::uint8_t {
   kKeyScrollLock = 78,
   kKeyRightControl = 105,
   kKeyAltGr = 108,
+  kKeyDown = 116,
   kKeyInsert = 118,
   kKeyLeftSuper = 133,
   kKeyMenu = 135,

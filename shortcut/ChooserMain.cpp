@@ -1,0 +1,24 @@
+// seldial-choose: asks which of the numbers on standard input, one a line, is to be called, and
+// prints its position, from 0 on. Exit status: 0 when one was chosen, 1 when the window was
+// cancelled, 2 when there are none. The numbers are not arguments, because every user can read
+// those.
+#include <QApplication>
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+#include "shortcut/NumberChooser.h"
+
+int main(int argc, char* argv[]) {
+  QStringList numbers;
+  for (std::string line; std::getline(std::cin, line);) numbers << QString::fromStdString(line);
+  if (numbers.isEmpty()) {
+    std::fputs("seldial-choose: there are no numbers on standard input\n", stderr);
+    return 2;
+  }
+  const QApplication application(argc, argv);
+  seldial::NumberChooser chooser(numbers);
+  if (chooser.exec() != QDialog::Accepted) return 1;
+  std::printf("%d\n", chooser.chosen());
+  return 0;
+}

@@ -1,0 +1,105 @@
+// The client dials: a selection on a desktop of its own, the real seldial, and a program that
+// stands in for a softphone and reports its arguments.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <memory>
+
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/XClient.h"
+#include "tests/support/desktop/XServer.h"
+#include "tests/ucclient/RunningClient.h"
+#include "tests/ucclient/Softphone.h"
+
+namespace seldial {
+namespace {
+
+class SeldialUcDials : public testing::Test {
+ protected:
+  /// Starts the client and returns once its hot key is set.
+  RunningClient& start(std::vector<std::string> arguments,
+                       const std::string& path = "/usr/bin:/bin") {
+    arguments.insert(arguments.end(), {"--delay", "50", "--region", "NL"});
+    client_ = std::make_unique<RunningClient>(arguments, server_.environment(), path);
+    client_->expectLine(R"({"response":"HotkeyState","result":true})");
+    (void)client_->process().readLine();  // the same for people
+    return *client_;
+  }
+
+  /// Presses the hot key while this is selected.
+  void use(const std::string& selection, bool copies = true) {
+    tests::XClientSettings settings;
+    settings.copies = copies;
+    settings.copy = tests::answersWith(selection);
+    editor_.reset();
+    editor_ = std::make_unique<tests::XClient>(server_.display(), settings);
+    tests::Keyboard keyboard(server_.display());
+    keyboard.press({tests::kKeyLeftControl, tests::kKeyLeftAlt, tests::kKeyD});
+    keyboard.release({tests::kKeyD, tests::kKeyLeftAlt, tests::kKeyLeftControl});
+  }
+
+  tests::XServer server_;
+  std::unique_ptr<tests::XClient> editor_;
+  std::unique_ptr<RunningClient> client_;
+};
+
+TEST_F(SeldialUcDials, AMessySelectionReachesTheSoftphoneAsANumber) {
+  const Softphone phone("phone");
+  RunningClient& client = start({"--dial", phone.path() + " --call {tel}"});
+  use("\n  Tel.: +31 (0)20\u00A0123-4567 ext. 5\r\n");
+  EXPECT_EQ(phone.called(), "[--call][tel:+31201234567;ext=5]");
+  client.expectLine("Dialled.");
+  use("020 123\u202F45\u201167");
+  EXPECT_EQ(phone.called(), "[--call][tel:+31201234567]");
+  client.expectLine("Dialled.");
+}
+
+TEST_F(SeldialUcDials, NoShellReadsTheSelection) {
+  const Softphone phone("phone");
+  start({"--dial", phone.path() + " {text} {}"});
+  const std::string text = "$(touch x) `id` ; rm 'a' \"b\" \x1B[2J * 020 123 4567 \\ | >y";
+  use(text + std::string(20000, '!'));
+  EXPECT_EQ(phone.called(), "[" + text + std::string(20000, '!') + "][+31201234567]");
+}
+
+TEST_F(SeldialUcDials, TheDesktopOpensTheURI) {
+  const Softphone opener("xdg-open");
+  start({"--open", "tel", "--prefix", "9"}, opener.directory() + ":/usr/bin:/bin");
+  use("+49 30 23125123");
+  EXPECT_EQ(opener.called(), "[tel:900493023125123]");
+}
+
+TEST_F(SeldialUcDials, WhatIsNotDialledIsExplainedAndNeverShown) {
+  RunningClient& client = start({"--dial", "/bin/false", "--confirm", "never"});
+  const std::string beginning = "seldial-uc: nothing was dialled: ";
+  use("hello");
+  client.expectLine(beginning + "there is no telephone number in the selection");
+  use("020 123 4567\n020 765 4321");
+  client.expectLine(beginning + "there is more than one telephone number in the selection");
+  use("+49 30 1234,5678");
+  client.expectLine(beginning + "it is not certain what the telephone number is");
+  use("");
+  client.expectLine(beginning + "nothing was selected");
+  use("x", false);
+  client.expectLine(beginning + "nothing was selected");
+}
+
+TEST_F(SeldialUcDials, AProgramThatFailsIsReported) {
+  RunningClient& client = start({"--dial", "/bin/false"});
+  use("020 123 4567");
+  client.expectLine("Dialled.");
+  client.expectLine("seldial-uc: /bin/false ended with status 1");
+  client.process().signal(SIGTERM);
+  EXPECT_EQ(client.process().wait(), 0);
+}
+
+TEST_F(SeldialUcDials, AProgramThatIsNotThereIsReported) {
+  RunningClient& client = start({"--dial", "/nowhere/phone"});
+  use("020 123 4567");
+  client.expectLine(
+      "seldial-uc: nothing was dialled: cannot start /nowhere/phone: No such file or directory");
+}
+
+}  // namespace
+}  // namespace seldial
