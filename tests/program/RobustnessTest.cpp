@@ -25,6 +25,7 @@ TEST_F(Robustness, AfterALongGarbageTheProgramIsBackToItsSizeAndServes) {
 }
 
 TEST_F(Robustness, FiveHundredClientsThatNeverLeaveDoNotStarveTheNext) {
+  allowDescriptors(1024);
   startListening();
   std::vector<Peer> held;
   for (int i = 0; i < 500; ++i) {

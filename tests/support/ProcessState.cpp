@@ -1,8 +1,11 @@
 #include "tests/support/ProcessState.h"
 
+#include <sys/resource.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
 
 namespace seldial::tests {
 
@@ -12,6 +15,17 @@ long statusValue(const std::string& key, pid_t process) {
     if (line.rfind(key + ":", 0) == 0) return std::stol(line.substr(key.size() + 1));
   }
   return -1;
+}
+
+void allowDescriptors(std::size_t count) {
+  rlimit limit{};
+  getrlimit(RLIMIT_NOFILE, &limit);
+  if (limit.rlim_cur >= count) return;
+  limit.rlim_cur = count;
+  if (setrlimit(RLIMIT_NOFILE, &limit) != 0) {
+    throw std::runtime_error("this test needs " + std::to_string(count) +
+                             " open files; the hard limit is " + std::to_string(limit.rlim_max));
+  }
 }
 
 std::size_t openDescriptors(pid_t process) {

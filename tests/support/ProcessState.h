@@ -13,6 +13,10 @@ namespace seldial::tests {
 /// is gone.
 long statusValue(const std::string& key, pid_t process = getpid());
 
+/// Lets this process, and those that it starts from now on, have that many descriptors. Throws
+/// where the system allows it fewer.
+void allowDescriptors(std::size_t count);
+
 std::size_t openDescriptors(pid_t process = getpid());
 std::size_t runningThreads(pid_t process = getpid());
 

@@ -1,6 +1,5 @@
 // Many connections at once: nobody waits for another, and nothing stays behind.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 
 #include <atomic>
@@ -14,16 +13,8 @@
 namespace seldial::tests {
 namespace {
 
-/// Lets the process have as many descriptors as it may.
-void raiseDescriptorLimit() {
-  rlimit limit{};
-  ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &limit));
-  limit.rlim_cur = limit.rlim_max;
-  ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &limit));
-}
-
 TEST(Threads, FiveHundredConnectionsDoNotStarveTheNextAndLeaveNoThread) {
-  raiseDescriptorLimit();
+  allowDescriptors(2048);
   const TemporaryDirectory directory;
   const auto delegate = std::make_shared<RecordingServerDelegate>();
   const auto server = GDUnixSocketServer::initWithSocketPath(directory.path("socket"));
@@ -91,7 +82,7 @@ void inThreads(unsigned count, const std::function<void(unsigned number)>& work)
 }
 
 TEST(Stress, SixtyFourThreadsLoseNoByteAndNoCallback) {
-  raiseDescriptorLimit();
+  allowDescriptors(2048);
   constexpr unsigned kThreads = 64;
   constexpr unsigned kRounds = 160;  // 10,240 connections
   const TemporaryDirectory directory;
@@ -166,7 +157,7 @@ void disturb(const std::string& path, const std::shared_ptr<CountingDelegate>& d
 }
 
 TEST(Stress, ServersMayCloseReopenAndGoWhileSixtyFourThreadsUseThem) {
-  raiseDescriptorLimit();
+  allowDescriptors(2048);
   const TemporaryDirectory directory;
   const std::string path = directory.path("socket");
   const std::size_t descriptors = openDescriptors();
