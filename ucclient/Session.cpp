@@ -1,5 +1,8 @@
 #include "ucclient/Session.h"
 
+#include <sys/wait.h>
+
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <thread>
@@ -13,6 +16,21 @@ namespace {
 
 /// How long Seldial may take to end, in addition to its read delay.
 constexpr std::chrono::seconds kEndLimit{5};
+
+/// Pauses before restarts double up to this. A Seldial that ran for so long makes them short again.
+constexpr std::chrono::seconds kLongestPause{60};
+constexpr std::chrono::seconds kShortestPause{1};
+
+/// The status with which Seldial ends when it loses the X server.
+constexpr int kDesktopLost = 1;
+
+/// Runs `task` on a thread of its own after that time.
+void runLater(std::chrono::milliseconds time, std::function<void()> task) {
+  std::thread([time, task = std::move(task)] {
+    std::this_thread::sleep_for(time);
+    task();
+  }).detach();
+}
 
 /// Seldial gives one reason for every refusal of the desktop.
 std::string inPlainWords(const std::string& failReason) {
@@ -66,6 +84,7 @@ bool Session::listenForMessages() {
 bool Session::startDialer() {
   const std::string program =
       options_.seldial.empty() ? findSeldial(ownDirectory()) : options_.seldial;
+  started_ = std::chrono::steady_clock::now();
   std::string error;
   // The only sign that it listens is in its log.
   dialer_ = ChildProcess::start(
@@ -111,6 +130,7 @@ void Session::received(const std::string& text) {
   console_.onClientSocket("disconnected");  // that ended the message
   switch (message.kind) {
     case Message::Kind::HotKeySet:
+      hotKeyWasSet_ = true;
       console_.hotKeySet(options_.spelling);
       break;
     case Message::Kind::HotKeyNotSet:
@@ -139,6 +159,7 @@ void Session::endRequested() {
 
 void Session::dialerEnded() {
   const int status = dialer_->wait();
+  if (!ending_ && restartsAfter(status)) return restartLater(status);
   if (!ending_) {
     status_ = 1;
     console_.error("seldial " + describedExitStatus(status));
@@ -146,9 +167,32 @@ void Session::dialerEnded() {
   mainThread_->stop();
 }
 
+/// A client that dials stays when Seldial fails. It ends with the desktop, and when there never was
+/// a hot key.
+bool Session::restartsAfter(int status) const {
+  const bool desktopLost = WIFEXITED(status) && WEXITSTATUS(status) == kDesktopLost;
+  return dialling_ && hotKeyWasSet_ && !desktopLost;
+}
+
+void Session::restartLater(int status) {
+  dialer_.reset();
+  if (std::chrono::steady_clock::now() - started_ > kLongestPause) pause_ = kShortestPause;
+  console_.error("seldial " + describedExitStatus(status) + ", it is started again in " +
+                 std::to_string(pause_.count()) + " s");
+  runLater(pause_, onMainThread(&Session::restart));
+  pause_ = std::min(2 * pause_, kLongestPause);
+}
+
+void Session::restart() {
+  if (ending_ || startDialer()) return;
+  status_ = 1;
+  mainThread_->stop();
+}
+
 void Session::end(int status) {
   if (std::exchange(ending_, true)) return;
   status_ = status;
+  if (!dialer_) return mainThread_->stop();  // it is about to be started again
   dialer_->signal(SIGTERM);
   killDialerAfterLimit();
 }
@@ -159,15 +203,12 @@ void Session::fail(const std::string& sentence) {
 }
 
 void Session::killDialer() {
-  dialer_->signal(SIGKILL);
+  if (dialer_) dialer_->signal(SIGKILL);
 }
 
 void Session::killDialerAfterLimit() {
-  const auto limit = kEndLimit + std::chrono::milliseconds(options_.delay);
-  std::thread([limit, kill = onMainThread(&Session::killDialer)] {
-    std::this_thread::sleep_for(limit);
-    kill();
-  }).detach();
+  runLater(kEndLimit + std::chrono::milliseconds(options_.delay),
+           onMainThread(&Session::killDialer));
 }
 
 }  // namespace seldial

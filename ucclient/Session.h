@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -14,8 +15,8 @@
 
 namespace seldial {
 
-/// One run of the client: starts Seldial, sends it the hot key once it listens, and shows its
-/// messages until either is ended. Main thread only.
+/// One run of the client: starts Seldial, sends it the hot key once it listens, and shows or dials
+/// what it sends until either is ended. Main thread only.
 class Session : public std::enable_shared_from_this<Session> {
  public:
   explicit Session(Options options);
@@ -38,6 +39,9 @@ class Session : public std::enable_shared_from_this<Session> {
   void received(const std::string& message);
   void endRequested();
   void dialerEnded();
+  [[nodiscard]] bool restartsAfter(int status) const;
+  void restartLater(int status);
+  void restart();
 
   void end(int status);
   void fail(const std::string& sentence);
@@ -63,6 +67,9 @@ class Session : public std::enable_shared_from_this<Session> {
   std::unique_ptr<ChildProcess> dialer_;
   std::string dialerPath_;
   std::unique_ptr<Dialler> dialling_;  ///< null when numbers are only printed
+  bool hotKeyWasSet_ = false;
+  std::chrono::steady_clock::time_point started_;  ///< of the child
+  std::chrono::seconds pause_{1};                  ///< before the next restart
   bool ending_ = false;
   bool endRequested_ = false;
   int status_ = 0;

@@ -1,8 +1,10 @@
 // The client dials: a selection on a desktop of its own, the real seldial, and a program that
 // stands in for a softphone and reports its arguments.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <csignal>
+#include <fstream>
 #include <memory>
 
 #include "tests/support/desktop/Keyboard.h"
@@ -92,6 +94,58 @@ TEST_F(SeldialUcDials, AProgramThatFailsIsReported) {
   client.expectLine("seldial-uc: /bin/false ended with status 1");
   client.process().signal(SIGTERM);
   EXPECT_EQ(client.process().wait(), 0);
+}
+
+/// The real seldial, which says its process id on standard error first.
+class AnnouncedSeldial {
+ public:
+  AnnouncedSeldial() {
+    std::ofstream(path_) << "#!/bin/sh\necho $$ >&2; exec " SELDIAL " \"$@\"\n";
+    chmod(path_.c_str(), 0700);
+  }
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  const tests::TemporaryDirectory directory_;
+  const std::string path_ = directory_.path("seldial");
+};
+
+TEST_F(SeldialUcDials, ASeldialThatDiesIsStartedAgain) {
+  const Softphone phone("phone");
+  const AnnouncedSeldial seldial;
+  RunningClient client({"--dial", phone.path(), "--seldial", seldial.path(), "--region", "NL"},
+                       server_.environment());
+  for (const char* const pause : {"1", "2"}) {
+    const pid_t process = std::stoi(client.process().readLine());
+    client.expectLine(R"({"response":"HotkeyState","result":true})");
+    (void)client.process().readLine();
+    kill(process, SIGKILL);
+    client.expectLine(std::string("seldial-uc: seldial was killed by signal 9 (Killed), it is ") +
+                      "started again in " + pause + " s");
+  }
+  (void)client.process().readLine();  // the process id
+  client.expectLine(R"({"response":"HotkeyState","result":true})");
+  use("020 123 4567");
+  EXPECT_EQ(phone.called(), "[+31201234567]");
+}
+
+TEST_F(SeldialUcDials, ItCanBeEndedWhileItWaitsToStartSeldialAgain) {
+  const AnnouncedSeldial seldial;
+  RunningClient client({"--dial", "true", "--seldial", seldial.path()}, server_.environment());
+  const pid_t process = std::stoi(client.process().readLine());
+  client.expectLine(R"({"response":"HotkeyState","result":true})");
+  kill(process, SIGKILL);
+  ASSERT_TRUE(client.process().waitForLine("started again"));
+  client.process().signal(SIGTERM);
+  EXPECT_EQ(client.process().wait(), 0);
+  EXPECT_TRUE(client.directoryIsEmpty());
+}
+
+TEST_F(SeldialUcDials, LosingTheDesktopEndsIt) {
+  RunningClient& client = start({"--dial", "true"});
+  server_.kill();
+  EXPECT_TRUE(client.process().waitForLine("seldial-uc: seldial ended with status 1"));
+  EXPECT_EQ(client.process().wait(), 1);
 }
 
 TEST_F(SeldialUcDials, AProgramThatIsNotThereIsReported) {
