@@ -106,7 +106,10 @@ bool HotKeyGrabs::grab(xcb_keycode_t key, std::uint16_t mask) {
   for (const auto cookie : cookies) {
     if (freed(xcb_request_check(connection_.xcb(), cookie))) taken = false;
   }
-  if (!taken) ungrab(key, mask);
+  if (!taken) {
+    ungrab(key, mask);
+    connection_.synchronise();  // whoever is told of the refusal may grab the others at once
+  }
   return taken && !connection_.lost();
 }
 

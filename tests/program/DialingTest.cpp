@@ -2,6 +2,7 @@
 // program's window and a UC client's sockets.
 #include <algorithm>
 
+#include "tests/platform/x11/ForeignGrabs.h"
 #include "tests/support/SeldialProcess.h"
 #include "tests/support/desktop/Keyboard.h"
 #include "tests/support/desktop/Keys.h"
@@ -185,6 +186,17 @@ TEST_F(Dialing, AServerWithoutAnExtensionIsOneLineOnStandardErrorAndRefusals) {
   EXPECT_EQ(seldial.wait(), 0);
   const std::string errors = seldial.errors();
   EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
+}
+
+TEST_F(Dialing, ARefusedHotKeyIsFreeForOthersOnceTheAnswerHasCome) {
+  platform::x11::ForeignGrabs holder(server.display());
+  platform::x11::ForeignGrabs third(server.display());
+  ASSERT_TRUE(holder.take(kKeyD, kStateControl | kStateAlt));
+  for (int i = 0; i < 50; ++i) {
+    ASSERT_THAT(answerTo(setHotKey(2)), IsHotkeyStateFalse("hotkey not set"));
+    ASSERT_TRUE(third.take(kKeyD, kStateControl | kStateAlt | kStateLock)) << i;
+    third.giveBack(kKeyD, kStateControl | kStateAlt | kStateLock);
+  }
 }
 
 }  // namespace

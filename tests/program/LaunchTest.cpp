@@ -1,4 +1,7 @@
 // Start and end of the real program.
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -31,6 +34,37 @@ TEST_F(Launch, TheReferenceFlagsPrintAndQuitWithoutASocket) {
   const auto changeLog = std::find(usage, lines.end(), "2018.11.01");
   EXPECT_NE(std::find(changeLog, lines.end(), "Log []->"), lines.end());
   EXPECT_FALSE(std::filesystem::exists(in));
+}
+
+/// A display server that takes connections and never says anything.
+class SilentServer {
+ public:
+  SilentServer() : listening_(socket(AF_INET, SOCK_STREAM, 0)) {
+    address_.sin_family = AF_INET;
+    address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address_;
+    auto* const address = reinterpret_cast<sockaddr*>(&address_);
+    EXPECT_EQ(bind(listening_.fd, address, size), 0);
+    EXPECT_EQ(listen(listening_.fd, 5), 0);
+    EXPECT_EQ(getsockname(listening_.fd, address, &size), 0);
+  }
+
+  [[nodiscard]] std::string display() const {
+    constexpr int kFirstPort = 6000;  // of display 0
+    return "127.0.0.1:" + std::to_string(ntohs(address_.sin_port) - kFirstPort);
+  }
+
+ private:
+  sockaddr_in address_{};
+  Peer listening_;
+};
+
+TEST_F(Launch, TheReferenceFlagsDoNotWaitForADisplayServer) {
+  const SilentServer server;
+  for (const char* flag : {"-help", "-changelog", "-showapi"}) {
+    start({flag}, server.display());
+    EXPECT_EQ(process->wait(), 0) << flag;
+  }
 }
 
 /// What a signal does in this process, and so in a program that it starts.

@@ -61,6 +61,19 @@ TEST_F(HotKeyRefusal, ACombinationHeldInOneStateOfTheLocksIsRefusedAndNothingOfI
   }
 }
 
+TEST_F(HotKeyRefusal, ARefusedCombinationIsFreeForOthersAtOnce) {
+  ForeignGrabs holder(server.display());
+  ForeignGrabs third(server.display());
+  ASSERT_TRUE(holder.take(kKeyD, kStateControl | kStateAlt | kStateNumLock));
+  port.call([&] {
+    EXPECT_FALSE(port.hotKeys().registerHotKey(kVirtualD, kControlAlt, {}));
+    // The main loop, which would send it, has not run since.
+    for (const unsigned locks : {0U, kStateLock, kStateLock | kStateNumLock}) {
+      EXPECT_TRUE(third.take(kKeyD, kStateControl | kStateAlt | locks)) << locks;
+    }
+  });
+}
+
 TEST_F(HotKeyRefusal, WhatNobodyCanHaveIsToldApartFromWhatIsHeld) {
   const auto can = [this](std::uint32_t keyCode, std::uint32_t modifiers) {
     return port.call([=, this] { return port.hotKeys().canBeHotKey(keyCode, modifiers); });
