@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "hotkey/QKHotKeyCenter.h"
-#include "platform/VirtualKeys.h"
 
 namespace seldial {
 
@@ -17,18 +16,17 @@ std::string objectDescription(const char* className, const void* object) {
   return text.data();
 }
 
+/// Caps Lock is not named, on purpose.
 std::string flagsDescription(std::uint64_t flags) {
-  constexpr std::pair<std::uint64_t, const char*> kNames[] = {
-      {platform::kModifierFlagControl, "NSControlKeyMask"},
-      {platform::kModifierFlagCommand, "NSCommandKeyMask"},
-      {platform::kModifierFlagShift, "NSShiftKeyMask"},
-      {platform::kModifierFlagOption, "NSAlternateKeyMask"},
-  };
+  constexpr platform::ModifierIndex kOrder[] = {
+      platform::kControlModifier, platform::kCommandModifier, platform::kShiftModifier,
+      platform::kOptionModifier};
   std::string names;
-  for (const auto& [flag, name] : kNames) {
-    if ((flags & flag) == 0) continue;
+  for (const auto index : kOrder) {
+    const auto& modifier = platform::kModifiers[index];
+    if ((flags & modifier.flag) == 0) continue;
     if (!names.empty()) names += " | ";
-    names += name;
+    names += modifier.maskName;
   }
   return "(" + names + ")";
 }
@@ -77,6 +75,15 @@ bool QKHotKey::isEqual(const QKHotKey& other) const {
 
 std::size_t QKHotKey::hash() const {
   return static_cast<std::size_t>(modifierFlags_ ^ keyCode_);
+}
+
+std::uint32_t QKCarbonModifierFlagsFromCocoaModifierFlags(std::uint64_t modifierFlags) {
+  std::uint32_t bits =
+      (modifierFlags & platform::kModifierFlagCapsLock) != 0 ? platform::kHotKeyAlphaLock : 0U;
+  for (const auto& modifier : platform::kModifiers) {
+    if ((modifierFlags & modifier.flag) != 0) bits |= modifier.hotKeyModifier;
+  }
+  return bits;
 }
 
 }  // namespace seldial

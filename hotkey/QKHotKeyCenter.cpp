@@ -3,26 +3,13 @@
 #include <cstdio>
 #include <utility>
 
-#include "hotkey/QKModifierFlags.h"
-#include "platform/HotKeyEvents.h"
-
 namespace seldial {
 
 namespace {
 
 constexpr std::uint32_t kSignature = 0x68746B31;  // "htk1", the same for every hot key
 
-QKKeyEvent keyUpEvent(const platform::HotKeyReleased& released, const QKHotKey& hotKey) {
-  QKKeyEvent event;
-  event.locationX = released.locationX;
-  event.locationY = released.locationY;
-  event.modifierFlags = released.modifierFlags;
-  event.timestamp = released.timestamp;
-  event.keyCode = hotKey.keyCode();
-  return event;
-}
-
-/// Never destroyed, as the centre.
+/// Never destroyed, like the centre.
 std::shared_ptr<platform::HotKeyEvents>& hotKeyEvents() {
   static auto* const port = new std::shared_ptr<platform::HotKeyEvents>;
   return *port;
@@ -48,7 +35,7 @@ std::shared_ptr<QKHotKeyCenter> QKHotKeyCenter::sharedHotKeyCenter() {
 }
 
 void QKHotKeyCenter::init() {
-  // Dropped last: its records look at the centre while they are destroyed.
+  // Destroyed last: the records use the centre while they are destroyed.
   const QKHotKeySet before = std::exchange(registry_, {});
   nextHotKeyID_ = 1;
   if (const auto port = hotKeyEvents()) port->installReleasedHandler(hotKeyReleased);
@@ -98,8 +85,8 @@ void QKHotKeyCenter::unregister(QKHotKey& hotKey) {
   hotKey.hotKeyRef.reset();
   const auto member = registry_.find(hotKey);
   if (member == registry_.end()) return;
-  // The member need not be the given record: its equal goes too, on purpose. Taken out first and
-  // destroyed after: a member that dies unregisters itself.
+  // The member may be an equal of the given record; that goes too, on purpose. It is extracted
+  // before it is destroyed, because its destructor unregisters it.
   const auto dropped = registry_.extract(member);
 }
 
@@ -163,9 +150,10 @@ void QKHotKeyCenter::hotKeyReleased(const platform::HotKeyReleased& released) {
   if (named.size() > 1) (void)std::fputs("ERROR!\n", stderr);
   if (named.empty()) return;
   const QKHotKey& hotKey = **named.begin();
-  const auto event = keyUpEvent(released, hotKey);
-  // Not kept alive: what it invokes may take the combination anew, and if it died after that, it
-  // would drop its successor from the registry.
+  QKKeyEvent event = released.event;
+  event.keyCode = hotKey.keyCode();
+  // The record is not kept alive: what it invokes may register the combination again, and a record
+  // destroyed after that would remove its successor from the registry.
   named.clear();
   hotKey.invokeWithEvent(event);
 }

@@ -5,20 +5,20 @@
 #include <memory>
 
 #include "hotkey/QKHotKey.h"
-#include "hotkey/QKHotKeySet.h"
 
 namespace seldial {
 
-/// The process-wide registry of hot keys: it owns the registered records, takes their combinations
-/// from the desktop and invokes them. A hot key acts when it is released, not when it is pressed.
+/// The process-wide registry of hot keys. It owns the registered records, registers their
+/// combinations with the desktop and invokes them. A hot key acts when it is released, not when it
+/// is pressed.
 ///
-/// Records that are passed in are never null.
+/// Records passed in must not be null.
 ///
-/// Only sharedHotKeyCenter() may be called from any thread, the rest on the main thread alone. What
+/// sharedHotKeyCenter() may be called on any thread, everything else on the main thread only. What
 /// a hot key invokes runs there too, and may itself register and unregister.
 class QKHotKeyCenter {
  public:
-  /// Whether a record is meant.
+  /// Whether a record is one of those that are wanted.
   using Test = std::function<bool(const QKHotKey&)>;
 
   /// Gives the shared centre its port, before the centre is first used. Another port, or null,
@@ -31,9 +31,8 @@ class QKHotKeyCenter {
   QKHotKeyCenter(const QKHotKeyCenter&) = delete;
   QKHotKeyCenter& operator=(const QKHotKeyCenter&) = delete;
 
-  /// Sets the centre up afresh on its port: the registry is empty and ids start at 1
-  /// again. Nothing is unregistered, except that a record which nobody else owns is destroyed and
-  /// so asks for it itself.
+  /// Sets the centre up afresh on its port: an empty registry, ids from 1. It unregisters nothing
+  /// itself; records that nobody else owns are destroyed and thereby unregistered.
   void init();
 
   /// The registered record; null when one with this key code and flags is in the registry already
@@ -41,30 +40,31 @@ class QKHotKeyCenter {
   std::shared_ptr<QKHotKey> registerHotKeyWithKeyCode(std::uint16_t keyCode,
                                                       std::uint64_t modifierFlags,
                                                       QKHotKeyTask task);
-  /// The same for a record that performs an action. The target is not owned: unregister the record
-  /// before the target goes.
+  /// Registers a record that performs an action of a target; otherwise like the function above. The
+  /// target is not owned: unregister the record before the target is destroyed.
   std::shared_ptr<QKHotKey> registerHotKeyWithKeyCode(std::uint16_t keyCode,
                                                       std::uint64_t modifierFlags,
                                                       QKHotKeyTarget* target, QKAction action,
                                                       QKObject object);
 
-  /// The given record, registered now or, when its equal is in the registry already, left as it
-  /// is; null, with the record unchanged, when the desktop refuses.
+  /// Registers the record and returns it. When its equal is in the registry already, nothing is
+  /// registered and the record is returned as it is. Null, with the record unchanged, when the
+  /// desktop refuses.
   std::shared_ptr<QKHotKey> registerHotKey(const std::shared_ptr<QKHotKey>& hotKey);
 
-  /// Gives the record's combination back, if it holds one, and drops the record or its equal from
+  /// Releases the record's combination, if it holds one, and removes the record or its equal from
   /// the registry.
   void unregisterHotKey(const std::shared_ptr<QKHotKey>& hotKey);
 
   /// Unregisters every member of the registry that passes the test.
   void unregisterHotKeysMatching(const Test& test);
-  /// Those with that target; null means those without one.
+  /// Unregisters the members with that target; null stands for those without one.
   void unregisterHotKeysWithTarget(const QKHotKeyTarget* target);
-  /// Those with that target and that action.
+  /// Unregisters the members with that target and that action.
   void unregisterHotKeysWithTarget(const QKHotKeyTarget* target, const QKAction& action);
-  /// The one with that key code and exactly these flags.
+  /// Unregisters the member with that key code and exactly these flags.
   void unregisterHotKeyWithKeyCode(std::uint16_t keyCode, std::uint64_t modifierFlags);
-  /// Every member of the registry.
+  /// Unregisters every member.
   void unregisterAllHotKeys();
 
   /// The members of the registry that pass the test.

@@ -3,21 +3,20 @@
 #include <algorithm>
 #include <string_view>
 
-#include "hotkey/QKKeyStrings.h"
-#include "platform/VirtualKeys.h"
-
 namespace seldial {
 
 namespace {
 
-constexpr std::uint16_t kEscapeKey = 53;
+using platform::KeyEvent;
 
-/// What makes a combination of a key; caps lock does not.
-constexpr std::uint64_t kModifiers =
+/// An event with one of these has modifiers. Caps Lock does not count.
+constexpr std::uint64_t kModifierBits =
     platform::kModifierFlagShift | platform::kModifierFlagControl | platform::kModifierFlagOption |
     platform::kModifierFlagCommand | platform::kModifierFlagFunction;
+static_assert(kModifierBits == 0x9E0000);
 
-/// As UTF-8. The last one is what the Enter key of a keypad says on some desktops.
+/// The newline characters of Unicode, and U+0003, which the keypad's Enter key types on some
+/// desktops. UTF-8.
 constexpr std::string_view kLineBreaks[] = {
     "\n", "\v", "\f", "\r", "\u0085", "\u2028", "\u2029", "\x03",
 };
@@ -25,10 +24,6 @@ constexpr std::string_view kLineBreaks[] = {
 bool startsWithLineBreak(std::string_view characters) {
   return std::any_of(std::begin(kLineBreaks), std::end(kLineBreaks),
                      [=](std::string_view lineBreak) { return characters.starts_with(lineBreak); });
-}
-
-std::string displayString(const std::shared_ptr<QKHotKey>& hotKey) {
-  return hotKey ? QKStringFromKeyCode(hotKey->keyCode(), hotKey->modifierFlags()) : std::string();
 }
 
 }  // namespace
@@ -46,29 +41,30 @@ void QKHotKeyEditing::end() {
   setHotKeyField(nullptr);
 }
 
-void QKHotKeyEditing::processHotkeyEvent(const QKHotKeyEditingEvent& event) {
-  const bool hasModifiers = (event.modifierFlags & kModifiers) != 0;
-  if (event.type == QKHotKeyEditingEvent::kKeyDown) {
+void QKHotKeyEditing::processHotkeyEvent(const KeyEvent& event) {
+  const bool hasModifiers = (event.modifierFlags & kModifierBits) != 0;
+  if (event.type == KeyEvent::kKeyDown) {
     hasSeenKeyDown_ = true;
     if (hasModifiers) {
       record(event);
-    } else if (event.keyCode == kEscapeKey ||
-               startsWithLineBreak(event.charactersIgnoringModifiers)) {
-      finish(event.keyCode == kEscapeKey);
+    } else if (event.keyCode == platform::kVK_Escape) {
+      finish(true);
+    } else if (startsWithLineBreak(event.charactersIgnoringModifiers)) {
+      finish(false);
     }
-  } else if (event.type == QKHotKeyEditingEvent::kFlagsChanged) {
+  } else if (event.type == KeyEvent::kFlagsChanged) {
     if (hasModifiers && !hasSeenKeyDown_) record(event);
   }
 }
 
-void QKHotKeyEditing::record(const QKHotKeyEditingEvent& event) {
+void QKHotKeyEditing::record(const KeyEvent& event) {
   const auto field = hotKeyField_.lock();
   if (!field) return;
   const auto hotKey =
       QKHotKey::hotKeyWithKeyCode(event.keyCode, event.modifierFlags,
                                   originalHotKey_ ? originalHotKey_->task() : QKHotKeyTask());
   field->setHotKey(hotKey);
-  field->setEditorString(displayString(hotKey));
+  field->showInEditor(hotKey);
   field->sendAction();
 }
 
@@ -78,7 +74,7 @@ void QKHotKeyEditing::finish(bool restore) {
   if (restore) {
     const auto original = originalHotKey_;
     field->setHotKey(original);
-    field->setEditorString(displayString(original));
+    field->showInEditor(original);
   }
   field->sendAction();
   field->resignFocus();

@@ -1,62 +1,50 @@
-// How a person records a hot key in a text field: what every toolkit's field does alike.
+// Recording a hot key in a text field: the part that is the same for every toolkit.
 #pragma once
 
-#include <cstdint>
 #include <memory>
-#include <string>
 
 #include "hotkey/QKHotKey.h"
 
 namespace seldial {
 
-/// A text field that shows a hot key, as the editing of it sees it. Main thread only.
+/// A text field that shows a hot key, as its editing sees it. Main thread only.
 class QKHotKeyEditedField {
  public:
   virtual ~QKHotKeyEditedField() = default;
 
   /// The shown record; null when there is none.
   [[nodiscard]] virtual std::shared_ptr<QKHotKey> hotKey() const = 0;
-  /// Shows that record; nothing happens when it is the one that is shown already. May be null.
+  /// Shows another record, or none for null. The record that is shown already changes nothing.
   virtual void setHotKey(const std::shared_ptr<QKHotKey>& hotKey) = 0;
-  /// Puts a display string, upper-cased, into the editor that stands in the field's place.
-  virtual void setEditorString(const std::string& displayString) = 0;
-  /// Tells whoever uses the field that its record has changed or been confirmed.
+  /// Puts the record's display string, upper-cased, into the editor that covers the field; null
+  /// empties it.
+  virtual void showInEditor(const std::shared_ptr<QKHotKey>& hotKey) = 0;
+  /// Tells the user of the field that its record was changed or confirmed.
   virtual void sendAction() = 0;
-  /// Gives the keyboard focus up; the toolkit then ends the editing.
+  /// Gives up the keyboard focus; the toolkit then ends the editing.
   virtual void resignFocus() = 0;
 };
 
-/// A key event, in the terms of hot keys.
-struct QKHotKeyEditingEvent {
-  /// The types that matter; others are ignored.
-  enum Type : std::uint32_t { kKeyDown = 10, kFlagsChanged = 12 };
-
-  std::uint32_t type = kKeyDown;            ///< a Type, or another
-  std::uint16_t keyCode = 0;                ///< virtual key code
-  std::uint64_t modifierFlags = 0;          ///< platform::ModifierFlag values, others as they come
-  std::string charactersIgnoringModifiers;  ///< UTF-8
-};
-
-/// The editing of one hot key field at a time: while it lasts, each combination that is pressed
-/// becomes the field's record, with the task of the record that the field had before. Return and
-/// Enter end it, Escape ends it and gives the field its record back. Nothing is registered.
-/// Main thread only.
+/// The editing of one hot key field at a time. Each combination that is pressed becomes the field's
+/// record and gets the task of the record that the field had at the beginning. Return and Enter end
+/// the editing; Escape ends it and restores that first record. Nothing is registered. Main thread
+/// only.
 class QKHotKeyEditing {
  public:
-  /// The field that is edited, held weakly, and with it the record that Escape brings back.
+  /// The field to edit, held weakly, or null; its record of now is the one that Escape restores.
   void setHotKeyField(const std::shared_ptr<QKHotKeyEditedField>& field);
 
-  /// The field has the keyboard focus now.
+  /// The field has got the keyboard focus.
   void begin();
-  /// The field has lost the focus, in whatever way.
+  /// The field has lost the focus, for whatever reason.
   void end();
 
-  /// Takes every key-down and every change of the modifiers while the field has the focus: none of
-  /// them reaches anybody else.
-  void processHotkeyEvent(const QKHotKeyEditingEvent& event);
+  /// Handles an event (kKeyDown and kFlagsChanged; others are ignored). While the field has the
+  /// focus, pass every key event here and nowhere else.
+  void processHotkeyEvent(const platform::KeyEvent& event);
 
  private:
-  void record(const QKHotKeyEditingEvent& event);
+  void record(const platform::KeyEvent& event);
   void finish(bool restore);
 
   std::weak_ptr<QKHotKeyEditedField> hotKeyField_;

@@ -19,11 +19,8 @@ using HotKeyRef = std::uintptr_t;
 
 /// The release of a registered hot key, as the desktop reports it.
 struct HotKeyReleased {
-  HotKeyID hotKeyID;                ///< as it was registered
-  double locationX = 0;             ///< pointer position, pixels
-  double locationY = 0;             ///< the same, vertically
-  std::uint64_t modifierFlags = 0;  ///< ModifierFlag values still held
-  double timestamp = 0;             ///< seconds, the desktop's own clock
+  HotKeyID hotKeyID;  ///< as it was registered
+  KeyEvent event;     ///< where, when, and the modifiers still held; without a key code
 };
 
 /// System-wide hot keys. Main thread only.

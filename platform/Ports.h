@@ -13,15 +13,15 @@ class MainQueue;
 
 /// What a desktop provides to a program without windows.
 struct DesktopPorts {
-  std::shared_ptr<HotKeyEvents> hotKeyEvents;
+  std::shared_ptr<HotKeyEvents> hotKeyEvents;  ///< for QKHotKeyCenter::setHotKeyEvents()
   std::shared_ptr<Clipboard>
       clipboard;  ///< null in programs of the hot key library, which has none
 };
 
 /// Copies are cheap and refer to the same ports.
 struct Ports {
-  std::shared_ptr<Application> application;
-  std::shared_ptr<MainQueue> mainQueue;
+  std::shared_ptr<Application> application;  ///< the command line, and the way to end
+  std::shared_ptr<MainQueue> mainQueue;      ///< runs tasks on the main thread
   /// Connects to the desktop; blocks until its display server has answered, so a program that only
   /// prints and ends does not call it. Without a desktop the ports refuse everything. Main thread,
   /// once.

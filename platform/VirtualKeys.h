@@ -1,15 +1,16 @@
-// Virtual key codes, modifier flags, and the one table of modifiers.
+// Virtual key codes, modifier flags, the one table of modifiers, and the value of a key event.
 //
 // The protocol and the hot key library name keys and modifiers by the codes that macOS gives them,
 // and the names here are the ones in use there. A virtual key code stands for a place on the
 // keyboard, not for the character that the user's layout puts there: kVK_ANSI_A is the key right of
-// Caps Lock on every layout. Everything here is a constant; any thread.
+// Caps Lock on every layout. Everything here may be used on any thread.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace seldial::platform {
 
@@ -130,5 +131,28 @@ inline bool setsFunctionFlag(std::uint16_t keyCode) {
   return std::find(kFunctionKeys.begin(), kFunctionKeys.end(), keyCode) != kFunctionKeys.end() ||
          std::find(kMoving.begin(), kMoving.end(), keyCode) != kMoving.end();
 }
+
+/// A key event as it passes from a display server or a toolkit to the program. What a source does
+/// not know keeps its default.
+struct KeyEvent {
+  /// What happened, as AppKit numbers it.
+  enum Type : std::uint32_t {
+    kKeyDown = 10,       ///< a key other than a modifier key went down
+    kKeyUp = 11,         ///< it went up
+    kFlagsChanged = 12,  ///< a modifier key went down or up
+  };
+  static constexpr std::int32_t kNoWindow = -1;  ///< outside every window
+
+  std::uint32_t type = kKeyUp;              ///< a Type; other values are ignored
+  double locationX = 0;                     ///< pointer position, pixels from the left
+  double locationY = 0;                     ///< pointer position, pixels, vertical
+  std::uint64_t modifierFlags = 0;          ///< ModifierFlag bits, others as the source sets them
+  double timestamp = 0;                     ///< seconds, by the desktop's own clock
+  std::int32_t windowNumber = kNoWindow;    ///< the window that received it
+  std::string characters;                   ///< what was typed, UTF-8
+  std::string charactersIgnoringModifiers;  ///< what the key types without Control and the like
+  bool isARepeat = false;                   ///< the key is held and repeats
+  std::uint16_t keyCode = 0;                ///< a VirtualKey
+};
 
 }  // namespace seldial::platform

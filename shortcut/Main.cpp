@@ -22,10 +22,10 @@ ShortcutWindow::Deliver deliveryFor(const ShortcutOptions& options) {
   };
 }
 
-int runWindow(const ShortcutOptions& options) {
-  ShortcutWindow window(deliveryFor(options), options.socket.empty()
-                                                  ? QStringLiteral("&Use this shortcut")
-                                                  : QStringLiteral("&Send to Seldial"));
+int runWindow(platform::qt::Desktop& desktop, const ShortcutOptions& options) {
+  ShortcutWindow window(desktop.keyboard(), deliveryFor(options),
+                        options.socket.empty() ? QStringLiteral("&Use this shortcut")
+                                               : QStringLiteral("&Send to Seldial"));
   window.begin(options.hotKey, options.delay);
   QObject::connect(&window, &QDialog::finished, &window,
                    [](int result) { QCoreApplication::exit(result == QDialog::Accepted ? 0 : 1); });
@@ -46,7 +46,7 @@ int run(int argc, char* argv[], const ShortcutOptions& options) {
   int ownPath = argc > 0 ? 1 : 0;  // Qt must not read the options
   const QApplication application(ownPath, argv);
   const auto served = desktop->serve();
-  return runWindow(options);
+  return runWindow(*desktop, options);
 }
 
 }  // namespace

@@ -30,9 +30,11 @@ void makeBig(QKHotKeyTextField& field) {
 
 }  // namespace
 
-ShortcutWindow::ShortcutWindow(Deliver deliver, const QString& acceptText)
-    : deliver_(std::move(deliver)),
-      field_(new QKHotKeyTextField(this)),
+ShortcutWindow::ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver,
+                               const QString& acceptText)
+    : keyboard_(std::move(keyboard)),
+      deliver_(std::move(deliver)),
+      field_(new QKHotKeyTextField(keyboard_, this)),
       words_(new QLabel(this)),
       record_(new QPushButton(QStringLiteral("&Record"), this)),
       clear_(new QPushButton(QStringLiteral("C&lear"), this)),
@@ -226,7 +228,8 @@ void ShortcutWindow::showAll() {
 
 void ShortcutWindow::showShortcut() {
   const auto hotKey = field_->hotKey();
-  const QString words = hotKey ? shortcutInWords(*hotKey) : QStringLiteral("No shortcut yet");
+  const QString words =
+      hotKey ? shortcutInWords(*hotKey, *keyboard_.layout) : QStringLiteral("No shortcut yet");
   words_->setText(field_->isEditing() ? QStringLiteral("Press the new shortcut…") : words);
   field_->setAccessibleDescription(words);
 }
@@ -241,7 +244,7 @@ void ShortcutWindow::showState() {
     tell(Kind::kPlain, "Recording",
          QStringLiteral("Return keeps the shortcut, Escape brings the old one back."));
   } else if (light_.isActive()) {
-    tell(Kind::kLit, "It works", shortcutInWords(*hotKey));
+    tell(Kind::kLit, "It works", shortcutInWords(*hotKey, *keyboard_.layout));
   } else if (failure_) {
     tell(Kind::kWarning, "The shortcut was not handed over", QString::fromStdString(*failure_));
   } else if (!hotKey) {

@@ -29,7 +29,7 @@ class ShortcutWindow : public QDialog {
 
   /// `acceptText` is the text of the button that accepts. The dialog is accepted once `deliver` has
   /// succeeded.
-  ShortcutWindow(Deliver deliver, const QString& acceptText);
+  ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver, const QString& acceptText);
 
   /// Sets the shortcut and delay shown at the start. To be called before the window is shown.
   void begin(const std::optional<HotKey>& hotKey, std::uint16_t delay);
@@ -60,6 +60,7 @@ class ShortcutWindow : public QDialog {
   void showShortcut();
   void showState();
 
+  const platform::KeyboardPorts keyboard_;
   const Deliver deliver_;
   QKHotKeyTextField* field_;
   QLabel* words_;

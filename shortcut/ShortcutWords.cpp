@@ -51,12 +51,12 @@ constexpr VirtualKey kKeypadKeys[] = {
     kVK_JIS_KeypadComma,
 };
 
-QString keyInWords(std::uint16_t keyCode) {
+QString keyInWords(std::uint16_t keyCode, KeyboardLayout& layout) {
   const auto* const labelled =
       std::find_if(std::begin(kLabels), std::end(kLabels),
                    [=](const LabelledKey& entry) { return entry.key == keyCode; });
   if (labelled != std::end(kLabels)) return QString::fromLatin1(labelled->label);
-  const QString typed = QString::fromStdString(QKStringFromKeyCode(keyCode, 0)).toUpper();
+  const QString typed = QString::fromStdString(QKStringFromKeyCode(keyCode, 0, layout)).toUpper();
   if (typed.isEmpty()) return QStringLiteral("key %1").arg(keyCode);
   const bool keypad =
       std::find(std::begin(kKeypadKeys), std::end(kKeypadKeys), keyCode) != std::end(kKeypadKeys);
@@ -65,12 +65,12 @@ QString keyInWords(std::uint16_t keyCode) {
 
 }  // namespace
 
-QString shortcutInWords(const QKHotKey& hotKey) {
+QString shortcutInWords(const QKHotKey& hotKey, KeyboardLayout& layout) {
   QStringList words;
   for (const auto& modifier : kModifiers) {
     if ((hotKey.modifierFlags() & modifier.flag) != 0) words << QString::fromLatin1(modifier.label);
   }
-  if (!hasOnlyModifiers(hotKey)) words << keyInWords(hotKey.keyCode());
+  if (!hasOnlyModifiers(hotKey)) words << keyInWords(hotKey.keyCode(), layout);
   return words.join(QStringLiteral(" + "));
 }
 

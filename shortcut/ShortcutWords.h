@@ -5,11 +5,12 @@
 
 #include "client/HotKey.h"
 #include "hotkey/QKHotKey.h"
+#include "platform/Keyboard.h"
 
 namespace seldial {
 
 /// "Ctrl + Alt + D": the shortcut for people who do not know or do not see the glyphs.
-[[nodiscard]] QString shortcutInWords(const QKHotKey& hotKey);
+[[nodiscard]] QString shortcutInWords(const QKHotKey& hotKey, platform::KeyboardLayout& layout);
 
 /// The hot key of a record.
 [[nodiscard]] HotKey hotKeyOf(const QKHotKey& hotKey);

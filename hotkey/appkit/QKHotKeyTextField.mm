@@ -5,9 +5,11 @@
 #include "hotkey/QKKeyStrings.h"
 #import "hotkey/appkit/QKHotKeyTextFieldEditor.h"
 
-/// Fields show hot keys in upper case.
-static NSString* upperCasedString(const std::string& displayString) {
-  return @(displayString.c_str()).uppercaseString;
+/// What a field shows, in upper case; nothing for null.
+static NSString* shownString(const std::shared_ptr<seldial::QKHotKey>& hotKey) {
+  if (!hotKey) return @"";
+  const auto text = seldial::QKStringFromKeyCode(hotKey->keyCode(), hotKey->modifierFlags());
+  return @(text.c_str()).uppercaseString;
 }
 
 namespace {
@@ -24,8 +26,8 @@ class EditedField final : public seldial::QKHotKeyEditedField {
   void setHotKey(const std::shared_ptr<seldial::QKHotKey>& hotKey) override {
     field_.hotKey = hotKey;
   }
-  void setEditorString(const std::string& displayString) override {
-    [QKHotKeyTextFieldEditor sharedEditor].string = upperCasedString(displayString);
+  void showInEditor(const std::shared_ptr<seldial::QKHotKey>& hotKey) override {
+    [QKHotKeyTextFieldEditor sharedEditor].string = shownString(hotKey);
   }
   void sendAction() override {
     QKHotKeyTextField* const field = field_;
@@ -53,9 +55,7 @@ class EditedField final : public seldial::QKHotKeyEditedField {
 - (void)setHotKey:(std::shared_ptr<seldial::QKHotKey>)hotKey {
   if (hotKey == _hotKey) return;
   _hotKey = std::move(hotKey);
-  [super setStringValue:_hotKey ? upperCasedString(seldial::QKStringFromKeyCode(
-                                      _hotKey->keyCode(), _hotKey->modifierFlags()))
-                                : @""];
+  [super setStringValue:shownString(_hotKey)];
 }
 
 - (std::shared_ptr<seldial::QKHotKeyEditedField>)editedField {

@@ -5,12 +5,12 @@
 
 static const NSRect kFrame = {{0, 0}, {100, 32}};
 static const NSEventMask kMonitored = NSEventMaskKeyDown | NSEventMaskFlagsChanged;
-static_assert(kMonitored == (1U << seldial::QKHotKeyEditingEvent::kKeyDown |
-                             1U << seldial::QKHotKeyEditingEvent::kFlagsChanged),
-              "QKHotKeyEditingEvent has AppKit's numbers");
+static_assert(kMonitored == (1U << seldial::platform::KeyEvent::kKeyDown |
+                             1U << seldial::platform::KeyEvent::kFlagsChanged),
+              "KeyEvent has AppKit's numbers");
 
-static seldial::QKHotKeyEditingEvent editingEvent(NSEvent* event) {
-  seldial::QKHotKeyEditingEvent result;
+static seldial::platform::KeyEvent editingEvent(NSEvent* event) {
+  seldial::platform::KeyEvent result;
   result.type = static_cast<std::uint32_t>(event.type);
   result.keyCode = event.keyCode;
   result.modifierFlags = event.modifierFlags;

@@ -26,7 +26,7 @@ void QKSharedEditing::end() {
   isEditing_ = false;
 }
 
-bool QKSharedEditing::processHotkeyEvent(const QKHotKeyEditingEvent& event) {
+bool QKSharedEditing::processHotkeyEvent(const platform::KeyEvent& event) {
   if (field_.expired()) return false;
   editing_.processHotkeyEvent(event);
   return true;

@@ -22,7 +22,7 @@ class QKSharedEditing {
 
   /// Applies the event to the edited field. False when there is no such field, or no longer: then
   /// the editor should give up the focus.
-  [[nodiscard]] bool processHotkeyEvent(const QKHotKeyEditingEvent& event);
+  [[nodiscard]] bool processHotkeyEvent(const platform::KeyEvent& event);
 
  private:
   void edit(const std::shared_ptr<QKHotKeyEditedField>& field);

@@ -1,50 +1,38 @@
 #include "hotkey/qt/QKHotKeyTextField.h"
 
 #include <QFocusEvent>
-#include <QKeyEvent>
 #include <QWindow>
 #include <cstdio>
+#include <utility>
 
 #include "hotkey/QKKeyStrings.h"
-#include "platform/Installed.h"
-#include "platform/RecordingKeyboard.h"
-#include "platform/VirtualKeys.h"
 
 namespace seldial {
 
 namespace {
-
-constexpr std::uint16_t kEscapeKey = 53;
-
-QString upperCased(const std::string& displayString) {
-  return QString::fromStdString(displayString).toUpper();
-}
 
 void logMisuse(const char* method, const char* better) {
   (void)std::fprintf(stderr, "-[QKHotKeyTextField %s] is not what you want. Use %s instead.\n",
                      method, better);
 }
 
-/// Escape is Escape wherever the user's layout has put it; as part of a combination a key is its
-/// place, as for every other key.
-std::uint16_t editingKeyCode(const QKeyEvent& event, const platform::RecordedKey& key) {
-  const bool escapes = event.key() == Qt::Key_Escape &&
-                       (key.modifierFlags & ~std::uint64_t{platform::kModifierFlagCapsLock}) == 0;
-  return escapes ? kEscapeKey : key.keyCode;
+/// Whether the key types Escape in the user's layout, without modifiers. With modifiers a key
+/// counts by its place, as every other key does.
+bool isPlainEscape(const QKeyEvent& event, std::uint64_t modifierFlags) {
+  return event.key() == Qt::Key_Escape &&
+         (modifierFlags & ~std::uint64_t{platform::kModifierFlagCapsLock}) == 0;
 }
 
 }  // namespace
 
-/// The field as its editing knows it: what the field owns, and so gone when it is.
+/// The field as its editing sees it. The field owns it.
 class QKHotKeyTextField::EditedField final : public QKHotKeyEditedField {
  public:
   explicit EditedField(QKHotKeyTextField& field) : field_(field) {}
 
   [[nodiscard]] std::shared_ptr<QKHotKey> hotKey() const override { return field_.hotKey(); }
   void setHotKey(const std::shared_ptr<QKHotKey>& hotKey) override { field_.setHotKey(hotKey); }
-  void setEditorString(const std::string& displayString) override {
-    field_.setText(upperCased(displayString));
-  }
+  void showInEditor(const std::shared_ptr<QKHotKey>& hotKey) override { field_.showHotKey(hotKey); }
   void sendAction() override { Q_EMIT field_.actionSent(); }
   void resignFocus() override { field_.moveFocusOn(); }
 
@@ -52,13 +40,23 @@ class QKHotKeyTextField::EditedField final : public QKHotKeyEditedField {
   QKHotKeyTextField& field_;
 };
 
-QKHotKeyTextField::QKHotKeyTextField(QWidget* parent)
-    : QLineEdit(parent), editedField_(std::make_shared<EditedField>(*this)) {
-  // Without a caret, and with nothing to type, paste or drop.
+bool KeyRepeats::isRepeat(const QKeyEvent& event) {
+  const bool again = event.nativeScanCode() == key_ && event.timestamp() == released_;
+  if (event.type() == QEvent::KeyPress) return again || event.isAutoRepeat();
+  key_ = event.nativeScanCode();
+  released_ = event.timestamp();
+  return event.isAutoRepeat();
+}
+
+QKHotKeyTextField::QKHotKeyTextField(platform::KeyboardPorts keyboard, QWidget* parent)
+    : QLineEdit(parent),
+      keyboard_(std::move(keyboard)),
+      editedField_(std::make_shared<EditedField>(*this)) {
+  // No caret; nothing can be typed, pasted or dropped.
   setReadOnly(true);
   setContextMenuPolicy(Qt::PreventContextMenu);
   setAttribute(Qt::WA_InputMethodEnabled, false);
-  // The glyphs stand in the order of the keys, whatever the direction of the text around them.
+  // The glyphs keep their order also where text runs from right to left.
   setLayoutDirection(Qt::LeftToRight);
 }
 
@@ -69,8 +67,14 @@ QKHotKeyTextField::~QKHotKeyTextField() {
 void QKHotKeyTextField::setHotKey(const std::shared_ptr<QKHotKey>& hotKey) {
   if (hotKey == hotKey_) return;
   hotKey_ = hotKey;
-  setText(hotKey ? upperCased(QKStringFromKeyCode(hotKey->keyCode(), hotKey->modifierFlags()))
-                 : QString());
+  showHotKey(hotKey);
+}
+
+void QKHotKeyTextField::showHotKey(const std::shared_ptr<QKHotKey>& hotKey) {
+  const std::string text =
+      hotKey ? QKStringFromKeyCode(hotKey->keyCode(), hotKey->modifierFlags(), *keyboard_.layout)
+             : std::string();
+  setText(QString::fromStdString(text).toUpper());
 }
 
 void QKHotKeyTextField::setStringValue(const QString& string) {
@@ -87,7 +91,7 @@ bool QKHotKeyTextField::event(QEvent* event) {
   const bool isKey = event->type() == QEvent::ShortcutOverride ||
                      event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
   if (!isEditing_ || !isKey) return QLineEdit::event(event);
-  // Accepted as an override first, a key comes as a press: no shortcut of the window acts on it.
+  // A key whose override is accepted comes as a press, and no shortcut of the window acts on it.
   event->accept();
   if (event->type() != QEvent::ShortcutOverride) processKey(*static_cast<QKeyEvent*>(event));
   return true;
@@ -105,7 +109,7 @@ void QKHotKeyTextField::focusOutEvent(QFocusEvent* event) {
   if (event->reason() == Qt::ActiveWindowFocusReason) moveFocusOn();
 }
 
-// The mouse gives the focus and selects nothing.
+// The mouse only gives the focus; it selects nothing.
 void QKHotKeyTextField::mousePressEvent(QMouseEvent* event) {
   event->accept();
 }
@@ -122,7 +126,7 @@ void QKHotKeyTextField::beginEditing() {
   editing_.setHotKeyField(editedField_);
   editing_.begin();
   grabKeyboardOfDesktop(true);
-  if (const auto keyboard = platform::installed<platform::RecordingKeyboard>()) keyboard->begin();
+  if (keyboard_.recording) keyboard_.recording->begin();
   Q_EMIT editingChanged(true);
 }
 
@@ -135,24 +139,19 @@ void QKHotKeyTextField::endEditing() {
 }
 
 void QKHotKeyTextField::grabKeyboardOfDesktop(bool grabbed) {
-  // Refused, it is refused: what is recorded then is what reaches the window.
+  // Where it is refused, what reaches the window can still be recorded.
   if (auto* const handle = window()->windowHandle()) (void)handle->setKeyboardGrabEnabled(grabbed);
 }
 
 void QKHotKeyTextField::processKey(const QKeyEvent& event) {
-  const auto keyboard = platform::installed<platform::RecordingKeyboard>();
-  // A key that repeats would be recorded, and told of, again and again.
-  if (repeats_.isRepeat(event) || !keyboard) return;
-  const bool pressed = event.type() == QEvent::KeyPress;
-  const auto key = keyboard->read({event.nativeScanCode(), event.nativeModifiers(), pressed});
+  // A key that repeats would be recorded again and again.
+  if (repeats_.isRepeat(event) || !keyboard_.recording) return;
+  auto key = keyboard_.recording->read(event.nativeScanCode(), event.nativeModifiers(),
+                                       event.type() == QEvent::KeyPress);
   if (!key) return;
-  QKHotKeyEditingEvent edit;
-  edit.type =
-      key->isModifier ? QKHotKeyEditingEvent::kFlagsChanged : QKHotKeyEditingEvent::kKeyDown;
-  edit.keyCode = editingKeyCode(event, *key);
-  edit.modifierFlags = key->modifierFlags;
-  edit.charactersIgnoringModifiers = event.text().toStdString();
-  if (key->isModifier || pressed) editing_.processHotkeyEvent(edit);
+  if (isPlainEscape(event, key->modifierFlags)) key->keyCode = platform::kVK_Escape;
+  key->charactersIgnoringModifiers = event.text().toStdString();
+  editing_.processHotkeyEvent(*key);
 }
 
 void QKHotKeyTextField::moveFocusOn() {

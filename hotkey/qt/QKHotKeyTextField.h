@@ -1,42 +1,56 @@
+// A text field for Qt in which a hot key is recorded.
 #pragma once
 
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <memory>
 
 #include "hotkey/QKHotKeyEditing.h"
-#include "hotkey/qt/KeyRepeats.h"
+#include "platform/Keyboard.h"
 
 namespace seldial {
 
-/// A line edit that shows a hot key as glyphs; while it has the keyboard focus it is edited: each
-/// combination that is pressed becomes its record, Return or Escape ends it and moves the focus on.
-/// The record is not registered.
+/// Finds the events of a key that is held and repeats. On X11 such a key goes up and down again at
+/// the same time, which Qt notices only if it happens to read both events at once. Must see the
+/// presses and releases in order; the same one more than once does no harm.
+class KeyRepeats {
+ public:
+  /// Whether the event is a repetition.
+  [[nodiscard]] bool isRepeat(const QKeyEvent& event);
+
+ private:
+  quint32 key_ = 0;
+  quint64 released_ = 0;  ///< when it last went up, ms
+};
+
+/// A line edit that shows a hot key as glyphs. While it has the keyboard focus it is edited: each
+/// combination that is pressed becomes its record; Return or Escape ends the editing and moves the
+/// focus on (see QKHotKeyEditing). The record is not registered.
 ///
-/// While it is edited, every key press goes to the editing and nowhere else. The keyboard is
-/// grabbed, so that also a combination is recorded that the window manager or another program
-/// holds; where the desktop refuses the grab, only those cannot be recorded. When the window loses
-/// its activation the editing ends too, and does not begin again by itself when it comes back.
+/// While it is edited, key presses go nowhere else. The keyboard is grabbed, so that combinations
+/// of the window manager and of other programs can be recorded; where the desktop refuses the grab,
+/// only those cannot. When the window loses its activation the editing ends, and it does not begin
+/// again by itself when the window gets it back.
 ///
-/// Keys are read by the installed platform::RecordingKeyboard; without one none is recorded.
 /// Main thread only.
 class QKHotKeyTextField : public QLineEdit {
   Q_OBJECT
 
  public:
-  /// An empty field.
-  explicit QKHotKeyTextField(QWidget* parent = nullptr);
+  /// An empty field on these ports (see platform::qt::Desktop::keyboard()).
+  explicit QKHotKeyTextField(platform::KeyboardPorts keyboard, QWidget* parent = nullptr);
   ~QKHotKeyTextField() override;
   Q_DISABLE_COPY_MOVE(QKHotKeyTextField)
 
   /// The shown record; null when there is none.
   [[nodiscard]] std::shared_ptr<QKHotKey> hotKey() const { return hotKey_; }
-  /// Shows the record, upper-cased; null shows nothing. The object that is shown already changes
-  /// nothing, and is not shown afresh.
+  /// Shows the record, upper-cased; null shows nothing. The record that is shown already changes
+  /// nothing and does not refresh the text.
   void setHotKey(const std::shared_ptr<QKHotKey>& hotKey);
 
-  /// The shown text; not what one wants, as a line on standard error says.
+  /// Sets the text. Use setHotKey() instead, as a line on standard error says.
   void setStringValue(const QString& string);
-  /// The same for reading it.
+  /// The text. Use hotKey() instead, as a line on standard error says.
   [[nodiscard]] QString stringValue() const;
 
   /// Whether a hot key is being recorded.
@@ -45,7 +59,7 @@ class QKHotKeyTextField : public QLineEdit {
  Q_SIGNALS:
   /// The user recorded a hot key, or ended the editing by Return or Escape.
   void actionSent();
-  /// The editing has begun or ended. When it has ended, nothing here keeps an earlier record alive.
+  /// The editing has begun or ended. Once it has ended, the field keeps no earlier record alive.
   void editingChanged(bool isEditing);
 
  private:
@@ -58,12 +72,14 @@ class QKHotKeyTextField : public QLineEdit {
 
   class EditedField;
 
+  void showHotKey(const std::shared_ptr<QKHotKey>& hotKey);
   void beginEditing();
   void endEditing();
   void grabKeyboardOfDesktop(bool grabbed);
   void processKey(const QKeyEvent& event);
   void moveFocusOn();
 
+  const platform::KeyboardPorts keyboard_;
   std::shared_ptr<QKHotKey> hotKey_;
   const std::shared_ptr<QKHotKeyEditedField> editedField_;
   QKHotKeyEditing editing_;

@@ -25,11 +25,13 @@ HotKeyReleased released(EventRef event) {
   GetEventParameter(event, kEventParamDirectObject, typeEventHotKeyID, nullptr, sizeof hotKeyID,
                     nullptr, &hotKeyID);
   const EventFields fields = eventFields(event);
-  return {{hotKeyID.signature, hotKeyID.id},
-          fields.locationX,
-          fields.locationY,
-          fields.modifierFlags,
-          fields.timestamp};
+  HotKeyReleased result;
+  result.hotKeyID = {hotKeyID.signature, hotKeyID.id};
+  result.event.locationX = fields.locationX;
+  result.event.locationY = fields.locationY;
+  result.event.modifierFlags = fields.modifierFlags;
+  result.event.timestamp = fields.timestamp;
+  return result;
 }
 
 OSStatus hotKeyHandler(EventHandlerCallRef /*next*/, EventRef event, void* /*userData*/) {

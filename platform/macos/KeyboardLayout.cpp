@@ -1,9 +1,8 @@
 // What the keys say, by the text input sources and their Unicode key layouts.
-#include "platform/KeyboardLayout.h"
-
 #include <Carbon/Carbon.h>
 #include <CoreFoundation/CoreFoundation.h>
 
+#include "platform/Keyboard.h"
 #include "platform/macos/Utf8.h"
 
 namespace seldial::platform {

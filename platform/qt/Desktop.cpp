@@ -6,8 +6,6 @@
 #include <QSocketNotifier>
 #include <utility>
 
-#include "platform/Installed.h"
-#include "platform/RecordingKeyboard.h"
 #include "platform/linux/MainLoop.h"
 #include "platform/x11/Desktop.h"
 #include "platform/x11/GrabFocus.h"
@@ -48,15 +46,17 @@ class ServedLoop final : public QObject {
 class ConnectedDesktop final : public Desktop {
  public:
   explicit ConnectedDesktop(std::function<void()> connectionLost)
-      : session_(x11::connect(loop_, std::move(connectionLost))) {
-    if (session_) installed<RecordingKeyboard>() = x11::recordingKeyboard(session_);
-  }
+      : session_(x11::connect(loop_, std::move(connectionLost))) {}
 
   [[nodiscard]] bool isConnected() const { return session_ != nullptr; }
   [[nodiscard]] std::shared_ptr<HotKeyEvents> hotKeyEvents() override {
     return x11::hotKeyEvents(session_);
   }
   [[nodiscard]] std::shared_ptr<x11::Session> session() override { return session_; }
+
+  [[nodiscard]] KeyboardPorts keyboard() override {
+    return {layout_, x11::recordingKeyboard(session_)};
+  }
 
   [[nodiscard]] std::unique_ptr<QObject> serve() override {
     return std::make_unique<ServedLoop>(*loop_);
@@ -65,6 +65,7 @@ class ConnectedDesktop final : public Desktop {
  private:
   const std::shared_ptr<linux_port::MainLoop> loop_ = std::make_shared<linux_port::MainLoop>();
   const std::shared_ptr<x11::Session> session_;
+  const std::shared_ptr<KeyboardLayout> layout_ = makeSystemKeyboardLayout();
 };
 
 }  // namespace

@@ -5,6 +5,8 @@
 #include <functional>
 #include <memory>
 
+#include "platform/Keyboard.h"
+
 namespace seldial::platform {
 class HotKeyEvents;
 namespace x11 {
@@ -27,6 +29,9 @@ class Desktop {
 
   /// The port for QKHotKeyCenter::setHotKeyEvents().
   [[nodiscard]] virtual std::shared_ptr<HotKeyEvents> hotKeyEvents() = 0;
+
+  /// The ports for fields in which hot keys are shown and recorded.
+  [[nodiscard]] virtual KeyboardPorts keyboard() = 0;
 
   /// What the desktop is connected by.
   [[nodiscard]] virtual std::shared_ptr<x11::Session> session() = 0;

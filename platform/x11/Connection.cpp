@@ -7,8 +7,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "platform/x11/XkbHeader.h"
-
 namespace seldial::platform::x11 {
 namespace {
 

@@ -4,14 +4,10 @@
 #include <cstdio>
 #include <utility>
 
-#include "platform/VirtualKeys.h"
 #include "platform/x11/KeyTable.h"
 
 namespace seldial::platform::x11 {
 namespace {
-
-constexpr std::uint32_t kKnownModifiers =
-    kHotKeyCommand | kHotKeyShift | kHotKeyAlphaLock | kHotKeyOption | kHotKeyControl;
 
 /// The modifier bits of an event's state; above them are buttons and the keyboard group.
 constexpr unsigned kModifierBits = 0xFF;
@@ -55,7 +51,7 @@ std::optional<HotKeyGrabs::Combination> HotKeyGrabs::combinationFor(std::uint32_
                                                                     std::uint32_t modifiers) {
   const auto key = keyAtPosition(keyCode);
   if (!key || !keyboards_.load() || keyboards_.map().modifiers[*key]) return {};
-  const auto mask = maskFor(modifiers);
+  const auto mask = keyboards_.map().masks.stateFor(modifiers);
   if (!mask || isReserved_(*key, *mask)) return {};
   return Combination{*key, *mask};
 }
@@ -68,23 +64,6 @@ void HotKeyGrabs::unregisterHotKey(HotKeyRef ref) {
   if (found->mask) ungrab(found->key, *found->mask);
   registrations_.erase(found);
   connection_.synchronise();  // whoever is told of it next can rely on it
-}
-
-/// Nothing where no key carries one of the modifiers. CapsLock is no part of a combination.
-std::optional<std::uint16_t> HotKeyGrabs::maskFor(std::uint32_t modifiers) const {
-  const ModifierMasks& masks = keyboards_.map().masks;
-  const std::pair<std::uint32_t, std::uint8_t> table[] = {{kHotKeyControl, masks.control},
-                                                          {kHotKeyShift, masks.shift},
-                                                          {kHotKeyOption, masks.alt},
-                                                          {kHotKeyCommand, masks.super}};
-  if ((modifiers & ~kKnownModifiers) != 0) return {};
-  std::uint16_t mask = 0;
-  for (const auto& [modifier, bit] : table) {
-    if ((modifiers & modifier) == 0) continue;
-    if (bit == 0) return {};
-    mask |= bit;
-  }
-  return mask;
 }
 
 bool HotKeyGrabs::isFree(xcb_keycode_t key, std::uint16_t mask) const {
@@ -127,7 +106,7 @@ void HotKeyGrabs::grabAgain() {
   }
   locks_ = keyboards_.map().masks.locks;
   for (auto& registration : registrations_) {
-    const auto mask = maskFor(registration.modifiers);
+    const auto mask = keyboards_.map().masks.stateFor(registration.modifiers);
     if (mask && isFree(registration.key, *mask) && grab(registration.key, *mask)) {
       registration.mask = mask;
     } else {
@@ -169,10 +148,10 @@ void HotKeyGrabs::release(const xcb_key_press_event_t& event) {
 void HotKeyGrabs::post(const Registration& registration, const xcb_key_press_event_t& event) {
   HotKeyReleased released;
   released.hotKeyID = registration.hotKeyID;
-  released.locationX = event.root_x;
-  released.locationY = event.root_y;
-  released.modifierFlags = flagsFor(keyboards_.map().masks, event.state);
-  released.timestamp = event.time / 1000.0;
+  released.event.locationX = event.root_x;
+  released.event.locationY = event.root_y;
+  released.event.modifierFlags = keyboards_.map().masks.flagsFor(event.state);
+  released.event.timestamp = event.time / 1000.0;
   queue_.async([handler = handler_, released] {
     if (*handler) (*handler)(released);
   });

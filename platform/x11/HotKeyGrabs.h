@@ -58,7 +58,6 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
 
   [[nodiscard]] std::optional<Combination> combinationFor(std::uint32_t keyCode,
                                                           std::uint32_t modifiers);
-  [[nodiscard]] std::optional<std::uint16_t> maskFor(std::uint32_t modifiers) const;
   [[nodiscard]] bool isFree(xcb_keycode_t key, std::uint16_t mask) const;
   bool grab(xcb_keycode_t key, std::uint16_t mask);
   void ungrab(xcb_keycode_t key, std::uint16_t mask);

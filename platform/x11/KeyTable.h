@@ -1,5 +1,4 @@
-// Virtual key codes, as the protocol carries them, are positions on a keyboard; so are the key
-// codes of an X server whose keyboards speak evdev. This is the one table between them.
+// The key codes of display servers and the virtual key codes of the same places on the keyboard.
 #pragma once
 
 #include <cstdint>
@@ -7,11 +6,12 @@
 
 namespace seldial::platform::x11 {
 
-/// The key of the X server at that position; nothing when no keyboard has one there.
+/// The X key code for a virtual key code, on keyboards that speak evdev. Nothing where no keyboard
+/// has such a key or X cannot number it.
 std::optional<std::uint8_t> keyAtPosition(std::uint32_t virtualKeyCode);
 
-/// The virtual key code of a key, by its key code in an X server or in another display server that
-/// counts keys alike, but beyond 255; nothing when no virtual key code stands for it.
+/// The virtual key code for a key code of an X server, or of another display server that adds 8 to
+/// evdev codes and is not limited to 255. Nothing where no virtual key code stands for the key.
 std::optional<std::uint16_t> virtualKeyAtPosition(std::uint32_t key);
 
 }  // namespace seldial::platform::x11

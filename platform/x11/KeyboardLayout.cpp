@@ -1,12 +1,15 @@
-// The layout of the X server's keyboard, for programs that show hot keys. It is asked for anew each
-// time: a display string is wanted when the user looks, and then the layout may have changed.
-#include "platform/KeyboardLayout.h"
-
+// The layout of the X server's keyboard, for programs that show hot keys.
+//
+// It has a connection of its own, so that a program can show hot keys without taking any. The
+// keymap, some ten thousand bytes, is requested once and again only after the server has reported a
+// change.
 #include <xkbcommon/xkbcommon-x11.h>
 #include <xkbcommon/xkbcommon.h>
 
 #include <array>
+#include <utility>
 
+#include "platform/Keyboard.h"
 #include "platform/x11/KeyTable.h"
 #include "platform/x11/Xcb.h"
 
@@ -24,25 +27,14 @@ struct Release {
 template <class Type>
 using Owned = std::unique_ptr<Type, Release>;
 
-Owned<xcb_connection_t> connect() {
-  Owned<xcb_connection_t> connection(xcb_connect(nullptr, nullptr));
-  const bool usable = xkb_x11_setup_xkb_extension(connection.get(), XKB_X11_MIN_MAJOR_XKB_VERSION,
-                                                  XKB_X11_MIN_MINOR_XKB_VERSION,
-                                                  XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr,
-                                                  nullptr, nullptr, nullptr) != 0;
-  return usable ? std::move(connection) : nullptr;
-}
-
-/// Nothing is pressed and no lock is on but NumLock: the keys of the keypad say their digits.
-Owned<xkb_state> plainState(xkb_keymap* keymap, xkb_layout_index_t layout) {
-  Owned<xkb_state> state(xkb_state_new(keymap));
+/// Bits of the locks that are on when a key is shown: Num Lock alone, so that the keys of the
+/// keypad show their digits.
+xkb_mod_mask_t shownLocks(xkb_keymap* keymap) {
   const auto numLock = xkb_keymap_mod_get_index(keymap, "NumLock");
-  const xkb_mod_mask_t locked = numLock == XKB_MOD_INVALID ? 0 : xkb_mod_mask_t{1} << numLock;
-  xkb_state_update_mask(state.get(), 0, 0, locked, 0, 0, layout);
-  return state;
+  return numLock == XKB_MOD_INVALID ? 0 : xkb_mod_mask_t{1} << numLock;
 }
 
-/// Such as the keypad's Enter makes: nothing to look at.
+/// Such as the keypad's Enter types: nothing to show.
 bool isControl(char character) {
   return static_cast<unsigned char>(character) < ' ' || character == '\x7F';
 }
@@ -52,35 +44,68 @@ class XkbKeyboardLayout final : public KeyboardLayout {
   std::optional<std::string> translate(std::uint16_t keyCode,
                                        std::uint32_t /*modifierKeyState*/) override {
     const auto key = x11::keyAtPosition(keyCode);
-    const auto state = key ? currentState() : nullptr;
-    if (!state) return {};
+    if (!key || !update()) return {};
     std::array<char, 64> characters{};
     const int length =
-        xkb_state_key_get_utf8(state.get(), *key, characters.data(), characters.size());
+        xkb_state_key_get_utf8(state_.get(), *key, characters.data(), characters.size());
     if (length <= 0 || isControl(characters[0])) return {};
     return std::string(characters.data());
   }
 
  private:
-  Owned<xkb_state> currentState() {
-    if (!connection_ || xcb_connection_has_error(connection_.get()) != 0) connection_ = connect();
-    if (!connection_) return nullptr;
+  /// Brings `state_` up to date; false when there is no usable server. One short round trip for the
+  /// group, which may change with every key; the events of all changes before arrive with it.
+  bool update() {
+    if (!connection_ || xcb_connection_has_error(connection_.get()) != 0) connect();
+    if (!connection_) return false;
     auto* const xcb = connection_.get();
-    const auto keyboard = xkb_x11_get_core_keyboard_device_id(xcb);
-    if (keyboard < 0) return nullptr;
-    const Owned<xkb_keymap> keymap(
-        xkb_x11_keymap_new_from_device(context_.get(), xcb, keyboard, XKB_KEYMAP_COMPILE_NO_FLAGS));
-    if (!keymap) return nullptr;
-    const Owned<xkb_state> current(xkb_x11_state_new_from_device(keymap.get(), xcb, keyboard));
-    if (!current) return nullptr;
-    return plainState(keymap.get(),
-                      xkb_state_serialize_layout(current.get(), XKB_STATE_LAYOUT_EFFECTIVE));
+    const auto cookie = xcb_xkb_get_state(xcb, XCB_XKB_ID_USE_CORE_KBD);
+    const auto current = x11::freed(xcb_xkb_get_state_reply(xcb, cookie, nullptr));
+    if (!current) return false;
+    while (const auto event = x11::freed(xcb_poll_for_queued_event(xcb))) {
+      if (x11::kindOf(*event) == xkbEvent_) state_.reset();
+    }
+    if (!state_ && !readKeymap()) return false;
+    xkb_state_update_mask(state_.get(), 0, 0, locks_, 0, 0, current->group);
+    return true;
   }
 
-  /// The layout comes whole from the server: no files are read.
+  void connect() {
+    state_.reset();
+    connection_.reset(xcb_connect(nullptr, nullptr));
+    auto* const xcb = connection_.get();
+    if (xkb_x11_setup_xkb_extension(
+            xcb, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
+            XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, &xkbEvent_, nullptr) == 0) {
+      connection_.reset();
+      return;
+    }
+    constexpr std::uint16_t kEvents =
+        XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr std::uint16_t kAllParts = 0xFF;
+    xcb_xkb_select_events(xcb, XCB_XKB_ID_USE_CORE_KBD, kEvents, 0, kEvents, kAllParts, kAllParts,
+                          nullptr);
+  }
+
+  bool readKeymap() {
+    auto* const xcb = connection_.get();
+    const auto keyboard = xkb_x11_get_core_keyboard_device_id(xcb);
+    if (keyboard < 0) return false;
+    const Owned<xkb_keymap> keymap(
+        xkb_x11_keymap_new_from_device(context_.get(), xcb, keyboard, XKB_KEYMAP_COMPILE_NO_FLAGS));
+    if (!keymap) return false;
+    locks_ = shownLocks(keymap.get());
+    state_.reset(xkb_state_new(keymap.get()));
+    return state_ != nullptr;
+  }
+
+  /// The keymap comes whole from the server: no files are read.
   const Owned<xkb_context> context_{xkb_context_new(static_cast<xkb_context_flags>(
       XKB_CONTEXT_NO_DEFAULT_INCLUDES | XKB_CONTEXT_NO_ENVIRONMENT_NAMES))};
   Owned<xcb_connection_t> connection_;
+  std::uint8_t xkbEvent_ = 0;  ///< the kind of every XKB event
+  Owned<xkb_state> state_;     ///< keeps the keymap; null after a change
+  xkb_mod_mask_t locks_ = 0;
 };
 
 }  // namespace

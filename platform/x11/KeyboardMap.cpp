@@ -5,16 +5,13 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <utility>
-
-#include "platform/VirtualKeys.h"
 
 namespace seldial::platform::x11 {
 namespace {
 
 constexpr int kRows = 8;  // Shift, Lock, Control, Mod1 to Mod5
 
-/// The replies of the server, readable by key and by modifier.
+/// The server's replies, accessible by key and by modifier.
 class Answers {
  public:
   Answers(const xcb_input_get_device_key_mapping_reply_t& symbols,
@@ -29,7 +26,7 @@ class Answers {
   [[nodiscard]] KeySet row(int row) const {
     KeySet keys;
     for (int i = 0; i < perRow_; ++i) keys.set(modifiers_[row * perRow_ + i]);
-    return keys.reset(0);  // fills the places of a row that are not used
+    return keys.reset(0);  // the server fills unused places with 0
   }
 
   /// Whether the key makes one of the symbols at any level.
@@ -39,7 +36,8 @@ class Answers {
                                                     wanted.end()) != symbols + perKey_;
   }
 
-  /// The first key that makes the symbol by itself, in its first group; 0 when there is none.
+  /// The first key that makes the symbol without modifiers, in its first group; 0 when there is
+  /// none.
   [[nodiscard]] xcb_keycode_t keyFor(xcb_keysym_t symbol) const {
     for (int key = firstKey_; key < firstKey_ + keys_; ++key) {
       if (*symbolsOf(static_cast<unsigned>(key)) == symbol) return static_cast<xcb_keycode_t>(key);
@@ -77,14 +75,15 @@ ModifierMasks masksOf(const Answers& answers) {
     return static_cast<std::uint8_t>(answers.row(row).any() ? 1U << row : 0U);
   };
   ModifierMasks masks;
-  masks.shift = fixed(XCB_MAP_INDEX_SHIFT);
-  masks.control = fixed(XCB_MAP_INDEX_CONTROL);
-  masks.alt = maskOf(answers, {XK_Alt_L, XK_Alt_R});
-  masks.super = maskOf(answers, {XK_Super_L, XK_Super_R});
+  masks.bits[kControlModifier] = fixed(XCB_MAP_INDEX_CONTROL);
+  masks.bits[kOptionModifier] = maskOf(answers, {XK_Alt_L, XK_Alt_R});
+  masks.bits[kShiftModifier] = fixed(XCB_MAP_INDEX_SHIFT);
+  masks.bits[kCommandModifier] = maskOf(answers, {XK_Super_L, XK_Super_R});
   const unsigned locks = fixed(XCB_MAP_INDEX_LOCK) | maskOf(answers, {XK_Num_Lock}) |
                          maskOf(answers, {XK_Scroll_Lock});
-  // A lock that shares its bit with one of these cannot be told from it.
-  const unsigned wanted = masks.shift | masks.control | masks.alt | masks.super;
+  unsigned wanted = 0;
+  for (const auto bit : masks.bits) wanted |= bit;
+  // A lock that shares its bit with a modifier of hot keys cannot be told from it.
   masks.locks = static_cast<std::uint8_t>(locks & ~wanted);
   return masks;
 }
@@ -107,16 +106,24 @@ KeyboardMap mapOf(const Answers& answers) {
 
 }  // namespace
 
-std::uint64_t flagsFor(const ModifierMasks& masks, unsigned state) {
-  const std::pair<unsigned, std::uint64_t> table[] = {{masks.control, kModifierFlagControl},
-                                                      {masks.shift, kModifierFlagShift},
-                                                      {masks.alt, kModifierFlagOption},
-                                                      {masks.super, kModifierFlagCommand}};
+std::uint64_t ModifierMasks::flagsFor(unsigned state) const {
   std::uint64_t flags = 0;
-  for (const auto& [bit, flag] : table) {
-    if ((state & bit) != 0) flags |= flag;
+  for (std::size_t i = 0; i < bits.size(); ++i) {
+    if ((state & bits[i]) != 0) flags |= kModifiers[i].flag;
   }
   return flags;
+}
+
+std::optional<std::uint8_t> ModifierMasks::stateFor(std::uint32_t hotKeyModifiers) const {
+  std::uint32_t unknown = hotKeyModifiers & ~std::uint32_t{kHotKeyAlphaLock};
+  std::uint8_t state = 0;
+  for (std::size_t i = 0; i < bits.size(); ++i) {
+    const std::uint32_t bit = kModifiers[i].hotKeyModifier;
+    if ((hotKeyModifiers & bit) == 0 || bits[i] == 0) continue;
+    unknown &= ~bit;
+    state |= bits[i];
+  }
+  return unknown == 0 ? std::optional(state) : std::nullopt;
 }
 
 KeyboardMapRequest::KeyboardMapRequest(xcb_connection_t* xcb, xcb_input_device_id_t keyboard)

@@ -1,4 +1,4 @@
-// What the keys of one keyboard mean, as far as hot keys and the copy keystroke need to know.
+// The modifiers of one keyboard, and the keys for the copy keystroke.
 #pragma once
 
 #include <xcb/xinput.h>
@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "platform/VirtualKeys.h"
 #include "platform/x11/Xcb.h"
 
 namespace seldial::platform::x11 {
@@ -17,34 +18,35 @@ using KeySet = std::bitset<256>;
 
 /// Bits of the server's modifier state; 0 where no key carries the modifier.
 struct ModifierMasks {
-  std::uint8_t control = 0;
-  std::uint8_t shift = 0;
-  std::uint8_t alt = 0;
-  std::uint8_t super = 0;
-  std::uint8_t locks = 0;  ///< CapsLock, NumLock and ScrollLock
+  std::array<std::uint8_t, kModifiers.size()> bits{};  ///< by ModifierIndex
+  std::uint8_t locks = 0;                              ///< Caps Lock, Num Lock and Scroll Lock
+
+  /// The ModifierFlag bits that a modifier state means. Caps Lock is not among them.
+  [[nodiscard]] std::uint64_t flagsFor(unsigned state) const;
+
+  /// The modifier state that HotKeyModifier bits stand for; nothing where no key carries one of
+  /// them. Caps Lock is ignored.
+  [[nodiscard]] std::optional<std::uint8_t> stateFor(std::uint32_t hotKeyModifiers) const;
 
   bool operator==(const ModifierMasks&) const = default;
 };
 
-/// The ModifierFlag values that a modifier state of the server says: control, shift, option and
-/// command.
-[[nodiscard]] std::uint64_t flagsFor(const ModifierMasks& masks, unsigned state);
-
+/// The keys of one keyboard.
 struct KeyboardMap {
   ModifierMasks masks;
-  std::array<KeySet, 8> carriers;  ///< by bit of the modifier state: the keys that carry it
+  std::array<KeySet, 8> carriers;  ///< the keys that carry a modifier, by bit of the state
   KeySet modifiers;                ///< keys that carry a modifier of any kind
-  KeySet heldModifiers;            ///< those whose modifier lasts no longer than the key is held
+  KeySet heldModifiers;            ///< those whose modifier is set only while the key is held
   xcb_keycode_t control = 0;       ///< the key to press for Control; 0 when there is none
-  xcb_keycode_t insert = 0;        ///< the same for Insert
+  xcb_keycode_t insert = 0;        ///< the key to press for Insert; 0 when there is none
 };
 
-/// The questions to the server about one keyboard, asked on construction; several can be under way.
+/// Requests the map of one keyboard from the server, on construction; several can be under way.
 class KeyboardMapRequest {
  public:
   KeyboardMapRequest(xcb_connection_t* xcb, xcb_input_device_id_t keyboard);
 
-  /// Waits for the answers; call it once. Nothing when the keyboard or the server has gone.
+  /// Waits for the replies; call it once. Nothing when the keyboard or the server is gone.
   [[nodiscard]] std::optional<KeyboardMap> map() const;
 
  private:

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/x11/InputEvents.h"
-#include "platform/x11/XkbHeader.h"
 
 namespace seldial::platform::x11 {
 namespace {
@@ -22,7 +21,7 @@ KeySet keysIn(const xcb_input_query_device_state_reply_t& state) {
   return keys;
 }
 
-/// Keyboards that follow a master, each with the question whether programs type through it.
+/// A keyboard that follows a master, with the pending request for its XTEST property.
 struct Slave {
   xcb_input_device_id_t device;
   xcb_input_xi_get_property_cookie_t isXTest;
@@ -47,13 +46,13 @@ bool Keyboards::load() {
   return loaded_;
 }
 
-// Before anything is read, so that no change falls between.
+// Called before anything is read, so that no change is missed.
 void Keyboards::selectEvents() {
   selectInput(connection_, XCB_INPUT_DEVICE_ALL, XCB_INPUT_XI_EVENT_MASK_HIERARCHY);
   selectMapEvents(XCB_XKB_ID_USE_CORE_KBD);
 }
 
-// A client of XKB hears of a new layout through these alone, no longer through MappingNotify.
+// A client that uses XKB gets these events instead of MappingNotify.
 void Keyboards::selectMapEvents(xcb_input_device_id_t keyboard) {
   constexpr std::uint16_t kNewKeyboard = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY;
   constexpr std::uint16_t kParts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
@@ -111,8 +110,8 @@ bool Keyboards::handle(const xcb_generic_event_t& event) {
   return true;
 }
 
-// A new layout comes as a burst of events, and so does every change from one keyboard to another:
-// the maps are read once for all that have arrived.
+// A new layout causes a burst of events, and so does every switch from one keyboard to another. The
+// maps are read once for all that have arrived.
 void Keyboards::idle() {
   if (!loaded_ || connection_.lost()) return;
   if (devicesStale_ && !readDevices()) return;

@@ -1,5 +1,5 @@
-// The keyboards of the X server: the one that applications see, the one through which programs
-// type (XTEST), and those that the user types on.
+// The keyboards of the X server: the master that applications see, the XTEST keyboard through which
+// programs type, and the physical ones that the user types on.
 #pragma once
 
 #include <functional>
@@ -11,36 +11,37 @@
 
 namespace seldial::platform::x11 {
 
-/// Keys that are down now. The server knows it of each keyboard, whatever programs have typed.
+/// Keys that are down. The server keeps this for each keyboard, so typed keys do not hide the
+/// user's.
 struct KeysDown {
-  KeySet physical;  ///< on any keyboard that the user types on
-  KeySet typed;     ///< on the one through which programs type
+  KeySet physical;  ///< on any physical keyboard
+  KeySet typed;     ///< on the XTEST keyboard
 };
 
-/// Main thread only. Nothing is asked of the server before the first load().
+/// Sends nothing to the server before the first load(). Main thread only.
 class Keyboards final : public EventHandler {
  public:
   Keyboards(Connection& connection, EventPump& pump);
 
-  /// Reads the keyboards once; from then on they are kept current. False when the server does not
-  /// tell, or has no keyboard through which programs type.
+  /// Reads the keyboards on the first call; from then on the server's change events keep them
+  /// current. False when the server does not answer or has no XTEST keyboard.
   bool load();
 
-  /// Called when the modifiers of the keyboard that applications see have changed.
+  /// Sets the function to call when the modifiers of the master keyboard have changed.
   void whenModifiersChange(std::function<void()> changed) { changed_ = std::move(changed); }
 
-  /// The keyboard that applications see. The server gives it the map of the one used last.
+  /// The master keyboard. The server gives it the map of the keyboard that was used last.
   [[nodiscard]] const KeyboardMap& map() const { return map_; }
-  /// The keyboard through which programs type. Its layout may differ from the user's.
+  /// The XTEST keyboard. Its layout may differ from the user's.
   [[nodiscard]] const KeyboardMap& typingMap() const { return typingMap_; }
 
-  /// Whether an input event with this source comes from a keyboard that the user types on.
+  /// Whether an input event with this source comes from a physical keyboard.
   [[nodiscard]] bool isPhysical(xcb_input_device_id_t source) const { return source != typing_; }
 
-  /// One round trip.
+  /// Asks the server; one round trip.
   [[nodiscard]] KeysDown down() const;
 
-  /// Types one key going down or up; sent with the next flush.
+  /// Presses or releases a key of the XTEST keyboard; sent with the next flush.
   void type(xcb_keycode_t key, bool down);
 
   bool handle(const xcb_generic_event_t& event) override;

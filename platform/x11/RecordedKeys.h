@@ -1,24 +1,24 @@
-// Key events as a toolkit hands them on, in the terms of hot keys.
+// Key events of a toolkit's window, in terms of virtual keys.
 #pragma once
 
-#include "platform/RecordingKeyboard.h"
+#include "platform/Keyboard.h"
 #include "platform/x11/Keyboards.h"
 
 namespace seldial::platform::x11 {
 
-/// The events themselves tell what is down: asked for it, the server would already know of events
-/// that are still to be read. Main thread only.
+/// Keeps track of the held keys by the events alone. The server cannot be asked: it already knows
+/// of events that are still to be read. Main thread only.
 class RecordedKeys final : public RecordingKeyboard {
  public:
   explicit RecordedKeys(Keyboards& keyboards) : keyboards_(keyboards) {}
 
   void begin() override;
-  std::optional<RecordedKey> read(const HardwareKeyEvent& event) override;
+  std::optional<KeyEvent> read(std::uint32_t key, std::uint32_t state, bool pressed) override;
 
  private:
   [[nodiscard]] unsigned carriedBy(std::uint32_t key) const;
   [[nodiscard]] unsigned carriedByHeldKeys() const;
-  [[nodiscard]] unsigned stateAfter(const HardwareKeyEvent& event, unsigned carried) const;
+  [[nodiscard]] unsigned stateAfter(unsigned state, unsigned carried, bool pressed) const;
   [[nodiscard]] std::uint64_t flagsFor(unsigned state) const;
 
   Keyboards& keyboards_;

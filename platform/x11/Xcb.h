@@ -1,10 +1,23 @@
-// XCB for the files of this folder: what its calls return is freed, events are seen as their type.
+// XCB and its XKB extension for the files of this folder: replies that free themselves, events seen
+// as their own type.
 #pragma once
 
 #include <xcb/xcb.h>
 
 #include <cstdlib>
 #include <memory>
+
+// xcb/xkb.h has a field named `explicit`, which is a keyword of C++.
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
+#define explicit isExplicit
+#include <xcb/xkb.h>
+#undef explicit
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
 
 namespace seldial::platform::x11 {
 
@@ -21,7 +34,7 @@ Freed<Type> freed(Type* memory) {
   return Freed<Type>(memory);
 }
 
-/// The kind of an event, whether the server made it or another client sent it.
+/// The kind of an event, whether it comes from the server or was sent by another client.
 inline int kindOf(const xcb_generic_event_t& event) {
   return event.response_type & 0x7F;
 }

@@ -27,10 +27,10 @@ TEST_F(HotKeyRelease, MakesUpAKeyUpEventOutsideAnyWindow) {
   const auto hotKey = center->registerHotKeyWithKeyCode(
       kKeyV, kCommand, [&](const QKKeyEvent& event) { events.push_back(event); });
   auto released = releasedWithId(hotKey->hotKeyID);
-  released.locationX = 12.5;
-  released.locationY = 34;
-  released.modifierFlags = kControl;
-  released.timestamp = 56.25;
+  released.event.locationX = 12.5;
+  released.event.locationY = 34;
+  released.event.modifierFlags = kControl;
+  released.event.timestamp = 56.25;
   port->released(released);
 
   ASSERT_EQ(events.size(), 1U);

@@ -1,5 +1,6 @@
 // Recording a hot key in a field, as seen by a field of no toolkit.
 #include "hotkey/QKHotKeyEditing.h"
+#include "hotkey/QKKeyStrings.h"
 #include "tests/hotkey/HotKeyTest.h"
 #include "tests/support/FakeKeyboardLayout.h"
 
@@ -25,8 +26,10 @@ class RecordingField final : public QKHotKeyEditedField {
     shown = hotKey;
     journal.emplace_back("record");
   }
-  void setEditorString(const std::string& displayString) override {
-    journal.push_back("show " + displayString);
+  void showInEditor(const std::shared_ptr<QKHotKey>& hotKey) override {
+    journal.push_back(
+        "show " + (hotKey ? QKStringFromKeyCode(hotKey->keyCode(), hotKey->modifierFlags(), layout)
+                          : std::string()));
   }
   void sendAction() override {
     journal.emplace_back("action");
@@ -38,6 +41,7 @@ class RecordingField final : public QKHotKeyEditedField {
   }
 
   std::shared_ptr<QKHotKey> shown;
+  doubles::FakeKeyboardLayout layout;
   Journal journal;
   std::function<void()> onAction = [] {};
   std::function<void()> onResign = [] {};
@@ -46,7 +50,7 @@ class RecordingField final : public QKHotKeyEditedField {
 class QKHotKeyEditingTest : public HotKeyTest {
  protected:
   QKHotKeyEditingTest() {
-    layout->keys = {{kKeyK, "k"}, {kKeyV, "v"}, {76, "?"}};
+    field->layout.keys = {{kKeyK, "k"}, {kKeyV, "v"}, {76, "?"}};
     field->onResign = [this] { editing.end(); };
     field->shown = original;
     begin();
@@ -58,13 +62,22 @@ class QKHotKeyEditingTest : public HotKeyTest {
   }
 
   void keyDown(std::uint16_t keyCode, std::uint64_t flags, const std::string& characters = "x") {
-    editing.processHotkeyEvent({QKHotKeyEditingEvent::kKeyDown, keyCode, flags, characters});
+    process(platform::KeyEvent::kKeyDown, keyCode, flags, characters);
   }
   void flagsChanged(std::uint16_t keyCode, std::uint64_t flags) {
-    editing.processHotkeyEvent({QKHotKeyEditingEvent::kFlagsChanged, keyCode, flags, ""});
+    process(platform::KeyEvent::kFlagsChanged, keyCode, flags);
   }
 
-  doubles::Installed<platform::KeyboardLayout, doubles::FakeKeyboardLayout> layout;
+  void process(std::uint32_t type, std::uint16_t keyCode, std::uint64_t flags,
+               const std::string& characters = "") {
+    platform::KeyEvent event;
+    event.type = type;
+    event.keyCode = keyCode;
+    event.modifierFlags = flags;
+    event.charactersIgnoringModifiers = characters;
+    editing.processHotkeyEvent(event);
+  }
+
   int used = 0;
   const std::shared_ptr<QKHotKey> original =
       QKHotKey::hotKeyWithKeyCode(kKeyV, kControl, counting(used));
@@ -219,8 +232,8 @@ TEST_F(QKHotKeyEditingTest, TheNextEditingHasSeenNoKeyDown) {
 
 TEST_F(QKHotKeyEditingTest, EventsOfOtherTypesAreIgnored) {
   constexpr std::uint32_t kKeyUp = 11;
-  editing.processHotkeyEvent({kKeyUp, kKeyK, kCommand, "k"});
-  editing.processHotkeyEvent({kKeyUp, kKeyEscape, 0, "\x1B"});
+  process(kKeyUp, kKeyK, kCommand, "k");
+  process(kKeyUp, kKeyEscape, 0, "\x1B");
   EXPECT_THAT(field->journal, IsEmpty());
   flagsChanged(kKeyLeftCommand, kCommand);
   EXPECT_THAT(field->journal, ElementsAre("record", "show ⌘", "action"));

@@ -1,6 +1,5 @@
 #include "hotkey/QKHotKey.h"
-#include "hotkey/QKHotKeySet.h"
-#include "hotkey/QKModifierFlags.h"
+#include "hotkey/QKKeyStrings.h"
 #include "tests/hotkey/HotKeyTest.h"
 
 namespace seldial {

@@ -2,11 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "hotkey/QKKeyGlyphTable.h"
 #include "hotkey/QKKeyStrings.h"
 #include "platform/VirtualKeys.h"
 #include "tests/support/FakeKeyboardLayout.h"
-#include "tests/support/PlatformDoubles.h"
 
 namespace seldial {
 namespace {
@@ -23,21 +21,25 @@ constexpr std::uint64_t kCommand = platform::kModifierFlagCommand;
 
 class QKKeyStrings : public testing::Test {
  protected:
-  QKKeyStrings() { layout->keys = {{0, "a"}, {1, "ß"}}; }
+  QKKeyStrings() { layout.keys = {{0, "a"}, {1, "ß"}}; }
 
-  doubles::Installed<platform::KeyboardLayout, doubles::FakeKeyboardLayout> layout;
+  std::string shown(std::uint16_t keyCode, std::uint64_t modifierFlags) {
+    return QKStringFromKeyCode(keyCode, modifierFlags, layout);
+  }
+
+  doubles::FakeKeyboardLayout layout;
 };
 
 TEST_F(QKKeyStrings, KeyZeroWithControlAndCommandIsTheirGlyphsAndTheLayoutsCharacter) {
-  EXPECT_EQ(QKStringFromKeyCode(0, kControl | kCommand), "⌃⌘a");
+  EXPECT_EQ(shown(0, kControl | kCommand), "⌃⌘a");
 }
 
 TEST_F(QKKeyStrings, TheLeftShiftKeyWithShiftIsOneGlyph) {
-  EXPECT_EQ(QKStringFromKeyCode(56, kShift), "⇧");
+  EXPECT_EQ(shown(56, kShift), "⇧");
 }
 
 TEST_F(QKKeyStrings, TheRightShiftKeyWithShiftIsTwoGlyphs) {
-  EXPECT_EQ(QKStringFromKeyCode(60, kShift), "⇧⇧");
+  EXPECT_EQ(shown(60, kShift), "⇧⇧");
 }
 
 TEST_F(QKKeyStrings, TheFortySixGlyphs) {
@@ -55,9 +57,9 @@ TEST_F(QKKeyStrings, TheFortySixGlyphs) {
   for (const auto& [keyCode, glyph] : glyphs) {
     EXPECT_EQ(QKKeyGlyphTable().at(keyCode), glyph) << keyCode;
     const bool leftModifier = keyCode == 55 || keyCode == 56 || keyCode == 58 || keyCode == 59;
-    EXPECT_EQ(QKStringFromKeyCode(keyCode, kOption), "⌥" + (leftModifier ? "" : glyph)) << keyCode;
+    EXPECT_EQ(shown(keyCode, kOption), "⌥" + (leftModifier ? "" : glyph)) << keyCode;
   }
-  EXPECT_THAT(layout->asked, IsEmpty());
+  EXPECT_THAT(layout.asked, IsEmpty());
 }
 
 TEST_F(QKKeyStrings, TheGlyphsAreTheseCharacters) {
@@ -86,34 +88,34 @@ TEST_F(QKKeyStrings, TheGlyphsAreTheseCharacters) {
 }
 
 TEST_F(QKKeyStrings, ModifiersComeInAFixedOrder) {
-  EXPECT_EQ(QKStringFromKeyCode(36, kCommand | kShift | kOption | kControl), "⌃⌥⇧⌘↩");
+  EXPECT_EQ(shown(36, kCommand | kShift | kOption | kControl), "⌃⌥⇧⌘↩");
 }
 
 TEST_F(QKKeyStrings, CapsLockAndUnknownFlagsAreNotShown) {
-  EXPECT_EQ(QKStringFromKeyCode(36, ~std::uint64_t{kCommand | kShift | kOption | kControl}), "↩");
+  EXPECT_EQ(shown(36, ~std::uint64_t{kCommand | kShift | kOption | kControl}), "↩");
 }
 
 TEST_F(QKKeyStrings, ALeftModifierKeyAloneIsNothing) {
   for (const auto keyCode : std::initializer_list<std::uint16_t>{55, 56, 58, 59}) {
-    EXPECT_EQ(QKStringFromKeyCode(keyCode, 0), "") << keyCode;
-    EXPECT_EQ(QKStringFromKeyCode(keyCode, kControl | kCommand), "⌃⌘") << keyCode;
+    EXPECT_EQ(shown(keyCode, 0), "") << keyCode;
+    EXPECT_EQ(shown(keyCode, kControl | kCommand), "⌃⌘") << keyCode;
   }
 }
 
 TEST_F(QKKeyStrings, TheOtherModifierKeysAreShownOnTopOfTheFlags) {
-  EXPECT_EQ(QKStringFromKeyCode(61, kOption), "⌥⌥");
-  EXPECT_EQ(QKStringFromKeyCode(62, kControl), "⌃⌃");
-  EXPECT_EQ(QKStringFromKeyCode(63, kShift), "⇧⌘");
+  EXPECT_EQ(shown(61, kOption), "⌥⌥");
+  EXPECT_EQ(shown(62, kControl), "⌃⌃");
+  EXPECT_EQ(shown(63, kShift), "⇧⌘");
 }
 
 TEST_F(QKKeyStrings, TheLayoutIsAskedWithTheModifierBitsUnshifted) {
-  EXPECT_EQ(QKStringFromKeyCode(1, kShift | kCommand | kCapsLock), "⇧⌘ß");
-  EXPECT_THAT(layout->asked, ElementsAre(Pair(1, 0x200U | 0x100U | 0x400U)));
+  EXPECT_EQ(shown(1, kShift | kCommand | kCapsLock), "⇧⌘ß");
+  EXPECT_THAT(layout.asked, ElementsAre(Pair(1, 0x200U | 0x100U | 0x400U)));
 }
 
 TEST_F(QKKeyStrings, AKeyThatSaysNothingAddsNothing) {
-  EXPECT_EQ(QKStringFromKeyCode(2, kControl), "⌃");
-  EXPECT_EQ(QKStringFromKeyCode(2, 0), "");
+  EXPECT_EQ(shown(2, kControl), "⌃");
+  EXPECT_EQ(shown(2, 0), "");
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <QSet>
 #include <cstdlib>
 
-#include "hotkey/QKKeyGlyphTable.h"
 #include "tests/platform/x11/ForeignGrabs.h"
 #include "tests/shortcut/WindowTest.h"
 

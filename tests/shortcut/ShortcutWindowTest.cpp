@@ -5,6 +5,7 @@
 #include "shortcut/ShortcutWindow.h"
 #include "tests/platform/x11/ForeignGrabs.h"
 #include "tests/shortcut/WindowTest.h"
+#include "tests/support/desktop/KeymapRequests.h"
 #include "tests/support/desktop/XClient.h"
 
 namespace seldial {
@@ -144,6 +145,15 @@ TEST_F(ShortcutWindowTest, AcceptingHandsTheCommandOver) {
                           R"("virtualkey":2})"));
 }
 
+TEST_F(ShortcutWindowTest, RecordingRequestsNoKeymapAgain) {
+  open();
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
+  const int requests = keymapRequests();
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
+  EXPECT_EQ(control<QLabel>("words")->text(), QStringLiteral("Ctrl + Alt + D"));
+  EXPECT_EQ(keymapRequests(), requests);
+}
+
 TEST_F(ShortcutWindowTest, TheDelayIsFrom0To65535) {
   open();
   const auto* const delay = control<QSpinBox>("delay");
@@ -155,6 +165,7 @@ TEST_F(ShortcutWindowTest, TheDelayIsFrom0To65535) {
 TEST_F(ShortcutWindowTest, WhoeverIsHandedTheCommandFindsTheShortcutFree) {
   bool isFree = false;
   ShortcutWindow own(
+      QtDesktop::shared().ports().keyboard(),
       [&](const std::string&) {
         isFree = others.isFree(kKeyD, kControlAlt);
         return std::optional<std::string>();

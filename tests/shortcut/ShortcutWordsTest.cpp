@@ -3,7 +3,6 @@
 #include "platform/VirtualKeys.h"
 #include "shortcut/ShortcutWords.h"
 #include "tests/support/FakeKeyboardLayout.h"
-#include "tests/support/PlatformDoubles.h"
 
 namespace seldial {
 namespace {
@@ -12,15 +11,16 @@ using namespace platform;  // NOLINT: modifier flags by their short names
 
 class ShortcutWords : public testing::Test {
  protected:
-  static std::string wordsOf(std::uint16_t keyCode, std::uint64_t flags) {
-    return shortcutInWords(*QKHotKey::hotKeyWithKeyCode(keyCode, flags, nullptr)).toStdString();
+  std::string wordsOf(std::uint16_t keyCode, std::uint64_t flags) {
+    const auto hotKey = QKHotKey::hotKeyWithKeyCode(keyCode, flags, nullptr);
+    return shortcutInWords(*hotKey, layout).toStdString();
   }
 
-  doubles::Installed<KeyboardLayout, doubles::FakeKeyboardLayout> layout;
+  doubles::FakeKeyboardLayout layout;
 };
 
 TEST_F(ShortcutWords, NameTheModifiersInTheOrderOfTheGlyphsAndThenTheKey) {
-  layout->keys[2] = "d";
+  layout.keys[2] = "d";
   EXPECT_EQ(wordsOf(2, kModifierFlagCommand | kModifierFlagShift | kModifierFlagOption |
                            kModifierFlagControl | kModifierFlagCapsLock),
             "Ctrl + Alt + Shift + Super + D");
@@ -34,7 +34,7 @@ TEST_F(ShortcutWords, NameKeysThatAreShownAsAGlyph) {
 }
 
 TEST_F(ShortcutWords, TellTheKeypadApart) {
-  layout->keys[82] = layout->keys[29] = "0";
+  layout.keys[82] = layout.keys[29] = "0";
   EXPECT_EQ(wordsOf(82, 0), "Keypad 0");
   EXPECT_EQ(wordsOf(29, 0), "0");
   EXPECT_EQ(wordsOf(79, 0), "F18");

@@ -32,6 +32,7 @@ class WindowTest : public testing::Test {
 
   void open(const std::optional<HotKey>& hotKey = {}, std::uint16_t delay = 500) {
     window = std::make_unique<ShortcutWindow>(
+        QtDesktop::shared().ports().keyboard(),
         [this](const std::string& command) {
           commands.push_back(command);
           return trouble;

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/KeyboardLayout.h"
+#include "platform/Keyboard.h"
 
 namespace seldial::doubles {
 

@@ -14,30 +14,9 @@
 #include "platform/Application.h"
 #include "platform/Clipboard.h"
 #include "platform/HotKeyEvents.h"
-#include "platform/Installed.h"
 #include "platform/MainQueue.h"
 
 namespace seldial::doubles {
-
-/// Installs a double for as long as it lives, then puts back what was there.
-template <class Interface, class Double>
-class Installed {
- public:
-  template <class... Arguments>
-  explicit Installed(Arguments&&... arguments)
-      : double_(std::make_shared<Double>(std::forward<Arguments>(arguments)...)),
-        before_(std::exchange(platform::installed<Interface>(), double_)) {}
-  ~Installed() { platform::installed<Interface>() = before_; }
-  Installed(const Installed&) = delete;
-  Installed& operator=(const Installed&) = delete;
-
-  Double* operator->() const { return double_.get(); }
-  Double& operator*() const { return *double_; }
-
- private:
-  std::shared_ptr<Double> double_;
-  std::shared_ptr<Interface> before_;
-};
 
 using Journal = std::vector<std::string>;
 

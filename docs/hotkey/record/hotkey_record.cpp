@@ -1,5 +1,6 @@
-// hotkey_record: a field to record a hot key in. Tells which one it takes from the desktop once the
-// recording has ended, and of each use, until its window is closed.
+// hotkey_record: a window with a field in which a hot key is recorded. When the recording ends, it
+// registers the hot key and prints it, then a line each time it is used, until the window is
+// closed.
 #include <hotkey/QKHotKeyCenter.h>
 #include <hotkey/QKKeyStrings.h>
 #include <hotkey/qt/QKHotKeyTextField.h>
@@ -14,17 +15,16 @@ namespace {
 
 using namespace seldial;
 
-constexpr std::uint16_t kKeyD = 2;  // a virtual key code: the place of the key, whatever it says
 constexpr std::uint64_t kModifiers = platform::kModifierFlagControl | platform::kModifierFlagOption;
 
-void takeFromDesktop(const std::shared_ptr<QKHotKey>& hotKey) {
+void registerHotKey(const std::shared_ptr<QKHotKey>& hotKey) {
   const bool taken = QKHotKeyCenter::sharedHotKeyCenter()->registerHotKey(hotKey) != nullptr;
   std::cout << QKStringFromKeyCode(hotKey->keyCode(), hotKey->modifierFlags())
-            << (taken ? "" : " cannot be had") << std::endl;
+            << (taken ? "" : " cannot be registered") << std::endl;
 }
 
 void recordingChanged(const QKHotKeyTextField& field, bool isRecording) {
-  if (!isRecording) return takeFromDesktop(field.hotKey());
+  if (!isRecording) return registerHotKey(field.hotKey());
   QKHotKeyCenter::sharedHotKeyCenter()->unregisterAllHotKeys();
   std::cout << "recording" << std::endl;
 }
@@ -41,10 +41,11 @@ int main(int argc, char* argv[]) {
   const QApplication application(argc, argv);
   const auto served = desktop->serve();
 
-  QKHotKeyTextField field;
-  // Every hot key that is recorded does what the one before did.
-  field.setHotKey(QKHotKey::hotKeyWithKeyCode(
-      kKeyD, kModifiers, [](const QKKeyEvent&) { std::cout << "used" << std::endl; }));
+  QKHotKeyTextField field(desktop->keyboard());
+  // Every recorded hot key gets the task of this one.
+  field.setHotKey(
+      QKHotKey::hotKeyWithKeyCode(platform::kVK_ANSI_D, kModifiers,
+                                  [](const QKKeyEvent&) { std::cout << "used" << std::endl; }));
   QObject::connect(&field, &QKHotKeyTextField::editingChanged,
                    [&field](bool isRecording) { recordingChanged(field, isRecording); });
   field.show();

@@ -1,4 +1,4 @@
-// hotkey_watch: takes Control+Option+D from the desktop and tells of each use, until it is
+// hotkey_watch: registers Control+Option+D and prints a line each time it is used, until it is
 // interrupted (Ctrl-C).
 #include <hotkey/QKHotKeyCenter.h>
 #include <hotkey/QKKeyStrings.h>
@@ -14,7 +14,6 @@ namespace {
 
 using namespace seldial;
 
-constexpr std::uint16_t kKeyD = 2;  // a virtual key code: the place of the key, whatever it says
 constexpr std::uint64_t kModifiers = platform::kModifierFlagControl | platform::kModifierFlagOption;
 
 class Watch final : public platform::ApplicationDelegate {
@@ -28,14 +27,15 @@ class Watch final : public platform::ApplicationDelegate {
 
   void applicationDidFinishLaunching() override {
     QKHotKeyCenter::setHotKeyEvents(ports_.connectDesktop().hotKeyEvents);
-    const std::string shortcut = QKStringFromKeyCode(kKeyD, kModifiers);
+    const std::string shortcut = QKStringFromKeyCode(platform::kVK_ANSI_D, kModifiers);
     const auto hotKey = QKHotKeyCenter::sharedHotKeyCenter()->registerHotKeyWithKeyCode(
-        kKeyD, kModifiers, [](const QKKeyEvent&) { std::cout << "used" << std::endl; });
+        platform::kVK_ANSI_D, kModifiers,
+        [](const QKKeyEvent&) { std::cout << "used" << std::endl; });
     if (hotKey) {
       std::cout << shortcut << std::endl;
       return;
     }
-    std::cerr << shortcut << " cannot be had. Does another program hold it?\n";
+    std::cerr << shortcut << " cannot be registered. Does another program hold it?\n";
     failed_ = true;
     ports_.application->terminate(this);
   }

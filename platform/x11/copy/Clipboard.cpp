@@ -146,7 +146,8 @@ std::shared_ptr<Clipboard> makeClipboard(const std::shared_ptr<Session>& session
 void reserveCopyKeystroke(Session& session) {
   session.hotKeys.reserve(
       [&keyboards = session.keyboards](xcb_keycode_t key, std::uint16_t modifiers) {
-        return key == keyboards.typingMap().insert && modifiers == keyboards.map().masks.control;
+        return key == keyboards.typingMap().insert &&
+               modifiers == keyboards.map().masks.bits[kControlModifier];
       });
 }
 

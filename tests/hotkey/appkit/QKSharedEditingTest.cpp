@@ -20,7 +20,7 @@ class Field final : public QKHotKeyEditedField {
 
   [[nodiscard]] std::shared_ptr<QKHotKey> hotKey() const override { return shown_; }
   void setHotKey(const std::shared_ptr<QKHotKey>& hotKey) override { shown_ = hotKey; }
-  void setEditorString(const std::string& /*displayString*/) override {}
+  void showInEditor(const std::shared_ptr<QKHotKey>& /*hotKey*/) override {}
   void sendAction() override {}
   void resignFocus() override {}
 
@@ -31,9 +31,11 @@ class Field final : public QKHotKeyEditedField {
 struct QKSharedEditingTest : testing::Test {
   /// Whether a field takes the key; with Command unless it is Escape.
   bool press(std::uint16_t keyCode) {
-    const std::uint64_t flags = platform::kModifierFlagCommand;
-    return editing.processHotkeyEvent(
-        {QKHotKeyEditingEvent::kKeyDown, keyCode, keyCode == kVK_Escape ? 0 : flags, ""});
+    platform::KeyEvent event;
+    event.type = platform::KeyEvent::kKeyDown;
+    event.keyCode = keyCode;
+    if (keyCode != kVK_Escape) event.modifierFlags = platform::kModifierFlagCommand;
+    return editing.processHotkeyEvent(event);
   }
 
   static constexpr std::uint16_t kFirstKey = 100;

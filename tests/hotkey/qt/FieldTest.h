@@ -19,7 +19,8 @@ using testing::ElementsAre;
 /// A window with a field between two buttons; the second button has the focus.
 class FieldTest : public testing::Test {
  protected:
-  FieldTest() {
+  explicit FieldTest(const KeyboardPorts& ports = QtDesktop::shared().ports().keyboard())
+      : field(ports, &window) {
     auto* const layout = new QVBoxLayout(&window);
     for (QWidget* const widget : {static_cast<QWidget*>(&before), static_cast<QWidget*>(&field),
                                   static_cast<QWidget*>(&after)}) {
@@ -53,7 +54,7 @@ class FieldTest : public testing::Test {
   Keyboard& keyboard = QtDesktop::shared().keyboard;
   QWidget window;
   QPushButton before{&window};
-  QKHotKeyTextField field{&window};
+  QKHotKeyTextField field;
   QPushButton after{&window};
   std::vector<std::string> shown;  ///< the text at each action
   int clicks = 0;

@@ -1,5 +1,6 @@
 // What the keys of a real keyboard are in the field, under layouts of all kinds.
 #include "tests/hotkey/qt/FieldTest.h"
+#include "tests/support/desktop/KeymapRequests.h"
 
 namespace seldial {
 namespace {
@@ -92,6 +93,17 @@ TEST_F(QKHotKeyTextFieldKeys, AnEscapeThatLiesElsewhereIsEscape) {
   edit();
   keyboard.tap(kKeyCapsLock);
   ASSERT_TRUE(comesTrue([this] { return !field.isEditing(); }));
+}
+
+TEST_F(QKHotKeyTextFieldKeys, NoKeystrokeRequestsTheKeymapAgain) {
+  edit();
+  press({kKeyLeftControl, kKeyK});
+  ASSERT_TRUE(acts(2));
+  const int requests = keymapRequests();
+  press({kKeyLeftControl, kKeyD});
+  ASSERT_TRUE(acts(3));
+  EXPECT_THAT(shown, ElementsAre("⌃", "⌃K", "⌃D"));
+  EXPECT_EQ(keymapRequests(), requests);
 }
 
 TEST_F(QKHotKeyTextFieldKeys, ARepeatingKeyIsRecordedOnce) {

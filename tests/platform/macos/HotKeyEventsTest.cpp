@@ -84,10 +84,10 @@ TEST_F(MacHotKeyEvents, AReleaseIsReadInsideAScopeAndHandled) {
   ASSERT_THAT(released, SizeIs(1));
   EXPECT_EQ(released[0].hotKeyID.signature, kSignature);
   EXPECT_EQ(released[0].hotKeyID.id, 7U);
-  EXPECT_EQ(released[0].locationX, 12.5);
-  EXPECT_EQ(released[0].locationY, -3.25);
-  EXPECT_EQ(released[0].modifierFlags, 0x140000U);
-  EXPECT_EQ(released[0].timestamp, 123.75);
+  EXPECT_EQ(released[0].event.locationX, 12.5);
+  EXPECT_EQ(released[0].event.locationY, -3.25);
+  EXPECT_EQ(released[0].event.modifierFlags, 0x140000U);
+  EXPECT_EQ(released[0].event.timestamp, 123.75);
 }
 
 TEST_F(MacHotKeyEvents, AnUnreadableParameterIsReportedAsNobodysHotKey) {

@@ -1,4 +1,4 @@
-#include "platform/KeyboardLayout.h"
+#include "platform/Keyboard.h"
 #include "tests/platform/macos/AppleTest.h"
 
 namespace seldial::platform {

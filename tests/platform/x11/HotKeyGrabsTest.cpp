@@ -114,10 +114,10 @@ TEST_F(HotKeyGrabs, TheReleaseTellsWhereWhenAndWhatIsStillHeld) {
   port.waitForReleases(1);
   const auto release = port.releases().front();
   EXPECT_EQ(release.hotKeyID.id, 77U);
-  EXPECT_EQ(release.locationX, 123);
-  EXPECT_EQ(release.locationY, 45);
-  EXPECT_EQ(release.modifierFlags, kModifierFlagOption);
-  EXPECT_GT(release.timestamp, 0);
+  EXPECT_EQ(release.event.locationX, 123);
+  EXPECT_EQ(release.event.locationY, 45);
+  EXPECT_EQ(release.event.modifierFlags, kModifierFlagOption);
+  EXPECT_GT(release.event.timestamp, 0);
 }
 
 TEST_F(HotKeyGrabs, AnUnregisteredHotKeyIsTheApplicationsAgain) {

@@ -1,11 +1,11 @@
 // What keys say in the layout of a real X server.
 #include <gtest/gtest.h>
 
-#include "hotkey/QKKeyGlyphTable.h"
 #include "hotkey/QKKeyStrings.h"
-#include "platform/KeyboardLayout.h"
+#include "platform/Keyboard.h"
 #include "platform/VirtualKeys.h"
 #include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/KeymapRequests.h"
 #include "tests/support/desktop/Keys.h"
 #include "tests/support/desktop/XServer.h"
 
@@ -157,6 +157,19 @@ TEST_F(KeyCharacters, OfTheFortySixGlyphsAreAskedOfNoLayout) {
       EXPECT_EQ(QKStringFromKeyCode(keyCode, 0), isLeft ? "" : glyph) << keyCode << " " << layouts;
     }
   }
+}
+
+TEST_F(KeyCharacters, TheKeymapIsRequestedAgainOnlyAfterAChange) {
+  use("us,ru");
+  EXPECT_EQ(at(kVirtualA), "a");
+  const int requests = keymapRequests();
+  EXPECT_EQ(at(kVirtualQ), "q");
+  EXPECT_EQ(at(kVirtualSemicolon), ";");
+  EXPECT_EQ(keymapRequests(), requests);
+  use("de");
+  EXPECT_EQ(at(kVirtualZ), "y");
+  EXPECT_EQ(at(kVirtualSemicolon), "ö");
+  EXPECT_EQ(keymapRequests(), requests + 1);
 }
 
 TEST_F(KeyCharacters, AreNoneWithoutAServerAndBackWithTheNext) {
