@@ -1,0 +1,180 @@
+#include "tests/faults/Scenario.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <thread>
+
+#include "tests/support/ProcessState.h"
+#include "tests/support/Waiting.h"
+#include "tests/support/desktop/Keys.h"
+
+namespace seldial::tests {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// How long to wait for what the fault may have swallowed, before it is asked for again.
+constexpr std::chrono::milliseconds kForgivenWait{1500};
+
+const std::vector<std::uint8_t> kModifiers{kKeyLeftControl, kKeyLeftAlt};
+constexpr const char* kSetHotKey =
+    R"({"command":"SetHotKey","modifierCtrl":true,"modifierAlt":true,"virtualkey":2,)"
+    R"("readdelay":50})";
+
+}  // namespace
+
+Scenario::Scenario(FaultDesktop& desktop, FaultInjector& injector, std::optional<Fault> fault)
+    : desktop_(desktop), injector_(injector), fault_(std::move(fault)) {}
+
+void Scenario::run() {
+  start();
+  if (listening_) command();
+  if (hasHotKey_) press();
+  if (listening_ && !hasEnded()) descriptors_ = openDescriptors(process_->id());
+  end();
+}
+
+void Scenario::enter(Phase phase) {
+  phase_ = phase;
+  injector_.enter(phase);
+}
+
+/// Whether the fault has struck in this phase.
+bool Scenario::forgivable() const {
+  return fault_ && fault_->phase == phase_ && injector_.hasInjected();
+}
+
+bool Scenario::hasEnded() {
+  ended_ = ended_ || !process_->isRunning();
+  return ended_;
+}
+
+void Scenario::start() {
+  enter(kStart);
+  auto environment = injector_.environment();
+  environment.push_back(desktop_.server.environment());
+  process_.emplace(injector_.command({SELDIAL_PROGRAM, "-log", "dialerpipename=" + in_,
+                                      "clientpipename=" + out_}),
+                   std::move(environment), std::string(), Streams{Streams::Errors::kCaptured, {}});
+  std::optional<Clock::time_point> struck;
+  const bool settled = eventually([&] {
+    if (!struck && forgivable()) struck = Clock::now();
+    listening_ = hasListened_ = Peer::connectedTo(in_).connected();
+    return listening_ || hasEnded() || (struck && Clock::now() > *struck + kForgivenWait);
+  });
+  EXPECT_TRUE(settled) << "neither listens nor ends";
+  // The connection above is a command too, an empty one.
+  if (listening_) listening_ = isAnswered("empty string") || forgivable();
+}
+
+/// Waits for the next message that contains `part`.
+bool Scenario::isAnswered(const std::string& part) {
+  const auto begin = Clock::now();
+  while (Clock::now() < begin + (forgivable() ? kForgivenWait : kTimeLimit)) {
+    if (client_.hasConnection()) {
+      messages_.push_back(client_.nextMessage().value_or(""));
+      if (messages_.back().find(part) != std::string::npos) return true;
+    } else if (hasEnded()) {
+      return false;
+    } else {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  }
+  return false;
+}
+
+/// False where nobody listens, or `part` is not in any answer.
+bool Scenario::ask(const std::string& text, const std::string& part) {
+  Peer peer = Peer::connectedTo(in_);
+  if (!peer.connected() || !peer.send(text)) return false;
+  peer.leave();
+  return isAnswered(part);
+}
+
+void Scenario::command() {
+  enter(kCommand);
+  // What was asked for before the fault may fail by it; what is asked for afterwards may not.
+  bool answered = false;
+  for (int attempt = 0; attempt < 2 && !hasHotKey_; ++attempt) {
+    answered = ask(kSetHotKey, "HotkeyState");
+    hasHotKey_ = answered && messages_.back().find(R"("result":true)") != std::string::npos;
+  }
+  if (hasEnded()) return;
+  listening_ = Peer::connectedTo(in_).connected();
+  if (!listening_) return;  // which it has to say, as end() finds
+  EXPECT_TRUE(answered) << "a second command is lost";
+  const bool desktopMayBeMissing = fault_ && fault_->phase == kStart;
+  EXPECT_TRUE(hasHotKey_ || desktopMayBeMissing) << "a second SetHotKey is refused";
+}
+
+void Scenario::press() {
+  enter(kPress);
+  bool dialled = false;
+  for (int attempt = 0; attempt < 2 && !dialled && !hasEnded(); ++attempt) {
+    desktop_.keyboard.press(kModifiers);
+    desktop_.keyboard.tap(kKeyD);
+    desktop_.keyboard.release(kModifiers);
+    dialled = isAnswered("+31 20 123 4567");
+  }
+  EXPECT_TRUE(dialled || hasEnded()) << "a second press is lost";
+}
+
+void Scenario::end() {
+  enter(kEnd);
+  if (hasEnded()) {
+    expectStatedError();
+  } else {
+    if (!listening_ && !writeFails()) expectWordOfClosing();
+    process_->signal(SIGTERM);
+    expectOrderlyEnd();
+  }
+  expectKeysUp();
+  if (!listening_ || writeFails()) return;
+  const auto lines = process_->restOfLines();
+  for (const auto& message : messages_) {
+    EXPECT_THAT(lines, testing::Contains(message)) << "a message is not on standard output";
+  }
+}
+
+/// Then any line may be missing.
+bool Scenario::writeFails() const {
+  return fault_ && fault_->name == "write";
+}
+
+/// Waits until it has said that nobody can send it commands any more, or has ended.
+void Scenario::expectWordOfClosing() {
+  const bool said = process_->waitForLine(hasListened_ ? "did close" : "listen failed");
+  EXPECT_TRUE(said || eventually([this] { return hasEnded(); }))
+      << "it does not say that it is deaf";
+}
+
+/// With status 1 it ended by an error a moment before it was told to.
+void Scenario::expectOrderlyEnd() {
+  const int status = process_->wait();
+  if (status != 0 && injector_.hasInjected()) {
+    expectStatedError();
+    return;
+  }
+  EXPECT_EQ(status, 0) << process_->errors();
+  const bool mayStay = fault_ && fault_->phase == kEnd;
+  EXPECT_TRUE(mayStay || !std::filesystem::exists(in_)) << "the socket is left behind";
+}
+
+void Scenario::expectStatedError() {
+  const int status = process_->wait();
+  EXPECT_TRUE(status == 1 || status == 128 + SIGABRT) << "ended with " << status;
+  EXPECT_NE(process_->errors(), "") << "ended without a word, with " << status;
+  EXPECT_TRUE(forgivable() || injector_.hasInjected()) << "ended without a fault";
+  EXPECT_FALSE(status == 1 && std::filesystem::exists(in_)) << "the socket is left behind";
+}
+
+void Scenario::expectKeysUp() {
+  EXPECT_TRUE(eventually([this] { return desktop_.keyboard.down().empty(); }))
+      << "keys are stuck: " << testing::PrintToString(desktop_.keyboard.down());
+}
+
+}  // namespace seldial::tests
