@@ -111,7 +111,9 @@ void Dialler::start(const std::string& selection, const FoundNumber& number) {
     if (WIFEXITED(status) && WEXITSTATUS(status) == 0) return;
     main->post([=] { events->failed(program + " " + describedExitStatus(status)); });
   };
-  if (arguments && startDetached(*arguments, ended, error)) return events_->dialled();
+  if (arguments && startDetached(*arguments, ended, error)) {
+    return events_->dialled(dialledNumber(number, settings_));
+  }
   events_->notDialled(error);
 }
 

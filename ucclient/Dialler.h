@@ -15,9 +15,9 @@ namespace seldial {
 /// the program that calls. Main thread only.
 class Dialler {
  public:
-  /// What happens, on the main thread. No text contains a number or a part of the selection.
+  /// What happens, on the main thread. No sentence contains a number or a part of the selection.
   struct Events {
-    std::function<void()> dialled;                            ///< the program was started
+    std::function<void(const std::string& number)> dialled;   ///< the program was started
     std::function<void(const std::string& sentence)> failed;  ///< the program ended with an error
     std::function<void(const std::string& sentence)> notDialled;  ///< and why, no full stop
   };

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "client/Messages.h"
+#include "ucclient/Notifications.h"
 #include "unixsocket/GDUnixSocketClient.h"
 
 namespace seldial {
@@ -45,9 +46,9 @@ Session::Session(Options options) : options_(std::move(options)), console_(optio
   if (!options_.dialling.dials()) return;
   dialling_ = std::make_unique<Dialler>(
       options_.dialling, mainThread_,
-      Dialler::Events{[this] { console_.dialled(); },
-                      [this](const std::string& what) { console_.error(what); },
-                      [this](const std::string& why) { console_.notDialled(why); }});
+      Dialler::Events{[this](const std::string& number) { dialled(number); },
+                      [this](const std::string& what) { dialFailed(what); },
+                      [this](const std::string& why) { notDialled(why); }});
 }
 
 int Session::run() {
@@ -101,7 +102,7 @@ void Session::dialerWrote(const std::string& line) {
   if (logged->starts_with("Unix socket server listen ok")) {
     sendSetHotKey();
   } else if (*logged == "no number found on pasteboard") {
-    if (dialling_) console_.notDialled("nothing was selected");
+    if (dialling_) notDialled("nothing was selected");
   } else if (logged->starts_with("Unix socket server listen failed") ||
              logged->starts_with("Failed to start unix socket server")) {
     fail("seldial cannot listen at " + dialerPath_);
@@ -150,6 +151,21 @@ void Session::received(const std::string& text) {
       break;
   }
   if (console_.broken()) fail("standard output cannot be written");
+}
+
+void Session::dialled(const std::string& number) const {
+  console_.dialled();
+  showNotification("Calling " + number, "");
+}
+
+void Session::dialFailed(const std::string& what) const {
+  console_.error(what);
+  showNotification("The call failed", what);
+}
+
+void Session::notDialled(const std::string& why) const {
+  console_.notDialled(why);
+  showNotification("Nothing was dialled", why);
 }
 
 void Session::endRequested() {

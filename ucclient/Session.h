@@ -37,6 +37,9 @@ class Session : public std::enable_shared_from_this<Session> {
   void dialerWrote(const std::string& line);
   void sendSetHotKey();
   void received(const std::string& message);
+  void dialled(const std::string& number) const;
+  void dialFailed(const std::string& what) const;
+  void notDialled(const std::string& why) const;
   void endRequested();
   void dialerEnded();
   [[nodiscard]] bool restartsAfter(int status) const;

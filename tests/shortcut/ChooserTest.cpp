@@ -74,7 +74,7 @@ TEST_F(Chooser, TheClientDialsWhatWasChosen) {
 }
 
 TEST_F(Chooser, WithoutNumbersThereIsNoWindow) {
-  ChildProcess process({SELDIAL_CHOOSER_PROGRAM}, {"DISPLAY="});
+  ChildProcess process({"sh", "-c", "exec " SELDIAL_CHOOSER_PROGRAM " </dev/null"}, {"DISPLAY="});
   EXPECT_EQ(process.wait(), 2);
 }
 

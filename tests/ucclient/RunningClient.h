@@ -18,13 +18,15 @@ namespace seldial {
 class RunningClient {
  public:
   /// `environment` ("NAME=value") tells where the desktop is; by default there is none. `path` is
-  /// where programs are looked for.
+  /// where programs are looked for, `bus` the address of the session bus.
   explicit RunningClient(const std::vector<std::string>& arguments,
                          const std::string& environment = "DISPLAY=",
-                         const std::string& path = std::getenv("PATH"))
+                         const std::string& path = std::getenv("PATH"),
+                         const std::string& bus = "disabled:")
       : process_(commandLine(arguments),
-                 {environment, "PATH=" + path, "XDG_RUNTIME_DIR=" + directory_.path("")}, {},
-                 {tests::Streams::Errors::kWithOutput, {}}) {}
+                 {environment, "PATH=" + path, "DBUS_SESSION_BUS_ADDRESS=" + bus,
+                  "XDG_RUNTIME_DIR=" + directory_.path("")},
+                 {}, {tests::Streams::Errors::kWithOutput, {}}) {}
 
   void expectLine(const std::string& line) { EXPECT_EQ(process_.readLine(), line); }
 
