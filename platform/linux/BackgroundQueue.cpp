@@ -27,6 +27,10 @@ constexpr std::chrono::seconds kIdleTime{2};
 /// The stack of a background thread, in bytes. Only the part that is used takes memory.
 constexpr std::size_t kStackSize = 512UL * 1024;
 
+/// How often, and how long apart, async() tries to start a thread: for a second.
+constexpr int kStartAttempts = 20;
+constexpr std::chrono::milliseconds kStartPause{50};
+
 /// Blocks all signals in the calling thread during its life. A thread started meanwhile inherits
 /// the mask, so that signals go to the main thread.
 class BlockedSignals {
@@ -51,8 +55,15 @@ void ThreadPerTaskQueue::async(Task task) {
     worker->wakeUp.notify_one();  // not under the lock: the woken thread needs it at once
     return;
   }
-  // If it fails, the task waits for the next thread that becomes free.
-  if (!startThread()) std::perror("seldial: no thread for a background task");
+  // A lack of threads or memory is often short, and a task such as an accept loop must not be lost.
+  for (int attempt = 1; !startThread(); ++attempt) {
+    if (attempt == kStartAttempts) {
+      // The task waits for the next thread that becomes free.
+      std::perror("seldial: no thread for a background task");
+      return;
+    }
+    std::this_thread::sleep_for(kStartPause);
+  }
 }
 
 /// Gives `task` to an idle thread and returns that, for the caller to wake up. Null if no thread is
