@@ -1,6 +1,6 @@
-# Compiles for macOS on a machine that is none: clang and the LLVM tools, and a folder of Apple's
-# headers and link stubs, -DSELDIAL_SYSROOT. Used by scripts/check-macos, which says for which
-# architecture (-DSELDIAL_ARCHITECTURE) and from which system on (-DSELDIAL_MACOS).
+# Cross-compiles for macOS with clang, LLVM's tools and an SDK folder. scripts/check-macos sets
+# SELDIAL_SYSROOT (the SDK folder), SELDIAL_STUBS (see link-missing-stubs), SELDIAL_ARCHITECTURE and
+# SELDIAL_MACOS (the oldest system).
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_PROCESSOR ${SELDIAL_ARCHITECTURE})
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES
@@ -13,7 +13,7 @@ set(CMAKE_FIND_ROOT_PATH ${SELDIAL_SYSROOT})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-# What is tried out at configuration time cannot be linked: the stubs need not be complete.
+# CMake must not try to link while it configures: the stubs may be incomplete.
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 
 foreach(language C CXX OBJCXX)
@@ -33,8 +33,7 @@ set(libcxx "-stdlib=libc++ -nostdinc++ -isystem ${SELDIAL_SYSROOT}/usr/include/c
 set(CMAKE_CXX_FLAGS_INIT "${libcxx} -Wunguarded-availability")
 set(CMAKE_OBJCXX_FLAGS_INIT "${libcxx} -Wunguarded-availability")
 
-# A folder without the system's own libraries is linked against as far as it goes; what is left
-# undefined is looked at afterwards.
+# Without a stub of libSystem, symbols may stay undefined; scripts/check-macos looks at them afterwards.
 find_program(lld ld64.lld HINTS ${llvm} REQUIRED)
 set(linking "--ld-path=${lld} -mlinker-version=609 -Wl,-syslibroot,${SELDIAL_STUBS}")
 string(APPEND linking " -Wno-unused-command-line-argument")
