@@ -1,6 +1,5 @@
 #include "hotkey/QKHotKeyCenter.h"
 
-#include <cstdio>
 #include <utility>
 
 namespace seldial {
@@ -147,7 +146,7 @@ void QKHotKeyCenter::hotKeyReleased(const platform::HotKeyReleased& released) {
   if (!center) return;
   auto named = center->hotKeysMatching(
       [&](const QKHotKey& hotKey) { return hotKey.hotKeyID == released.hotKeyID.id; });
-  if (named.size() > 1) (void)std::fputs("ERROR!\n", stderr);
+  if (named.size() > 1) hotKeyEvents()->logError("ERROR!");
   if (named.empty()) return;
   const QKHotKey& hotKey = **named.begin();
   QKKeyEvent event = released.event;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <functional>
 #include <optional>
 
@@ -48,6 +49,10 @@ class HotKeyEvents {
   [[nodiscard]] virtual bool canBeHotKey(std::uint32_t /*keyCode*/, std::uint32_t /*modifiers*/) {
     return true;
   }
+
+  /// Writes a line about an error of the program itself to the system log, or to standard error on
+  /// a desktop that has none.
+  virtual void logError(const char* line) { (void)std::fprintf(stderr, "%s\n", line); }
 };
 
 }  // namespace seldial::platform

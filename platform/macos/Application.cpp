@@ -1,10 +1,23 @@
 #include "platform/macos/Application.h"
 
+#include <dispatch/dispatch.h>
+#include <mach-o/dyld.h>
+#include <pthread.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <climits>
+#include <csignal>
+#include <cstdio>
+#include <memory>
 #include <utility>
 
+#include "platform/System.h"
+#include "platform/macos/Clipboard.h"
 #include "platform/macos/Cocoa.h"
+#include "platform/macos/DispatchedTask.h"
+#include "platform/macos/HotKeyEvents.h"
+#include "platform/posix/ProcessSetUp.h"
 
 namespace seldial::platform::macos {
 
@@ -17,6 +30,64 @@ void MacApplication::terminate(ApplicationDelegate* sender) {
 
 void MacApplication::usleep(std::uint32_t microseconds) {
   ::usleep(microseconds);
+}
+
+void DispatchMainQueue::async(Task task) {
+  dispatch_async_f(dispatch_get_main_queue(), newTaskContext(std::move(task)), &runTaskContext);
+}
+
+bool DispatchMainQueue::isMainThread() const {
+  return pthread_main_np() != 0;
+}
+
+Ports makePorts(std::vector<std::string> arguments) {
+  const auto connectDesktop = [] {
+    return DesktopPorts{std::make_shared<CarbonHotKeyEvents>(&requestConsent),
+                        std::make_shared<MacClipboard>()};
+  };
+  return {std::make_shared<MacApplication>(std::move(arguments)),
+          std::make_shared<DispatchMainQueue>(), connectDesktop};
+}
+
+void restartUnderRealPath(char* const argv[]) {
+  char started[PATH_MAX];
+  std::uint32_t size = sizeof started;
+  struct stat status {};
+  if (_NSGetExecutablePath(started, &size) != 0 || lstat(started, &status) != 0) return;
+  if (!S_ISLNK(status.st_mode)) return;
+  const std::string path = executablePath();
+  execv(path.c_str(), argv);
+  std::perror(path.c_str());
+}
+
+namespace {
+
+using Received = std::function<void()>;
+
+void signalArrived(void* received) {
+  (*static_cast<Received*>(received))();
+}
+
+/// Creates a source that lives as long as the process.
+void watch(int signal, Received* received) {
+  // Its default action would end the process before the source is told.
+  std::signal(signal, SIG_IGN);
+  const auto source = dispatch_source_create(
+      DISPATCH_SOURCE_TYPE_SIGNAL, static_cast<uintptr_t>(signal), 0, dispatch_get_main_queue());
+  dispatch_set_context(source, received);
+  dispatch_source_set_event_handler_f(source, &signalArrived);
+  dispatch_resume(source);
+}
+
+}  // namespace
+
+void onTerminationSignals(std::function<void()> received) {
+  static auto* const kept = new Received;  // never destroyed: the sources outlive main()
+  *kept = std::move(received);
+  const sigset_t signals = posix_port::terminationSignals();
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    if (sigismember(&signals, signal) == 1) watch(signal, kept);
+  }
 }
 
 }  // namespace seldial::platform::macos

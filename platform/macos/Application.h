@@ -1,13 +1,16 @@
+// The program as a macOS application: its process, its main queue and its ports.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "platform/Application.h"
+#include "platform/MainQueue.h"
 
 namespace seldial::platform::macos {
 
-/// The shared application of Cocoa, as the program knows it.
+/// The shared application of AppKit.
 class MacApplication final : public platform::Application {
  public:
   explicit MacApplication(std::vector<std::string> arguments);
@@ -19,5 +22,27 @@ class MacApplication final : public platform::Application {
  private:
   const std::vector<std::string> arguments_;
 };
+
+/// The main queue of Dispatch. The main run loop of the application serves it.
+class DispatchMainQueue final : public platform::MainQueue {
+ public:
+  void async(Task task) override;
+  [[nodiscard]] bool isMainThread() const override;
+};
+
+/// The ports of macOS. `arguments` is the command line, the path of the program first. The first
+/// hot key that is registered asks for the consent that copying needs, see requestConsent(). Main
+/// thread.
+Ports makePorts(std::vector<std::string> arguments);
+
+/// If the process was started through a symbolic link to its executable, replaces it by the same
+/// program under its real path: AppKit looks for the bundle beside the path that was started.
+/// `argv` is passed on. Returns when there is no such link, or with a line on standard error when
+/// the system refuses. Main thread, before anything else.
+void restartUnderRealPath(char* const argv[]);
+
+/// Turns posix_port::terminationSignals() into calls: once the main queue is served, `received` is
+/// called on the main thread for each signal that arrives. Main thread, once.
+void onTerminationSignals(std::function<void()> received);
 
 }  // namespace seldial::platform::macos

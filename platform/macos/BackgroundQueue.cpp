@@ -33,13 +33,13 @@ class QueuePerTask final : public BackgroundQueue {
  public:
   void async(Task task) override {
     const SerialQueue queue;
-    dispatch_async_f(queue.get(), macos::keptTask(std::move(task)), &macos::runKeptTask);
+    dispatch_async_f(queue.get(), macos::newTaskContext(std::move(task)), &macos::runTaskContext);
   }
 
   void after(std::chrono::nanoseconds delay, Task task) override {
     const SerialQueue queue;
     dispatch_after_f(dispatch_time(DISPATCH_TIME_NOW, delay.count()), queue.get(),
-                     macos::keptTask(std::move(task)), &macos::runKeptTask);
+                     macos::newTaskContext(std::move(task)), &macos::runTaskContext);
   }
 };
 

@@ -1,9 +1,10 @@
 #include "platform/macos/Clipboard.h"
 
-#include <CoreFoundation/CoreFoundation.h>
-#include <CoreGraphics/CoreGraphics.h>
+#include <ApplicationServices/ApplicationServices.h>
 
+#include <cstdio>
 #include <memory>
+#include <type_traits>
 
 #include "platform/VirtualKeys.h"
 #include "platform/macos/Cocoa.h"
@@ -17,9 +18,21 @@ struct Release {
   void operator()(const void* object) const { CFRelease(object); }
 };
 
-/// A Core Foundation object that this code owns; null where the system made none.
+/// A Core Foundation object that this code owns; null if the system made none.
 template <class Ref>
 using Owned = std::unique_ptr<std::remove_pointer_t<Ref>, Release>;
+
+/// Whether this program may post events. If not, macOS asks the user, but does not wait for the
+/// answer.
+bool requestPostEventAccess() {
+  // Declared since 10.15, but it was seen to crash in 10.15.3.
+  if (__builtin_available(macOS 11.0, *)) return CGRequestPostEventAccess();
+  const void* key = kAXTrustedCheckOptionPrompt;
+  const void* value = kCFBooleanTrue;
+  const Owned<CFDictionaryRef> options(CFDictionaryCreate(
+      nullptr, &key, &value, 1, &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks));
+  return AXIsProcessTrustedWithOptions(options.get()) != 0;
+}
 
 }  // namespace
 
@@ -28,7 +41,7 @@ void MacClipboard::clear() {
 }
 
 bool MacClipboard::copySelection() {
-  // An event needs no source: one that could not be made is not an error.
+  // Events can be created without a source, so a missing one is not an error.
   const Owned<CGEventSourceRef> source(CGEventSourceCreate(kCGEventSourceStateHIDSystemState));
   const Owned<CGEventRef> keyDown(CGEventCreateKeyboardEvent(source.get(), kVK_ANSI_C, true));
   const Owned<CGEventRef> keyUp(CGEventCreateKeyboardEvent(source.get(), kVK_ANSI_C, false));
@@ -42,6 +55,14 @@ bool MacClipboard::copySelection() {
 
 std::optional<std::string> MacClipboard::text() {
   return generalPasteboardString(kUTF8PlainText);
+}
+
+void requestConsent() {
+  if (requestPostEventAccess()) return;
+  (void)std::fputs(
+      "seldial: macOS does not let Seldial press Command-C yet; see System Settings > "
+      "Privacy & Security > Accessibility\n",
+      stderr);
 }
 
 }  // namespace seldial::platform::macos

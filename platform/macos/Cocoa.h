@@ -1,4 +1,4 @@
-// What the plain C++ half of this port asks of its Objective-C++ half. Main thread only.
+// What the C++ files of this port need from AppKit and Foundation. Main thread only.
 #pragma once
 
 #include <cstdint>
@@ -10,29 +10,32 @@
 
 namespace seldial::platform::macos {
 
-/// What an event of the Event Manager says when it is looked at as a Cocoa event.
+/// The fields of a Carbon event that Seldial needs, as Cocoa has them.
 struct EventFields {
-  double locationX = 0;  ///< in its window's coordinates; of the screen when it has none
+  double locationX = 0;  ///< in the coordinates of its window, or of the screen without a window
   double locationY = 0;
-  std::uint64_t modifierFlags = 0;  ///< as Cocoa gives them
+  std::uint64_t modifierFlags = 0;  ///< ModifierFlag bits, and others of Cocoa's
   double timestamp = 0;             ///< seconds since the system started
 };
 
-/// The fields of an EventRef, which stays the caller's; all zero when it is no event that Cocoa
-/// knows.
+/// The fields of an EventRef; all zero if Cocoa does not know that kind of event.
 EventFields eventFields(const void* event);
 
 /// Empties the general pasteboard.
 void clearGeneralPasteboard();
 
-/// The general pasteboard's string of `type`, a uniform type identifier, as UTF-8. Nothing when it
+/// The general pasteboard's string of `type`, a uniform type identifier, as UTF-8. Nothing if it
 /// has none, or one that is not valid Unicode (half a surrogate pair).
 std::optional<std::string> generalPasteboardString(const char* type);
 
-/// Calls `body` and then gives back what Cocoa has autoreleased meanwhile.
+/// Calls `body` within an autorelease pool.
 void inAutoreleaseScope(const std::function<void()>& body);
 
-/// Sends the shared application `terminate:`. Does not return unless something objects.
+/// Writes a line to the system log, which standard error shows as well.
+void logToSystem(const char* line);
+
+/// Sends the shared application `terminate:`, from its delegate unless `sender` is null. Returns
+/// only if something objects.
 void terminateSharedApplication(ApplicationDelegate* sender);
 
 }  // namespace seldial::platform::macos

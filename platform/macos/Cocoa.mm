@@ -28,8 +28,11 @@ void inAutoreleaseScope(const std::function<void()>& body) {
   }
 }
 
+void logToSystem(const char* line) {
+  NSLog(@"%s", line);
+}
+
 void terminateSharedApplication(ApplicationDelegate* sender) {
-  // What stands for the sender among Cocoa's objects is the application's delegate.
   [NSApp terminate:sender != nullptr ? NSApp.delegate : nil];
 }
 

@@ -1,4 +1,3 @@
-// How a task travels through Dispatch, which takes a plain function and a pointer.
 #pragma once
 
 #include <functional>
@@ -7,13 +6,14 @@
 
 namespace seldial::platform::macos {
 
-/// The context to submit with runKeptTask(). A task that is never run is never destroyed.
-inline void* keptTask(std::function<void()> task) {
+/// Dispatch takes a function and a context. For a task, these are runTaskContext() and what this
+/// returns. A task that is never run is never destroyed.
+inline void* newTaskContext(std::function<void()> task) {
   return new std::function<void()>(std::move(task));
 }
 
-/// Runs and destroys what keptTask() kept.
-inline void runKeptTask(void* context) {
+/// Runs and destroys the task of a context.
+inline void runTaskContext(void* context) {
   const std::unique_ptr<std::function<void()>> task(static_cast<std::function<void()>*>(context));
   (*task)();
 }

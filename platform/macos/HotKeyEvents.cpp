@@ -12,14 +12,14 @@ namespace {
 
 static_assert(sizeof(EventHotKeyID) == 8);
 
-/// Never destroyed, as the system's handler is never removed.
+/// Never destroyed, because the handler of the system is never removed.
 HotKeyEvents::ReleasedHandler& releasedHandler() {
   static auto* const handler = new HotKeyEvents::ReleasedHandler;
   return *handler;
 }
 
-/// Neither whether the identifier could be read nor whose signature it has is looked at, on
-/// purpose: what is not one of ours has no hot key by its number.
+/// Ignores, on purpose, the signature and whether the identifier could be read: otherwise its id is 0,
+/// which no hot key has.
 HotKeyReleased released(EventRef event) {
   EventHotKeyID hotKeyID{};
   GetEventParameter(event, kEventParamDirectObject, typeEventHotKeyID, nullptr, sizeof hotKeyID,
@@ -41,6 +41,9 @@ OSStatus hotKeyHandler(EventHandlerCallRef /*next*/, EventRef event, void* /*use
 
 }  // namespace
 
+CarbonHotKeyEvents::CarbonHotKeyEvents(std::function<void()> firstRegistered)
+    : firstRegistered_(std::move(firstRegistered)) {}
+
 void CarbonHotKeyEvents::installReleasedHandler(ReleasedHandler handler) {
   releasedHandler() = std::move(handler);
   if (installed_) return;
@@ -48,7 +51,7 @@ void CarbonHotKeyEvents::installReleasedHandler(ReleasedHandler handler) {
   const OSStatus status =
       InstallEventHandler(GetApplicationEventTarget(), &hotKeyHandler, 1, &type, nullptr, nullptr);
   installed_ = status == noErr;
-  // The hot keys can be registered all the same, and nobody is asked whether they act.
+  // Hot keys can still be registered, and the caller has no way to report that they will not act.
   if (!installed_) (void)std::fprintf(stderr, "seldial: no handler for hot keys (%d)\n", status);
 }
 
@@ -60,13 +63,18 @@ std::optional<HotKeyRef> CarbonHotKeyEvents::registerHotKey(std::uint32_t keyCod
   const OSStatus status =
       RegisterEventHotKey(keyCode, modifiers, name, GetEventDispatcherTarget(), 0, &ref);
   if (status != noErr) return {};
+  if (const auto first = std::exchange(firstRegistered_, {})) first();
   return reinterpret_cast<HotKeyRef>(ref);
 }
 
 void CarbonHotKeyEvents::unregisterHotKey(HotKeyRef ref) {
-  // Every reference was made above. Whether the system still knows it is all one.
+  // Failure is harmless: the hot key is already unregistered.
   UnregisterEventHotKey(
       reinterpret_cast<EventHotKeyRef>(ref));  // NOLINT(performance-no-int-to-ptr)
+}
+
+void CarbonHotKeyEvents::logError(const char* line) {
+  logToSystem(line);
 }
 
 }  // namespace seldial::platform::macos

@@ -1,21 +1,27 @@
 #pragma once
 
+#include <functional>
+
 #include "platform/HotKeyEvents.h"
 
 namespace seldial::platform::macos {
 
-/// Hot keys of the Event Manager. A process has one such object: its events know no other way to it
-/// than through the process.
+/// Hot keys of the Carbon Event Manager. There can be only one such object in a process: the system
+/// calls its handler without a reference to it.
 class CarbonHotKeyEvents final : public platform::HotKeyEvents {
  public:
-  /// The system's own handler is installed once and never removed; a further handler takes the
-  /// place of the one before.
+  /// `firstRegistered` is called once, as soon as a hot key is registered; it may be empty.
+  explicit CarbonHotKeyEvents(std::function<void()> firstRegistered = {});
+
+  /// The handler of the system is installed once and never removed.
   void installReleasedHandler(ReleasedHandler handler) override;
   std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                           HotKeyID hotKeyID) override;
   void unregisterHotKey(HotKeyRef ref) override;
+  void logError(const char* line) override;
 
  private:
+  std::function<void()> firstRegistered_;  ///< empty once it was called
   bool installed_ = false;
 };
 

@@ -65,7 +65,7 @@ TEST(InfoPlist, RunsFrom1011WithoutADockIconAndCanPostKeys) {
 
 TEST(InfoPlist, NamesAPrincipalClassOfTheProgramAndNoNib) {
   const PropertyList info(SELDIAL_INFO_PLIST);
-  const std::string source = SELDIAL_PACKAGING "/../../platform/macos/SeldialApplication.h";
+  const std::string source = SELDIAL_PACKAGING "/../../platform/macos/ApplicationMain.mm";
   EXPECT_THAT(contentOf(source), HasSubstr("@interface " + info["NSPrincipalClass"] + " : "));
   EXPECT_EQ(info["NSMainNibFile"], "");
 }

@@ -1,5 +1,4 @@
-// The system behind the port, played for the tests: what stands behind the declarations of
-// include/.
+// The system as the tests see it: the functions declared in include/ record their calls here.
 #pragma once
 
 #include <Carbon/Carbon.h>
@@ -14,8 +13,7 @@
 
 namespace seldial::tests {
 
-/// Writes every call down, in order, and answers what the test has put in. One at a time; the
-/// fixture below makes it afresh.
+/// Records every call, in order, and answers what the test has set. AppleTest creates it anew.
 struct Apple {
   /// Work that was submitted, until the test runs it.
   struct Submitted {
@@ -38,6 +36,8 @@ struct Apple {
   };
 
   /// The system's answers.
+  bool is11 = true;        ///< macOS 11 or later
+  bool hasConsent = true;  ///< to post events
   bool refuseEventSource = false;
   bool refuseKeyDown = false;
   bool refuseKeyUp = false;
@@ -66,10 +66,10 @@ struct Apple {
   void* handlerUserData = nullptr;
   std::map<std::uintptr_t, std::string> living;  ///< objects not yet released
 
-  /// Plays the user, who lets go of a hot key: what the installed handler returned.
+  /// Acts as the user who releases a hot key; returns what the installed handler returned.
   OSStatus releaseHotKey(EventHotKeyID hotKeyID);
 
-  /// A new object, called by that name; CFRelease() or dispatch_release() ends it.
+  /// A new object with that name; CFRelease() or dispatch_release() destroys it.
   std::uintptr_t make(const std::string& name);
   void release(const void* object);
   [[nodiscard]] std::string nameOf(const void* object) const;
@@ -78,7 +78,7 @@ struct Apple {
   std::uintptr_t lastObject_ = 0;
 };
 
-/// The one that the calls go to.
+/// The system that the functions act on.
 Apple& apple();
 
 }  // namespace seldial::tests

@@ -1,4 +1,5 @@
-// The Event Manager, the text input sources and Core Foundation, played.
+// The doubles of Carbon and Core Foundation, and of the functions in Cocoa.h.
+#include <ApplicationServices/ApplicationServices.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -29,7 +30,7 @@ Ref made(const std::string& name) {
   return reinterpret_cast<Ref>(apple().make(name));
 }
 
-// Never owned by the port, so no objects to release.
+// Objects that the port does not own, so it never releases them.
 template <class Ref>
 Ref fixed(std::uintptr_t value) {
   return reinterpret_cast<Ref>(value);
@@ -63,6 +64,21 @@ void CFRelease(CFTypeRef object) {
 const UInt8* CFDataGetBytePtr(CFDataRef data) {
   EXPECT_NE(data, nullptr) << "the system would crash";
   return reinterpret_cast<const UInt8*>(data);
+}
+
+const CFBooleanRef kCFBooleanTrue = fixed<CFBooleanRef>(7);
+const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks = {};
+const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks = {};
+
+CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, const void** values,
+                                   CFIndex count, const CFDictionaryKeyCallBacks* keyCallBacks,
+                                   const CFDictionaryValueCallBacks* valueCallBacks) {
+  EXPECT_EQ(allocator, nullptr);
+  EXPECT_EQ(keyCallBacks, &kCFTypeDictionaryKeyCallBacks);
+  EXPECT_EQ(valueCallBacks, &kCFTypeDictionaryValueCallBacks);
+  const bool asksForPrompt =
+      count == 1 && *keys == kAXTrustedCheckOptionPrompt && *values == kCFBooleanTrue;
+  return made<CFDictionaryRef>(asksForPrompt ? "with prompt" : "other dictionary");
 }
 
 EventTargetRef GetApplicationEventTarget() {
@@ -181,6 +197,10 @@ void inAutoreleaseScope(const std::function<void()>& body) {
   note("open scope");
   body();
   note("close scope");
+}
+
+void logToSystem(const char* line) {
+  note(std::string("NSLog ") + line);
 }
 
 void terminateSharedApplication(ApplicationDelegate* sender) {

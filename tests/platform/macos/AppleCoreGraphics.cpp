@@ -1,11 +1,29 @@
-// The events of Core Graphics, played.
-#include <CoreGraphics/CoreGraphics.h>
+// The doubles of Core Graphics and Application Services.
+#include <ApplicationServices/ApplicationServices.h>
+#include <gtest/gtest.h>
 
 #include "tests/platform/macos/Apple.h"
 
 using seldial::tests::apple;
 
+bool systemIsAtLeast(const char* version) {
+  EXPECT_STREQ(version, "macOS 11.0");
+  return apple().is11;
+}
+
 extern "C" {
+
+CFStringRef kAXTrustedCheckOptionPrompt = reinterpret_cast<CFStringRef>(std::uintptr_t{6});
+
+Boolean AXIsProcessTrustedWithOptions(CFDictionaryRef options) {
+  apple().calls.push_back("AXIsProcessTrustedWithOptions " + apple().nameOf(options));
+  return apple().hasConsent ? 1 : 0;
+}
+
+bool CGRequestPostEventAccess() {
+  apple().calls.emplace_back("CGRequestPostEventAccess");
+  return apple().hasConsent;
+}
 
 CGEventSourceRef CGEventSourceCreate(CGEventSourceStateID stateID) {
   apple().calls.push_back("CGEventSourceCreate " + std::to_string(stateID));

@@ -1,6 +1,7 @@
-// What the port relies on in Apple's interfaces. Compiled twice: with the tests, against our own
-// declarations in include/, and by scripts/check-macos against Apple's headers. So the doubles that
-// stand behind our declarations are called as the system is.
+// What the port relies on in Apple's interfaces. This is compiled twice: against the declarations
+// of the tests, in include/, and by scripts/check-macos against Apple's headers. So the test
+// doubles are called as the system is.
+#include <ApplicationServices/ApplicationServices.h>
 #include <Carbon/Carbon.h>
 #include <CoreFoundation/CoreFoundation.h>
 #include <CoreGraphics/CoreGraphics.h>
@@ -82,6 +83,13 @@ static_assert(same<decltype(&UCKeyTranslate),
                    OSStatus (*)(const UCKeyboardLayout*, std::uint16_t, std::uint16_t,
                                 std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t*,
                                 unsigned long, unsigned long*, std::uint16_t*)>);
+static_assert(same<decltype(kCFBooleanTrue), const CFBooleanRef>);
+static_assert(
+    same<decltype(&CFDictionaryCreate),
+         CFDictionaryRef (*)(CFAllocatorRef, const void**, const void**, CFIndex,
+                             const CFDictionaryKeyCallBacks*, const CFDictionaryValueCallBacks*)>);
+static_assert(same<decltype(kAXTrustedCheckOptionPrompt), CFStringRef>);
+static_assert(same<decltype(&AXIsProcessTrustedWithOptions), std::uint8_t (*)(CFDictionaryRef)>);
 static_assert(same<decltype(&CFRelease), void (*)(CFTypeRef)>);
 static_assert(same<CFTypeRef, const void*>);
 static_assert(same<decltype(&CFDataGetBytePtr), const std::uint8_t* (*)(CFDataRef)>);
@@ -90,6 +98,10 @@ static_assert(
     same<decltype(&CGEventCreateKeyboardEvent), CGEventRef (*)(CGEventSourceRef, CGKeyCode, bool)>);
 static_assert(same<decltype(&CGEventSetFlags), void (*)(CGEventRef, CGEventFlags)>);
 static_assert(same<decltype(&CGEventPost), void (*)(CGEventTapLocation, CGEventRef)>);
+#ifdef __clang__  // the port calls it only where it exists
+#pragma clang diagnostic ignored "-Wunguarded-availability-new"
+#endif
+static_assert(same<decltype(&CGRequestPostEventAccess), bool (*)()>);
 static_assert(same<dispatch_function_t, void (*)(void*)>);
 static_assert(same<decltype(&dispatch_async_f),
                    void (*)(dispatch_queue_t, void*, dispatch_function_t) noexcept>);

@@ -3,8 +3,6 @@
 #include "platform/macos/Application.h"
 #include "platform/macos/Clipboard.h"
 #include "platform/macos/HotKeyEvents.h"
-#include "platform/macos/MainQueue.h"
-#include "platform/macos/Ports.h"
 #include "tests/platform/macos/AppleTest.h"
 
 namespace seldial::platform::macos {

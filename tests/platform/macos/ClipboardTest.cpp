@@ -62,5 +62,38 @@ TEST_F(MacClipboardTest, ClearsTheGeneralPasteboard) {
   EXPECT_THAT(apple().calls, ElementsAre("clearContents", "stringForType public.utf8-plain-text"));
 }
 
+constexpr const char* kNoConsentLine =
+    "seldial: macOS does not let Seldial press Command-C yet; see System Settings > "
+    "Privacy & Security > Accessibility\n";
+
+struct MacConsent : tests::AppleTest {
+  /// What requestConsent() writes to standard error.
+  static std::string requestedConsent() {
+    testing::internal::CaptureStderr();
+    requestConsent();
+    return testing::internal::GetCapturedStderr();
+  }
+};
+
+TEST_F(MacConsent, IsRequestedFromCoreGraphicsOnMacOS11AndReportedWhenMissing) {
+  apple().hasConsent = false;
+  EXPECT_EQ(requestedConsent(), kNoConsentLine);
+  EXPECT_THAT(apple().calls, ElementsAre("CGRequestPostEventAccess"));
+}
+
+TEST_F(MacConsent, IsRequestedFromAccessibilityWithAPromptBeforeMacOS11) {
+  apple().is11 = false;
+  apple().hasConsent = false;
+  EXPECT_EQ(requestedConsent(), kNoConsentLine);
+  EXPECT_THAT(apple().calls,
+              ElementsAre("AXIsProcessTrustedWithOptions with prompt", "CFRelease with prompt"));
+}
+
+TEST_F(MacConsent, IsNotReportedOnceItIsGiven) {
+  EXPECT_EQ(requestedConsent(), "");
+  apple().is11 = false;
+  EXPECT_EQ(requestedConsent(), "");
+}
+
 }  // namespace
 }  // namespace seldial::platform::macos

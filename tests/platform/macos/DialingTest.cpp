@@ -1,12 +1,12 @@
-// The whole road of a hot key on this port: what the system is asked, in order, across the program.
+// From a command to a MakeCall on this port: every call to the system, in order.
+#include <algorithm>
+
 #include "app/AppDelegate.h"
 #include "hotkey/QKHotKey.h"
 #include "hotkey/QKHotKeyCenter.h"
 #include "platform/VirtualKeys.h"
 #include "platform/macos/Application.h"
-#include "platform/macos/Clipboard.h"
 #include "platform/macos/HotKeyEvents.h"
-#include "platform/macos/MainQueue.h"
 #include "tests/platform/macos/AppleTest.h"
 #include "tests/support/CapturedOutput.h"
 #include "tests/support/PlatformDoubles.h"
@@ -16,7 +16,6 @@ namespace {
 
 using platform::macos::CarbonHotKeyEvents;
 using platform::macos::DispatchMainQueue;
-using platform::macos::MacClipboard;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -83,6 +82,15 @@ TEST_F(MacHotKeyCenter, AnUnreadableParameterInvokesNothing) {
   EXPECT_EQ(apple().releaseHotKey({kSignature, 1}), noErr);
 }
 
+TEST_F(MacHotKeyCenter, AnIdOfTwoHotKeysIsLoggedToTheSystem) {
+  const auto first = center->registerHotKeyWithKeyCode(kKeyV, 0, nullptr);
+  const auto second = center->registerHotKeyWithKeyCode(kKeyV + 1, 0, nullptr);
+  second->hotKeyID = first->hotKeyID;
+  newCalls();
+  EXPECT_EQ(apple().releaseHotKey({kSignature, 1}), noErr);
+  EXPECT_THAT(newCalls(), testing::Contains("NSLog ERROR!"));
+}
+
 TEST_F(MacHotKeyCenter, UnregisteringGivesTheReferenceBackOnce) {
   const auto hotKey = center->registerHotKeyWithKeyCode(kKeyV, 0, nullptr);
   newCalls();
@@ -103,14 +111,10 @@ class MacDialing : public tests::AppleTest {
     QKHotKeyCenter::setHotKeyEvents(nullptr);
   }
 
-  static platform::DesktopPorts connectDesktop() {
-    return {std::make_shared<CarbonHotKeyEvents>(), std::make_shared<MacClipboard>()};
-  }
-
   tests::CapturedOutput output;
-  std::shared_ptr<AppDelegate> app =
-      AppDelegate::init({std::make_shared<doubles::RecordingApplication>(&apple().calls),
-                         std::make_shared<DispatchMainQueue>(), connectDesktop});
+  std::shared_ptr<AppDelegate> app = AppDelegate::init(
+      {std::make_shared<doubles::RecordingApplication>(&apple().calls),
+       std::make_shared<DispatchMainQueue>(), platform::macos::makePorts({}).connectDesktop});
 };
 
 TEST_F(MacDialing, TheCopyKeystrokeIsCommandAndCDownThenCUpAtTheHardwaresTap) {
@@ -158,7 +162,8 @@ TEST_F(MacDialing, WithoutBothEventsNothingIsPostedAndAllIsReleased) {
 TEST_F(MacDialing, FromTheCommandToTheMakeCall) {
   app->processInputString(
       R"({"command":"SetHotKey","modifierCommand":true,"virtualkey":9,"readdelay":20})");
-  EXPECT_THAT(newCalls(), ElementsAre("RegisterEventHotKey 9 256 htk1 1 on dispatcher options 0"));
+  EXPECT_THAT(newCalls(), ElementsAre("RegisterEventHotKey 9 256 htk1 1 on dispatcher options 0",
+                                      "CGRequestPostEventAccess"));
 
   EXPECT_EQ(apple().releaseHotKey({kSignature, 1}), noErr);
   EXPECT_THAT(
@@ -173,6 +178,22 @@ TEST_F(MacDialing, FromTheCommandToTheMakeCall) {
 
   app->processInputString(R"({"command":"SetHotKey"})");
   EXPECT_THAT(newCalls(), ElementsAre("UnregisterEventHotKey hot key 1"));
+}
+
+TEST_F(MacDialing, ConsentIsRequestedForTheFirstHotKeyAndDoesNotChangeTheAnswer) {
+  apple().hasConsent = false;
+  const std::string command = R"({"command":"SetHotKey","modifierCommand":true,"virtualkey":9})";
+  testing::internal::CaptureStderr();
+  app->processInputString(command);
+  app->processInputString(command);
+  const auto errors = testing::internal::GetCapturedStderr();
+  EXPECT_THAT(newCalls(), ElementsAre("RegisterEventHotKey 9 256 htk1 1 on dispatcher options 0",
+                                      "CGRequestPostEventAccess", "UnregisterEventHotKey hot key 1",
+                                      "RegisterEventHotKey 9 256 htk1 2 on dispatcher options 0"));
+  EXPECT_THAT(errors, testing::StartsWith("seldial: macOS does not let Seldial press Command-C"));
+  EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1);
+  const std::string set = R"({"response":"HotkeyState","result":true})";
+  EXPECT_THAT(output.lines(), ElementsAre(set, set));
 }
 
 }  // namespace

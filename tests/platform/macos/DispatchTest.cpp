@@ -3,8 +3,7 @@
 #include <memory>
 
 #include "platform/BackgroundQueue.h"
-#include "platform/macos/MainQueue.h"
-#include "platform/macos/ProcessSetUp.h"
+#include "platform/macos/Application.h"
 #include "tests/platform/macos/AppleTest.h"
 
 namespace seldial::platform::macos {

@@ -67,7 +67,25 @@ TEST_F(MacHotKeyEvents, ARefusedRegistrationGivesNothing) {
   EXPECT_THAT(apple().calls, SizeIs(3));
 }
 
-TEST_F(MacHotKeyEvents, AFailedUnregistrationIsOfNoConcern) {
+TEST_F(MacHotKeyEvents, TellOnceThatTheFirstHotKeyIsRegistered) {
+  CarbonHotKeyEvents telling([] { apple().calls.emplace_back("first registered"); });
+  apple().registrationStatus = -9878;
+  EXPECT_FALSE(telling.registerHotKey(9, 0x100, {kSignature, 1}));
+  EXPECT_THAT(newCalls(), SizeIs(1));
+  apple().registrationStatus = noErr;
+  const auto first = telling.registerHotKey(9, 0x100, {kSignature, 1});
+  EXPECT_EQ(newCalls().back(), "first registered");
+  telling.unregisterHotKey(*first);
+  telling.unregisterHotKey(*telling.registerHotKey(9, 0x100, {kSignature, 2}));
+  EXPECT_THAT(newCalls(), testing::Not(testing::Contains("first registered")));
+}
+
+TEST_F(MacHotKeyEvents, LogErrorsToTheSystem) {
+  events.logError("ERROR!");
+  EXPECT_THAT(apple().calls, ElementsAre("NSLog ERROR!"));
+}
+
+TEST_F(MacHotKeyEvents, AFailedUnregistrationIsIgnored) {
   const auto ref = events.registerHotKey(9, 0x100, {kSignature, 1});
   apple().unregistrationStatus = -9879;
   events.unregisterHotKey(*ref);

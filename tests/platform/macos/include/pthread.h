@@ -1,4 +1,4 @@
-// This system's threads, and what macOS has beside them.
+// This system's header, with an addition of macOS.
 #pragma once
 
 #include_next <pthread.h>

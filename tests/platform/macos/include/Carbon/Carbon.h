@@ -1,5 +1,5 @@
-// Of Carbon, what the port uses: the Event Manager's hot keys, the text input sources and the
-// Unicode key layouts. Declared from its public documentation.
+// The part of Carbon that the port uses, declared from its public documentation: the hot keys of
+// the Event Manager, the text input sources and the Unicode key layouts.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>

@@ -1,4 +1,4 @@
-// Of Core Graphics, what the port uses: declared from its public documentation.
+// The part of Core Graphics that the port uses, declared from its public documentation.
 #pragma once
 
 #include <cstdint>
@@ -17,4 +17,5 @@ CGEventSourceRef CGEventSourceCreate(CGEventSourceStateID stateID);
 CGEventRef CGEventCreateKeyboardEvent(CGEventSourceRef source, CGKeyCode virtualKey, bool keyDown);
 void CGEventSetFlags(CGEventRef event, CGEventFlags flags);
 void CGEventPost(CGEventTapLocation tap, CGEventRef event);
+bool CGRequestPostEventAccess();
 }

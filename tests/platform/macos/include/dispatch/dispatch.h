@@ -1,4 +1,4 @@
-// Of Dispatch, what the port uses: declared from its public documentation.
+// The part of Dispatch that the port uses, declared from its public documentation.
 #pragma once
 
 #include <cstdint>

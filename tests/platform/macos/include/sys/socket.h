@@ -1,4 +1,4 @@
-// This system's sockets, and what macOS has beside them.
+// This system's header, with an addition of macOS.
 #pragma once
 
 #include_next <sys/socket.h>
