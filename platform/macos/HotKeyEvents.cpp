@@ -18,8 +18,8 @@ HotKeyEvents::ReleasedHandler& releasedHandler() {
   return *handler;
 }
 
-/// Ignores, on purpose, the signature and whether the identifier could be read: otherwise its id is 0,
-/// which no hot key has.
+/// Ignores, on purpose, the signature and whether the identifier could be read: otherwise its id is
+/// 0, which no hot key has.
 HotKeyReleased released(EventRef event) {
   EventHotKeyID hotKeyID{};
   GetEventParameter(event, kEventParamDirectObject, typeEventHotKeyID, nullptr, sizeof hotKeyID,

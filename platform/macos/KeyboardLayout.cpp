@@ -1,8 +1,8 @@
 // What keys type, from the text input sources and their Unicode key layouts.
-#include "platform/Keyboard.h"
-
 #include <Carbon/Carbon.h>
 #include <CoreFoundation/CoreFoundation.h>
+
+#include "platform/Keyboard.h"
 
 namespace seldial::platform {
 namespace {
