@@ -6,6 +6,7 @@
 #include <QSet>
 #include <cstdlib>
 
+#include "hotkey/QKKeyStrings.h"
 #include "tests/platform/x11/ForeignGrabs.h"
 #include "tests/shortcut/WindowTest.h"
 
