@@ -44,7 +44,7 @@ inline const std::vector<SystemCallFaults>& systemCallTable() {
       {"newfstatat", SYS_newfstatat, {ENOENT, EACCES, ELOOP, ENOMEM, ENOTDIR}},
       {"openat", SYS_openat, {EMFILE, EACCES, ENFILE, ENOMEM}},
       {"pipe2", SYS_pipe2, {EMFILE, ENFILE}},
-      {"poll", SYS_poll, {EINTR, ENOMEM}},
+      {"poll", SYS_poll, {EINTR}},
       {"ppoll", SYS_ppoll, {EINTR, ENOMEM}},
       {"prlimit64", SYS_prlimit64, {EPERM}},
       {"read", SYS_read, {EINTR, EIO, ECONNRESET}},
