@@ -14,7 +14,8 @@
 
 namespace seldial::platform::linux_port {
 
-/// Any thread. Must outlive its own threads, so it is never destroyed.
+/// Any thread. Must outlive its own threads, so it is never destroyed. If the system refuses a
+/// thread, async() tries again for a second.
 class ThreadPerTaskQueue final : public BackgroundQueue {
  public:
   void async(Task task) override;

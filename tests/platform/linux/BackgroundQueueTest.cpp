@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <future>
 #include <string>
@@ -9,6 +10,28 @@
 #include "platform/linux/BackgroundQueue.h"
 #include "tests/support/ProcessState.h"
 #include "tests/support/Waiting.h"
+
+namespace {
+
+std::atomic<int> refusedThreads = 0;  // this many starts of a thread fail
+
+}  // namespace
+
+// The names are the linker's (--wrap, see CMakeLists.txt).
+// NOLINTBEGIN
+extern "C" {
+int __real_pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
+                          void* (*start)(void*), void* argument);
+int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
+                          void* (*start)(void*), void* argument) {
+  if (refusedThreads > 0) {
+    --refusedThreads;
+    return EAGAIN;
+  }
+  return __real_pthread_create(thread, attributes, start, argument);
+}
+}
+// NOLINTEND
 
 namespace seldial::platform {
 namespace {
@@ -80,6 +103,16 @@ TEST(BackgroundQueue, SignalsNeverReachItsThreads) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGCHLD, SIGUSR1, SIGALRM}) {
     EXPECT_EQ(sigismember(&mask, signal), 1) << signal;
   }
+}
+
+TEST(BackgroundQueue, ATaskWhoseThreadIsRefusedRunsSoonAfter) {
+  // One without an idle thread, and never destroyed.
+  static auto* const queue = new linux_port::ThreadPerTaskQueue;
+  std::promise<void> ran;
+  refusedThreads = 3;
+  queue->async([&ran] { ran.set_value(); });
+  EXPECT_EQ(ran.get_future().wait_for(kTimeLimit), std::future_status::ready);
+  EXPECT_EQ(refusedThreads, 0);
 }
 
 TEST(BackgroundQueue, EveryTaskOfABurstRunsOnce) {
