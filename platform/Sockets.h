@@ -17,6 +17,14 @@ int setSocketFlags(int number);
 /// does. Any thread.
 std::int64_t writeOnce(int number, const void* bytes, std::size_t size);
 
+/// Writes what fits into the buffer of a socket, like writeOnce() but without blocking: -1 and
+/// EAGAIN if nothing fits. Any thread.
+std::int64_t writeNow(int number, const void* bytes, std::size_t size);
+
+/// Whether the peer of a stream socket has closed it or shut it down for writing: nothing can
+/// arrive any more, so that reading to the end of the stream does not block. Any thread.
+bool peerHasClosed(int number);
+
 /// Accepts connections on one listening socket until it is told to end. Any thread.
 class Acceptor {
  public:

@@ -32,10 +32,20 @@ const char* messageForCode(std::int64_t code) {
 
 }  // namespace
 
-Error Error::gduds_errorForCode(std::int64_t code, const std::string& info) {
+Error Error::gduds_errorForCode(std::int64_t code, const std::string& info, int errorNumber) {
   std::string description = messageForCode(code);
   if (!info.empty()) description += ". " + info;
-  return {GDUnixSocketErrorDomain, code, std::move(description)};
+  return {GDUnixSocketErrorDomain, code, std::move(description), errorNumber};
+}
+
+bool Error::operator==(const Error& other) const {
+  return domain == other.domain && code == other.code &&
+         localizedDescription == other.localizedDescription;
+}
+
+Error errorOfFailedCall(std::int64_t code, std::int32_t descriptor) {
+  const int number = errno;  // an allocation below may change it
+  return Error::gduds_errorForCode(code, errorInfoForDescriptor(descriptor), number);
 }
 
 std::string errorInfoForDescriptor(std::int32_t descriptor) {

@@ -31,15 +31,21 @@ struct Error {
   std::string domain;                ///< GDUnixSocketErrorDomain for errors of this library
   std::int64_t code = 0;             ///< a GDUnixSocketError for errors of this library
   std::string localizedDescription;  ///< one line of English, with the system's text of an errno
+  int errorNumber = 0;               ///< the errno of the system call that failed; 0 if none did
 
   /// The library's error for `code`. The description is the message of the code ("Unknown Error"
   /// for a code that is not in the table; the code is kept), followed by ". " and `info` unless
   /// that is empty. Any thread.
-  static Error gduds_errorForCode(std::int64_t code, const std::string& info = {});
+  static Error gduds_errorForCode(std::int64_t code, const std::string& info = {},
+                                  int errorNumber = 0);
 
-  /// Whether domain, code and description are equal.
-  bool operator==(const Error& other) const = default;
+  /// Whether domain, code and description are equal; the errno is part of the description.
+  bool operator==(const Error& other) const;
 };
+
+/// The library's error for a system call that has just failed on `descriptor`, with the calling
+/// thread's errno. Any thread.
+Error errorOfFailedCall(std::int64_t code, std::int32_t descriptor);
 
 /// For example "fd: 5. errno: 32. Broken pipe": `descriptor`, which may be any number, and the
 /// calling thread's errno with its text. Any thread.

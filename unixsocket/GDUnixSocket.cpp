@@ -99,8 +99,7 @@ std::optional<Data> GDUnixSocket::readFromSocket(std::int32_t descriptor,
   std::optional<Data> buffer = makeBuffer(fragmentSize_);
   const auto count = buffer ? ::read(descriptor, buffer->data(), buffer->size()) : -1;
   if (count == -1) {
-    const std::string info = lastErrorInfoForSocket(descriptor);
-    handError(error, Error::gduds_errorForCode(GDUnixSocketErrorReadFailed, info));
+    handError(error, errorOfFailedCall(GDUnixSocketErrorReadFailed, descriptor));
   }
   if (count <= 0) return {};
   buffer->resize(static_cast<std::size_t>(count));
@@ -130,8 +129,7 @@ std::int64_t GDUnixSocket::write(const Data& data, std::int32_t toSocket,
   }
   const std::int64_t count = platform::writeOnce(toSocket, data.data(), data.size());
   if (count == -1 && error != nullptr) {
-    const std::string info = lastErrorInfoForSocket(toSocket);
-    *error = Error::gduds_errorForCode(GDUnixSocketErrorWriteFailed, info);
+    *error = errorOfFailedCall(GDUnixSocketErrorWriteFailed, toSocket);
   }
   return count;
 }
@@ -157,8 +155,7 @@ bool GDUnixSocket::closeDescriptor(Descriptor::Generation generation, std::optio
     failure =
         Error::gduds_errorForCode(GDUnixSocketErrorCloseFailed, badSocket->localizedDescription);
   } else if (::close(number) == -1) {
-    failure =
-        Error::gduds_errorForCode(GDUnixSocketErrorCloseFailed, lastErrorInfoForSocket(number));
+    failure = errorOfFailedCall(GDUnixSocketErrorCloseFailed, number);
   }
   if (!failure) state_ = GDUnixSocketStateClosed;
   const bool closed = !failure;
@@ -170,8 +167,7 @@ std::optional<Error> GDUnixSocket::openSocket() {
   std::optional<Error> failure;
   const int number = platform::setSocketFlags(::socket(AF_UNIX, SOCK_STREAM, 0));
   if (number == -1) {
-    const std::string info = lastErrorInfoForSocket(number);
-    failure = Error::gduds_errorForCode(GDUnixSocketErrorBadSocket, info);
+    failure = errorOfFailedCall(GDUnixSocketErrorBadSocket, number);
   }
   const MutexLock lock(lock_);
   const int before = descriptor_.take();
@@ -204,8 +200,13 @@ std::string GDUnixSocket::lastErrorInfoForSocket(std::int32_t descriptor) {
   return errorInfoForDescriptor(descriptor);
 }
 
+bool GDUnixSocket::peerHasClosed(GDUnixSocket& socket) {
+  const Descriptor::Use use(socket.descriptor_);
+  return use.number() != -1 && platform::peerHasClosed(use.number());
+}
+
 const std::string& GDUnixSocket::uniqueID() const {
-  const MutexLock lock(lock_);
+  const MutexLock lock(uniqueIDLock_);
   if (uniqueID_.empty()) uniqueID_ = makeUuid();
   return uniqueID_;
 }

@@ -135,8 +135,8 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
   /// while no other thread reads, writes or closes.
   void setFd(std::int32_t descriptor) { descriptor_.store(descriptor); }
 
-  /// 36 characters that no other object has, made on first use. The reference is valid as long as
-  /// the object lives.
+  /// 36 characters that no other object has, made on first use. Never waits for a send. The
+  /// reference is valid as long as the object lives.
   [[nodiscard]] const std::string& uniqueID() const;
   /// uniqueID().
   [[nodiscard]] const std::string& description() const { return uniqueID(); }
@@ -185,6 +185,10 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
   /// Like readWithError(), but fails with EBADF if the descriptor of that generation is gone.
   std::optional<Data> readOf(Descriptor::Generation generation, std::optional<Error>* error);
 
+  /// Whether the peer of `socket` has closed its end: reads return the rest without waiting, and
+  /// then the end of the stream.
+  static bool peerHasClosed(GDUnixSocket& socket);
+
   /// The object's own lock. Held while the descriptor is opened or closed, so that these happen one
   /// at a time, and around the fields that it guards.
   mutable Mutex lock_;
@@ -193,7 +197,8 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
   static bool acceptsPath(const std::string& socketPath);
 
   Descriptor descriptor_;
-  mutable std::string uniqueID_ SELDIAL_GUARDED_BY(lock_);  ///< empty until first use
+  mutable Mutex uniqueIDLock_;  ///< not lock_, which a server holds during a slow send
+  mutable std::string uniqueID_ SELDIAL_GUARDED_BY(uniqueIDLock_);  ///< empty until first use
   const std::string socketPath_;
   const Queue queue_;
   std::atomic<GDUnixSocketState> state_{GDUnixSocketStateIdle};

@@ -2,6 +2,8 @@
 // delegate.
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -19,8 +21,13 @@ class GDUnixSocketServer;
 ///
 /// Callbacks come on the thread named at each, concurrently for different connections. Those of one
 /// connection come in order: accept, then data, then disconnect or read failure, each after the
-/// previous one has returned. The server holds no lock during a callback except where noted.
-/// References are valid during the callback. A callback must not throw.
+/// previous one has returned. If a peer has closed its connection before the next connection is
+/// accepted, all callbacks of the first come before the accept of the second: clients that connect
+/// one after another, never two at a time, are reported one after another. A connection that is
+/// still open is never waited for.
+///
+/// The server holds no lock during a callback except where noted. References are valid during the
+/// callback. A callback must not throw.
 class GDUnixSocketServerDelegate {
  public:
   GDUnixSocketServerDelegate() = default;
@@ -28,11 +35,11 @@ class GDUnixSocketServerDelegate {
   GDUnixSocketServerDelegate(const GDUnixSocketServerDelegate&) = delete;
   GDUnixSocketServerDelegate& operator=(const GDUnixSocketServerDelegate&) = delete;
 
-  /// Once per successful listen, on its thread.
+  /// Once per successful listen, on its thread. The server may be closed here.
   virtual void unixSocketServerDidStartListening(GDUnixSocketServer& /*server*/) {}
 
   /// At the end of every close that informs the delegate, also a repeated one, on its thread. The
-  /// server's closeLock is held: do not close the server here, nor make it listen. The last
+  /// server's closeLock is held: do not close the server here; it may listen again. The last
   /// reference to the server may be going away: do not store a new one.
   virtual void unixSocketServerDidClose(GDUnixSocketServer& /*server*/,
                                         const std::optional<Error>& /*error*/) {}
@@ -57,8 +64,9 @@ class GDUnixSocketServerDelegate {
                                                         const std::string& /*clientID*/,
                                                         const Error& /*error*/) {}
 
-  /// accept failed (GDUnixSocketErrorAcceptFailed); the server closes itself next. On the accept
-  /// thread, with the server's closeLock held: do not close the server here.
+  /// accept failed (GDUnixSocketErrorAcceptFailed); the server closes itself next, unless it
+  /// listens anew by then. On the accept thread, with the server's closeLock held: do not close the
+  /// server here.
   virtual void unixSocketServerDidFailToAcceptConnection(GDUnixSocketServer& /*server*/,
                                                          const Error& /*error*/) {}
 };
@@ -71,6 +79,10 @@ class InternalInconsistencyException : public std::logic_error {
 
 /// fd() is the listening socket. Each accepted connection is a GDUnixSocket in the table, under its
 /// uniqueID.
+///
+/// listen and close may be called from any thread, also at the same time: each takes effect as a
+/// whole, one after another. Of two such calls on different threads, the callbacks may come in
+/// either order.
 ///
 /// The accept loop and the readers run on background threads, where all signals are blocked. They
 /// keep the server alive: a listening server lives until it is closed, even without a reference.
@@ -113,7 +125,8 @@ class GDUnixSocketServer final : public GDUnixSocket {
 
   /// Creates the socket and its file and starts to accept. `maxConnections` is the backlog, the
   /// number of connections that can wait to be accepted; 0 means 5. A socket file at the path is
-  /// removed first; any other file makes the call fail. A server can listen again after a close.
+  /// removed first; any other file makes the call fail. A server can listen again after a close; if
+  /// it is listening, the new socket replaces the old one, and the connections are closed.
   /// Errors: GDUnixSocketErrorBadSocket; GDUnixSocketErrorBindFailed and
   /// GDUnixSocketErrorListenFailed, which leave the server closed, without a callback.
   bool listenWithMaxConnections(std::int32_t maxConnections, std::optional<Error>* error = nullptr);
@@ -132,10 +145,15 @@ class GDUnixSocketServer final : public GDUnixSocket {
   using GDUnixSocket::writeData;
 
   /// Closes all connections, removes the socket file, stops accepting and informs the delegate,
-  /// even if the server was closed already. Errors: GDUnixSocketErrorCloseFailed;
+  /// even if the server was closed already. A file at the path that is not the one that listen made
+  /// stays; see pathWasTakenOver(). Errors: GDUnixSocketErrorCloseFailed;
   /// GDUnixSocketErrorUnlinkFailed, after which the server still listens. Must not be called from
   /// the callbacks that hold closeLock.
   bool closeWithError(std::optional<Error>* error = nullptr) override;
+
+  /// Whether the last close found that another file had replaced the server's socket file, for
+  /// example because a second server listens at the same path. False again after the next listen.
+  [[nodiscard]] bool pathWasTakenOver() const { return pathWasTakenOver_; }
 
   /// Closes like closeWithError(), without informing the delegate.
   bool closeSilently();
@@ -169,28 +187,58 @@ class GDUnixSocketServer final : public GDUnixSocket {
   void mainLoop();
 
  private:
+  struct Client {
+    std::shared_ptr<GDUnixSocket> socket;
+    bool hasReader = false;  ///< a background task reads from it until it leaves the table
+  };
+
+  /// Tells a file from every other that exists at the same time.
+  struct FileIdentity {
+    dev_t device;
+    ino_t inode;
+    bool operator==(const FileIdentity&) const = default;
+  };
+
   std::shared_ptr<GDUnixSocketServer> self();
 
-  std::optional<Error> openListening(std::int32_t backlog);
+  std::optional<Error> startListening(std::int32_t backlog) SELDIAL_EXCLUDES(listeningLock_);
+  std::optional<Error> openListening(std::int32_t backlog) SELDIAL_REQUIRES(listeningLock_);
   bool bindTo(const std::string& path);
   bool listenOn(std::int32_t backlog);
-  std::optional<Error> closeListening(bool informDelegate) SELDIAL_EXCLUDES(closeLock_);
 
-  /// Whether there is no listening socket, once an open or close in progress has finished.
-  bool isClosed() const SELDIAL_EXCLUDES(lock_);
+  /// Removes the socket file and, if that succeeds, closes the socket and all connections.
+  std::optional<Error> closeListening() SELDIAL_REQUIRES(listeningLock_);
+  std::optional<Error> unlinkSocketFile() SELDIAL_REQUIRES(listeningLock_);
+  static std::optional<FileIdentity> fileAt(const std::string& path);
+  /// Closes, and informs the delegate, unless that listening socket is gone.
+  void closeGeneration(Descriptor::Generation listening)
+      SELDIAL_EXCLUDES(closeLock_, listeningLock_);
+  void notifyClosed(const std::optional<Error>& error);
 
   void startMainLoop(Descriptor::Generation listening);
   void acceptConnections(Descriptor::Generation listening);
   int acceptOn(Descriptor::Generation listening);
   void acceptFailed(Descriptor::Generation listening, int errorNumber);
-  void startReader(int accepted);
+  void finishDisconnected() SELDIAL_EXCLUDES(lock_);
+  void startReader(int accepted, Descriptor::Generation listening);
+  bool addAccepted(const std::shared_ptr<GDUnixSocket>& connection,
+                   Descriptor::Generation listening) SELDIAL_EXCLUDES(lock_);
   void connectionEnded(const std::shared_ptr<GDUnixSocket>& connection,
                        const std::optional<Error>& error);
 
   mutable Mutex delegateLock_;  ///< not lock_: a callback must not wait for a slow send
   std::weak_ptr<GDUnixSocketServerDelegate> delegate_ SELDIAL_GUARDED_BY(delegateLock_);
-  Mutex closeLock_;  ///< taken before any other lock
-  ConnectedClients connectedClients_ SELDIAL_GUARDED_BY(lock_);
+
+  // Locks are taken in this order: closeLock_, listeningLock_, lock_.
+  Mutex closeLock_;
+  /// Held by listen and close while they change the socket and its file, so that they take effect
+  /// one after another; never during a callback.
+  Mutex listeningLock_;
+  /// The file that bind made; none before that and after its removal.
+  std::optional<FileIdentity> socketFile_ SELDIAL_GUARDED_BY(listeningLock_);
+  std::atomic<bool> pathWasTakenOver_{false};
+  std::unordered_map<std::string, Client> clients_ SELDIAL_GUARDED_BY(lock_);
+  Condition clientRemoved_;  ///< from clients_
 };
 
 }  // namespace seldial

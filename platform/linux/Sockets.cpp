@@ -1,6 +1,7 @@
 #include "platform/Sockets.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -27,6 +28,15 @@ std::int64_t writeOnce(int number, const void* bytes, std::size_t size) {
   const auto written = ::send(number, bytes, size, MSG_NOSIGNAL);
   if (written != -1 || errno != ENOTSOCK) return written;
   return ::write(number, bytes, size);
+}
+
+std::int64_t writeNow(int number, const void* bytes, std::size_t size) {
+  return ::send(number, bytes, size, MSG_NOSIGNAL | MSG_DONTWAIT);
+}
+
+bool peerHasClosed(int number) {
+  pollfd watched{number, POLLRDHUP, 0};
+  return ::poll(&watched, 1, 0) == 1 && (watched.revents & (POLLRDHUP | POLLHUP)) != 0;
 }
 
 std::unique_ptr<Acceptor> makeAcceptor() {

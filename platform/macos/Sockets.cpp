@@ -112,6 +112,17 @@ std::int64_t writeOnce(int number, const void* bytes, std::size_t size) {
   return ::write(number, bytes, size);
 }
 
+std::int64_t writeNow(int number, const void* bytes, std::size_t size) {
+  disableSigpipe(number);
+  return ::send(number, bytes, size, MSG_DONTWAIT);
+}
+
+/// macOS reports POLLHUP as soon as the peer sends no more, also while there is data to read.
+bool peerHasClosed(int number) {
+  pollfd watched{number, POLLIN, 0};
+  return ::poll(&watched, 1, 0) == 1 && (watched.revents & POLLHUP) != 0;
+}
+
 std::unique_ptr<Acceptor> makeAcceptor() {
   return std::make_unique<PipeAcceptor>();
 }

@@ -60,6 +60,22 @@ TEST(Error, EmptyInfoIsNoInfo) {
   EXPECT_EQ(Error::gduds_errorForCode(-3024), Error::gduds_errorForCode(-3024, ""));
 }
 
+TEST(Error, ErrnoIsAFieldAndNoPartOfTheComparison) {
+  const Error error = Error::gduds_errorForCode(-3024, "info", EPIPE);
+  EXPECT_EQ(EPIPE, error.errorNumber);
+  EXPECT_EQ(0, Error::gduds_errorForCode(-3024).errorNumber);
+  EXPECT_EQ(Error::gduds_errorForCode(-3024, "info"), error);
+  EXPECT_NE(Error::gduds_errorForCode(-3023, "info"), error);
+  EXPECT_NE(Error::gduds_errorForCode(-3024, "other"), error);
+}
+
+TEST(Error, OfAFailedCallHasItsErrnoAndDescriptor) {
+  errno = EPIPE;
+  const Error error = errorOfFailedCall(-3018, 5);
+  EXPECT_EQ(EPIPE, error.errorNumber);
+  EXPECT_EQ("Failed to write to socket. fd: 5. errno: 32. Broken pipe", error.localizedDescription);
+}
+
 TEST(Error, DomainIsTheLibrarys) {
   EXPECT_EQ("org.seldial.GDUnixSocket", Error::gduds_errorForCode(0).domain);
 }

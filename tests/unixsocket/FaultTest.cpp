@@ -29,6 +29,7 @@ TEST(Fault, AReadThatFailsIsNotTriedAgain) {
     EXPECT_FALSE(socket->readWithError(&told));
     ASSERT_TRUE(told);
     EXPECT_EQ(-3017, told->code);
+    EXPECT_EQ(error, told->errorNumber);
     EXPECT_EQ("Failed to read from socket" + info(socket->fd(), error), told->localizedDescription);
     EXPECT_EQ("x", socket->readWithError()) << "the socket stays open";
   }
@@ -43,6 +44,7 @@ TEST(Fault, AWriteThatFailsIsNotTriedAgain) {
     EXPECT_EQ(-1, socket->writeData("x", &told));
     ASSERT_TRUE(told);
     EXPECT_EQ(-3018, told->code);
+    EXPECT_EQ(error, told->errorNumber);
     EXPECT_EQ("Failed to write to socket" + info(socket->fd(), error), told->localizedDescription);
     EXPECT_EQ(1, socket->writeData("y"));
     EXPECT_EQ("y", peer.receive(1));
@@ -79,6 +81,7 @@ TEST(Fault, ADescriptorWhoseCloseFailsIsForgotten) {
     EXPECT_FALSE(socket->closeWithError(&error));
   }
   EXPECT_EQ(-3016, error->code);
+  EXPECT_EQ(EIO, error->errorNumber);
   EXPECT_EQ("Failed to close socket" + info(descriptor, EIO), error->localizedDescription);
   EXPECT_EQ(-1, socket->fd());
   EXPECT_EQ(0U, socket->state());
@@ -95,7 +98,10 @@ class FaultyListen : public ListeningServer {
     std::optional<Error> told;
     EXPECT_FALSE(server->listenWithError(&told));
     SystemCalls::set({});
-    return told ? std::to_string(told->code) + " " + told->localizedDescription : "";
+    if (!told) return "";
+    EXPECT_NE(std::string::npos,
+              told->localizedDescription.find("errno: " + std::to_string(told->errorNumber) + "."));
+    return std::to_string(told->code) + " " + told->localizedDescription;
   }
 
   SystemCalls calls;
@@ -128,12 +134,29 @@ TEST_F(FaultyListen, AFailedListenIsToldAfterTheCloseTooAndLeavesNoFile) {
   EXPECT_TRUE(delegate->journal.lines().empty());
 }
 
-TEST_F(FaultyListen, AStaleFileThatStaysMakesBindFailAndTheSocketStays) {
+TEST_F(FaultyListen, AStaleFileThatCannotBeRemovedMakesBindFail) {
   { const Peer dead = Peer::listeningAt(path); }
-  const std::string error = errorOfListen("unlink", EACCES);
+  EXPECT_EQ("-3023 Failed to bind socket" + info(-1, EADDRINUSE), errorOfListen("unlink", EACCES));
+  EXPECT_EQ(2U, server->state());
+  EXPECT_EQ(-1, server->fd());
+  EXPECT_TRUE(exists(path)) << "it is not this server's file";
+  listen();
+  connect();
+}
+
+TEST_F(FaultyListen, AFailedListenWhoseFileCannotBeRemovedKeepsTheSocket) {
+  const auto listenFails = failing("listen", EOPNOTSUPP);
+  const auto unlinkFails = failing("unlink", EACCES);
+  SystemCalls::set([&](const SystemCall& call) {
+    const auto error = listenFails(call);
+    return error ? error : unlinkFails(call);
+  });
+  std::optional<Error> error;
+  EXPECT_FALSE(server->listenWithError(&error));
+  SystemCalls::set({});
   // A close that cannot remove the file leaves the socket as it is, here too.
   EXPECT_NE(-1, server->fd());
-  EXPECT_EQ("-3023 Failed to bind socket" + info(server->fd(), EACCES), error);
+  EXPECT_EQ("Failed to listen on socket" + info(server->fd(), EACCES), error->localizedDescription);
   EXPECT_EQ(0U, server->state());
   listen();
   connect();
@@ -157,6 +180,7 @@ TEST_F(FaultyServer, AFileThatCannotBeRemovedKeepsItListening) {
   EXPECT_FALSE(server->closeSilently());
   ASSERT_TRUE(error);
   EXPECT_EQ(-3020, error->code);
+  EXPECT_EQ(EACCES, error->errorNumber);
   EXPECT_EQ("Failed to unlink socket" + info(server->fd(), EACCES), error->localizedDescription);
   EXPECT_EQ(2U, delegate->journal.count("close " + error->localizedDescription));
   EXPECT_TRUE(server->connectedClients().empty()) << "the connections are gone all the same";
@@ -273,6 +297,7 @@ TEST_F(FaultyClient, AFailedConnectIsToldAsItWasBeforeTheClose) {
     std::optional<Error> told;
     EXPECT_FALSE(client->connectWithAutoRead(false, &told));
     EXPECT_EQ("Failed to connect to socket" + info(descriptor, error), told->localizedDescription);
+    EXPECT_EQ(error, told->errorNumber);
     EXPECT_EQ(-1, client->fd());
     EXPECT_EQ(2U, client->state());
   }

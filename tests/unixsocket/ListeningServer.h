@@ -18,7 +18,7 @@ class ListeningServer : public testing::Test {
   ~ListeningServer() override { server->closeSilently(); }
 
   /// A server on the test's queue.
-  std::shared_ptr<GDUnixSocketServer> serverAt(const std::string& socketPath) const {
+  [[nodiscard]] std::shared_ptr<GDUnixSocketServer> serverAt(const std::string& socketPath) const {
     return GDUnixSocketServer::initWithSocketPath(socketPath, 256, queue);
   }
 
@@ -32,7 +32,7 @@ class ListeningServer : public testing::Test {
     return peer;
   }
 
-  std::string lastClientID() const { return delegate->clientIDs().back(); }
+  [[nodiscard]] std::string lastClientID() const { return delegate->clientIDs().back(); }
 
   const std::shared_ptr<doubles::SteeredBackgroundQueue> queue =
       std::make_shared<doubles::SteeredBackgroundQueue>();

@@ -60,8 +60,9 @@ void RecordingServerDelegate::unixSocketServerDidFailToReadForClientID(
   journal.add("read failed " + std::to_string(error.code));
 }
 
-void RecordingServerDelegate::unixSocketServerDidFailToAcceptConnection(
-    GDUnixSocketServer& /*server*/, const Error& error) {
+void RecordingServerDelegate::unixSocketServerDidFailToAcceptConnection(GDUnixSocketServer& server,
+                                                                        const Error& error) {
+  if (onAcceptFailed) onAcceptFailed(server);
   journal.add("accept failed " + error.localizedDescription);
 }
 

@@ -57,6 +57,7 @@ class RecordingServerDelegate final : public GDUnixSocketServerDelegate {
   Hook onData;
   Hook onDisconnect;
   std::function<void(GDUnixSocketServer& server)> onClose;
+  std::function<void(GDUnixSocketServer& server)> onAcceptFailed;
 
  private:
   mutable std::mutex mutex_;

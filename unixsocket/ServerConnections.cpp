@@ -1,0 +1,206 @@
+// The connections of a server: accepting, reading and sending, and the table that holds them.
+#include <cerrno>
+#include <utility>
+#include <vector>
+
+#include "platform/Sockets.h"
+#include "unixsocket/GDUnixSocketServer.h"
+#include "unixsocket/SocketPath.h"
+
+namespace seldial {
+namespace {
+
+/// Threads wait at it until it is opened, once and for all.
+class Gate {
+ public:
+  void open() SELDIAL_EXCLUDES(mutex_) {
+    const MutexLock lock(mutex_);
+    open_ = true;
+    opened_.notifyAll();
+  }
+
+  void wait() SELDIAL_EXCLUDES(mutex_) {
+    const MutexLock lock(mutex_);
+    while (!open_) opened_.wait(mutex_);
+  }
+
+ private:
+  Mutex mutex_;
+  bool open_ SELDIAL_GUARDED_BY(mutex_) = false;
+  Condition opened_;
+};
+
+}  // namespace
+
+GDUnixSocketServer::ConnectedClients GDUnixSocketServer::connectedClients() const {
+  const MutexLock lock(lock_);
+  ConnectedClients clients;
+  for (const auto& [clientID, client] : clients_) clients.emplace(clientID, client.socket);
+  return clients;
+}
+
+void GDUnixSocketServer::addClient(const std::shared_ptr<GDUnixSocket>& client) {
+  if (!client) throw InternalInconsistencyException("Cannot add empty client");
+  const MutexLock lock(lock_);
+  clients_[client->uniqueID()] = {client, false};
+}
+
+/// False if the server has begun to listen anew since it accepted the connection.
+bool GDUnixSocketServer::addAccepted(const std::shared_ptr<GDUnixSocket>& connection,
+                                     Descriptor::Generation listening) {
+  const MutexLock lock(lock_);
+  if (descriptor().generation() != listening) return false;
+  clients_[connection->uniqueID()] = {connection, true};
+  return true;
+}
+
+bool GDUnixSocketServer::clientExists(const std::shared_ptr<GDUnixSocket>& client) const {
+  const MutexLock lock(lock_);
+  return client && clients_.count(client->uniqueID()) != 0;
+}
+
+std::optional<Error> GDUnixSocketServer::removeAndCloseClient(
+    const std::shared_ptr<GDUnixSocket>& client) {
+  std::optional<Error> error;
+  const MutexLock lock(lock_);
+  if (client && clients_.erase(client->uniqueID()) != 0) client->closeWithError(&error);
+  clientRemoved_.notifyAll();
+  return error;
+}
+
+void GDUnixSocketServer::removeAllClients() {
+  const MutexLock lock(lock_);
+  for (const auto& [clientID, client] : clients_) client.socket->close();
+  clients_.clear();
+  clientRemoved_.notifyAll();
+}
+
+std::int64_t GDUnixSocketServer::sendData(const Data& data, const std::string& toClientWithID,
+                                          std::optional<Error>* error) {
+  handError(error, {});
+  const MutexLock lock(lock_);
+  const auto client = clients_.find(toClientWithID);
+  if (client != clients_.end()) return client->second.socket->writeData(data, error);
+  if (error != nullptr) {
+    *error =
+        Error::gduds_errorForCode(GDUnixSocketErrorUnknownClient, "Client ID: " + toClientWithID);
+  }
+  return -1;
+}
+
+void GDUnixSocketServer::sendData(const Data& data, const std::string& toClientWithID,
+                                  WriteCompletion completion) {
+  queue()->async([server = self(), data, toClientWithID, completion = std::move(completion)] {
+    std::optional<Error> error;
+    const std::int64_t count = server->sendData(data, toClientWithID, &error);
+    if (completion) completion(error, count);
+  });
+}
+
+std::int64_t GDUnixSocketServer::writeData(const Data& /*data*/, std::optional<Error>* error) {
+  handError(error, {});
+  return 0;
+}
+
+void GDUnixSocketServer::mainLoop() {
+  acceptConnections(descriptor().generation());
+}
+
+/// Serves one listening socket. A server that is closed and listens again has a new loop, so this
+/// one must end.
+void GDUnixSocketServer::acceptConnections(Descriptor::Generation listening) {
+  while (descriptor().holds(listening)) {
+    const int accepted = acceptOn(listening);
+    if (accepted == -1) {
+      acceptFailed(listening, errno);
+      return;
+    }
+    finishDisconnected();
+    startReader(accepted, listening);
+  }
+}
+
+int GDUnixSocketServer::acceptOn(Descriptor::Generation listening) {
+  const Descriptor::Use use(descriptor(), listening);
+  return platform::setSocketFlags(use.accept());
+}
+
+/// Waits for the readers of all connections whose peers are gone. They need nothing from any peer:
+/// what they have to read has arrived, and the end of the stream too.
+void GDUnixSocketServer::finishDisconnected() {
+  const MutexLock lock(lock_);
+  std::vector<std::string> disconnected;
+  for (const auto& [clientID, client] : clients_) {
+    if (client.hasReader && peerHasClosed(*client.socket)) disconnected.push_back(clientID);
+  }
+  for (const auto& clientID : disconnected) {
+    while (clients_.count(clientID) != 0) clientRemoved_.wait(lock_);
+  }
+}
+
+/// The reader is started first, and first looks its connection up. It waits at a gate until the
+/// connection is in the table and the accept callback has returned: otherwise it could take the
+/// connection for a removed one, or report data before the accept.
+void GDUnixSocketServer::startReader(int accepted, Descriptor::Generation listening) {
+  const auto connection =
+      GDUnixSocket::initWithSocketPath(kDummySocketPath, kDefaultFragmentSize, queue());
+  connection->setFd(accepted);
+  const auto mayRead = std::make_shared<Gate>();
+  queue()->async([server = self(), connection, mayRead] {
+    mayRead->wait();
+    server->readOnConnection(connection);
+  });
+  if (addAccepted(connection, listening)) {
+    if (const auto receiver = delegate()) {
+      receiver->unixSocketServerDidAcceptClientWithID(*this, connection->uniqueID());
+    }
+    // A close that finished before the connection was in the table has missed it.
+    if (!descriptor().holds(listening)) removeAndCloseClient(connection);
+  }
+  mayRead->open();
+}
+
+void GDUnixSocketServer::acceptFailed(Descriptor::Generation listening, int errorNumber) {
+  {
+    // A close on another thread has either not begun or is done.
+    const MutexLock lock(closeLock_);
+    if (!descriptor().holds(listening)) return;
+    if (const auto receiver = delegate()) {
+      errno = errorNumber;
+      const Error error = errorOfFailedCall(GDUnixSocketErrorAcceptFailed, fd());
+      receiver->unixSocketServerDidFailToAcceptConnection(*this, error);
+    }
+  }
+  closeGeneration(listening);
+}
+
+void GDUnixSocketServer::readOnConnection(const std::shared_ptr<GDUnixSocket>& connection) {
+  while (clientExists(connection)) {
+    std::optional<Error> error;
+    if (const auto data = connection->readWithError(&error)) {
+      if (const auto receiver = delegate()) {
+        receiver->unixSocketServerDidReceiveData(*this, *data, connection->uniqueID());
+      }
+      continue;
+    }
+    connectionEnded(connection, error);
+    if (error) return;
+  }
+}
+
+/// Reports nothing for a connection that is no longer in the table: this process closed it.
+void GDUnixSocketServer::connectionEnded(const std::shared_ptr<GDUnixSocket>& connection,
+                                         const std::optional<Error>& error) {
+  if (!clientExists(connection)) return;
+  if (const auto receiver = delegate()) {
+    const std::string& clientID = connection->uniqueID();
+    if (error) {
+      receiver->unixSocketServerDidFailToReadForClientID(*this, clientID, *error);
+    } else {
+      receiver->unixSocketServerClientWithIDDidDisconnect(*this, clientID);
+    }
+  }
+  removeAndCloseClient(connection);
+}
+
+}  // namespace seldial
