@@ -7,7 +7,7 @@
 namespace seldial {
 namespace {
 
-/// Time limit of the connect and of the write. A Seldial that is dialling answers sooner.
+/// Time limit of the connect and the write together. A Seldial that is dialling answers sooner.
 constexpr std::chrono::seconds kTimeLimit{3};
 
 }  // namespace

@@ -1,21 +1,67 @@
 #include "unixsocket/GDUnixSocketClient.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
 #include <utility>
 
+#include "platform/Sockets.h"
 #include "unixsocket/SocketPath.h"
 
 namespace seldial {
 namespace {
 
-void setSendTimeoutOf(int number, std::chrono::milliseconds timeout) {
-  constexpr int kMilliseconds = 1000;
+using std::chrono::milliseconds;
+using Clock = std::chrono::steady_clock;
+
+/// How long one connect(2) waits, at most, for room in the server's backlog. Nothing can wake it: a
+/// close on another thread is noticed between two of them.
+constexpr milliseconds kConnectWait{50};
+
+/// The time left, rounded up, and at most `most`.
+milliseconds timeLeft(Clock::time_point deadline, milliseconds most) {
+  const auto now = Clock::now();
+  if (deadline <= now) return milliseconds::zero();
+  if (deadline - now >= most) return most;
+  return std::chrono::ceil<milliseconds>(deadline - now);
+}
+
+/// Less than a second; zero is no timeout.
+void setSendTimeoutOf(int number, milliseconds timeout) {
   timeval value{};
-  value.tv_sec = timeout.count() / kMilliseconds;
-  value.tv_usec = (timeout.count() % kMilliseconds) * kMilliseconds;
+  value.tv_usec = static_cast<decltype(value.tv_usec)>(std::chrono::microseconds(timeout).count());
   ::setsockopt(number, SOL_SOCKET, SO_SNDTIMEO, &value, sizeof value);
+}
+
+/// Waits until the socket can be written to, or its peer is gone. False: not before the deadline.
+bool waitUntilWritable(int number, Clock::time_point deadline) {
+  constexpr milliseconds kLongest = std::chrono::hours(1);
+  for (;;) {
+    const auto left = timeLeft(deadline, kLongest);
+    if (left == milliseconds::zero()) return false;
+    pollfd watched{number, POLLOUT, 0};
+    if (::poll(&watched, 1, static_cast<int>(left.count())) > 0) return true;
+  }
+}
+
+/// Writes until all is written, the deadline has passed or a write fails. Returns the count of
+/// bytes written; -1 and errno if there are none.
+std::int64_t writeUntil(int number, const Data& data, Clock::time_point deadline) {
+  std::size_t written = 0;
+  while (written < data.size()) {
+    const auto count = platform::writeNow(number, data.data() + written, data.size() - written);
+    if (count >= 0) {
+      written += static_cast<std::size_t>(count);
+    } else if (errno != EAGAIN || !waitUntilWritable(number, deadline)) {
+      if (written == 0) return -1;
+      break;
+    }
+  }
+  return static_cast<std::int64_t>(written);
 }
 
 }  // namespace
@@ -58,7 +104,7 @@ std::optional<Error> GDUnixSocketClient::openConnection() {
                                      "The socket path is inconsistent");
   }
   if (!connectTo(path)) {
-    auto failure = Error::gduds_errorForCode(GDUnixSocketErrorConnectFailed, lastErrorInfo());
+    auto failure = errorOfFailedCall(GDUnixSocketErrorConnectFailed, fd());
     close();
     return failure;
   }
@@ -67,10 +113,37 @@ std::optional<Error> GDUnixSocketClient::openConnection() {
 
 bool GDUnixSocketClient::connectTo(const std::string& path) {
   const SocketAddress address(path);
-  const std::chrono::milliseconds timeout = sendTimeout_;
+  const milliseconds timeout = sendTimeout_;
+  const auto deadline =
+      timeout > milliseconds::zero() ? Clock::now() + timeout : Clock::time_point::max();
+  deadline_ = deadline;
   const Descriptor::Use use(descriptor());
-  if (timeout > timeout.zero()) setSendTimeoutOf(use.number(), timeout);
-  return ::connect(use.number(), address.get(), SocketAddress::size()) == 0;
+  for (;;) {
+    const auto begin = Clock::now();
+    const auto wait = std::max(timeLeft(deadline, kConnectWait), milliseconds(1));
+    setSendTimeoutOf(use.number(), wait);
+    if (::connect(use.number(), address.get(), SocketAddress::size()) == 0) break;
+    // EAGAIN at once is a failure; after a wait, the backlog is still full.
+    if (errno != EAGAIN || Clock::now() - begin < wait / 2) return false;
+    if (Clock::now() >= deadline) return false;
+    if (fd() != use.number()) {
+      errno = ECANCELED;
+      return false;
+    }
+  }
+  setSendTimeoutOf(use.number(), milliseconds::zero());
+  return true;
+}
+
+std::int64_t GDUnixSocketClient::writeData(const Data& data, std::optional<Error>* error) {
+  const auto deadline = deadline_.load();
+  if (deadline == Clock::time_point::max()) return GDUnixSocket::writeData(data, error);
+  const Descriptor::Use use(descriptor());
+  if (data.empty() || use.number() == -1) return write(data, use.number(), error);
+  handError(error, {});
+  const std::int64_t count = writeUntil(use.number(), data, deadline);
+  if (count == -1) handError(error, errorOfFailedCall(GDUnixSocketErrorWriteFailed, use.number()));
+  return count;
 }
 
 std::optional<Data> GDUnixSocketClient::readWithError(std::optional<Error>* error) {

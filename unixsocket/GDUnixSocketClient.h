@@ -56,19 +56,25 @@ class GDUnixSocketClient final : public GDUnixSocket {
   /// Takes effect with the next callback. The caller keeps the delegate alive.
   void setDelegate(std::weak_ptr<GDUnixSocketClientDelegate> delegate);
 
-  /// How long a connect, or a write, of future connections waits for a server that does not accept,
-  /// or does not read. 0, the default, is for ever. After that a connect fails with EAGAIN; a write
-  /// returns a short count, or fails if nothing was written.
+  /// Limits how long future connections wait for the server, in all: from the start of the connect,
+  /// the connect and every write together take at most `timeout`, however slowly the server reads.
+  /// 0, the default, is no limit. At the limit a connect fails with EAGAIN; a write returns the
+  /// count of bytes written so far, or fails with EAGAIN if there are none.
   void setSendTimeout(std::chrono::milliseconds timeout) { sendTimeout_ = timeout; }
 
   /// Creates a socket and connects it; with `autoRead`, starts readLoop(). Blocks while the
-  /// server's backlog is full. Errors: GDUnixSocketErrorBadSocket; GDUnixSocketErrorConnectFailed
-  /// and GDUnixSocketErrorListenFailed (the path does not fit into an address), which leave the
-  /// client closed.
+  /// server's backlog is full; a close on another thread ends the wait within 50 ms (ECANCELED).
+  /// Errors: GDUnixSocketErrorBadSocket; GDUnixSocketErrorConnectFailed and
+  /// GDUnixSocketErrorListenFailed (the path does not fit into an address), which leave the client
+  /// closed.
   bool connectWithAutoRead(bool autoRead, std::optional<Error>* error = nullptr);
 
   /// Does nothing and never calls back; kept on purpose. Use the overload above.
   void connectWithAutoRead(bool autoRead, const ConnectCompletion& completion);
+
+  /// Like the base class; with a send timeout, it writes all that the server takes in time.
+  std::int64_t writeData(const Data& data, std::optional<Error>* error = nullptr) override;
+  using GDUnixSocket::writeData;
 
   /// Like the base class, and calls the delegate.
   std::optional<Data> readWithError(std::optional<Error>* error = nullptr) override;
@@ -78,6 +84,8 @@ class GDUnixSocketClient final : public GDUnixSocket {
   void readLoop();
 
  private:
+  using Clock = std::chrono::steady_clock;
+
   std::optional<Error> openConnection();
   bool connectTo(const std::string& path);
   std::optional<Data> readAndNotify(Descriptor::Generation connection, std::optional<Error>* error);
@@ -85,6 +93,7 @@ class GDUnixSocketClient final : public GDUnixSocket {
   mutable Mutex delegateLock_;
   std::weak_ptr<GDUnixSocketClientDelegate> delegate_ SELDIAL_GUARDED_BY(delegateLock_);
   std::atomic<std::chrono::milliseconds> sendTimeout_{std::chrono::milliseconds::zero()};
+  std::atomic<Clock::time_point> deadline_{Clock::time_point::max()};  ///< of the last connection
 };
 
 }  // namespace seldial
