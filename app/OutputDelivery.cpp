@@ -9,7 +9,7 @@
 namespace seldial {
 namespace {
 
-/// How long a UC client that neither accepts nor reads may hold up the main thread.
+/// How long one message may take, from the connect to its last byte: it blocks the main thread.
 constexpr std::chrono::seconds kSendTimeout{5};
 
 }  // namespace

@@ -54,6 +54,9 @@ void AppDelegate::applicationDidFinishLaunching() {
 void AppDelegate::applicationWillTerminate() {
   if (UnixSocketServer) {
     UnixSocketServer->close();
+    if (UnixSocketServer->pathWasTakenOver()) {
+      log("Unix socket path was taken over; its file is left alone: " + *ValueDialerPipeName + ".");
+    }
     UnixSocketServer = nullptr;
   }
 }

@@ -144,6 +144,22 @@ TEST_F(Launch, ASecondProgramAtTheSamePathTakesItOver) {
   EXPECT_TRUE(second.waitForLine("Process Unix socket input string."));
 }
 
+TEST_F(Launch, WhoLostItsPathSaysSoAtItsEndAndLeavesTheFile) {
+  startListening();
+  SeldialProcess second({"-log", "dialerpipename=" + in});
+  ASSERT_TRUE(second.waitForLine("listen ok"));
+  process->signal(SIGTERM);
+  EXPECT_TRUE(
+      process->waitForLine("Unix socket path was taken over; its file is left alone: " + in));
+  EXPECT_EQ(process->wait(), 0);
+  sendCommand(in, {"{}"});
+  EXPECT_TRUE(second.waitForLine("Process Unix socket input string."));
+  second.signal(SIGTERM);
+  EXPECT_THAT(second.restOfLines(),
+              testing::Not(testing::Contains(testing::HasSubstr("taken over"))));
+  EXPECT_FALSE(Peer::connectedTo(in).connected());
+}
+
 TEST_F(Launch, ClosedStandardDescriptorsNeverBecomeASocket) {
   for (const auto& closed : std::vector<std::vector<int>>{{0}, {1}, {2}, {0, 1, 2}}) {
     start({"-log", "-jsonlog"}, {}, closed);
