@@ -36,6 +36,18 @@ void atPath(Call call, const char* what, const Descriptor& socket, const std::st
 
 }  // namespace
 
+void Tally::add(std::size_t count) {
+  const std::lock_guard lock(mutex_);
+  added_ += count;
+  if (added_ >= wanted_) enough_.notify_one();
+}
+
+void Tally::waitFor(std::size_t total) {
+  std::unique_lock lock(mutex_);
+  wanted_ = total;
+  enough_.wait(lock, [this] { return added_ >= wanted_; });
+}
+
 SocketPlace::SocketPlace() : directory_("/tmp/seldial-bench-XXXXXX") {
   if (mkdtemp(directory_.data()) == nullptr) checked(-1, "mkdtemp");
   path_ = directory_ + "/socket";

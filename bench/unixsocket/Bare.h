@@ -1,15 +1,31 @@
-// The other side of every comparison: system calls alone, in the fewest lines that do the work.
+// The other side of every comparison: the same work with system calls alone.
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
 #include <cstddef>
+#include <mutex>
 #include <string>
 #include <thread>
 
 #include "bench/UcClient.h"
-#include "bench/unixsocket/Tally.h"
 
 namespace seldial::bench {
+
+/// Threads add to it, and one waits until there is enough.
+class Tally {
+ public:
+  void add(std::size_t count = 1);
+
+  /// Waits until everything that was ever added comes to `total`.
+  void waitFor(std::size_t total);
+
+ private:
+  std::mutex mutex_;  ///< guards the two numbers
+  std::condition_variable enough_;
+  std::size_t added_ = 0;
+  std::size_t wanted_ = 0;
+};
 
 /// A path for a socket, in a directory that goes with it.
 class SocketPlace {
@@ -45,7 +61,7 @@ class BareServer {
   BareServer(const BareServer&) = delete;
   BareServer& operator=(const BareServer&) = delete;
 
-  /// When the last connection was accepted; to be asked once `accepted` tells of it.
+  /// When the last connection was accepted; valid once `accepted` has counted it.
   [[nodiscard]] Clock::time_point acceptedAt() const { return acceptedAt_; }
 
   Tally accepted;

@@ -1,5 +1,4 @@
-// Connections that carry nothing: how soon they are noticed, and how many of them fit into a
-// second.
+// Empty connections: how soon one is noticed, and how many can be made in a second.
 #include <benchmark/benchmark.h>
 
 #include "bench/unixsocket/Bare.h"
@@ -42,7 +41,7 @@ void acceptBare(benchmark::State& state) {
   }
 }
 
-/// Connect, close, and the server has seen both.
+/// Connects and closes, and waits until the server has seen both.
 void connectionsLibrary(benchmark::State& state) {
   const SocketPlace place;
   const LibraryServer server(place.path());

@@ -9,7 +9,7 @@
 
 namespace seldial::bench {
 
-/// Counts what a server tells.
+/// Counts the callbacks of a server.
 class CountingDelegate final : public GDUnixSocketServerDelegate {
  public:
   void unixSocketServerDidAcceptClientWithID(GDUnixSocketServer& /*server*/,
@@ -25,11 +25,11 @@ class CountingDelegate final : public GDUnixSocketServerDelegate {
 
   Tally accepted;
   Tally ended;
-  Clock::time_point acceptedAt;  ///< this and the next: to be read once `accepted` tells of it
+  Clock::time_point acceptedAt;  ///< this and the next: to be read once `accepted` has counted it
   std::string lastClientID;
 };
 
-/// A server that listens until it goes.
+/// A server that listens until it is destroyed.
 class LibraryServer {
  public:
   explicit LibraryServer(const std::string& path)

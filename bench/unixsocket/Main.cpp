@@ -1,5 +1,5 @@
-// Measures the socket library beside bare system calls and prints one table. Everything runs on one
-// processor, so that what a figure shows is the work that is done, not how the system spreads it.
+// Measures the socket library against bare system calls and prints one table. Everything runs on
+// one processor, so that a figure shows the work done, not how the system spreads it.
 #include <benchmark/benchmark.h>
 
 #include "bench/Figures.h"

@@ -1,6 +1,8 @@
-// Bytes from a server to a client through one connection, written and read in fragments of one
-// size.
+// Sending through one connection: many bytes in fragments of one size, and short messages.
 #include <benchmark/benchmark.h>
+#include <unistd.h>
+
+#include <vector>
 
 #include "bench/unixsocket/Bare.h"
 #include "bench/unixsocket/LibraryServer.h"
@@ -74,8 +76,52 @@ void eachFragmentSize(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgName("fragment")->RangeMultiplier(4)->Range(256, 65536)->UseRealTime();
 }
 
+/// Short messages. The sending thread itself reads them at the other end, many at a time, so that
+/// no figure depends on when a reader wakes up.
+const std::string kMessage(64, 'x');
+constexpr std::size_t kSendsATurn = 128;  ///< they fit into the system's buffer
+
+void readTurn(const Descriptor& connection) {
+  static std::vector<char> buffer(kSendsATurn * kMessage.size());
+  std::size_t left = buffer.size();
+  while (left > 0) {
+    const auto count = read(connection.number(), buffer.data(), left);
+    if (count <= 0) throw std::runtime_error("the stream ended");
+    left -= static_cast<std::size_t>(count);
+  }
+}
+
+void sendsLibrary(benchmark::State& state) {
+  const SocketPlace place;
+  const LibraryServer server(place.path());
+  const Descriptor reader = bareConnect(place.path());
+  const std::string clientID = server.firstClientID();
+  while (state.KeepRunning()) {
+    for (std::size_t sent = 0; sent < kSendsATurn; ++sent) {
+      server.server->sendData(kMessage, clientID);
+    }
+    readTurn(reader);
+  }
+  state.SetItemsProcessed(state.iterations() * std::int64_t{kSendsATurn});
+}
+
+void sendsBare(benchmark::State& state) {
+  const SocketPlace place;
+  const Descriptor listener = bareListen(place.path());
+  const Descriptor reader = bareConnect(place.path());
+  const Descriptor connection = bareAccept(listener);
+  while (state.KeepRunning()) {
+    for (std::size_t sent = 0; sent < kSendsATurn; ++sent) bareSend(connection, kMessage);
+    readTurn(reader);
+  }
+  state.SetItemsProcessed(state.iterations() * std::int64_t{kSendsATurn});
+}
+
 BENCHMARK(bytesLibrary)->Name("bytes through one connection, library")->Apply(eachFragmentSize);
 BENCHMARK(bytesBare)->Name("bytes through one connection, bare")->Apply(eachFragmentSize);
+
+BENCHMARK(sendsLibrary)->Name("sends of 64 bytes, library")->UseRealTime();
+BENCHMARK(sendsBare)->Name("sends of 64 bytes, bare")->UseRealTime();
 
 }  // namespace
 }  // namespace seldial::bench
