@@ -56,10 +56,10 @@ class GDUnixSocketClient final : public GDUnixSocket {
   /// Takes effect with the next callback. The caller keeps the delegate alive.
   void setDelegate(std::weak_ptr<GDUnixSocketClientDelegate> delegate);
 
-  /// Limits how long future connections wait for the server, in all: from the start of the connect,
-  /// the connect and every write together take at most `timeout`, however slowly the server reads.
-  /// 0, the default, is no limit. At the limit a connect fails with EAGAIN; a write returns the
-  /// count of bytes written so far, or fails with EAGAIN if there are none.
+  /// Sets one deadline for each future connection, `timeout` after the start of its connect: from
+  /// then on neither the connect nor a write waits, however slowly the server reads. 0, the
+  /// default, is no deadline. At the deadline a connect fails with EAGAIN; a write returns the
+  /// number of bytes written so far, or fails with EAGAIN if there are none.
   void setSendTimeout(std::chrono::milliseconds timeout) { sendTimeout_ = timeout; }
 
   /// Creates a socket and connects it; with `autoRead`, starts readLoop(). Blocks while the

@@ -1,7 +1,10 @@
 // Clients that behave badly, and many of them.
 #include <sys/resource.h>
 
+#include <atomic>
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include "tests/support/ProcessState.h"
 #include "tests/support/SeldialProcess.h"
@@ -90,6 +93,26 @@ TEST_F(Robustness, AClientThatNeverReadsALongMessageDoesNotStopTheProgram) {
   sendCommand(in, {R"({"command":")" + std::string(4UL << 20, 'x') + "\"}"});
   EXPECT_TRUE(process->waitForLine("Unix socket client bytes written ("));
   EXPECT_TRUE(process->waitForLine("Now closing unix socket client."));
+}
+
+TEST_F(Robustness, AClientThatReadsALongMessageSlowlyHoldsTheNextUpForFiveSeconds) {
+  startQuietly();
+  sendCommand(in, {R"({"command":")" + std::string(4UL << 20, 'x') + "\"}"});
+  const Peer slow = client.accepted();
+  const auto begin = std::chrono::steady_clock::now();
+  sendCommand(in, {"{}"});
+  std::atomic<bool> over{false};
+  std::thread reading([&] {  // each read makes room, so that no wait for room is long
+    while (!over && slow.receive(65536).size() == 65536) {
+      std::this_thread::sleep_for(std::chrono::seconds(1));
+    }
+  });
+  EXPECT_THAT(client.nextMessage(), IsError(kNoTag));
+  const auto took = std::chrono::steady_clock::now() - begin;
+  over = true;
+  reading.join();
+  EXPECT_GT(took, std::chrono::seconds(4));
+  EXPECT_LT(took, std::chrono::seconds(30)) << "at that pace, 4 MiB take a minute";
 }
 
 TEST_F(Robustness, ManyCommandsAreAnsweredEachOnceInOrder) {
