@@ -12,4 +12,5 @@ foreach(library ${libraries})
 endforeach()
 set_target_properties(seldial_everything PROPERTIES LINKER_LANGUAGE OBJCXX)
 target_link_libraries(seldial_everything PRIVATE
-  "-framework AppKit" "-framework Carbon" "-framework CoreFoundation" "-framework CoreGraphics")
+  "-framework AppKit" "-framework ApplicationServices" "-framework Carbon"
+  "-framework CoreFoundation" "-framework CoreGraphics")

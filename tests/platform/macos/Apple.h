@@ -15,7 +15,7 @@ namespace seldial::tests {
 
 /// Records every call, in order, and answers what the test has set. AppleTest creates it anew.
 struct Apple {
-  /// Work that was submitted, until the test runs it.
+  /// Submitted work, which the test can run.
   struct Submitted {
     const dispatch_object_s* queue = nullptr;
     dispatch_time_t when = 0;
@@ -57,7 +57,7 @@ struct Apple {
   std::string executable;                 ///< as it was started
   std::optional<std::string> pasteboard;  ///< the text of the general pasteboard
 
-  /// What it was asked.
+  /// What the port has called and made.
   std::vector<std::string> calls;
   std::vector<Submitted> submitted;
   int queues = 0;  ///< made so far

@@ -167,7 +167,7 @@ OSStatus UCKeyTranslate(const UCKeyboardLayout* layout, UInt16 virtualKeyCode, U
        number(keyAction) + " modifiers " + number(modifierKeyState) + " type " +
        number(keyboardType) + " options " + number(options) + " dead key state " +
        number(*deadKeyState) + " room " + number(maxLength));
-  // What is beyond the length is anything; and there is a length even when it then fails.
+  // The units beyond the length are undefined, and the length is set even on failure.
   std::fill_n(units, maxLength, UniChar{0xDC00});
   *actualLength = apple().translation.size();
   std::copy(apple().translation.begin(), apple().translation.end(), units);

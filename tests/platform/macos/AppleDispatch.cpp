@@ -1,4 +1,4 @@
-// Dispatch, played: nothing runs until the test runs it.
+// The doubles of Dispatch. Submitted work runs only when the test runs it.
 #include <dispatch/dispatch.h>
 #include <pthread.h>
 

@@ -19,7 +19,7 @@ namespace {
 template <class Left, class Right>
 constexpr bool same = std::is_same_v<Left, Right>;
 
-/// Whether an enumeration is as wide and of the same sign as `Number`.
+/// Whether the underlying type of an enumeration is `Number`.
 template <class Enumeration, class Number>
 constexpr bool isLike = same<std::underlying_type_t<Enumeration>, Number>;
 
@@ -29,7 +29,7 @@ constexpr std::uint32_t code(const char (&letters)[5]) {
   return value;
 }
 
-// The numbers.
+// Types
 static_assert(same<OSStatus, std::int32_t> && noErr == 0);
 static_assert(same<OSType, std::uint32_t> && same<OptionBits, std::uint32_t>);
 static_assert(same<ItemCount, unsigned long> && same<ByteCount, unsigned long>);
@@ -41,7 +41,7 @@ static_assert(same<CGEventFlags, std::uint64_t>);
 static_assert(isLike<CGEventTapLocation, std::uint32_t>);
 static_assert(sizeof(dispatch_time_t) == 8 && std::is_unsigned_v<dispatch_time_t>);
 
-// The constants.
+// Constants
 static_assert(kEventClassKeyboard == code("keyb"));
 static_assert(kEventHotKeyReleased == 6);
 static_assert(kEventParamDirectObject == code("----"));
@@ -53,13 +53,13 @@ static_assert(kCGHIDEventTap == 0);
 static_assert(DISPATCH_TIME_NOW == 0);
 static_assert(SO_NOSIGPIPE == 0x1022);
 
-// The records.
+// Structures
 static_assert(sizeof(EventHotKeyID) == 8);
 static_assert(offsetof(EventHotKeyID, signature) == 0 && offsetof(EventHotKeyID, id) == 4);
 static_assert(sizeof(EventTypeSpec) == 8);
 static_assert(offsetof(EventTypeSpec, eventClass) == 0 && offsetof(EventTypeSpec, eventKind) == 4);
 
-// The functions, by what they take and give.
+// Signatures of functions
 static_assert(same<EventHandlerUPP, OSStatus (*)(EventHandlerCallRef, EventRef, void*)>);
 static_assert(same<decltype(&GetApplicationEventTarget), EventTargetRef (*)()>);
 static_assert(same<decltype(&GetEventDispatcherTarget), EventTargetRef (*)()>);

@@ -7,13 +7,13 @@
 
 namespace seldial::tests {
 
-/// A system of its own for each test, in which nothing is left that was not released.
+/// Gives each test a new system, and checks that the port has released every object.
 class AppleTest : public testing::Test {
  protected:
   AppleTest() { apple() = Apple(); }
   ~AppleTest() override { EXPECT_THAT(apple().living, testing::IsEmpty()); }
 
-  /// What the system was asked since the last look.
+  /// The calls since the last newCalls().
   static std::vector<std::string> newCalls() { return std::exchange(apple().calls, {}); }
 };
 

@@ -23,7 +23,7 @@ struct MacApplicationTest : tests::AppleTest {
   NoDelegate delegate;
 };
 
-TEST_F(MacApplicationTest, HasTheCommandLineAsItWasGiven) {
+TEST_F(MacApplicationTest, HasTheCommandLineAsGiven) {
   EXPECT_THAT(application.arguments(), ElementsAre("/Applications/Seldial", "-log"));
 }
 
@@ -33,7 +33,7 @@ TEST_F(MacApplicationTest, TerminatesTheSharedApplication) {
   EXPECT_THAT(apple().calls, ElementsAre("terminate: from the delegate", "terminate: from nobody"));
 }
 
-TEST_F(MacApplicationTest, SleepsAtLeastAsLongAsItIsTold) {
+TEST_F(MacApplicationTest, SleepsAtLeastAsLongAsAsked) {
   const auto begin = std::chrono::steady_clock::now();
   application.usleep(20000);
   EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::microseconds(20000));

@@ -11,7 +11,7 @@ struct MacClipboardTest : tests::AppleTest {
   MacClipboard clipboard;
 };
 
-TEST_F(MacClipboardTest, CopiesWithCommandAndCDownThenCUpAtTheHardwaresTap) {
+TEST_F(MacClipboardTest, PostsCommandCDownThenCUpAtTheHardwareTap) {
   EXPECT_TRUE(clipboard.copySelection());
   EXPECT_THAT(
       apple().calls,
@@ -21,7 +21,7 @@ TEST_F(MacClipboardTest, CopiesWithCommandAndCDownThenCUpAtTheHardwaresTap) {
                   "CFRelease 8 down", "CFRelease event source"));
 }
 
-TEST_F(MacClipboardTest, CopiesWithoutAnEventSourceToo) {
+TEST_F(MacClipboardTest, PostsWithoutAnEventSourceToo) {
   apple().refuseEventSource = true;
   EXPECT_TRUE(clipboard.copySelection());
   EXPECT_THAT(apple().calls,
@@ -31,7 +31,7 @@ TEST_F(MacClipboardTest, CopiesWithoutAnEventSourceToo) {
                           "CFRelease 8 down"));
 }
 
-TEST_F(MacClipboardTest, WithoutTheKeyDownEventPostsNothingAndReleasesAll) {
+TEST_F(MacClipboardTest, PostsNothingWithoutTheKeyDownEvent) {
   apple().refuseKeyDown = true;
   EXPECT_FALSE(clipboard.copySelection());
   EXPECT_THAT(apple().calls,
@@ -40,7 +40,7 @@ TEST_F(MacClipboardTest, WithoutTheKeyDownEventPostsNothingAndReleasesAll) {
                           "CFRelease event source"));
 }
 
-TEST_F(MacClipboardTest, WithoutTheKeyUpEventPostsNothingAndReleasesAll) {
+TEST_F(MacClipboardTest, PostsNothingWithoutTheKeyUpEvent) {
   apple().refuseKeyUp = true;
   EXPECT_FALSE(clipboard.copySelection());
   EXPECT_THAT(apple().calls,

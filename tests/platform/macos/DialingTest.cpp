@@ -43,7 +43,7 @@ TEST_F(MacHotKeyCenter, InstallsItsHandlerWhenItIsMade) {
   EXPECT_THAT(newCalls(), ElementsAre("InstallEventHandler on application keyb 6"));
 }
 
-TEST_F(MacHotKeyCenter, AReleaseOfVCallsItsTaskWithTheKeyUpEventMadeUpForIt) {
+TEST_F(MacHotKeyCenter, AReleaseCallsTheTaskWithASyntheticKeyUpEvent) {
   std::vector<QKKeyEvent> events;
   center->registerHotKeyWithKeyCode(
       kKeyV, platform::kModifierFlagCommand | platform::kModifierFlagControl,
@@ -68,7 +68,7 @@ TEST_F(MacHotKeyCenter, AReleaseOfVCallsItsTaskWithTheKeyUpEventMadeUpForIt) {
   EXPECT_EQ(event.keyCode, kKeyV);
 }
 
-TEST_F(MacHotKeyCenter, ARefusedRegistrationUsesNoIdUp) {
+TEST_F(MacHotKeyCenter, ARefusedRegistrationUsesUpNoId) {
   apple().registrationStatus = -9868;
   EXPECT_EQ(center->registerHotKeyWithKeyCode(kKeyV, 0, nullptr), nullptr);
   apple().registrationStatus = noErr;
@@ -91,7 +91,7 @@ TEST_F(MacHotKeyCenter, AnIdOfTwoHotKeysIsLoggedToTheSystem) {
   EXPECT_THAT(newCalls(), testing::Contains("NSLog ERROR!"));
 }
 
-TEST_F(MacHotKeyCenter, UnregisteringGivesTheReferenceBackOnce) {
+TEST_F(MacHotKeyCenter, UnregisteringReleasesTheReferenceOnce) {
   const auto hotKey = center->registerHotKeyWithKeyCode(kKeyV, 0, nullptr);
   newCalls();
   center->unregisterHotKey(hotKey);
@@ -117,7 +117,7 @@ class MacDialing : public tests::AppleTest {
        std::make_shared<DispatchMainQueue>(), platform::macos::makePorts({}).connectDesktop});
 };
 
-TEST_F(MacDialing, TheCopyKeystrokeIsCommandAndCDownThenCUpAtTheHardwaresTap) {
+TEST_F(MacDialing, TheCopyKeystrokeIsPostedAtTheHardwareTap) {
   app->copySelectionToPasteboard();
   EXPECT_THAT(
       newCalls(),
@@ -137,7 +137,7 @@ TEST_F(MacDialing, TheCopyKeystrokeNeedsNoSource) {
                           "CFRelease 8 down"));
 }
 
-TEST_F(MacDialing, WithoutBothEventsNothingIsPostedAndAllIsReleased) {
+TEST_F(MacDialing, WithoutBothEventsNothingIsPostedAndAllAreReleased) {
   app->FlagLog = true;
   apple().refuseKeyDown = true;
   app->copySelectionToPasteboard();

@@ -1,4 +1,4 @@
-// The queues and the termination signals, on Dispatch.
+// The queues and the termination signals on Dispatch.
 #include <csignal>
 #include <memory>
 
@@ -16,7 +16,7 @@ using tests::apple;
 
 using MacMainQueue = tests::AppleTest;
 
-TEST_F(MacMainQueue, IsDispatchsAndRunsEachTaskOnce) {
+TEST_F(MacMainQueue, UsesTheMainQueueOfDispatchAndRunsEachTaskOnce) {
   DispatchMainQueue queue;
   std::vector<int> ran;
   queue.async([&ran] { ran.push_back(1); });
@@ -28,7 +28,7 @@ TEST_F(MacMainQueue, IsDispatchsAndRunsEachTaskOnce) {
   EXPECT_THAT(ran, ElementsAre(1, 2));
 }
 
-TEST_F(MacMainQueue, DestroysATaskWithWhatItHoldsOnceItHasRun) {
+TEST_F(MacMainQueue, DestroysATaskAfterItHasRun) {
   const auto held = std::make_shared<int>();
   DispatchMainQueue().async([held] {});
   EXPECT_EQ(held.use_count(), 2);
@@ -47,7 +47,7 @@ struct MacBackgroundQueue : tests::AppleTest {
   const std::shared_ptr<BackgroundQueue> queue = sharedBackgroundQueue();
 };
 
-TEST_F(MacBackgroundQueue, GivesEachTaskASerialQueueOfItsOwnAndLetsGoOfIt) {
+TEST_F(MacBackgroundQueue, GivesEachTaskASerialQueueAndReleasesIt) {
   int ran = 0;
   queue->async([&ran] { ++ran; });
   queue->async([&ran] { ++ran; });
@@ -59,7 +59,7 @@ TEST_F(MacBackgroundQueue, GivesEachTaskASerialQueueOfItsOwnAndLetsGoOfIt) {
   EXPECT_EQ(ran, 2);
 }
 
-TEST_F(MacBackgroundQueue, DelaysATaskByItsNanosecondsFromNowOn) {
+TEST_F(MacBackgroundQueue, DelaysATask) {
   int ran = 0;
   queue->after(std::chrono::milliseconds(1), [&ran] { ++ran; });
   EXPECT_THAT(
@@ -70,7 +70,7 @@ TEST_F(MacBackgroundQueue, DelaysATaskByItsNanosecondsFromNowOn) {
   EXPECT_EQ(ran, 1);
 }
 
-/// Puts back what the process did at the termination signals.
+/// Restores the actions of the termination signals.
 struct MacTerminationSignals : tests::AppleTest {
   MacTerminationSignals() {
     for (std::size_t i = 0; i < 3; ++i) {
@@ -108,12 +108,12 @@ TEST_F(MacTerminationSignals, ArriveOnTheMainQueueEachTime) {
   EXPECT_EQ(received, 6);
 }
 
-TEST_F(MacTerminationSignals, NoLongerEndTheProcessByThemselves) {
+TEST_F(MacTerminationSignals, DoNotEndTheProcessByThemselves) {
   onTerminationSignals([] {});
   for (const int signal : kSignals) EXPECT_TRUE(isIgnored(signal)) << signal;
 }
 
-TEST_F(MacTerminationSignals, LeaveAHangUpAloneThatIsIgnored) {
+TEST_F(MacTerminationSignals, LeaveAnIgnoredHangUpAlone) {
   std::signal(SIGHUP, SIG_IGN);
   onTerminationSignals([] {});
   EXPECT_THAT(apple().sources, SizeIs(2));

@@ -28,7 +28,7 @@ TEST_F(MacHotKeyEvents, InstallOneHandlerForReleasesOnTheApplication) {
   EXPECT_THAT(apple().calls, ElementsAre("InstallEventHandler on application keyb 6"));
 }
 
-TEST_F(MacHotKeyEvents, InstallItOnceAndReportToTheLastOne) {
+TEST_F(MacHotKeyEvents, InstallTheHandlerOnceAndReportToTheLatestOne) {
   std::vector<std::string> told;
   events.installReleasedHandler([&told](const HotKeyReleased&) { told.emplace_back("first"); });
   events.installReleasedHandler([&told](const HotKeyReleased&) { told.emplace_back("second"); });
@@ -37,7 +37,7 @@ TEST_F(MacHotKeyEvents, InstallItOnceAndReportToTheLastOne) {
   EXPECT_THAT(told, ElementsAre("second"));
 }
 
-TEST_F(MacHotKeyEvents, SayThatTheHandlerCouldNotBeInstalledAndTryAgainTheNextTime) {
+TEST_F(MacHotKeyEvents, ReportAFailedInstallationAndTryAgainTheNextTime) {
   apple().handlerStatus = -9860;
   testing::internal::CaptureStderr();
   installHandler();
@@ -59,7 +59,7 @@ TEST_F(MacHotKeyEvents, RegisterWithTheDispatcherAndWithoutOptions) {
   EXPECT_THAT(newCalls(), ElementsAre("UnregisterEventHotKey hot key 7"));
 }
 
-TEST_F(MacHotKeyEvents, ARefusedRegistrationGivesNothing) {
+TEST_F(MacHotKeyEvents, ReturnNothingForARefusedRegistration) {
   for (const OSStatus status : {-9878, -9868, 1}) {
     apple().registrationStatus = status;
     EXPECT_FALSE(events.registerHotKey(9, 0x100, {kSignature, 1}));
@@ -67,7 +67,7 @@ TEST_F(MacHotKeyEvents, ARefusedRegistrationGivesNothing) {
   EXPECT_THAT(apple().calls, SizeIs(3));
 }
 
-TEST_F(MacHotKeyEvents, TellOnceThatTheFirstHotKeyIsRegistered) {
+TEST_F(MacHotKeyEvents, CallFirstRegisteredOnce) {
   CarbonHotKeyEvents telling([] { apple().calls.emplace_back("first registered"); });
   apple().registrationStatus = -9878;
   EXPECT_FALSE(telling.registerHotKey(9, 0x100, {kSignature, 1}));
@@ -85,14 +85,14 @@ TEST_F(MacHotKeyEvents, LogErrorsToTheSystem) {
   EXPECT_THAT(apple().calls, ElementsAre("NSLog ERROR!"));
 }
 
-TEST_F(MacHotKeyEvents, AFailedUnregistrationIsIgnored) {
+TEST_F(MacHotKeyEvents, IgnoreAFailedUnregistration) {
   const auto ref = events.registerHotKey(9, 0x100, {kSignature, 1});
   apple().unregistrationStatus = -9879;
   events.unregisterHotKey(*ref);
   EXPECT_THAT(apple().living, IsEmpty());
 }
 
-TEST_F(MacHotKeyEvents, AReleaseIsReadInsideAScopeAndHandled) {
+TEST_F(MacHotKeyEvents, HandleAReleaseWithinAnAutoreleaseScope) {
   installHandler();
   newCalls();
   apple().fields = {12.5, -3.25, 0x140000, 123.75};
@@ -108,7 +108,7 @@ TEST_F(MacHotKeyEvents, AReleaseIsReadInsideAScopeAndHandled) {
   EXPECT_EQ(released[0].event.timestamp, 123.75);
 }
 
-TEST_F(MacHotKeyEvents, AnUnreadableParameterIsReportedAsNobodysHotKey) {
+TEST_F(MacHotKeyEvents, ReportAnUnreadableParameterAsIdZero) {
   installHandler();
   apple().parameterStatus = -9870;
   EXPECT_EQ(apple().releaseHotKey({kSignature, 7}), noErr);
@@ -117,7 +117,7 @@ TEST_F(MacHotKeyEvents, AnUnreadableParameterIsReportedAsNobodysHotKey) {
   EXPECT_EQ(released[0].hotKeyID.id, 0U);
 }
 
-TEST_F(MacHotKeyEvents, ASignatureOfSomebodyElseIsNotLookedAt) {
+TEST_F(MacHotKeyEvents, IgnoreTheSignature) {
   installHandler();
   EXPECT_EQ(apple().releaseHotKey({0x78787878, 7}), noErr);
   ASSERT_THAT(released, SizeIs(1));

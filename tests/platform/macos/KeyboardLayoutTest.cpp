@@ -41,7 +41,7 @@ TEST_F(MacKeyboardLayout, FallsBackToTheASCIICapableSourceOnceTheFirstIsReleased
                   "CFRelease fallback source"));
 }
 
-TEST_F(MacKeyboardLayout, SaysNothingWhereNeitherSourceHasALayout) {
+TEST_F(MacKeyboardLayout, TranslatesNothingIfNeitherSourceHasALayout) {
   apple().currentSourceHasLayout = false;
   apple().fallbackSourceHasLayout = false;
   EXPECT_EQ(translateKey(), std::nullopt);
@@ -53,7 +53,7 @@ TEST_F(MacKeyboardLayout, SaysNothingWhereNeitherSourceHasALayout) {
                                          "CFRelease fallback source"));
 }
 
-TEST_F(MacKeyboardLayout, SaysNothingWhereThereIsNoSource) {
+TEST_F(MacKeyboardLayout, TranslatesNothingIfThereIsNoSource) {
   apple().hasCurrentSource = false;
   apple().hasFallbackSource = false;
   EXPECT_EQ(translateKey(), std::nullopt);
@@ -61,48 +61,48 @@ TEST_F(MacKeyboardLayout, SaysNothingWhereThereIsNoSource) {
                                          "TISCopyCurrentASCIICapableKeyboardLayoutInputSource"));
 }
 
-TEST_F(MacKeyboardLayout, SaysNothingWhereTheTranslationFails) {
+TEST_F(MacKeyboardLayout, TranslatesNothingIfTheSystemFails) {
   apple().translationStatus = -50;
   EXPECT_EQ(translateKey(), std::nullopt);
   EXPECT_EQ(apple().calls.back(), "CFRelease current source");
 }
 
-TEST_F(MacKeyboardLayout, SaysNothingWhereAKeyMakesNoCharacter) {
+TEST_F(MacKeyboardLayout, TranslatesNothingIfAKeyTypesNoCharacter) {
   apple().translation = {};
   EXPECT_EQ(translateKey(), std::nullopt);
 }
 
-TEST_F(MacKeyboardLayout, IsReadAnewForEachKey) {
+TEST_F(MacKeyboardLayout, IsReadAgainForEachKey) {
   (void)translateKey(0);
   newCalls();
   (void)translateKey(65535);
   EXPECT_EQ(apple().calls.size(), 4U);
 }
 
-TEST_F(MacKeyboardLayout, GivesUtf8) {
+TEST_F(MacKeyboardLayout, ReturnsUtf8) {
   apple().translation = {0x41, 0x7F, 0x80, 0x7FF, 0x800, 0xFFFF, 0xD83D, 0xDD0A};
   EXPECT_THAT(translateKey(), Optional(StrEq("A\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"
                                              "\xF0\x9F\x94\x8A")));
 }
 
-TEST_F(MacKeyboardLayout, GivesTheFirstAndTheLastCharacterOfFourBytes) {
+TEST_F(MacKeyboardLayout, ReturnsTheFirstAndTheLastCharacterOfFourBytes) {
   apple().translation = {0xD800, 0xDC00, 0xDBFF, 0xDFFF};
   EXPECT_THAT(translateKey(), Optional(StrEq("\xF0\x90\x80\x80\xF4\x8F\xBF\xBF")));
 }
 
-TEST_F(MacKeyboardLayout, GivesTheReplacementForHalfAPair) {
+TEST_F(MacKeyboardLayout, ReplacesHalfASurrogatePair) {
   const std::string replacement = "\xEF\xBF\xBD";
   apple().translation = {0xD83D, 0x61, 0xDD0A, 0xD83D, 0xD83D, 0xDD0A, 0xD83D};
   EXPECT_THAT(translateKey(), Optional(StrEq(replacement + "a" + replacement + replacement +
                                              "\xF0\x9F\x94\x8A" + replacement)));
 }
 
-TEST_F(MacKeyboardLayout, TakesTheFirstOfTheSecondHalvesForNoFirstHalf) {
+TEST_F(MacKeyboardLayout, DoesNotTakeALowSurrogateForAHighOne) {
   apple().translation = {0xDC00, 0xDC00};
   EXPECT_THAT(translateKey(), Optional(StrEq("\xEF\xBF\xBD\xEF\xBF\xBD")));
 }
 
-TEST_F(MacKeyboardLayout, TakesAsManyUnitsAsThereIsRoomFor) {
+TEST_F(MacKeyboardLayout, TakesUpTo255Units) {
   apple().translation = std::vector<UniChar>(255, 'x');
   EXPECT_THAT(translateKey(), Optional(std::string(255, 'x')));
 }

@@ -29,7 +29,7 @@ TEST(MacSystem, ErrorTextIsTheSystemsAlsoForUnknownNumbers) {
   EXPECT_EQ(errorText(12345), "Unknown error 12345");
 }
 
-/// A process that was started as `link`, which leads to the shell.
+/// A process that was started through `link`, a link to the shell.
 struct MacExecutable : tests::AppleTest {
   MacExecutable() {
     EXPECT_EQ(symlink("/bin/sh", link.c_str()), 0);
@@ -41,8 +41,8 @@ struct MacExecutable : tests::AppleTest {
     return realpath(path.c_str(), real.data());
   }
 
-  /// What the process does that is started as `executable`: the shell runs the script, if it is
-  /// started; otherwise the status is 1.
+  /// Acts as a process that was started as `executable`. If it restarts, the shell runs a script;
+  /// otherwise it exits with status 1.
   [[noreturn]] static void startAs(const std::string& executable) {
     apple().executable = executable;
     std::string arguments[] = {"as-given", "-c", "echo \"started $0\" >&2; exit 7", "first"};

@@ -6,7 +6,7 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
-/// Not 0 in the main thread.
+/// Not 0 on the main thread.
 int pthread_main_np(void);
 #ifdef __cplusplus
 }

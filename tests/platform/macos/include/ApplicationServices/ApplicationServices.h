@@ -9,6 +9,6 @@ extern CFStringRef kAXTrustedCheckOptionPrompt;
 Boolean AXIsProcessTrustedWithOptions(CFDictionaryRef options);
 }
 
-// Stands for the question to the running system, of which the tests choose the version.
+// Replaces the check of the running system's version.
 bool systemIsAtLeast(const char* version);
 #define __builtin_available(version, others) systemIsAtLeast(#version)

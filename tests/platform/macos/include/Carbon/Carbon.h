@@ -14,7 +14,7 @@ using UniCharCount = unsigned long;
 
 enum { noErr = 0 };
 
-// The Event Manager. Four-character codes are written as the numbers that they stand for.
+// The Event Manager. Four-character codes are written as numbers.
 using EventRef = struct FakeCarbonEvent*;
 using EventTargetRef = struct FakeEventTarget*;
 using EventHandlerRef = struct FakeEventHandler*;
