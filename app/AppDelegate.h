@@ -1,4 +1,4 @@
-// The application: all of its state, and every operation on it.
+// The application: all of its state and all operations on it.
 #pragma once
 
 #include <cstdint>
@@ -17,22 +17,22 @@ class QKHotKey;
 struct HotKeyStateApi;
 struct SetHotKeyApi;
 
-/// The one object that holds the application's state, alive for the whole process. The main thread
-/// owns every field and runs every operation, but for log(), which any thread may call; nothing
-/// here takes a lock. No operation reports a failure to its caller: the UC client is answered in
-/// band, and internal failures become log lines.
+/// The one object that holds the application's state; it lives as long as the process. The main
+/// thread owns every field and runs every operation except log() and printLine(), which any thread
+/// may call. No operation reports a failure to its caller: the UC client is told by a message, and
+/// internal failures become log lines.
 class AppDelegate final : public platform::ApplicationDelegate,
                           public std::enable_shared_from_this<AppDelegate> {
  public:
   static std::shared_ptr<AppDelegate> init(const platform::Ports& ports);
 
-  std::weak_ptr<void> window;               ///< the desktop's notion of one; never used
-  std::shared_ptr<QKHotKey> CurrentHotKey;  ///< the registered hot key, or none
-  std::uint16_t ReadPasteboardDelay = 500;  ///< from the copy keystroke to the read, ms
-  std::shared_ptr<GDUnixSocketServer> UnixSocketServer;  ///< the incoming socket, or none
-  std::string UnixSocketConnetedClientId;  ///< the one current client; the misspelling is kept
+  std::weak_ptr<void> window;               ///< never used
+  std::shared_ptr<QKHotKey> CurrentHotKey;  ///< the registered hot key, or null
+  std::uint16_t ReadPasteboardDelay = 500;  ///< ms between the copy keystroke and the read
+  std::shared_ptr<GDUnixSocketServer> UnixSocketServer;  ///< the incoming socket, or null
+  std::string UnixSocketConnetedClientId;  ///< the current client; the misspelling is kept
   std::string UnixSocketInputString;       ///< what the current client has sent so far
-  std::shared_ptr<GDUnixSocketEventsCS> UnixSocketEventsCS;  ///< made on first use
+  std::shared_ptr<GDUnixSocketEventsCS> UnixSocketEventsCS;  ///< created on first use
   bool FlagChangeLog = false;                                ///< print the change log and quit
   bool FlagHelp = false;                                     ///< print the usage text and quit
   bool FlagLog = false;                                      ///< print plain log lines
@@ -45,9 +45,9 @@ class AppDelegate final : public platform::ApplicationDelegate,
   void applicationWillFinishLaunching() override;
   void applicationDidFinishLaunching() override;
   void applicationWillTerminate() override;
-  /// Connects to the desktop, which the operations on hot keys and the clipboard need.
+  /// Connects to the desktop. Required before the operations on hot keys and the clipboard.
   void connectToDesktop();
-  /// Sets the flags and values from the platform's argument list; ignores what it does not know.
+  /// Sets the flags and values from the command line; ignores unknown arguments.
   void parseCommandLine();
 
   // ConsoleTexts.cpp: fixed texts, to standard output
@@ -56,47 +56,49 @@ class AppDelegate final : public platform::ApplicationDelegate,
   void showChangeLog();
   void showApi();
 
-  // Logging.cpp
-  /// Writes `message` to standard output in the forms that the flags ask for; any thread.
-  void log(const std::string& message);
-
   // SocketChannels.cpp: the incoming channel
-  /// Listens at ValueDialerPipeName, after removing what lies there; does nothing without one.
+  /// Listens at ValueDialerPipeName after removing what is there; does nothing if it is not set.
   void startUnixSocketServer();
-  /// Makes the newly accepted client the current one; an earlier one's input is purged.
+  /// Makes a newly accepted client the current one and discards the input of the previous one.
   void takeUnixSocketInput(const std::string& clientID);
-  /// Adds a received text to the input, if it is the current client's.
+  /// Appends received text to the input if it comes from the current client.
   void appendUnixSocketInput(const std::string& clientID, const std::string& text);
-  /// Processes the whole input when its client, the current one, has disconnected.
+  /// Processes the input when its client, the current one, has disconnected.
   void processUnixSocketInputString(const std::string& clientID);
-  /// The adapter of every socket, made on first use.
+  /// The delegate of every socket, created on first use.
   std::shared_ptr<GDUnixSocketEventsCS> unixSocketEvents();
 
-  // CommandProcessing.cpp
-  /// Judges one complete command text; an absent text and an empty one are different errors.
-  void processInputString(const std::optional<std::string>& input);
-
-  // HotKeyDialing.cpp
-  /// Replaces the registered hot key by the command's and answers with a HotkeyState.
+  // Commands.cpp
+  /// Processes one complete command text. No text and an empty text are different errors.
+  void processInputString(std::optional<std::string> input);
+  /// Replaces the registered hot key with the command's and answers with a HotkeyState.
   void processSetHotKey(const SetHotKeyApi& command);
   void unregisterCurrentHotKey();
   void sendHotKeyStateOk();
-  /// Copies the selection, waits ReadPasteboardDelay, and emits what was copied as a MakeCall.
-  /// Blocks the main thread for the wait.
+  /// Copies the selection, waits ReadPasteboardDelay, and emits the copied text as a MakeCall.
+  /// Blocks the main thread while it waits.
   void hotKeyPressed();
   void copySelectionToPasteboard();
 
-  // OutputDelivery.cpp
-  /// One message to the UC client: a line on standard output, then the outgoing socket.
+  // Output.cpp
+  /// Writes `message` to standard output in the forms that the flags ask for. Any thread.
+  void log(const std::string& message);
+  /// Emits a message for the UC client: a line on standard output, then the outgoing socket.
   void emitMessage(const std::string& message);
-  /// Delivers one message over a connection of its own; does nothing without ValueClientPipeName.
+  /// Delivers one message over its own connection; does nothing if ValueClientPipeName is not set.
   void sendToClientPipe(const std::string& message);
+  /// Writes `line` and a newline to standard output, never mixed with the lines of other threads
+  /// and not flushed. A closed or full output loses the line, on purpose: there is nobody to tell.
+  /// Any thread.
+  static void printLine(const std::string& line);
 
  private:
   explicit AppDelegate(platform::Ports ports);
 
-  void answerError(const std::string& message);
+  void answerError(std::string message);
   void sendHotKeyState(const HotKeyStateApi& state);
+  /// `text` with A to Z in lower case; other letters are left alone.
+  static std::string lowercased(std::string text);
 
   const platform::Ports ports_;
   platform::DesktopPorts desktop_;  ///< empty until connectToDesktop()

@@ -1,7 +1,6 @@
-// The texts that integrators read on the console. They are part of the interface: odd spellings,
-// spacings and the talk of named pipes are kept on purpose.
+// The reference texts for integrators. They are part of the interface: odd spellings and spacing
+// and the word "named pipe" are kept on purpose.
 #include "app/AppDelegate.h"
-#include "app/StandardOutput.h"
 
 namespace seldial {
 namespace {
@@ -152,7 +151,7 @@ constexpr const char* kHotkeyStateReference = R"(HotkeyState []->
 
 template <std::size_t count>
 void printLines(const char* const (&lines)[count]) {
-  for (const char* const line : lines) printLine(line);
+  for (const char* const line : lines) AppDelegate::printLine(line);
 }
 
 }  // namespace

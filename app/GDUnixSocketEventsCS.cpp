@@ -36,7 +36,7 @@ void GDUnixSocketEventsCS::unixSocketServerClientWithIDDidDisconnect(GDUnixSocke
 void GDUnixSocketEventsCS::unixSocketServerDidReceiveData(GDUnixSocketServer& /*server*/,
                                                           const Data& data,
                                                           const std::string& clientID) {
-  // Each chunk is decoded by itself, on purpose: one that ends inside a character is dropped.
+  // Each chunk is decoded by itself, on purpose: one that ends inside a character is discarded.
   if (!isValidUTF8(data)) {
     logOnMainQueue("Unix socket server; did receive nothing; from client with id: " + clientID +
                    ".");
@@ -81,7 +81,7 @@ void GDUnixSocketEventsCS::appendUnixSocketInput(const std::string& clientID, st
 void GDUnixSocketEventsCS::postToMain(std::function<void(AppDelegate&)> step) {
   mainQueue_->async([weakMain = Main, step = std::move(step)] {
     const auto main = weakMain.lock();
-    if (!main) fatalError("a socket's report finds the application gone");
+    if (!main) fatalError("socket event: the application is gone");
     step(*main);
   });
 }

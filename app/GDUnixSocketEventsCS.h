@@ -1,4 +1,4 @@
-// Carries what the sockets report from their threads to the main queue.
+// Passes socket events from background threads to the main queue.
 #pragma once
 
 #include <functional>
@@ -13,9 +13,9 @@ namespace seldial {
 
 class AppDelegate;
 
-/// The delegate of the server and of every outgoing client. Its callbacks run on the library's
-/// threads and touch no state of the application: they convert what they got and post it, the log
-/// line first, to the main queue. A posted step that finds the application gone is a fatal error.
+/// The delegate of the server and of every outgoing client. Its callbacks run on background threads
+/// and do not touch the application's state: they post a log line and then a step to the main
+/// queue. It is a fatal error if the application is gone when a posted step runs.
 class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
                                    public GDUnixSocketClientDelegate {
  public:
@@ -46,7 +46,7 @@ class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
   const std::weak_ptr<AppDelegate> Main;
 
  private:
-  /// Posts a step to the main queue, where it runs with the application.
+  /// Posts a step to the main queue.
   void postToMain(std::function<void(AppDelegate&)> step);
   void appendUnixSocketInput(const std::string& clientID, std::string text);
 

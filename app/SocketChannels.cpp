@@ -1,4 +1,5 @@
-// The incoming channel: one client at a time, whose input is one command, ended by its disconnect.
+// The incoming channel. It serves one client at a time; its input is one command, which ends when
+// it disconnects.
 #include <cstdio>
 
 #include "app/AppDelegate.h"
@@ -11,8 +12,7 @@ void AppDelegate::startUnixSocketServer() {
   if (!ValueDialerPipeName) return;
   const std::string& path = *ValueDialerPipeName;
   log("Start unix socket server at " + path);
-  // Takes away a file, a link, a socket or an empty directory, never a directory that holds
-  // something. What could not be removed shows when the server binds.
+  // Removes a file, link, socket or empty directory. If it cannot be removed, binding fails later.
   std::remove(path.c_str());
   UnixSocketServer = GDUnixSocketServer::initWithSocketPath(path);
   if (!UnixSocketServer) {

@@ -1,11 +1,10 @@
-// Launch, command line, termination.
+// Launch, command line and termination.
 #include <algorithm>
 #include <initializer_list>
 #include <string_view>
 #include <utility>
 
 #include "app/AppDelegate.h"
-#include "app/Lowercased.h"
 #include "hotkey/QKHotKeyCenter.h"
 #include "unixsocket/GDUnixSocketServer.h"
 
@@ -21,7 +20,7 @@ void setFlag(bool& flag, const std::string& lowercasedArgument,
   if (isOneOf(lowercasedArgument, forms)) flag = true;
 }
 
-/// The value keeps the letter case of the argument as it was given.
+/// The value keeps the case of the argument.
 void setValue(std::optional<std::string>& value, const std::string& argument,
               const std::string& lowercasedArgument, std::string_view key) {
   if (lowercasedArgument.starts_with(key)) value = argument.substr(key.size());
@@ -45,7 +44,7 @@ void AppDelegate::applicationDidFinishLaunching() {
   if (FlagShowApi) showApi();
   if (FlagHelp || FlagChangeLog || FlagShowApi) {
     ports_.application->terminate(this);
-    return;  // where terminate() returns, a run that only prints opens no socket
+    return;  // terminate() may return; a run that only prints opens no socket
   }
   connectToDesktop();
   startUnixSocketServer();
@@ -64,6 +63,13 @@ void AppDelegate::applicationWillTerminate() {
 void AppDelegate::connectToDesktop() {
   desktop_ = ports_.connectDesktop();
   QKHotKeyCenter::setHotKeyEvents(desktop_.hotKeyEvents);
+}
+
+std::string AppDelegate::lowercased(std::string text) {
+  for (char& letter : text) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  }
+  return text;
 }
 
 void AppDelegate::parseCommandLine() {

@@ -4,19 +4,19 @@
 
 namespace seldial::platform {
 
-/// Runs tasks one at a time, in the order in which they were posted, on the main thread.
+/// Runs tasks on the main thread, one at a time, in the order in which they were posted.
 class MainQueue {
  public:
-  /// What is posted.
+  /// What the queue runs.
   using Task = std::function<void()>;
 
   virtual ~MainQueue() = default;
 
-  /// Posts `task` and returns at once; any thread. Tasks that are still waiting when the
-  /// application ends are dropped.
+  /// Posts `task` and returns at once. Tasks that still wait when the application ends never run.
+  /// Any thread.
   virtual void async(Task task) = 0;
 
-  /// Whether the calling thread is the main thread; any thread.
+  /// Whether the calling thread is the main thread. Any thread.
   [[nodiscard]] virtual bool isMainThread() const = 0;
 };
 

@@ -14,7 +14,7 @@
 namespace seldial::platform::linux_port {
 namespace {
 
-/// The blocked termination signals, as something to read.
+/// Reads the blocked termination signals.
 class TerminationSignals final : public EventSource {
  public:
   explicit TerminationSignals(LinuxApplication& application)

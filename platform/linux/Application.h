@@ -1,4 +1,4 @@
-// The application object of the Linux ports.
+// The application object on Linux.
 #pragma once
 
 #include <functional>
@@ -12,8 +12,8 @@
 
 namespace seldial::platform::linux_port {
 
-/// Runs the delegate on the main loop until it is told to terminate, by terminate() or by one of
-/// the posix_port::terminationSignals(), which setUpProcess() has blocked.
+/// Runs the delegate on the main loop until terminate() is called or one of
+/// posix_port::terminationSignals() arrives; setUpProcess() has blocked them.
 class LinuxApplication final : public platform::Application {
  public:
   /// `loop` must outlive the application.
@@ -23,10 +23,10 @@ class LinuxApplication final : public platform::Application {
   void terminate(ApplicationDelegate* sender) override;
   void usleep(std::uint32_t microseconds) override;
 
-  /// Ends run() in the orderly way; the process's exit status will be `status`.
+  /// As terminate(), with another exit status.
   void terminateWithStatus(int status);
 
-  /// The whole life of the application. Returns the exit status.
+  /// Runs the application to its end. Returns the exit status.
   int run(ApplicationDelegate& delegate);
 
  private:

@@ -36,7 +36,7 @@ void addTo(int epoll, int descriptor, std::uint32_t events, EventSource* source)
   }
 }
 
-/// EINTR is a wait that ended early, which the caller takes.
+/// May return early, on EINTR.
 void pollFor(std::vector<pollfd>& descriptors, std::chrono::nanoseconds timeout) {
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(timeout);
   const timespec limit{seconds.count(), (timeout - seconds).count()};
@@ -51,7 +51,7 @@ MainLoop::MainLoop()
     : mainThread_(std::this_thread::get_id()),
       wakeUp_(makeEventDescriptor()),
       epoll_(makeEpollDescriptor()) {
-  // Edge-triggered: each signal ends one wait, and nobody has to read it away.
+  // Edge-triggered: each write ends one wait, and the counter need not be read.
   addTo(epoll_, wakeUp_, EPOLLIN | EPOLLET, nullptr);
 }
 
@@ -66,7 +66,7 @@ void MainLoop::async(Task task) {
     tasks_.push_back(std::move(task));
     if (!std::exchange(waiting_, false)) return;
   }
-  eventfd_write(wakeUp_, 1);  // without the lock, which the main thread takes as soon as it runs
+  eventfd_write(wakeUp_, 1);  // without the lock, which the main thread takes when it wakes up
 }
 
 bool MainLoop::isMainThread() const {
@@ -95,7 +95,7 @@ void MainLoop::serve() {
   do {
     runTasks();
     announceWait();
-    // The last look at the tasks is what makes async() signal the descriptor from now on.
+    // nothingToDo() last: after it, async() signals the descriptor.
   } while (!quit_ && (serveSources(0) > 0 || !nothingToDo()));
 }
 
@@ -117,7 +117,7 @@ void MainLoop::runTasks() {
   }
 }
 
-/// From a true answer on, async() wakes the loop up.
+/// After this returned true, async() wakes the loop up.
 bool MainLoop::nothingToDo() {
   const std::lock_guard lock(mutex_);
   waiting_ = tasks_.empty();
@@ -131,7 +131,7 @@ void MainLoop::announceWait() {
   }
 }
 
-/// Returns how many events there were, wake-ups among them.
+/// Returns the number of events, wake-ups included.
 int MainLoop::serveSources(int timeout) {
   epoll_event events[8];
   const int count = epoll_wait(epoll_, events, 8, timeout);
@@ -154,7 +154,7 @@ void MainLoop::block(std::chrono::microseconds duration) {
   for (auto left = end - Clock::now(); left.count() > 0; left = end - Clock::now()) {
     pollFor(descriptors, left);
     for (std::size_t i = 0; i < sources.size(); ++i) {
-      // A source that hung up would end every further wait at once; it is told later, by run().
+      // A source that hung up would end every further wait at once. run() tells it later.
       const auto events = descriptors[i].revents;
       const bool servable = (events & POLLIN) != 0 && (events & (POLLHUP | POLLERR)) == 0;
       if (events != 0 && !(servable && sources[i]->readableWhileBlocked())) descriptors[i].fd = -1;

@@ -1,4 +1,4 @@
-// The main loop of the Linux ports: tasks from any thread, readable descriptors, a wait.
+// The main loop on Linux: runs tasks from any thread and serves readable descriptors.
 #pragma once
 
 #include <chrono>
@@ -11,28 +11,27 @@
 
 namespace seldial::platform::linux_port {
 
-/// Something with a descriptor that the main loop watches. Main thread only.
+/// A descriptor that the main loop watches. Main thread only.
 class EventSource {
  public:
   virtual ~EventSource() = default;
 
   [[nodiscard]] virtual int descriptor() const = 0;
 
-  /// The descriptor has something to read, or has hung up.
+  /// Called when the descriptor has data to read or has hung up.
   virtual void readable() = 0;
 
-  /// The loop is about to wait: handle what was read from the descriptor earlier and kept, since
-  /// no readable() will come for it, and send what is still buffered.
+  /// Called before the loop waits: handle data that was already read from the descriptor and
+  /// buffered, for which no readable() will come, and send what is still buffered.
   virtual void willWait() {}
 
-  /// As willWait() and readable(), while the main thread is blocked on purpose (MainLoop::block):
-  /// serve other programs, keep everything that is the application's own business for later.
-  /// Called as the block begins and whenever there is something to read. False: do not call again
-  /// during this block.
+  /// Takes the place of willWait() and readable() during MainLoop::block(): answer other programs,
+  /// but keep the application's own events for later. Called when the block begins and whenever
+  /// there is data to read. Returns false to not be called again during this block.
   virtual bool readableWhileBlocked() { return false; }
 };
 
-/// Made on the main thread, which alone runs it; async() and isMainThread() from any thread.
+/// Constructed and run on the main thread; async() and isMainThread() may be called on any thread.
 class MainLoop final : public MainQueue {
  public:
   /// Throws std::system_error when the system has no descriptor left.
@@ -44,25 +43,25 @@ class MainLoop final : public MainQueue {
   void async(Task task) override;
   [[nodiscard]] bool isMainThread() const override;
 
-  /// Adds a source, not owned; it must outlive the loop or be removed.
+  /// Adds a source, which is not owned: it must outlive the loop or be removed.
   void watch(EventSource& source);
   void unwatch(EventSource& source);
 
-  /// Serves tasks and sources until quit(); returns at once when it was called already.
+  /// Serves tasks and sources until quit(); returns at once if that was called before.
   void run();
 
-  /// Makes run() or serve() return after the task or source that is being served. Main thread.
+  /// Makes run() or serve() return after the current task or source. Main thread.
   void quit();
 
-  /// For a program whose main thread waits in another loop, a toolkit's: serves all that there is
-  /// to be served and returns instead of waiting. Main thread; to be called whenever descriptor()
-  /// is readable, and before each wait of that loop, since sources have something to do then.
+  /// For a program whose main thread runs the loop of a toolkit: serves everything that is ready
+  /// and returns instead of waiting. Call it whenever descriptor() is readable, and before each
+  /// wait of that loop, so that the sources get willWait(). Main thread.
   void serve();
 
-  /// Readable when there is something to serve; not to be read from.
+  /// Readable when there is something to serve. Do not read from it.
   [[nodiscard]] int descriptor() const { return epoll_; }
 
-  /// Blocks for `duration`; no task runs, sources get readableWhileBlocked().
+  /// Blocks for `duration`: no task runs, sources get readableWhileBlocked().
   void block(std::chrono::microseconds duration);
 
  private:
@@ -77,9 +76,9 @@ class MainLoop final : public MainQueue {
   bool quit_ = false;
   std::vector<EventSource*> sources_;
 
-  std::mutex mutex_;         ///< guards the two below, which any thread reaches
-  std::vector<Task> tasks_;  ///< posted, not yet taken
-  bool waiting_ = false;     ///< the loop will not look at tasks_ unless it is woken up
+  std::mutex mutex_;         ///< guards the members below
+  std::vector<Task> tasks_;  ///< posted, not yet run
+  bool waiting_ = false;     ///< the loop must be woken up to run tasks_
 };
 
 }  // namespace seldial::platform::linux_port

@@ -11,11 +11,11 @@
 namespace seldial::platform::posix_port {
 namespace {
 
-/// The most descriptors that macOS grants where the hard limit says that there is none.
+/// The most descriptors that macOS allows when the hard limit is infinite.
 constexpr rlim_t kDescriptorsOfMacOS = 10240;
 
 void openStandardDescriptors() {
-  // open() takes the lowest free number, so each turn fills the lowest gap.
+  // open() returns the lowest free number, so each round fills the lowest gap.
   for (int descriptor = open("/dev/null", O_RDWR); descriptor >= 0;
        descriptor = open("/dev/null", O_RDWR)) {
     if (descriptor > STDERR_FILENO) {
@@ -42,7 +42,7 @@ sigset_t terminationSignals() {
   sigemptyset(&signals);
   sigaddset(&signals, SIGTERM);
   sigaddset(&signals, SIGINT);
-  // Taken as an event it would arrive even where it is ignored, as nohup makes it.
+  // Read from a descriptor it would arrive even if it is ignored.
   struct sigaction hangUp {};
   sigaction(SIGHUP, nullptr, &hangUp);
   if (hangUp.sa_handler != SIG_IGN) sigaddset(&signals, SIGHUP);

@@ -14,8 +14,8 @@ namespace seldial::platform::qt {
 
 namespace {
 
-/// Keeps from Qt that a window has lost the keyboard to a grab: Qt would take the window for
-/// inactive while a hot key is held that the window itself has registered.
+/// Hides from Qt that a window has lost the keyboard to a grab: while a hot key of this program is
+/// held, Qt would consider the window inactive.
 class GrabFocusFilter final : public QAbstractNativeEventFilter {
  public:
   GrabFocusFilter() { QCoreApplication::instance()->installNativeEventFilter(this); }
@@ -33,7 +33,7 @@ class ServedLoop final : public QObject {
       : notifier_(loop.descriptor(), QSocketNotifier::Read) {
     const auto serve = [&loop] { loop.serve(); };
     QObject::connect(&notifier_, &QSocketNotifier::activated, this, serve);
-    // What the ports were asked for meanwhile may have left something to do before a wait.
+    // Calls to the ports may have left requests to send before the loop waits.
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
                      this, serve);
   }

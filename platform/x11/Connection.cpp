@@ -50,7 +50,7 @@ void Connection::synchronise() const {
   freed(xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr));
 }
 
-// A round trip costs more than a request: everything that can be asked at once is.
+// A round trip costs more than a request, so requests are sent together where possible.
 bool Connection::handshake() {
   root_ = xcb_setup_roots_iterator(xcb_get_setup(xcb_)).data->root;
   for (auto* const extension : {&xcb_xkb_id, &xcb_input_id, &xcb_test_id}) {

@@ -1,5 +1,5 @@
-// The connection to the X server: its extensions, the names it has numbered for us, and one window
-// of our own that is never shown.
+// The connection to the X server, with the extensions and atoms that the ports use and one window
+// that is never shown.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace seldial::platform::x11 {
 
-/// The numbers of the names that the ports use.
+/// The atoms that the ports use.
 struct Atoms {
   xcb_atom_t clipboard = XCB_ATOM_NONE;
   xcb_atom_t targets = XCB_ATOM_NONE;
@@ -20,11 +20,11 @@ struct Atoms {
   xcb_atom_t xtestDevice = XCB_ATOM_NONE;
 };
 
-/// Main thread only. Once the connection is lost every request is dropped and every reply is null.
+/// Main thread only. Once the connection is lost, requests are dropped and replies are null.
 class Connection {
  public:
-  /// Connects to the server that DISPLAY names and checks that it can do what the ports need.
-  /// Null when there is none; a trouble is one line on standard error.
+  /// Connects to the server that DISPLAY names and checks that it has what the ports need. Null
+  /// when DISPLAY is not set, or, after one line on standard error, when that fails.
   static std::unique_ptr<Connection> open();
 
   ~Connection();
@@ -37,15 +37,15 @@ class Connection {
   [[nodiscard]] const Atoms& atoms() const { return atoms_; }
   [[nodiscard]] bool lost() const { return xcb_connection_has_error(xcb_) != 0; }
 
-  /// Returns once the server has acted on every request and has sent every event before it.
+  /// Returns once the server has executed every request so far and sent every event before that.
   void synchronise() const;
 
-  /// The kind of every XKB event.
+  /// The event type of every XKB event.
   [[nodiscard]] int xkbEvent() const { return xkbEvent_; }
   /// The extension number in every XInput 2 event.
   [[nodiscard]] int inputExtension() const { return inputExtension_; }
 
-  /// What is common to all windows of one client, and different for any two clients.
+  /// The client that a window belongs to: the same number for all of its windows.
   [[nodiscard]] std::uint32_t clientOf(xcb_window_t window) const {
     return window & ~xcb_get_setup(xcb_)->resource_id_mask;
   }

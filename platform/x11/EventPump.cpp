@@ -35,7 +35,7 @@ void EventPump::readable() {
   reportLoss();
 }
 
-// While XCB sends it also reads. What it read then must not wait for the next readable().
+// XCB also reads while it sends. Events that it read then must not wait for the next readable().
 void EventPump::willWait() {
   do {
     for (auto* const handler : handlers_) handler->idle();
@@ -60,7 +60,7 @@ void EventPump::handleArrived() {
   while (const auto event = freed(xcb_poll_for_event(connection_.xcb()))) handle(*event);
 }
 
-/// Whether there was an event among those that XCB has read already.
+/// Handles the events that XCB has already read. Returns whether there were any.
 bool EventPump::handleRead() {
   bool any = false;
   while (const auto event = freed(xcb_poll_for_queued_event(connection_.xcb()))) {
@@ -74,7 +74,7 @@ bool EventPump::serveUntil(Clock::time_point deadline, const std::function<bool(
   for (;;) {
     serve();
     if (done()) return true;
-    if (handleRead()) continue;  // came with replies that `done` waited for
+    if (handleRead()) continue;  // read together with replies that `done` waited for
     const auto left = deadline - Clock::now();
     if (connection_.lost() || left.count() <= 0) return false;
     waitForInput(left);
@@ -89,8 +89,7 @@ void EventPump::waitForInput(Clock::duration limit) const {
 }
 
 void EventPump::handle(const xcb_generic_event_t& event) {
-  // The error of a request that nobody awaits an answer to: a window of another client has gone
-  // meanwhile. Nothing is to be done about it.
+  // An error of an unchecked request: a window of another client no longer exists. Harmless.
   if (kindOf(event) == 0) return;
   for (auto* const handler : handlers_) {
     if (handler->handle(event)) return;

@@ -1,8 +1,8 @@
-// Reads the events of the X connection and hands each to the port that it is meant for.
+// Reads the events of the X connection and passes each to the port that handles it.
 //
-// A port reacts to an event at once, whatever the program is doing: other clients wait for our
-// answers. What the application itself has to hear is posted to the main queue, so it is heard in
-// order and never in the middle of something else.
+// Ports handle events at once, even while the application is busy, since other clients wait for
+// their answers. Events for the application itself are posted to the main queue, so that they
+// arrive in order and never interrupt it.
 #pragma once
 
 #include <chrono>
@@ -14,16 +14,16 @@
 
 namespace seldial::platform::x11 {
 
-/// A port as the receiver of events.
+/// Receives events.
 class EventHandler {
  public:
   virtual ~EventHandler() = default;
 
-  /// True when the event was meant for this handler. It may send requests and wait for replies,
-  /// but not for other events.
+  /// Returns true if it handled the event. It may send requests and wait for replies, but not for
+  /// other events.
   virtual bool handle(const xcb_generic_event_t& event) = 0;
 
-  /// The main loop has nothing else to do: the time for work that can wait until then.
+  /// Called when the main loop has nothing else to do, for work that can be postponed.
   virtual void idle() {}
 };
 
@@ -40,15 +40,15 @@ class EventPump final : public linux_port::EventSource {
   EventPump(const EventPump&) = delete;
   EventPump& operator=(const EventPump&) = delete;
 
-  /// Handlers are not owned and are asked in the order in which they were added.
+  /// Handlers are not owned. They are asked in the order in which they were added.
   void add(EventHandler& handler) { handlers_.push_back(&handler); }
   void remove(EventHandler& handler);
 
-  /// Handles events until `done` says so: true. False when the deadline passes or the connection
-  /// is lost first.
+  /// Handles events until `done` returns true. False when the deadline passes or the connection is
+  /// lost before that.
   bool serveUntil(Clock::time_point deadline, const std::function<bool()>& done);
 
-  /// Handles the events that have arrived; sends nothing yet.
+  /// Handles the events that have arrived, without flushing requests.
   void handleArrived();
 
   [[nodiscard]] int descriptor() const override;

@@ -1,10 +1,10 @@
-// Hot keys as grabs of the X server's root window.
+// Hot keys as key grabs on the root window.
 //
-// The server reports the press to us alone, and then everything until that key is released. What
-// the user lets go first does not matter: a release is recognised by its key, and counts when a
-// press of the hot key came before it. Held keys repeat as further presses without a release, by
-// detectable auto-repeat. Locks are no part of a combination, so each is grabbed once for every
-// way in which CapsLock, NumLock and ScrollLock can be set.
+// The server reports the press only to this client, and every key event until that key is released.
+// A release is recognised by its key alone and counts if the hot key was pressed before it, so it
+// does not matter what the user releases first. With detectable auto-repeat a held key repeats as
+// presses without releases. Locks are not part of a combination, so each combination is grabbed once
+// for every state of Caps Lock, Num Lock and Scroll Lock.
 #pragma once
 
 #include <functional>
@@ -36,8 +36,7 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   void unregisterHotKey(HotKeyRef ref) override;
   [[nodiscard]] bool canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) override;
 
-  /// Hot keys whose press was reported and whose release was not. While one is held the server
-  /// gives us every key event, typed ones too.
+  /// Hot keys that are held. Meanwhile the server sends us every key event, synthetic ones too.
   [[nodiscard]] const KeySet& pressedKeys() const { return pressed_; }
 
   bool handle(const xcb_generic_event_t& event) override;

@@ -1,4 +1,4 @@
-// XInput 2: choosing events of the root window, and recognising them.
+// XInput 2: selecting events on the root window, and recognising them.
 #pragma once
 
 #include <xcb/xinput.h>
@@ -7,7 +7,8 @@
 
 namespace seldial::platform::x11 {
 
-/// Chooses which events of `devices` (one, or a group of them) the root window reports to us.
+/// Selects the events of `devices` (one device or a group) that the server sends for the root
+/// window.
 inline void selectInput(const Connection& connection, xcb_input_device_id_t devices,
                         std::uint32_t events) {
   const struct {
@@ -17,7 +18,7 @@ inline void selectInput(const Connection& connection, xcb_input_device_id_t devi
   xcb_input_xi_select_events(connection.xcb(), connection.root(), 1, &selection.head);
 }
 
-/// The type of an XInput 2 event; 0 for any other event.
+/// The XInput 2 type of an event; 0 for an event of another kind.
 inline int inputEventType(const Connection& connection, const xcb_generic_event_t& event) {
   const auto& generic = as<xcb_ge_generic_event_t>(event);
   const bool input =

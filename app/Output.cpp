@@ -1,18 +1,49 @@
-// Every message to the UC client leaves here: standard output first, then a connection of its own.
+// Output: log lines, and the messages to the UC client.
 #include <chrono>
+#include <cstdio>
+#include <ctime>
 
+#include "api/MessageRecords.h"
 #include "app/AppDelegate.h"
 #include "app/GDUnixSocketEventsCS.h"
-#include "app/StandardOutput.h"
+#include "platform/MainQueue.h"
 #include "unixsocket/GDUnixSocketClient.h"
 
 namespace seldial {
 namespace {
 
+constexpr const char* kSubThreadMarker = ">>>SUB THREAD<<< ";
+
 /// How long one message may take, from the connect to its last byte: it blocks the main thread.
 constexpr std::chrono::seconds kSendTimeout{5};
 
+/// The local time of day, as HH:mm:ss.
+std::string timeOfDay() {
+  const std::time_t now = std::time(nullptr);
+  tzset();  // the time zone of the system may have changed since the last line
+  std::tm local{};
+  localtime_r(&now, &local);
+  char text[sizeof "HH:mm:ss"];
+  std::strftime(text, sizeof text, "%H:%M:%S", &local);
+  return text;
+}
+
 }  // namespace
+
+void AppDelegate::printLine(const std::string& line) {
+  flockfile(stdout);  // instead of a copy of the line with its newline: a line may be large
+  std::fwrite(line.data(), 1, line.size(), stdout);
+  std::fputc('\n', stdout);
+  funlockfile(stdout);
+}
+
+void AppDelegate::log(const std::string& message) {
+  if (FlagLog) {
+    const bool main = ports_.mainQueue->isMainThread();
+    printLine((main ? "" : kSubThreadMarker) + ("Log " + timeOfDay() + "> ") + message);
+  }
+  if (FlagJsonLog) printLine(LogApi{message}.toJSONString());
+}
 
 void AppDelegate::emitMessage(const std::string& message) {
   printLine(message);

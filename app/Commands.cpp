@@ -1,4 +1,6 @@
-// From a SetHotKey command to a registered hot key, and from its use to a MakeCall.
+// Commands: validation, SetHotKey, and what a press of the hot key does.
+#include <utility>
+
 #include "api/MessageRecords.h"
 #include "app/AppDelegate.h"
 #include "hotkey/QKHotKey.h"
@@ -20,15 +22,32 @@ std::uint64_t modifierFlags(const SetHotKeyApi& command) {
 
 }  // namespace
 
+// The texts speak of the standard input stream, which is never read. They are part of the
+// interface.
+void AppDelegate::processInputString(std::optional<std::string> input) {
+  if (!input) return answerError("error reading from standard input stream");
+  if (input->empty()) return answerError("empty string on standard input stream");
+  auto command = SetHotKeyApi::fromJSONString(*input);
+  input.reset();  // a large input is not kept beside its answer
+  if (!command.Command) return answerError("command tag not found");
+  if (lowercased(*command.Command) == "sethotkey") return processSetHotKey(command);
+  answerError("invalid command: " + *std::move(command.Command));
+}
+
+void AppDelegate::answerError(std::string message) {
+  log(message);
+  emitMessage(ErrorApi{std::move(message)}.toJSONString());
+}
+
 void AppDelegate::processSetHotKey(const SetHotKeyApi& command) {
   log("process set hotkey");
-  unregisterCurrentHotKey();  // before any check: a rejected command leaves no hot key, on purpose
+  unregisterCurrentHotKey();  // before any check, on purpose: a rejected command leaves no hot key
   if (command.VirtualKey == SetHotKeyApi::kNoVirtualKey) {
     return sendHotKeyState({false, "invalid virtual key value"});
   }
   const auto center = QKHotKeyCenter::sharedHotKeyCenter();
   if (!center) return sendHotKeyState({false, "internal error; hotkey center"});
-  // Weakly: this object owns the record, and the record its task.
+  // A weak reference: this object owns the record, which owns the task.
   const auto task = [weakSelf = weak_from_this()](const QKKeyEvent& /*event*/) {
     if (const auto self = weakSelf.lock()) self->hotKeyPressed();
   };
