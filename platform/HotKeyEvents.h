@@ -9,13 +9,13 @@
 
 namespace seldial::platform {
 
-/// Names a registration in the events that it causes.
+/// Identifies a registration in the events that it causes.
 struct HotKeyID {
   std::uint32_t signature = 0;  ///< whose registration it is
   std::uint32_t id = 0;         ///< which of them
 };
 
-/// The port's handle of one registration; any value but for the port opaque.
+/// The port's handle of one registration, opaque to others.
 using HotKeyRef = std::uintptr_t;
 
 /// The release of a registered hot key, as the desktop reports it.
@@ -27,25 +27,25 @@ struct HotKeyReleased {
 /// System-wide hot keys. Main thread only.
 class HotKeyEvents {
  public:
-  /// Told of a release.
+  /// Called for each release.
   using ReleasedHandler = std::function<void(const HotKeyReleased&)>;
 
   virtual ~HotKeyEvents() = default;
 
-  /// Installs the one handler that every release is reported to, on the main thread, one at a
-  /// time; it may register and unregister.
+  /// Sets the one handler, which is called for every release, one at a time, on the main thread. It
+  /// may register and unregister hot keys.
   virtual void installReleasedHandler(ReleasedHandler handler) = 0;
 
-  /// Takes the combination of a virtual key code and HotKeyModifier bits. Nothing when the desktop
-  /// refuses: no such key, or another program holds the combination.
+  /// Registers the combination of a virtual key code and HotKeyModifier bits. Nothing when the
+  /// desktop refuses: there is no such key, or another program holds the combination.
   virtual std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                   HotKeyID hotKeyID) = 0;
 
-  /// Gives the combination back.
+  /// Releases the combination.
   virtual void unregisterHotKey(HotKeyRef ref) = 0;
 
-  /// False when the desktop would refuse that combination though nobody holds it. A port that
-  /// cannot tell says true.
+  /// False when the desktop would refuse the combination even if nobody holds it. True when the
+  /// port cannot tell.
   [[nodiscard]] virtual bool canBeHotKey(std::uint32_t /*keyCode*/, std::uint32_t /*modifiers*/) {
     return true;
   }

@@ -112,4 +112,19 @@ const char* Connection::missingAbility() {
   return nullptr;
 }
 
+void selectInput(const Connection& connection, std::uint16_t devices, std::uint32_t events) {
+  const struct {
+    xcb_input_event_mask_t head;
+    std::uint32_t mask;
+  } selection{{devices, 1}, events};
+  xcb_input_xi_select_events(connection.xcb(), connection.root(), 1, &selection.head);
+}
+
+int inputEventType(const Connection& connection, const xcb_generic_event_t& event) {
+  const auto& generic = as<xcb_ge_generic_event_t>(event);
+  const bool input =
+      kindOf(event) == XCB_GE_GENERIC && generic.extension == connection.inputExtension();
+  return input ? generic.event_type : 0;
+}
+
 }  // namespace seldial::platform::x11

@@ -66,4 +66,11 @@ class Connection {
   int inputExtension_ = 0;
 };
 
+/// Selects the XInput 2 events of `devices` (one device or a group) that the server sends for the
+/// root window.
+void selectInput(const Connection& connection, std::uint16_t devices, std::uint32_t events);
+
+/// The XInput 2 type of an event; 0 for an event of another kind.
+int inputEventType(const Connection& connection, const xcb_generic_event_t& event);
+
 }  // namespace seldial::platform::x11

@@ -3,8 +3,8 @@
 // The server reports the press only to this client, and every key event until that key is released.
 // A release is recognised by its key alone and counts if the hot key was pressed before it, so it
 // does not matter what the user releases first. With detectable auto-repeat a held key repeats as
-// presses without releases. Locks are not part of a combination, so each combination is grabbed once
-// for every state of Caps Lock, Num Lock and Scroll Lock.
+// presses without releases. Locks are not part of a combination, so each combination is grabbed
+// once for every state of Caps Lock, Num Lock and Scroll Lock.
 #pragma once
 
 #include <functional>

@@ -4,8 +4,6 @@
 
 #include <utility>
 
-#include "platform/x11/InputEvents.h"
-
 namespace seldial::platform::x11 {
 namespace {
 

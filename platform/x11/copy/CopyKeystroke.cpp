@@ -1,8 +1,8 @@
 #include "platform/x11/copy/CopyKeystroke.h"
 
-#include <utility>
+#include <xcb/xinput.h>
 
-#include "platform/x11/InputEvents.h"
+#include <utility>
 
 namespace seldial::platform::x11 {
 namespace {
