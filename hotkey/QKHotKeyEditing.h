@@ -31,12 +31,13 @@ class QKHotKeyEditedField {
 /// only.
 class QKHotKeyEditing {
  public:
-  /// The field to edit, held weakly, or null; its record of now is the one that Escape restores.
+  /// The field to edit, held weakly, or null; Escape restores the record that it has
+  /// at this moment.
   void setHotKeyField(const std::shared_ptr<QKHotKeyEditedField>& field);
 
   /// The field has got the keyboard focus.
   void begin();
-  /// The field has lost the focus, for whatever reason.
+  /// The field has lost the focus, for any reason.
   void end();
 
   /// Handles an event (kKeyDown and kFlagsChanged; others are ignored). While the field has the

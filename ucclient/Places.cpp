@@ -53,7 +53,9 @@ std::string findSeldial(const std::string& directory) {
 std::string findProgram(const std::string& name, const std::string& directory) {
   if (directory.empty()) return name;
   for (const std::string& place : {directory, directory + "/../shortcut"}) {
-    if (isProgram(place + "/" + name)) return place + "/" + name;
+    std::string program = place;
+    program.append("/").append(name);
+    if (isProgram(program)) return program;
   }
   return name;
 }

@@ -65,8 +65,8 @@ class GDUnixSocketServerDelegate {
                                                         const Error& /*error*/) {}
 
   /// accept failed (GDUnixSocketErrorAcceptFailed); the server closes itself next, unless it
-  /// listens anew by then. On the accept thread, with the server's closeLock held: do not close the
-  /// server here.
+  /// is listening again by then. On the accept thread, with the server's closeLock held: do not
+  /// close the server here.
   virtual void unixSocketServerDidFailToAcceptConnection(GDUnixSocketServer& /*server*/,
                                                          const Error& /*error*/) {}
 };

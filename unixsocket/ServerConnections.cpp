@@ -45,7 +45,7 @@ void GDUnixSocketServer::addClient(const std::shared_ptr<GDUnixSocket>& client) 
   clients_[client->uniqueID()] = {client, false};
 }
 
-/// False if the server has begun to listen anew since it accepted the connection.
+/// False if the server has begun to listen again since it accepted the connection.
 bool GDUnixSocketServer::addAccepted(const std::shared_ptr<GDUnixSocket>& connection,
                                      Descriptor::Generation listening) {
   const MutexLock lock(lock_);

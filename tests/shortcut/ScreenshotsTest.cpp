@@ -95,7 +95,7 @@ TEST_F(Screenshots, OfEachState) {
   take("unusable");
 
   record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
-  trouble =
+  deliveryError =
       "Is Seldial running? At /run/user/1000/seldial: Failed to connect to socket. fd: 17. "
       "errno: 2. No such file or directory";
   control<QPushButton>("accept")->click();

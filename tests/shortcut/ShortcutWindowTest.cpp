@@ -181,14 +181,14 @@ TEST_F(ShortcutWindowTest, WhoeverIsHandedTheCommandFindsTheShortcutFree) {
 
 TEST_F(ShortcutWindowTest, AFailureIsShownAndTheWindowGoesOn) {
   open(controlAltD());
-  trouble = "nobody listens";
+  deliveryError = "nobody listens";
   control<QPushButton>("accept")->click();
   EXPECT_TRUE(window->isVisible());
   EXPECT_EQ(statusName(), "The shortcut was not handed over");
   EXPECT_EQ(status()->accessibleDescription(), QStringLiteral("nobody listens"));
   useShortcut();
   EXPECT_TRUE(comesTrue([this] { return isLit(); })) << "it can be tried out again";
-  trouble.reset();
+  deliveryError.reset();
   control<QPushButton>("accept")->click();
   EXPECT_FALSE(window->isVisible());
   EXPECT_EQ(commands.size(), 2U);
@@ -196,7 +196,7 @@ TEST_F(ShortcutWindowTest, AFailureIsShownAndTheWindowGoesOn) {
 
 TEST_F(ShortcutWindowTest, AFailureIsForgottenOnceSomethingElseIsRecorded) {
   open(controlAltD());
-  trouble = "nobody listens";
+  deliveryError = "nobody listens";
   control<QPushButton>("accept")->click();
   record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
   EXPECT_EQ(statusName(), "Try it here");

@@ -35,7 +35,7 @@ class WindowTest : public testing::Test {
         QtDesktop::shared().ports().keyboard(),
         [this](const std::string& command) {
           commands.push_back(command);
-          return trouble;
+          return deliveryError;
         },
         QStringLiteral("&Use this shortcut"));
     window->begin(hotKey, delay);
@@ -70,8 +70,8 @@ class WindowTest : public testing::Test {
   }
 
   Keyboard& keyboard = QtDesktop::shared().keyboard;
-  std::optional<std::string> trouble;  ///< of the next deliveries
-  std::vector<std::string> commands;   ///< what was handed over
+  std::optional<std::string> deliveryError;  ///< what the next deliveries fail with
+  std::vector<std::string> commands;         ///< what was handed over
   std::unique_ptr<ShortcutWindow> window;
 };
 
