@@ -16,8 +16,8 @@
 
 namespace seldial {
 
-inline constexpr std::uint16_t kKeyV = 9;
-inline constexpr std::uint16_t kKeyB = 11;
+inline constexpr std::uint16_t kKeyV = platform::kVK_ANSI_V;
+inline constexpr std::uint16_t kKeyB = platform::kVK_ANSI_B;
 inline constexpr std::uint64_t kCommand = platform::kModifierFlagCommand;
 inline constexpr std::uint64_t kControl = platform::kModifierFlagControl;
 

@@ -11,10 +11,10 @@ using doubles::Journal;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::uint16_t kKeyK = 40;
-constexpr std::uint16_t kKeyReturn = 36;
-constexpr std::uint16_t kKeyEscape = 53;
-constexpr std::uint16_t kKeyLeftCommand = 55;
+constexpr std::uint16_t kKeyK = platform::kVK_ANSI_K;
+constexpr std::uint16_t kKeyReturn = platform::kVK_Return;
+constexpr std::uint16_t kKeyEscape = platform::kVK_Escape;
+constexpr std::uint16_t kKeyLeftCommand = platform::kVK_Command;
 constexpr std::uint64_t kShift = platform::kModifierFlagShift;
 
 /// Writes what is done to it into its journal.

@@ -65,14 +65,14 @@ TEST(Desktop, AServerThatHasEverythingIsUsedInSilence) {
 class LostDesktop : public X11Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+    ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
     ::testing::internal::CaptureStderr();
   }
 
   /// It is told once, in one line, and every port then refuses.
   void expectLoss() {
     port.waitForLoss();
-    EXPECT_FALSE(port.registerHotKey(kVirtualF, kControlAlt));
+    EXPECT_FALSE(port.registerHotKey(kVK_ANSI_F, kControlAlt));
     port.clear();
     EXPECT_EQ(port.text(), std::nullopt);
     port.call([&] { (void)port.clipboard().copySelection(); });

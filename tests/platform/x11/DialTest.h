@@ -13,7 +13,7 @@ const std::string kNumber = "+31 20 123 4567";
 class DialTest : public X11Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+    ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
     port.dialOnRelease(kDelay);
   }
 

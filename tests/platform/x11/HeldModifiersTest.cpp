@@ -183,7 +183,7 @@ TEST(HeldModifiersAtTheEnd, NothingIsStuckWhenTheProgramEnds) {
   const XClient client(server.display());
   {
     X11Port port(server.display());
-    ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+    ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
     port.dialOnRelease(kDelay);
     keyboard.press(kControlAltKeys);
     keyboard.tap(kKeyD);

@@ -10,29 +10,27 @@ using HotKeyCenterOnX11 = HotKeyCenterTest;
 constexpr unsigned kStateControlAlt = kStateControl | kStateAlt;
 
 /// Virtual key codes beside those of X11Test.h, and their keys.
-constexpr std::uint16_t kVirtualA = 0;
-constexpr std::uint16_t kVirtualQ = 12;
 
 TEST_F(HotKeyCenterOnX11, ACombinationThatAnotherProgramHoldsIsRefusedAndUsesUpNoId) {
   ForeignGrabs other(server.display());
   ASSERT_TRUE(other.take(kKeyD, kStateControlAlt));
   onMain([&] {
-    EXPECT_EQ(add(kVirtualD), nullptr);
-    EXPECT_FALSE(center->hasRegisteredHotKeyWithKeyCode(kVirtualD, kControlOption));
-    EXPECT_EQ(add(kVirtualF)->hotKeyID, 1U);
+    EXPECT_EQ(add(kVK_ANSI_D), nullptr);
+    EXPECT_FALSE(center->hasRegisteredHotKeyWithKeyCode(kVK_ANSI_D, kControlOption));
+    EXPECT_EQ(add(kVK_ANSI_F)->hotKeyID, 1U);
   });
   other.giveBack(kKeyD, kStateControlAlt);
-  onMain([&] { EXPECT_EQ(add(kVirtualD)->hotKeyID, 2U); });
+  onMain([&] { EXPECT_EQ(add(kVK_ANSI_D)->hotKeyID, 2U); });
   EXPECT_EQ(useKey(kKeyD).size(), 1U);
 }
 
 TEST_F(HotKeyCenterOnX11, AUseReachesTheTaskWithAKeyUpEvent) {
-  onMain([&] { add(kVirtualD); });
+  onMain([&] { add(kVK_ANSI_D); });
   keyboard.movePointer(123, 45);
   const auto events = useKey(kKeyD);
   ASSERT_EQ(events.size(), 1U);
   EXPECT_EQ(events[0].type, QKKeyEvent::kKeyUp);
-  EXPECT_EQ(events[0].keyCode, kVirtualD);
+  EXPECT_EQ(events[0].keyCode, kVK_ANSI_D);
   EXPECT_EQ(events[0].modifierFlags, kControlOption);
   EXPECT_EQ(events[0].locationX, 123);
   EXPECT_EQ(events[0].locationY, 45);
@@ -43,7 +41,7 @@ TEST_F(HotKeyCenterOnX11, AUseReachesTheTaskWithAKeyUpEvent) {
 TEST_F(HotKeyCenterOnX11, IdsCountUpAreNeverReusedAndEachUseReachesTheRecordOfToday) {
   for (std::uint32_t id = 1; id <= 5; ++id) {
     onMain([&] {
-      kept = {add(kVirtualD)};
+      kept = {add(kVK_ANSI_D)};
       ASSERT_NE(kept[0], nullptr);
       EXPECT_EQ(kept[0]->hotKeyID, id);
     });
@@ -57,7 +55,7 @@ TEST_F(HotKeyCenterOnX11, IdsCountUpAreNeverReusedAndEachUseReachesTheRecordOfTo
 }
 
 TEST_F(HotKeyCenterOnX11, TwoRecordsOfOneIdAreLoggedOnceAndOneOfThemInvoked) {
-  onMain([&] { add(kVirtualD)->hotKeyID = add(kVirtualF)->hotKeyID; });
+  onMain([&] { add(kVK_ANSI_D)->hotKeyID = add(kVK_ANSI_F)->hotKeyID; });
   ::testing::internal::CaptureStderr();
   const auto events = useKey(kKeyF);
   EXPECT_EQ(::testing::internal::GetCapturedStderr(), "ERROR!\n");
@@ -66,9 +64,9 @@ TEST_F(HotKeyCenterOnX11, TwoRecordsOfOneIdAreLoggedOnceAndOneOfThemInvoked) {
 
 TEST_F(HotKeyCenterOnX11, AMemberThatIsDroppedForItsEqualGivesItsCombinationBack) {
   ForeignGrabs other(server.display());
-  onMain([&] { add(kVirtualD); });
+  onMain([&] { add(kVK_ANSI_D); });
   EXPECT_FALSE(other.isFree(kKeyD, kStateControlAlt));
-  onMain([&] { QKHotKey::hotKeyWithKeyCode(kVirtualD, kControlOption, nullptr).reset(); });
+  onMain([&] { QKHotKey::hotKeyWithKeyCode(kVK_ANSI_D, kControlOption, nullptr).reset(); });
   EXPECT_TRUE(other.isFree(kKeyD, kStateControlAlt));
   EXPECT_EQ(useKey(kKeyD).size(), 0U);
 }
@@ -76,8 +74,8 @@ TEST_F(HotKeyCenterOnX11, AMemberThatIsDroppedForItsEqualGivesItsCombinationBack
 TEST_F(HotKeyCenterOnX11, AMemberThatSomebodyOwnsIsDroppedAtOnceAndGivesItsCombinationBackLater) {
   ForeignGrabs other(server.display());
   onMain([&] {
-    kept = {add(kVirtualD)};
-    center->unregisterHotKey(QKHotKey::hotKeyWithKeyCode(kVirtualD, kControlOption, nullptr));
+    kept = {add(kVK_ANSI_D)};
+    center->unregisterHotKey(QKHotKey::hotKeyWithKeyCode(kVK_ANSI_D, kControlOption, nullptr));
   });
   EXPECT_EQ(useKey(kKeyD).size(), 0U);
   EXPECT_FALSE(other.isFree(kKeyD, kStateControlAlt));
@@ -87,10 +85,10 @@ TEST_F(HotKeyCenterOnX11, AMemberThatSomebodyOwnsIsDroppedAtOnceAndGivesItsCombi
 
 TEST_F(HotKeyCenterOnX11, ATaskMayTakeItsOwnCombinationAnew) {
   onMain([&] {
-    center->registerHotKeyWithKeyCode(kVirtualD, kControlOption, [this](const QKKeyEvent& event) {
+    center->registerHotKeyWithKeyCode(kVK_ANSI_D, kControlOption, [this](const QKKeyEvent& event) {
       uses.push_back(event);
       center->unregisterAllHotKeys();
-      EXPECT_NE(add(kVirtualD), nullptr);
+      EXPECT_NE(add(kVK_ANSI_D), nullptr);
     });
   });
   EXPECT_EQ(useKey(kKeyD).size(), 1U);
@@ -109,10 +107,10 @@ class UnregisterOnX11 : public HotKeyCenterTest {
 
   UnregisterOnX11() {
     onMain([this] {
-      add(kVirtualA);
-      add(kVirtualD);
-      center->registerHotKeyWithKeyCode(kVirtualF, kControlOption, &target, "dial:", nullptr);
-      center->registerHotKeyWithKeyCode(kVirtualQ, kControlOption, &target, "hang:", nullptr);
+      add(kVK_ANSI_A);
+      add(kVK_ANSI_D);
+      center->registerHotKeyWithKeyCode(kVK_ANSI_F, kControlOption, &target, "dial:", nullptr);
+      center->registerHotKeyWithKeyCode(kVK_ANSI_Q, kControlOption, &target, "hang:", nullptr);
     });
   }
 
@@ -141,9 +139,9 @@ TEST_F(UnregisterOnX11, ByTargetAndAction) {
 }
 
 TEST_F(UnregisterOnX11, ByKeyCodeAndFlags) {
-  onMain([&] { center->unregisterHotKeyWithKeyCode(kVirtualD, kModifierFlagControl); });
+  onMain([&] { center->unregisterHotKeyWithKeyCode(kVK_ANSI_D, kModifierFlagControl); });
   EXPECT_EQ(held(), "ADFQ");
-  onMain([&] { center->unregisterHotKeyWithKeyCode(kVirtualD, kControlOption); });
+  onMain([&] { center->unregisterHotKeyWithKeyCode(kVK_ANSI_D, kControlOption); });
   EXPECT_EQ(held(), "AFQ");
 }
 

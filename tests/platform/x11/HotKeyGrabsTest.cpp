@@ -8,7 +8,7 @@ namespace {
 using HotKeyGrabs = X11Test;
 
 TEST_F(HotKeyGrabs, FiresOnceOnReleaseNotOnPress) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   keyboard.press(kControlAltKeys);
   keyboard.press(kKeyD);
   port.settle();
@@ -21,7 +21,7 @@ TEST_F(HotKeyGrabs, FiresOnceOnReleaseNotOnPress) {
 }
 
 TEST_F(HotKeyGrabs, FiresWhateverIsReleasedFirst) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   const std::vector<std::vector<std::uint8_t>> orders{{kKeyD, kKeyLeftControl, kKeyLeftAlt},
                                                       {kKeyLeftControl, kKeyLeftAlt, kKeyD},
                                                       {kKeyLeftAlt, kKeyD, kKeyLeftControl}};
@@ -36,7 +36,7 @@ TEST_F(HotKeyGrabs, FiresWhateverIsReleasedFirst) {
 }
 
 TEST_F(HotKeyGrabs, FiresUnderEveryStateOfTheLocks) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   std::size_t uses = 0;
   // A Gray code: one lock key is tapped at a time, and all four states are passed.
   for (const auto lock : {kKeyCapsLock, kKeyNumLock, kKeyCapsLock, kKeyNumLock}) {
@@ -50,7 +50,7 @@ TEST_F(HotKeyGrabs, FiresUnderEveryStateOfTheLocks) {
 }
 
 TEST_F(HotKeyGrabs, AKeyHeldLongFiresOnceAndRepeatsNothing) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   keyboard.press(kControlAltKeys);
   keyboard.hold(kKeyD, std::chrono::milliseconds(1500));
   keyboard.release(kControlAltKeys);
@@ -61,7 +61,7 @@ TEST_F(HotKeyGrabs, AKeyHeldLongFiresOnceAndRepeatsNothing) {
 
 TEST_F(HotKeyGrabs, OtherChordsOfTheSameKeyDoNotFire) {
   const XClient client(server.display());
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   keyboard.tap(kKeyD);
   keyboard.press({kKeyLeftControl, kKeyD});
   keyboard.release({kKeyD, kKeyLeftControl});
@@ -74,7 +74,7 @@ TEST_F(HotKeyGrabs, OtherChordsOfTheSameKeyDoNotFire) {
 
 TEST_F(HotKeyGrabs, TheApplicationDoesNotSeeTheHotKey) {
   const XClient client(server.display());
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   useHotKey();
   port.waitForReleases(1);
   client.waitForRelease(kKeyLeftAlt);
@@ -89,7 +89,7 @@ TEST_F(HotKeyGrabs, EachModifierIsTheOneThatCarriesIt) {
       {kHotKeyCommand, kKeyLeftSuper}};
   std::size_t uses = 0;
   for (const auto& [modifier, key] : modifiers) {
-    const auto ref = port.registerHotKey(kVirtualD, modifier, key);
+    const auto ref = port.registerHotKey(kVK_ANSI_D, modifier, key);
     ASSERT_TRUE(ref);
     keyboard.press({key, kKeyD});
     keyboard.release({kKeyD, key});
@@ -100,13 +100,13 @@ TEST_F(HotKeyGrabs, EachModifierIsTheOneThatCarriesIt) {
 }
 
 TEST_F(HotKeyGrabs, ABareKeyCanBeAHotKey) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, 0));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, 0));
   keyboard.tap(kKeyD);
   port.waitForReleases(1);
 }
 
 TEST_F(HotKeyGrabs, TheReleaseTellsWhereWhenAndWhatIsStillHeld) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt, 77));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt, 77));
   keyboard.movePointer(123, 45);
   keyboard.press(kControlAltKeys);
   keyboard.press(kKeyD);
@@ -122,7 +122,7 @@ TEST_F(HotKeyGrabs, TheReleaseTellsWhereWhenAndWhatIsStillHeld) {
 
 TEST_F(HotKeyGrabs, AnUnregisteredHotKeyIsTheApplicationsAgain) {
   const XClient client(server.display());
-  const auto ref = port.registerHotKey(kVirtualD, kControlAlt);
+  const auto ref = port.registerHotKey(kVK_ANSI_D, kControlAlt);
   ASSERT_TRUE(ref);
   port.unregisterHotKey(*ref);
   useHotKey();
@@ -134,7 +134,7 @@ TEST_F(HotKeyGrabs, AnUnregisteredHotKeyIsTheApplicationsAgain) {
 TEST_F(HotKeyGrabs, AKeyThatIsDownWhenItIsRegisteredFiresWithItsNextPress) {
   keyboard.press(kControlAltKeys);
   keyboard.press(kKeyD);
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   keyboard.release(kKeyD);
   port.settle();
   EXPECT_EQ(port.releases().size(), 0U);
@@ -144,12 +144,12 @@ TEST_F(HotKeyGrabs, AKeyThatIsDownWhenItIsRegisteredFiresWithItsNextPress) {
 }
 
 TEST_F(HotKeyGrabs, AHotKeyRegisteredAnewWhileItIsHeldFiresWithItsNextPress) {
-  const auto before = port.registerHotKey(kVirtualD, kControlAlt, 1);
+  const auto before = port.registerHotKey(kVK_ANSI_D, kControlAlt, 1);
   ASSERT_TRUE(before);
   keyboard.press(kControlAltKeys);
   keyboard.press(kKeyD);
   port.unregisterHotKey(*before);
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt, 2));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt, 2));
   keyboard.release(kKeyD);
   port.settle();
   EXPECT_EQ(port.releases().size(), 0U);
@@ -159,8 +159,8 @@ TEST_F(HotKeyGrabs, AHotKeyRegisteredAnewWhileItIsHeldFiresWithItsNextPress) {
 }
 
 TEST_F(HotKeyGrabs, AnotherKeyPressedWhileAHotKeyIsHeldIsNoUseOfIt) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt, 1));
-  ASSERT_TRUE(port.registerHotKey(kVirtualF, 0, 2));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt, 1));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_F, 0, 2));
   keyboard.press(kControlAltKeys);
   keyboard.press(kKeyD);
   keyboard.tap(kKeyF);
@@ -173,8 +173,8 @@ TEST_F(HotKeyGrabs, AnotherKeyPressedWhileAHotKeyIsHeldIsNoUseOfIt) {
 }
 
 TEST_F(HotKeyGrabs, TwoHotKeysOnOneKeyAreToldApart) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kHotKeyControl, 1));
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt, 2));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kHotKeyControl, 1));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt, 2));
   useHotKey();
   port.waitForReleases(1);
   EXPECT_EQ(port.releases()[0].hotKeyID.id, 2U);
@@ -187,7 +187,7 @@ TEST_F(HotKeyGrabs, TwoHotKeysOnOneKeyAreToldApart) {
 TEST_F(HotKeyGrabs, APressThatArrivesWhileRequestsAreSentIsNotOverlooked) {
   XClient client(server.display());
   client.own("CLIPBOARD", answersWith("text"));
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   port.call([&] {
     // Reading leaves a request behind that nothing has sent yet; when it leaves, the press is
     // there.
@@ -198,7 +198,7 @@ TEST_F(HotKeyGrabs, APressThatArrivesWhileRequestsAreSentIsNotOverlooked) {
 }
 
 TEST_F(HotKeyGrabs, FiresWhileAMouseButtonIsHeld) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   keyboard.holdMouseButton(true);
   useHotKey();
   port.waitForReleases(1);
@@ -207,7 +207,7 @@ TEST_F(HotKeyGrabs, FiresWhileAMouseButtonIsHeld) {
 
 TEST_F(HotKeyGrabs, FiresAgainAfterAnotherProgramsMenuHadTheKeyboard) {
   XClient client(server.display());
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   client.grabKeyboard(true);
   useHotKey();
   client.waitForRelease(kKeyD);

@@ -52,7 +52,7 @@ class HotKeyLeak : public HotKeyCenterTest {
   /// Main thread.
   void registerAndUnregister(int times) {
     for (int i = 0; i < times; ++i) {
-      const auto hotKey = add(kVirtualD);
+      const auto hotKey = add(kVK_ANSI_D);
       ASSERT_NE(hotKey, nullptr);
       center->unregisterHotKey(hotKey);
     }
@@ -63,7 +63,7 @@ TEST_F(HotKeyLeak, TenThousandRegistrationsLeaveNothingInTheServer) {
   const ServerResources resources(server.display());
   onMain([&] { registerAndUnregister(1); });
   const auto before = resources.counts();
-  onMain([&] { add(kVirtualD); });
+  onMain([&] { add(kVK_ANSI_D); });
   EXPECT_NE(resources.counts(), before);
   onMain([&] {
     center->unregisterAllHotKeys();

@@ -9,7 +9,7 @@ using KeyboardLayout = X11Test;
 TEST_F(KeyboardLayout, FiresWhileALockOnAnotherModifierIsOn) {
   // ScrollLock on a modifier of its own is not among the usual four variants.
   useLayout("scroll-lock.xkb");
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   keyboard.tap(kKeyScrollLock);
   ASSERT_NE(keyboard.modifiers(), 0U);
   useHotKey();
@@ -20,7 +20,7 @@ TEST_F(KeyboardLayout, FiresWhileALockOnAnotherModifierIsOn) {
 TEST_F(KeyboardLayout, FiresUnderAnyLayout) {
   for (const char* const layout : {"de", "fr", "ru", "dvorak"}) {
     ASSERT_EQ(server.run({"setxkbmap", layout}), 0);
-    const auto ref = port.registerHotKey(kVirtualD, kControlAlt);
+    const auto ref = port.registerHotKey(kVK_ANSI_D, kControlAlt);
     ASSERT_TRUE(ref) << layout;
     const auto before = port.releases().size();
     useHotKey();
@@ -31,7 +31,7 @@ TEST_F(KeyboardLayout, FiresUnderAnyLayout) {
 
 TEST_F(KeyboardLayout, FiresUnderTheSecondLayoutOfTwo) {
   ASSERT_EQ(server.run({"setxkbmap", "-option", "grp:menu_toggle", "us,ru"}), 0);
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   keyboard.tap(kKeyMenu);
   ASSERT_EQ(keyboard.group(), 1U);
   useHotKey();
@@ -39,7 +39,7 @@ TEST_F(KeyboardLayout, FiresUnderTheSecondLayoutOfTwo) {
 }
 
 TEST_F(KeyboardLayout, StaysRegisteredWhenTheLayoutChanges) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kControlAlt));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   for (const std::string layout : {"dvorak", "ru", "us"}) {
     ASSERT_EQ(server.run({"setxkbmap", layout}), 0);
     const auto before = port.releases().size();
@@ -49,7 +49,7 @@ TEST_F(KeyboardLayout, StaysRegisteredWhenTheLayoutChanges) {
 }
 
 TEST_F(KeyboardLayout, FollowsAModifierThatMovesToAnotherBit) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kHotKeyCommand));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kHotKeyCommand));
   useLayout("super-on-mod3.xkb");
   port.settle();
   keyboard.press({kKeyLeftSuper, kKeyD});
@@ -58,7 +58,7 @@ TEST_F(KeyboardLayout, FollowsAModifierThatMovesToAnotherBit) {
 }
 
 TEST_F(KeyboardLayout, FollowsTheKeyboardThatTheUserTypesOn) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kHotKeyCommand));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kHotKeyCommand));
   useLayout("super-on-mod3.xkb", keyboard.physicalDevice());
   keyboard.press(kKeyLeftSuper);
   port.settle();
@@ -68,7 +68,7 @@ TEST_F(KeyboardLayout, FollowsTheKeyboardThatTheUserTypesOn) {
 }
 
 TEST_F(KeyboardLayout, ComesBackWithTheModifierThatALayoutLacked) {
-  ASSERT_TRUE(port.registerHotKey(kVirtualD, kHotKeyCommand));
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kHotKeyCommand));
   ::testing::internal::CaptureStderr();
   useLayout("no-super.xkb");
   port.settle();

@@ -14,15 +14,6 @@ namespace seldial::platform::x11 {
 using namespace tests;  // NOLINT: the tests speak of the desktop's things by their short names
 using KeySetSeen = std::set<std::uint8_t>;
 
-/// Virtual key codes.
-enum VirtualKey : std::uint32_t {
-  kVirtualD = 2,
-  kVirtualF = 3,
-  kVirtualC = 8,
-  kVirtualNumLock = 71,
-  kVirtualInsert = 114,
-};
-
 constexpr std::uint32_t kControlAlt = kHotKeyControl | kHotKeyOption;
 const std::vector<std::uint8_t> kControlAltKeys{kKeyLeftControl, kKeyLeftAlt};
 
