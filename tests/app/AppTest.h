@@ -43,15 +43,15 @@ class AppTest : public testing::Test {
     application->commandLine = std::move(arguments);
   }
 
-  doubles::Journal journal;
-  const std::shared_ptr<doubles::ManualMainQueue> mainQueue =
-      std::make_shared<doubles::ManualMainQueue>();
-  const std::shared_ptr<doubles::RecordingApplication> application =
-      std::make_shared<doubles::RecordingApplication>(&journal);
-  const std::shared_ptr<doubles::FakeClipboard> clipboard =
-      std::make_shared<doubles::FakeClipboard>(&journal);
-  const std::shared_ptr<doubles::FakeHotKeyEvents> hotKeys =
-      std::make_shared<doubles::FakeHotKeyEvents>();
+  tests::Calls journal;
+  const std::shared_ptr<tests::ManualMainQueue> mainQueue =
+      std::make_shared<tests::ManualMainQueue>();
+  const std::shared_ptr<tests::RecordingApplication> application =
+      std::make_shared<tests::RecordingApplication>(&journal);
+  const std::shared_ptr<tests::FakeClipboard> clipboard =
+      std::make_shared<tests::FakeClipboard>(&journal);
+  const std::shared_ptr<tests::FakeHotKeyEvents> hotKeys =
+      std::make_shared<tests::FakeHotKeyEvents>();
   int desktopConnections = 0;
   tests::TemporaryDirectory directory;
   tests::CapturedOutput output;

@@ -28,7 +28,9 @@ struct FaultDesktop {
 class Scenario {
  public:
   /// `fault` is the one that `injector` injects, if any.
-  Scenario(FaultDesktop& desktop, FaultInjector& injector, std::optional<Fault> fault);
+  /// `mostDescriptors` is what it may have open before it is told to end, if that is known.
+  Scenario(FaultDesktop& desktop, FaultInjector& injector, std::optional<Fault> fault = {},
+           std::optional<std::size_t> mostDescriptors = {});
 
   /// Lives through all phases, with expectations of GoogleTest. Without a fault everything works.
   /// With one, the program may end by an error that it states; it may close its incoming socket and
@@ -44,6 +46,7 @@ class Scenario {
   void command();
   void press();
   void end();
+  void countDescriptors();
 
   void enter(Phase phase);
   [[nodiscard]] bool forgivable() const;
@@ -59,6 +62,7 @@ class Scenario {
   FaultDesktop& desktop_;
   FaultInjector& injector_;
   const std::optional<Fault> fault_;
+  const std::optional<std::size_t> mostDescriptors_;
   const TemporaryDirectory directory_;
   const std::string in_ = directory_.path("in");
   const std::string out_ = directory_.path("out");
@@ -67,7 +71,6 @@ class Scenario {
   std::vector<std::string> messages_;
   Phase phase_ = kStart;
   bool ended_ = false;
-  bool hasListened_ = false;
   bool listening_ = false;
   bool hasHotKey_ = false;
   std::optional<std::size_t> descriptors_;

@@ -96,7 +96,7 @@ TEST_F(HotKeyLifeCycle, TenThousandRegistrationsLeaveNothingBehind) {
 /// A record that only a static object owns is destroyed after main() has returned.
 TEST(HotKeyAtExitDeathTest, ARecordMayBeDestroyedWhileTheProcessEnds) {
   const auto endWithRecords = [] {
-    QKHotKeyCenter::setHotKeyEvents(std::make_shared<doubles::FakeHotKeyEvents>());
+    QKHotKeyCenter::setHotKeyEvents(std::make_shared<tests::FakeHotKeyEvents>());
     static std::shared_ptr<QKHotKey> early;
     static const auto center = QKHotKeyCenter::sharedHotKeyCenter();
     static std::shared_ptr<QKHotKey> late;

@@ -38,8 +38,7 @@ class HotKeyTest : public testing::Test {
     return [&calls](const QKKeyEvent& /*event*/) { ++calls; };
   }
 
-  const std::shared_ptr<doubles::FakeHotKeyEvents> port =
-      std::make_shared<doubles::FakeHotKeyEvents>();
+  const std::shared_ptr<tests::FakeHotKeyEvents> port = std::make_shared<tests::FakeHotKeyEvents>();
   std::shared_ptr<QKHotKeyCenter> center;
 };
 

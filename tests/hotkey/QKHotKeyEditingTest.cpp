@@ -7,7 +7,7 @@
 namespace seldial {
 namespace {
 
-using doubles::Journal;
+using Journal = tests::Calls;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -41,7 +41,7 @@ class RecordingField final : public QKHotKeyEditedField {
   }
 
   std::shared_ptr<QKHotKey> shown;
-  doubles::FakeKeyboardLayout layout;
+  tests::FakeKeyboardLayout layout;
   Journal journal;
   std::function<void()> onAction = [] {};
   std::function<void()> onResign = [] {};

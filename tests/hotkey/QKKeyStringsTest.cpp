@@ -27,7 +27,7 @@ class QKKeyStrings : public testing::Test {
     return QKStringFromKeyCode(keyCode, modifierFlags, layout);
   }
 
-  doubles::FakeKeyboardLayout layout;
+  tests::FakeKeyboardLayout layout;
 };
 
 TEST_F(QKKeyStrings, KeyZeroWithControlAndCommandIsTheirGlyphsAndTheLayoutsCharacter) {

@@ -16,7 +16,7 @@ class ShortcutWords : public testing::Test {
     return shortcutInWords(*hotKey, layout).toStdString();
   }
 
-  doubles::FakeKeyboardLayout layout;
+  tests::FakeKeyboardLayout layout;
 };
 
 TEST_F(ShortcutWords, NameTheModifiersInTheOrderOfTheGlyphsAndThenTheKey) {

@@ -12,7 +12,7 @@
 
 #include "platform/BackgroundQueue.h"
 
-namespace seldial::doubles {
+namespace seldial::tests {
 
 /// Keeps every task until the test runs it, on whatever thread the test is then. Any thread.
 class ManualBackgroundQueue final : public platform::BackgroundQueue {
@@ -112,4 +112,4 @@ class SteeredBackgroundQueue final : public platform::BackgroundQueue {
   int pending_ = 0;
 };
 
-}  // namespace seldial::doubles
+}  // namespace seldial::tests

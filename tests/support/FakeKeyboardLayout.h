@@ -9,7 +9,7 @@
 
 #include "platform/Keyboard.h"
 
-namespace seldial::doubles {
+namespace seldial::tests {
 
 /// Says what the test put in, and keeps what it was asked: key code and modifier key state.
 class FakeKeyboardLayout final : public platform::KeyboardLayout {
@@ -26,4 +26,4 @@ class FakeKeyboardLayout final : public platform::KeyboardLayout {
   std::vector<std::pair<std::uint16_t, std::uint32_t>> asked;
 };
 
-}  // namespace seldial::doubles
+}  // namespace seldial::tests

@@ -1,5 +1,5 @@
 // Recording doubles of the platform interfaces. Each keeps what was asked of it, in order, and
-// answers what the test put in. `Journal` is shared where the order across interfaces matters.
+// answers what the test put in. `Calls` is shared where the order across interfaces matters.
 #pragma once
 
 #include <cstdint>
@@ -16,9 +16,10 @@
 #include "platform/HotKeyEvents.h"
 #include "platform/MainQueue.h"
 
-namespace seldial::doubles {
+namespace seldial::tests {
 
-using Journal = std::vector<std::string>;
+/// The calls that doubles received, in order, for one thread. Journal.h serves several.
+using Calls = std::vector<std::string>;
 
 /// Keeps posted tasks until the test runs them. Single-threaded: the caller is the main thread
 /// unless the test says otherwise.
@@ -42,7 +43,7 @@ class ManualMainQueue final : public platform::MainQueue {
 
 class RecordingApplication final : public platform::Application {
  public:
-  explicit RecordingApplication(Journal* journal = nullptr) : journal_(journal) {}
+  explicit RecordingApplication(Calls* calls = nullptr) : calls_(calls) {}
 
   [[nodiscard]] const std::vector<std::string>& arguments() const override { return commandLine; }
   void terminate(platform::ApplicationDelegate* sender) override {
@@ -50,7 +51,7 @@ class RecordingApplication final : public platform::Application {
   }
   void usleep(std::uint32_t microseconds) override {
     sleeps.push_back(microseconds);
-    if (journal_ != nullptr) journal_->push_back("usleep " + std::to_string(microseconds));
+    if (calls_ != nullptr) calls_->push_back("usleep " + std::to_string(microseconds));
   }
 
   std::vector<std::string> commandLine;
@@ -58,14 +59,14 @@ class RecordingApplication final : public platform::Application {
   std::vector<std::uint32_t> sleeps;
 
  private:
-  Journal* journal_;
+  Calls* calls_;
 };
 
-/// Writes "clear", "copySelection" and "text" into the journal. copySelection() runs `onCopy`,
+/// Writes "clear", "copySelection" and "text" into the calls. copySelection() runs `onCopy`,
 /// where a test plays the frontmost application.
 class FakeClipboard final : public platform::Clipboard {
  public:
-  explicit FakeClipboard(Journal* journal = nullptr) : journal_(journal) {}
+  explicit FakeClipboard(Calls* calls = nullptr) : calls_(calls) {}
 
   void clear() override {
     note("clear");
@@ -87,10 +88,10 @@ class FakeClipboard final : public platform::Clipboard {
 
  private:
   void note(const char* call) {
-    if (journal_ != nullptr) journal_->push_back(call);
+    if (calls_ != nullptr) calls_->push_back(call);
   }
 
-  Journal* journal_;
+  Calls* calls_;
 };
 
 /// Accepts every combination that is not already taken, until told to refuse.
@@ -145,4 +146,4 @@ class FakeHotKeyEvents final : public platform::HotKeyEvents {
   platform::HotKeyRef nextRef_ = 1000;
 };
 
-}  // namespace seldial::doubles
+}  // namespace seldial::tests

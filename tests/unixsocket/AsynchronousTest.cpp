@@ -11,8 +11,8 @@
 namespace seldial::tests {
 namespace {
 
-using Queue = doubles::SteeredBackgroundQueue;
-using HeldQueue = doubles::ManualBackgroundQueue;
+using Queue = tests::SteeredBackgroundQueue;
+using HeldQueue = tests::ManualBackgroundQueue;
 
 TEST(Asynchronous, ReadGivesTheDataOnAnotherThread) {
   const auto queue = std::make_shared<Queue>();

@@ -170,8 +170,8 @@ class Stage {
   }
 
   const Plan plan_;
-  const std::shared_ptr<doubles::SteeredBackgroundQueue> queue_ =
-      std::make_shared<doubles::SteeredBackgroundQueue>();
+  const std::shared_ptr<tests::SteeredBackgroundQueue> queue_ =
+      std::make_shared<tests::SteeredBackgroundQueue>();
   TemporaryDirectory directory_;
   const std::string path_ = directory_.path("socket");
   const std::shared_ptr<RecordingServerDelegate> delegate_ =

@@ -178,7 +178,7 @@ TEST_F(Lifecycle, AListenInTheCloseCallbackThatFailsDoesNotBlock) {
 }
 
 TEST_F(Lifecycle, ADestroyedServerThatListensInItsCloseCallbackLeavesNothing) {
-  auto held = std::make_shared<doubles::ManualBackgroundQueue>();
+  auto held = std::make_shared<tests::ManualBackgroundQueue>();
   auto other = GDUnixSocketServer::initWithSocketPath(path, 256, held);
   other->setDelegate(delegate);
   const std::size_t before = openDescriptors();

@@ -170,8 +170,8 @@ TEST_F(ServerListen, ADelegateIsNotNeededAndMayVanish) {
 /// The accept loop, with a queue that the test runs by hand.
 class AcceptLoopStart : public testing::Test {
  protected:
-  const std::shared_ptr<doubles::ManualBackgroundQueue> queue =
-      std::make_shared<doubles::ManualBackgroundQueue>();
+  const std::shared_ptr<tests::ManualBackgroundQueue> queue =
+      std::make_shared<tests::ManualBackgroundQueue>();
   TemporaryDirectory directory;
   const std::string path = directory.path("socket");
   std::shared_ptr<GDUnixSocketServer> server =

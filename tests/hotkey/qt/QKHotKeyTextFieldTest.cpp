@@ -99,12 +99,12 @@ TEST_F(QKHotKeyTextFieldTest, TheSameRecordAgainChangesNothingAndIsNotShownAfres
 class QKHotKeyTextFieldLayoutTest : public FieldTest {
  protected:
   QKHotKeyTextFieldLayoutTest()
-      : QKHotKeyTextFieldLayoutTest(std::make_shared<doubles::FakeKeyboardLayout>()) {}
+      : QKHotKeyTextFieldLayoutTest(std::make_shared<tests::FakeKeyboardLayout>()) {}
 
-  std::shared_ptr<doubles::FakeKeyboardLayout> layout;
+  std::shared_ptr<tests::FakeKeyboardLayout> layout;
 
  private:
-  explicit QKHotKeyTextFieldLayoutTest(const std::shared_ptr<doubles::FakeKeyboardLayout>& fake)
+  explicit QKHotKeyTextFieldLayoutTest(const std::shared_ptr<tests::FakeKeyboardLayout>& fake)
       : FieldTest({fake, QtDesktop::shared().ports().keyboard().recording}), layout(fake) {}
 };
 

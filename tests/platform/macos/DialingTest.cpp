@@ -113,7 +113,7 @@ class MacDialing : public tests::AppleTest {
 
   tests::CapturedOutput output;
   std::shared_ptr<AppDelegate> app = AppDelegate::init(
-      {std::make_shared<doubles::RecordingApplication>(&apple().calls),
+      {std::make_shared<tests::RecordingApplication>(&apple().calls),
        std::make_shared<DispatchMainQueue>(), platform::macos::makePorts({}).connectDesktop});
 };
 
