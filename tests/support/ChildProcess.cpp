@@ -93,8 +93,9 @@ int startProcess(pid_t& pid, Start start, Pipe failure) {
 
 }  // namespace
 
-ChildProcess::ChildProcess(std::vector<std::string> command, std::vector<std::string> environment,
-                           const std::string& hint, const Streams& streams) {
+ChildProcess::ChildProcess(std::vector<std::string> command,
+                           const std::vector<std::string>& environment, const std::string& hint,
+                           const Streams& streams) {
   auto whole = mergedEnvironment(environment);
   const auto arguments = argumentVector(command);
   const auto variables = argumentVector(whole);

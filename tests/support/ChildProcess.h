@@ -30,7 +30,8 @@ class ChildProcess {
   /// `command` is searched in PATH. `environment` is added to the test's own: "NAME=value" sets a
   /// variable, "NAME" removes it. Throws std::runtime_error where the program is not found; the
   /// text ends with `hint`.
-  explicit ChildProcess(std::vector<std::string> command, std::vector<std::string> environment = {},
+  explicit ChildProcess(std::vector<std::string> command,
+                        const std::vector<std::string>& environment = {},
                         const std::string& hint = {}, const Streams& streams = {});
   /// Kills and reaps it.
   ~ChildProcess();
