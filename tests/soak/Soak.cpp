@@ -179,6 +179,7 @@ class Life {
 
   void hold() {
     std::vector<Peer> held;
+    held.reserve(50);
     for (int i = 0; i < 50; ++i) held.push_back(Peer::connectedTo(in_));
     std::this_thread::sleep_for(milliseconds(700));
   }
@@ -243,7 +244,7 @@ double soak(Clock::time_point end, Totals& totals) {
 
 int main(int argc, char* argv[]) {
   using namespace seldial::tests;
-  const auto minutes = std::chrono::minutes(argc > 1 ? std::atoi(argv[1]) : 60);
+  const auto minutes = std::chrono::minutes(argc > 1 ? std::strtol(argv[1], nullptr, 10) : 60);
   Totals totals;
   int status = 0;
   double slope = 0;
