@@ -33,6 +33,9 @@ class Builder {
   void text(std::string_view token) {
     if (JSONValue* value = place()) *value = textFromToken(token);
   }
+  void number(std::string_view token) {
+    if (JSONValue* value = place()) *value = *numberFromToken(token);
+  }
   void scalar(JSONValue scalar) {
     if (JSONValue* value = place()) *value = std::move(scalar);
   }
@@ -160,9 +163,9 @@ class Parser {
 
   bool parseNumber() {
     const std::size_t length = numberLength();
-    auto value = length > 0 ? numberFromToken(text_.substr(0, length)) : std::nullopt;
-    if (!value) return false;
-    if (builder_ != nullptr) builder_->scalar(*std::move(value));
+    const std::string_view token = text_.substr(0, length);
+    if (token.empty() || !isFiniteNumber(token)) return false;
+    if (builder_ != nullptr) builder_->number(token);
     text_.remove_prefix(length);
     return true;
   }

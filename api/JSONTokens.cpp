@@ -150,6 +150,13 @@ std::optional<JSONValue> numberFromToken(std::string_view token) {
   return std::isfinite(number) ? std::optional<JSONValue>(number) : std::nullopt;
 }
 
+bool isFiniteNumber(std::string_view token) {
+  constexpr std::size_t kFewDigits = 300;  // without an exponent, less than any double's limit
+  if (token.size() <= kFewDigits && token.find_first_of("eE") == std::string_view::npos)
+    return true;
+  return numberFromToken(token).has_value();
+}
+
 std::size_t escapeLength(std::string_view text) {
   if (text.size() < 2) return 0;
   if (text[1] != 'u') return kShortEscapes.find(text[1]) != std::string_view::npos ? 2 : 0;

@@ -14,6 +14,9 @@ namespace seldial {
 /// locale. Needs little memory, however long the token is.
 [[nodiscard]] std::optional<JSONValue> numberFromToken(std::string_view token);
 
+/// Whether numberFromToken() gives a value. Quick for the usual numbers.
+[[nodiscard]] bool isFiniteNumber(std::string_view token);
+
 /// Length in bytes of the escape that `text` begins with, a backslash and what follows: 2, 6, or 12
 /// for a surrogate pair. 0 if it is not valid.
 [[nodiscard]] std::size_t escapeLength(std::string_view text);

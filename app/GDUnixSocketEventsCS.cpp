@@ -1,16 +1,51 @@
 #include "app/GDUnixSocketEventsCS.h"
 
+#include <mutex>
 #include <utility>
+#include <vector>
 
 #include "api/FatalError.h"
 #include "api/Utf8.h"
 #include "app/AppDelegate.h"
 
 namespace seldial {
+namespace {
+
+/// The log line and the append of each chunk, in the order in which they arrived.
+void takeChunks(AppDelegate& main, const std::string& clientID, const std::string& text,
+                const std::vector<std::size_t>& ends) {
+  std::size_t begin = 0;
+  for (const std::size_t end : ends) {
+    const std::string chunk = text.substr(begin, end - begin);
+    std::string line = "Unix socket server; did receive: ";
+    main.log(line.append(chunk).append("; from client with id: ").append(clientID));
+    main.appendUnixSocketInput(clientID, chunk);
+    begin = end;
+  }
+}
+
+}  // namespace
+
+/// Chunks of one client that arrived one after another.
+struct GDUnixSocketEventsCS::Received {
+  const std::string clientID;
+  std::string text;
+  std::vector<std::size_t> ends;  ///< of each chunk, in `text`
+};
+
+/// The chunks that were posted last, as long as the main thread has not begun with them and nothing
+/// was posted after them: the next chunk is added to them. Chunks are small and the main thread may
+/// be far behind, so that a step of its own for each would cost several times the command's size.
+struct GDUnixSocketEventsCS::LastReceived {
+  std::mutex mutex;
+  std::shared_ptr<Received> chunks;  ///< guarded by `mutex`; null if the next chunk needs a step
+};
 
 GDUnixSocketEventsCS::GDUnixSocketEventsCS(std::weak_ptr<AppDelegate> main,
                                            std::shared_ptr<platform::MainQueue> mainQueue)
-    : Main(std::move(main)), mainQueue_(std::move(mainQueue)) {}
+    : Main(std::move(main)),
+      mainQueue_(std::move(mainQueue)),
+      lastReceived_(std::make_shared<LastReceived>()) {}
 
 void GDUnixSocketEventsCS::unixSocketServerDidStartListening(GDUnixSocketServer& /*server*/) {
   logOnMainQueue("Unix socket server; did start listening");
@@ -42,8 +77,20 @@ void GDUnixSocketEventsCS::unixSocketServerDidReceiveData(GDUnixSocketServer& /*
                    ".");
     return;
   }
-  logOnMainQueue("Unix socket server; did receive: " + data + "; from client with id: " + clientID);
-  appendUnixSocketInput(clientID, data);
+  const std::lock_guard lock(lastReceived_->mutex);
+  auto& chunks = lastReceived_->chunks;
+  if (!chunks || chunks->clientID != clientID) {
+    chunks = std::make_shared<Received>(Received{clientID, {}, {}});
+    postLocked([last = lastReceived_, received = chunks](AppDelegate& main) {
+      {
+        const std::lock_guard taking(last->mutex);
+        if (last->chunks == received) last->chunks = nullptr;
+      }
+      takeChunks(main, received->clientID, received->text, received->ends);
+    });
+  }
+  chunks->text += data;
+  chunks->ends.push_back(chunks->text.size());
 }
 
 void GDUnixSocketEventsCS::unixSocketServerDidFailToReadForClientID(GDUnixSocketServer& /*server*/,
@@ -72,13 +119,15 @@ void GDUnixSocketEventsCS::logOnMainQueue(std::string message) {
   postToMain([message = std::move(message)](AppDelegate& main) { main.log(message); });
 }
 
-void GDUnixSocketEventsCS::appendUnixSocketInput(const std::string& clientID, std::string text) {
-  postToMain([clientID, text = std::move(text)](AppDelegate& main) {
-    main.appendUnixSocketInput(clientID, text);
-  });
+template <class Step>
+void GDUnixSocketEventsCS::postToMain(Step step) {
+  const std::lock_guard lock(lastReceived_->mutex);
+  lastReceived_->chunks = nullptr;
+  postLocked(std::move(step));
 }
 
-void GDUnixSocketEventsCS::postToMain(std::function<void(AppDelegate&)> step) {
+template <class Step>
+void GDUnixSocketEventsCS::postLocked(Step step) {
   mainQueue_->async([weakMain = Main, step = std::move(step)] {
     const auto main = weakMain.lock();
     if (!main) fatalError("socket event: the application is gone");

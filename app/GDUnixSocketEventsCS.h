@@ -1,7 +1,6 @@
 // Passes socket events from background threads to the main queue.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -46,11 +45,18 @@ class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
   const std::weak_ptr<AppDelegate> Main;
 
  private:
+  struct Received;
+  struct LastReceived;
+
   /// Posts a step to the main queue.
-  void postToMain(std::function<void(AppDelegate&)> step);
-  void appendUnixSocketInput(const std::string& clientID, std::string text);
+  template <class Step>
+  void postToMain(Step step);
+  /// Likewise, while the caller holds the lock that keeps steps in the order of the callbacks.
+  template <class Step>
+  void postLocked(Step step);
 
   const std::shared_ptr<platform::MainQueue> mainQueue_;
+  const std::shared_ptr<LastReceived> lastReceived_;
 };
 
 }  // namespace seldial

@@ -1,6 +1,7 @@
 // The incoming channel. It serves one client at a time; its input is one command, which ends when
 // it disconnects.
 #include <cstdio>
+#include <utility>
 
 #include "app/AppDelegate.h"
 #include "app/GDUnixSocketEventsCS.h"
@@ -46,9 +47,9 @@ void AppDelegate::appendUnixSocketInput(const std::string& clientID, const std::
 void AppDelegate::processUnixSocketInputString(const std::string& clientID) {
   if (clientID != UnixSocketConnetedClientId) return;
   log("Process Unix socket input string.");
-  processInputString(UnixSocketInputString);
+  // Moved, so that the memory of a large input is returned while it is processed.
+  processInputString(std::exchange(UnixSocketInputString, std::string()));
   UnixSocketConnetedClientId = "";
-  std::string().swap(UnixSocketInputString);  // gives the memory of a long input back, too
 }
 
 std::shared_ptr<GDUnixSocketEventsCS> AppDelegate::unixSocketEvents() {

@@ -109,10 +109,10 @@ std::string UcClient::receive(std::chrono::milliseconds limit) const {
   return message;
 }
 
-std::string UcClient::ask(const std::string& command) const {
+std::string UcClient::ask(const std::string& command, std::chrono::milliseconds limit) const {
   send(command);
-  auto answer = receive();
-  if (answer.empty()) throw std::runtime_error("no answer to " + command);
+  auto answer = receive(limit);
+  if (answer.empty()) throw std::runtime_error("no answer to " + command.substr(0, 80));
   return answer;
 }
 

@@ -58,7 +58,8 @@ class UcClient {
   [[nodiscard]] std::string receive(std::chrono::milliseconds limit = kLimit) const;
 
   /// Sends and receives. Throws if no answer comes.
-  [[nodiscard]] std::string ask(const std::string& command) const;
+  [[nodiscard]] std::string ask(const std::string& command,
+                                std::chrono::milliseconds limit = kLimit) const;
 
  private:
   std::string directory_;

@@ -125,7 +125,38 @@ TEST_F(SocketChannels, ACallbackTouchesNoStateItself) {
   EXPECT_EQ(app->UnixSocketConnetedClientId, "");
   EXPECT_EQ(app->UnixSocketInputString, "");
   EXPECT_EQ(output.text(), "");
-  EXPECT_THAT(mainQueue->tasks, SizeIs(4));
+  EXPECT_THAT(mainQueue->tasks, SizeIs(3));
+}
+
+TEST_F(SocketChannels, ChunksThatFollowEachOtherAreOneStepWithALogLineEach) {
+  accept("A");
+  receive("A", "one");
+  receive("A", "two");
+  EXPECT_THAT(mainQueue->tasks, SizeIs(3));
+  EXPECT_THAT(drained(),
+              ElementsAre("Log> Unix socket server; did accept client with id: A",
+                          "Log> Unix socket now taking input from client: A.",
+                          "Log> Unix socket server; did receive: one; from client with id: A",
+                          "Log> Unix socket server; did receive: two; from client with id: A"));
+  EXPECT_EQ(app->UnixSocketInputString, "onetwo");
+}
+
+TEST_F(SocketChannels, AChunkAfterAnythingElseIsNotTakenBeforeIt) {
+  accept("A");
+  receive("A", "1");
+  receive("B", "2");
+  receive("A", "3");
+  receive("A", "\xff");
+  receive("A", "4");
+  accept("B");
+  receive("A", "5");
+  receive("B", "6");
+  mainQueue->drain();
+  receive("B", "7");
+  EXPECT_EQ(app->UnixSocketInputString, "6");
+  mainQueue->drain();
+  EXPECT_EQ(app->UnixSocketInputString, "67");
+  EXPECT_THAT(output.text(), testing::HasSubstr(" did contain 134; PURGED !!!"));
 }
 
 TEST_F(SocketChannels, TheLogLineOfEachCallbackIsExact) {
