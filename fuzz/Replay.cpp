@@ -19,8 +19,7 @@ int replay(const std::filesystem::path& file) {
     std::fprintf(stderr, "%s: cannot be read\n", file.c_str());
     return -1;
   }
-  std::printf("%s\n", file.c_str());
-  std::fflush(stdout);  // so that it is known which one crashed
+  std::fprintf(stderr, "%s\n", file.c_str());  // so that it is known which one crashed
   // A copy of exactly this size, so that a sanitizer sees a read behind its end.
   const std::vector<std::uint8_t> data(bytes.begin(), bytes.end());
   LLVMFuzzerTestOneInput(data.data(), data.size());
