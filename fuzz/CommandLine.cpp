@@ -59,11 +59,11 @@ std::vector<std::string> lines(std::string_view input) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const auto application = std::make_shared<seldial::doubles::RecordingApplication>();
+  const auto application = std::make_shared<seldial::tests::RecordingApplication>();
   const auto& arguments = application->commandLine =
       lines({reinterpret_cast<const char*>(data), size});
   const auto app = seldial::AppDelegate::init(
-      {application, std::make_shared<seldial::doubles::ManualMainQueue>(), {}});
+      {application, std::make_shared<seldial::tests::ManualMainQueue>(), {}});
   app->parseCommandLine();
   CHECK(app->FlagHelp == (hasFlag(arguments, "help") || hasFlag(arguments, "h")));
   CHECK(app->FlagChangeLog == hasFlag(arguments, "changelog"));

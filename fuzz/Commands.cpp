@@ -182,14 +182,14 @@ class Script {
   std::string_view input_;
   ExpectedChannel expected_;
   seldial::tests::CapturedOutput output_;
-  const std::shared_ptr<seldial::doubles::ManualMainQueue> mainQueue_ =
-      std::make_shared<seldial::doubles::ManualMainQueue>();
-  const std::shared_ptr<seldial::doubles::RecordingApplication> application_ =
-      std::make_shared<seldial::doubles::RecordingApplication>();
-  const std::shared_ptr<seldial::doubles::FakeHotKeyEvents> hotKeys_ =
-      std::make_shared<seldial::doubles::FakeHotKeyEvents>();
-  const std::shared_ptr<seldial::doubles::FakeClipboard> clipboard_ =
-      std::make_shared<seldial::doubles::FakeClipboard>();
+  const std::shared_ptr<seldial::tests::ManualMainQueue> mainQueue_ =
+      std::make_shared<seldial::tests::ManualMainQueue>();
+  const std::shared_ptr<seldial::tests::RecordingApplication> application_ =
+      std::make_shared<seldial::tests::RecordingApplication>();
+  const std::shared_ptr<seldial::tests::FakeHotKeyEvents> hotKeys_ =
+      std::make_shared<seldial::tests::FakeHotKeyEvents>();
+  const std::shared_ptr<seldial::tests::FakeClipboard> clipboard_ =
+      std::make_shared<seldial::tests::FakeClipboard>();
   const std::shared_ptr<seldial::AppDelegate> app_ = [this] {
     const seldial::platform::Ports ports{
         application_, mainQueue_, [this] {
