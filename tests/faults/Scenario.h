@@ -50,8 +50,8 @@ class Scenario {
 
   void enter(Phase phase);
   [[nodiscard]] bool forgivable() const;
-  [[nodiscard]] bool isAnswered(const std::string& part);
-  [[nodiscard]] bool ask(const std::string& text, const std::string& part);
+  [[nodiscard]] bool isAnswered(const std::string& part, bool first);
+  [[nodiscard]] bool ask(const std::string& text, const std::string& part, bool first);
   [[nodiscard]] bool hasEnded();
   void expectOrderlyEnd();
   void expectStatedError();
