@@ -81,7 +81,7 @@ std::optional<Error> GDUnixSocketServer::openListening(std::int32_t backlog) {
     // Kept on purpose: built after the close, with descriptor -1 and the errno that the close left.
     return errorOfFailedCall(GDUnixSocketErrorBindFailed, fd());
   }
-  socketFile_ = fileAt(path);
+  socketFile_ = fileAt(path).value_or(FileIdentity{});
   pathWasTakenOver_ = false;
   if (!listenOn(backlog)) {
     closeListening();
@@ -164,7 +164,8 @@ std::optional<Error> GDUnixSocketServer::closeListening() {
 std::optional<Error> GDUnixSocketServer::unlinkSocketFile() {
   const std::optional<FileIdentity> present = fileAt(socketPath());
   if (!present || !socketFile_) return {};
-  if (*present != *socketFile_) {
+  const bool identityIsKnown = *socketFile_ != FileIdentity{};
+  if (identityIsKnown && *present != *socketFile_) {
     pathWasTakenOver_ = true;
   } else if (::unlink(socketPath().c_str()) != 0) {
     return errorOfFailedCall(GDUnixSocketErrorUnlinkFailed, fd());

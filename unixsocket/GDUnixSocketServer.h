@@ -192,10 +192,11 @@ class GDUnixSocketServer final : public GDUnixSocket {
     bool hasReader = false;  ///< a background task reads from it until it leaves the table
   };
 
-  /// Tells a file from every other that exists at the same time.
+  /// Distinguishes a file from every other that exists at the same time. All zero: not known, since
+  /// the file could not be examined after bind; it is then taken for our own.
   struct FileIdentity {
-    dev_t device;
-    ino_t inode;
+    dev_t device = 0;
+    ino_t inode = 0;
     bool operator==(const FileIdentity&) const = default;
   };
 

@@ -74,7 +74,6 @@ TEST_P(Faults, EachSystemCallFails) {
 }
 
 TEST_P(Faults, EachAllocationFails) {
-  if (SELDIAL_SANITIZED) GTEST_SKIP() << "a sanitizer brings an allocator of its own";
   const int count = reference<AllocationFaultInjector>()[{GetParam(), "allocation"}];
   const int step = exhaustive() ? 1 : std::max(1, count / kSampledAllocations);
   for (int occurrence = 0; occurrence < count; occurrence += step) {
