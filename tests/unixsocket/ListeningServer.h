@@ -15,7 +15,10 @@ namespace seldial::tests {
 class ListeningServer : public testing::Test {
  protected:
   ListeningServer() { server->setDelegate(delegate); }
-  ~ListeningServer() override { server->closeSilently(); }
+  ~ListeningServer() override {
+    server->closeSilently();
+    queue->waitUntilIdle();  // a task may hold the server, and with it this queue
+  }
 
   /// A server on the test's queue.
   [[nodiscard]] std::shared_ptr<GDUnixSocketServer> serverAt(const std::string& socketPath) const {
