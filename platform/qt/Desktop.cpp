@@ -8,7 +8,6 @@
 
 #include "platform/linux/MainLoop.h"
 #include "platform/x11/Desktop.h"
-#include "platform/x11/GrabFocus.h"
 
 namespace seldial::platform::qt {
 

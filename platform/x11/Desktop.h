@@ -26,4 +26,8 @@ std::shared_ptr<Session> connect(std::shared_ptr<linux_port::MainLoop> loop,
 std::shared_ptr<HotKeyEvents> hotKeyEvents(const std::shared_ptr<Session>& session);
 std::shared_ptr<RecordingKeyboard> recordingKeyboard(const std::shared_ptr<Session>& session);
 
+/// Whether an event of an X connection says that a window has lost, or regained, the keyboard to a
+/// grab while the focus stays where it is. A hot key that is pressed is such a grab.
+[[nodiscard]] bool isFocusChangeOfGrab(const void* event);
+
 }  // namespace seldial::platform::x11

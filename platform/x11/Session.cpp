@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/x11/Xcb.h"
+
 namespace seldial::platform::x11 {
 
 Session::Session(std::unique_ptr<Connection> open, std::shared_ptr<linux_port::MainLoop> mainLoop,
@@ -27,6 +29,13 @@ std::shared_ptr<HotKeyEvents> hotKeyEvents(const std::shared_ptr<Session>& sessi
 
 std::shared_ptr<RecordingKeyboard> recordingKeyboard(const std::shared_ptr<Session>& session) {
   return {session, &session->recordedKeys};
+}
+
+bool isFocusChangeOfGrab(const void* event) {
+  const auto& generic = *static_cast<const xcb_generic_event_t*>(event);
+  if (kindOf(generic) != XCB_FOCUS_IN && kindOf(generic) != XCB_FOCUS_OUT) return false;
+  const auto mode = as<xcb_focus_in_event_t>(generic).mode;
+  return mode == XCB_NOTIFY_MODE_GRAB || mode == XCB_NOTIFY_MODE_UNGRAB;
 }
 
 }  // namespace seldial::platform::x11
