@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "client/HotKey.h"
+#include "client/Protocol.h"
 
 namespace seldial {
 

@@ -7,8 +7,8 @@
 #include <QPushButton>
 #include <QSpinBox>
 
-#include "client/Messages.h"
-#include "shortcut/ShortcutWords.h"
+#include "client/Protocol.h"
+#include "shortcut/Shortcut.h"
 
 namespace seldial {
 namespace {

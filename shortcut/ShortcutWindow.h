@@ -7,9 +7,9 @@
 #include <optional>
 #include <string>
 
-#include "client/HotKey.h"
+#include "client/Protocol.h"
 #include "hotkey/qt/QKHotKeyTextField.h"
-#include "shortcut/ShortcutTrial.h"
+#include "shortcut/Shortcut.h"
 #include "shortcut/StatusPanel.h"
 
 class QGridLayout;

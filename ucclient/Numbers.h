@@ -41,4 +41,12 @@ constexpr std::size_t kLongestSelection = 100000;
 /// The text's digits, "*" and "#", and a "+" in front.
 [[nodiscard]] std::string dialledCharacters(const std::string& text);
 
+/// Selected text in the characters in which telephone numbers are usually typed: every decimal
+/// digit of Unicode as 0 to 9, every blank as one space, every hyphen, dash and minus sign as "-",
+/// every dot as ".", every plus sign as "+", fullwidth characters as ASCII, and every kind of line
+/// break, and the tab that separates columns, as a line feed. Invisible characters, such as soft
+/// hyphens and direction marks, are removed. All others are kept. Bytes that are not UTF-8 become
+/// U+FFFD.
+[[nodiscard]] std::string cleanedText(const std::string& text);
+
 }  // namespace seldial

@@ -14,7 +14,6 @@
 #include <set>
 
 #include "ucclient/Numbers.h"
-#include "ucclient/SelectedText.h"
 
 namespace seldial {
 namespace {

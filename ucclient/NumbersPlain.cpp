@@ -2,7 +2,6 @@
 #include <algorithm>
 
 #include "ucclient/Numbers.h"
-#include "ucclient/SelectedText.h"
 
 namespace seldial {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "client/HotKey.h"
+#include "client/Protocol.h"
 #include "ucclient/Dialling.h"
 
 namespace seldial {

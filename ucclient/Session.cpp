@@ -8,7 +8,7 @@
 #include <thread>
 #include <utility>
 
-#include "client/Messages.h"
+#include "client/Protocol.h"
 #include "ucclient/Notifications.h"
 #include "unixsocket/GDUnixSocketClient.h"
 

@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "client/HotKey.h"
+#include "client/Protocol.h"
 #include "platform/VirtualKeys.h"
 
 namespace seldial {

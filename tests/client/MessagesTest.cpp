@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "api/MessageRecords.h"
-#include "client/Messages.h"
+#include "client/Protocol.h"
 #include "platform/VirtualKeys.h"
 
 namespace seldial {

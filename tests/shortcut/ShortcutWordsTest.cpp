@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/VirtualKeys.h"
-#include "shortcut/ShortcutWords.h"
+#include "shortcut/Shortcut.h"
 #include "tests/support/FakeKeyboardLayout.h"
 
 namespace seldial {

@@ -6,7 +6,6 @@
 #include <fstream>
 
 #include "ucclient/Numbers.h"
-#include "ucclient/SelectedText.h"
 
 namespace seldial {
 namespace {

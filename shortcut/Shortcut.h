@@ -1,10 +1,23 @@
+// A recorded shortcut: in words, as the hot key that the command sets, and tried out.
 #pragma once
 
+#include <QString>
 #include <memory>
 
+#include "client/Protocol.h"
 #include "hotkey/QKHotKey.h"
+#include "platform/Keyboard.h"
 
 namespace seldial {
+
+/// "Ctrl + Alt + D": the shortcut for people who do not know or do not see the glyphs.
+[[nodiscard]] QString shortcutInWords(const QKHotKey& hotKey, platform::KeyboardLayout& layout);
+
+/// The hot key of a record.
+[[nodiscard]] HotKey hotKeyOf(const QKHotKey& hotKey);
+
+/// Whether its key is a modifier key, so that there is no key besides the modifiers.
+[[nodiscard]] bool hasOnlyModifiers(const QKHotKey& hotKey);
 
 /// Whether a shortcut can be used on this desktop.
 enum class ShortcutState {
@@ -14,8 +27,8 @@ enum class ShortcutState {
   kUnusable,  ///< no program can register it
 };
 
-/// Registers a shortcut while it is tried out, one at a time. The record itself is registered: a
-/// copy would unregister it when it is destroyed. Main thread.
+/// Registers a shortcut, one at a time, so that it can be tried out. It registers the record
+/// itself, since a copy would unregister it when it is destroyed. Main thread only.
 class ShortcutTrial {
  public:
   ShortcutTrial() = default;

@@ -1,9 +1,10 @@
-#include "shortcut/ShortcutWords.h"
+#include "shortcut/Shortcut.h"
 
 #include <QStringList>
 #include <algorithm>
 #include <iterator>
 
+#include "hotkey/QKHotKeyCenter.h"
 #include "hotkey/QKKeyStrings.h"
 #include "platform/VirtualKeys.h"
 
@@ -85,6 +86,27 @@ HotKey hotKeyOf(const QKHotKey& hotKey) {
 
 bool hasOnlyModifiers(const QKHotKey& hotKey) {
   return isModifierKey(hotKey.keyCode());
+}
+
+bool ShortcutTrial::isUsable(const QKHotKey& hotKey) {
+  const auto center = QKHotKeyCenter::sharedHotKeyCenter();
+  return center && center->canRegisterHotKeyWithKeyCode(hotKey.keyCode(), hotKey.modifierFlags());
+}
+
+ShortcutState ShortcutTrial::take(const std::shared_ptr<QKHotKey>& hotKey) {
+  if (taken_ == hotKey) return hotKey ? ShortcutState::kFree : ShortcutState::kUnknown;
+  giveBack();
+  const auto center = QKHotKeyCenter::sharedHotKeyCenter();
+  if (!hotKey || !center) return ShortcutState::kUnknown;
+  if (!isUsable(*hotKey)) return ShortcutState::kUnusable;
+  taken_ = center->registerHotKey(hotKey);
+  return taken_ ? ShortcutState::kFree : ShortcutState::kHeld;
+}
+
+void ShortcutTrial::giveBack() {
+  if (!taken_) return;
+  QKHotKeyCenter::sharedHotKeyCenter()->unregisterHotKey(taken_);
+  taken_.reset();
 }
 
 }  // namespace seldial

@@ -1,4 +1,5 @@
-// A hot key as people write it and as the command "SetHotKey" carries it.
+// Hot keys as people write them, and the JSON messages as a UC client sees them: the command that
+// it sends and the messages it receives.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +11,8 @@ namespace seldial {
 /// A plain value.
 struct HotKey {
   std::uint16_t virtualKey = 0;  ///< a platform::VirtualKey
-  std::uint64_t modifierFlags =
-      0;  ///< platform::ModifierFlag bits of Control, Option, Shift, Command
+  /// Control, Option, Shift and Command, as platform::ModifierFlag bits.
+  std::uint64_t modifierFlags = 0;
 
   [[nodiscard]] bool operator==(const HotKey& other) const = default;
 };
@@ -28,5 +29,28 @@ struct HotKey {
 /// The usual spelling of a hot key, such as "ctrl+alt+d"; hotKeyFromSpelling() reads it. Nothing
 /// for a key that has no name.
 [[nodiscard]] std::optional<std::string> spellingOfHotKey(const HotKey& hotKey);
+
+/// The command "SetHotKey", to be sent over its own connection. `readDelay` in milliseconds.
+[[nodiscard]] std::string setHotKeyCommand(const HotKey& hotKey, std::uint16_t readDelay);
+
+/// One message from Seldial.
+struct Message {
+  enum class Kind {
+    HotKeySet,     ///< the hot key is registered
+    HotKeyNotSet,  ///< `text` is the reason
+    Error,         ///< Seldial rejected the command; `text` is the reason
+    MakeCall,      ///< `text` is the number to dial
+    Unknown,
+  };
+  Kind kind = Kind::Unknown;
+  std::string text;
+};
+
+/// Reads one JSON text. Anything else than a message is Unknown.
+[[nodiscard]] Message messageFromJSON(const std::string& json);
+
+/// The message of a "Log" event; nothing when `line`, one line of Seldial's standard output, is
+/// something else.
+[[nodiscard]] std::optional<std::string> loggedMessage(const std::string& line);
 
 }  // namespace seldial

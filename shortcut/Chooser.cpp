@@ -1,11 +1,19 @@
-#include "shortcut/NumberChooser.h"
-
+// seldial-choose: asks which of the numbers on standard input, one a line, is to be called, and
+// prints its position, from 0 on. Exit status: 0 when one was chosen, 1 when the window was
+// cancelled, 2 when there are none. The numbers are not arguments, because every user can read
+// those.
+#include <QApplication>
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QStringList>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cstdio>
+#include <iostream>
+#include <string>
 
 namespace seldial {
 namespace {
@@ -15,7 +23,19 @@ constexpr int kSpacing = 12;
 constexpr int kMostRows = 10;
 constexpr int kColumns = 28;
 
-}  // namespace
+/// A window in which the user chooses the number to call, or confirms the only one. Return calls,
+/// Escape cancels. Main thread only.
+class NumberChooser : public QDialog {
+ public:
+  /// `numbers` is not empty.
+  explicit NumberChooser(const QStringList& numbers);
+
+  /// The position of the chosen number, once the dialog is accepted.
+  [[nodiscard]] int chosen() const;
+
+ private:
+  QListWidget* list_;
+};
 
 NumberChooser::NumberChooser(const QStringList& numbers) : list_(new QListWidget(this)) {
   setWindowTitle(QStringLiteral("Call"));
@@ -52,4 +72,19 @@ int NumberChooser::chosen() const {
   return list_->currentRow();
 }
 
+}  // namespace
 }  // namespace seldial
+
+int main(int argc, char* argv[]) {
+  QStringList numbers;
+  for (std::string line; std::getline(std::cin, line);) numbers << QString::fromStdString(line);
+  if (numbers.isEmpty()) {
+    std::fputs("seldial-choose: there are no numbers on standard input\n", stderr);
+    return 2;
+  }
+  const QApplication application(argc, argv);
+  seldial::NumberChooser chooser(numbers);
+  if (chooser.exec() != QDialog::Accepted) return 1;
+  std::printf("%d\n", chooser.chosen());
+  return 0;
+}
