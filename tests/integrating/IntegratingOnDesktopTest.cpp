@@ -1,0 +1,150 @@
+// The statements of docs/integrating.md that need a desktop.
+#include <csignal>
+
+#include "tests/platform/x11/ForeignGrabs.h"
+#include "tests/support/SeldialProcess.h"
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/XClient.h"
+#include "tests/support/desktop/XServer.h"
+
+namespace seldial::tests {
+namespace {
+
+constexpr int kVirtualKeyD = 2;
+constexpr int kVirtualKeyF = 3;
+constexpr int kVirtualKeyInsert = 114;
+constexpr int kVirtualKeyShift = 56;
+constexpr int kVirtualKeyOfMacsOnly = 52;
+constexpr unsigned kControlAlt = kStateControl | kStateAlt;
+
+std::string setHotKey(int virtualKey, int delay = 300) {
+  return R"({"command":"SetHotKey","modifierCtrl":true,"modifierAlt":true,"virtualkey":)" +
+         std::to_string(virtualKey) + R"(,"readdelay":)" + std::to_string(delay) + "}";
+}
+
+class IntegratingOnDesktop : public ProgramTest {
+ protected:
+  void SetUp() override { startListening(server.display()); }
+
+  void press() {
+    keyboard.press({kKeyLeftControl, kKeyLeftAlt});
+    keyboard.tap(kKeyD);
+    keyboard.release(std::vector<std::uint8_t>{kKeyLeftControl, kKeyLeftAlt});
+  }
+
+  void expectSet(const std::string& command) {
+    EXPECT_THAT(answerTo(command).value_or("nothing"), testing::HasSubstr("\"result\":true"));
+  }
+
+  void expectCall() const {
+    EXPECT_THAT(client.nextMessage().value_or("nothing"),
+                testing::HasSubstr(R"("number":"+31 20 123 4567")"));
+  }
+
+  XServer server;
+  Keyboard keyboard{server.display()};
+  platform::x11::ForeignGrabs otherProgram{server.display()};
+};
+
+TEST_F(IntegratingOnDesktop, AMakeCallMayComeBeforeAnAnswer) {
+  const XClient editor(server.display());
+  expectSet(setHotKey(kVirtualKeyD, 500));
+  press();
+  ASSERT_TRUE(process->waitForLine("> hot key pressed (pasteboard)"));
+  sendCommand(in, {"{}"});
+  expectCall();
+  EXPECT_THAT(client.nextMessage(), IsError("command tag not found"));
+}
+
+TEST_F(IntegratingOnDesktop, ANewHotKeyReplacesTheOldOne) {
+  expectSet(setHotKey(kVirtualKeyD));
+  expectSet(setHotKey(kVirtualKeyF));
+  EXPECT_TRUE(otherProgram.isFree(kKeyD, kControlAlt));
+  EXPECT_FALSE(otherProgram.isFree(kKeyF, kControlAlt));
+}
+
+TEST_F(IntegratingOnDesktop, ARefusedHotKeyLeavesNone) {
+  expectSet(setHotKey(kVirtualKeyD));
+  ASSERT_TRUE(otherProgram.take(kKeyF, kControlAlt));
+  EXPECT_THAT(answerTo(setHotKey(kVirtualKeyF)), IsHotkeyStateFalse("hotkey not set"));
+  EXPECT_TRUE(otherProgram.isFree(kKeyD, kControlAlt));
+}
+
+TEST_F(IntegratingOnDesktop, SetHotKeyWithoutAKeyClearsTheHotKey) {
+  expectSet(setHotKey(kVirtualKeyD));
+  EXPECT_THAT(answerTo(R"({"command":"SetHotKey"})"),
+              IsHotkeyStateFalse("invalid virtual key value"));
+  EXPECT_TRUE(otherProgram.isFree(kKeyD, kControlAlt));
+}
+
+TEST_F(IntegratingOnDesktop, AnotherProgramHoldsTheCombination) {
+  ASSERT_TRUE(otherProgram.take(kKeyD, kControlAlt));
+  EXPECT_THAT(answerTo(setHotKey(kVirtualKeyD)), IsHotkeyStateFalse("hotkey not set"));
+}
+
+TEST_F(IntegratingOnDesktop, TheKeyboardLacksTheKey) {
+  EXPECT_THAT(answerTo(setHotKey(kVirtualKeyOfMacsOnly)), IsHotkeyStateFalse("hotkey not set"));
+}
+
+TEST_F(IntegratingOnDesktop, AModifierKeyAloneIsRefused) {
+  EXPECT_THAT(answerTo(setHotKey(kVirtualKeyShift)), IsHotkeyStateFalse("hotkey not set"));
+}
+
+TEST_F(IntegratingOnDesktop, SeldialTypesCtrlInsertItself) {
+  const std::string insert = R"(,"virtualkey":)" + std::to_string(kVirtualKeyInsert) + "}";
+  EXPECT_THAT(answerTo(R"({"command":"SetHotKey","modifierCtrl":true)" + insert),
+              IsHotkeyStateFalse("hotkey not set"));
+  expectSet(R"({"command":"SetHotKey","modifierAlt":true)" + insert);
+}
+
+TEST_F(IntegratingOnDesktop, ACallInProgressIsFinishedFirst) {
+  const XClient editor(server.display());
+  expectSet(setHotKey(kVirtualKeyD, 500));
+  press();
+  ASSERT_TRUE(process->waitForLine("> hot key pressed (pasteboard)"));
+  terminate();
+  expectCall();
+}
+
+TEST_F(IntegratingOnDesktop, Status1MeansThatTheXServerIsGone) {
+  XServer own;
+  SeldialProcess seldial({"-log", "dialerpipename=" + directory.path("own")}, own.display());
+  ASSERT_TRUE(seldial.waitForLine("listen ok"));
+  own.kill();
+  EXPECT_EQ(seldial.wait(), 1);
+}
+
+TEST_F(IntegratingOnDesktop, ANewStartHasNoHotKey) {
+  expectSet(setHotKey(kVirtualKeyD));
+  process->signal(SIGKILL);
+  process->wait();
+  startListening(server.display());
+  EXPECT_TRUE(eventually([this] { return otherProgram.isFree(kKeyD, kControlAlt); }));
+  expectSet(setHotKey(kVirtualKeyD));
+}
+
+TEST_F(IntegratingOnDesktop, InstancesWithPathsOfTheirOwnDoNotDisturbEachOther) {
+  const UcListener otherClient(directory.path("other-out"));
+  SeldialProcess other({"-log", "dialerpipename=" + directory.path("other-in"),
+                        "clientpipename=" + directory.path("other-out")},
+                       server.display());
+  ASSERT_TRUE(other.waitForLine("listen ok"));
+  expectSet(setHotKey(kVirtualKeyD));
+  sendCommand(directory.path("other-in"), {setHotKey(kVirtualKeyD)});
+  EXPECT_THAT(otherClient.nextMessage(), IsHotkeyStateFalse("hotkey not set"));
+  sendCommand(directory.path("other-in"), {setHotKey(kVirtualKeyF)});
+  EXPECT_THAT(otherClient.nextMessage().value_or("nothing"), testing::HasSubstr("true"));
+}
+
+TEST_F(IntegratingOnDesktop, TheFirstOneKeepsItsHotKey) {
+  const XClient editor(server.display());
+  expectSet(setHotKey(kVirtualKeyD));
+  SeldialProcess second({"-log", "dialerpipename=" + in}, server.display());
+  ASSERT_TRUE(second.waitForLine("listen ok"));
+  press();
+  expectCall();
+}
+
+}  // namespace
+}  // namespace seldial::tests
