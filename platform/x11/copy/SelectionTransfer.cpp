@@ -1,5 +1,6 @@
 #include "platform/x11/copy/SelectionTransfer.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace seldial::platform::x11 {
@@ -8,6 +9,9 @@ namespace {
 /// How long an owner may take for its first answer, whatever the number of questions, and between
 /// two pieces.
 constexpr std::chrono::seconds kPatience{1};
+
+/// How long all of it may take: the main thread waits, and an owner can send byte by byte.
+constexpr std::chrono::seconds kTimeLimit{5};
 
 /// The longest text that is read.
 constexpr std::size_t kMostBytes = std::size_t{256} * 1024 * 1024;
@@ -39,8 +43,9 @@ xcb_window_t ownerOf(const Connection& connection, xcb_atom_t selection) {
 std::optional<std::string> readSelectionText(Connection& connection, EventPump& pump,
                                              xcb_atom_t selection) {
   const Atoms& atoms = connection.atoms();
-  const auto deadline = EventPump::Clock::now() + kPatience;
-  SelectionTransfer transfer(connection, pump, kMostBytes);
+  const auto begin = EventPump::Clock::now();
+  const auto deadline = begin + kPatience;
+  SelectionTransfer transfer(connection, pump, kMostBytes, begin + kTimeLimit);
   // STRING last: some owners put escape sequences into it for what Latin-1 lacks.
   for (const auto target : {atoms.utf8String, atoms.utf8PlainText, xcb_atom_t{XCB_ATOM_STRING}}) {
     auto answer = transfer.ask(selection, target, deadline);
@@ -54,10 +59,12 @@ std::optional<std::string> readSelectionText(Connection& connection, EventPump& 
   return {};
 }
 
-SelectionTransfer::SelectionTransfer(Connection& connection, EventPump& pump, std::size_t mostBytes)
+SelectionTransfer::SelectionTransfer(Connection& connection, EventPump& pump, std::size_t mostBytes,
+                                     EventPump::Clock::time_point end)
     : connection_(connection),
       pump_(pump),
       mostBytes_(mostBytes),
+      end_(end),
       window_(xcb_generate_id(connection.xcb())) {
   const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
   xcb_create_window(connection_.xcb(), XCB_COPY_FROM_PARENT, window_, connection_.root(), -1, -1, 1,
@@ -99,7 +106,7 @@ std::optional<SelectionAnswer> SelectionTransfer::takeProperty() {
 std::optional<SelectionAnswer> SelectionTransfer::takePieces() {
   SelectionAnswer whole;
   for (;;) {
-    const auto deadline = EventPump::Clock::now() + kPatience;
+    const auto deadline = std::min(EventPump::Clock::now() + kPatience, end_);
     if (!pump_.serveUntil(deadline, [this] { return std::exchange(pieceCame_, false); })) return {};
     const auto piece = takeProperty();
     if (!piece || piece->bytes.size() > mostBytes_ - whole.bytes.size()) return {};

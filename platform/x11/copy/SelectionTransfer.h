@@ -14,8 +14,8 @@ namespace seldial::platform::x11 {
 xcb_window_t ownerOf(const Connection& connection, xcb_atom_t selection);
 
 /// The text of the selection in UTF-8, exactly as the owner gives it. Nothing when it gives no
-/// text, more than 256 MiB of it, or no answer within a second (for a text that comes in pieces:
-/// within a second after the last piece).
+/// text, more than 256 MiB of it, no answer within a second (for a text that comes in pieces:
+/// within a second after the last piece), or not all of it within 5 seconds.
 std::optional<std::string> readSelectionText(Connection& connection, EventPump& pump,
                                              xcb_atom_t selection);
 
@@ -29,8 +29,9 @@ struct SelectionAnswer {
 /// late, or continues a transfer that was given up, does no harm. Main thread only.
 class SelectionTransfer final : public EventHandler {
  public:
-  /// Gives up an answer of more than `mostBytes`.
-  SelectionTransfer(Connection& connection, EventPump& pump, std::size_t mostBytes);
+  /// Gives up an answer of more than `mostBytes`, or that is not complete at `end`.
+  SelectionTransfer(Connection& connection, EventPump& pump, std::size_t mostBytes,
+                    EventPump::Clock::time_point end);
   ~SelectionTransfer() override;
   SelectionTransfer(const SelectionTransfer&) = delete;
   SelectionTransfer& operator=(const SelectionTransfer&) = delete;
@@ -49,6 +50,7 @@ class SelectionTransfer final : public EventHandler {
   Connection& connection_;
   EventPump& pump_;
   const std::size_t mostBytes_;
+  const EventPump::Clock::time_point end_;
   xcb_window_t window_;
   xcb_atom_t target_ = XCB_ATOM_NONE;
   std::optional<xcb_atom_t> answered_;  ///< the property of the owner's answer

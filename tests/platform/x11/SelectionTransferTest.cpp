@@ -1,4 +1,4 @@
-// The limit on what is read from another program.
+// The limits on what is read from another program.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -20,11 +20,13 @@ class SelectionTransferLimit : public ::testing::Test {
     return Connection::open();
   }
 
-  /// The text of the clipboard in UTF-8, read with a limit of `mostBytes`.
-  std::optional<SelectionAnswer> read(std::size_t mostBytes) {
-    SelectionTransfer transfer(*connection, pump, mostBytes);
+  /// The text of the clipboard in UTF-8, read with a limit of `mostBytes` and `time`.
+  std::optional<SelectionAnswer> read(std::size_t mostBytes,
+                                      EventPump::Clock::duration time = tests::kTimeLimit) {
+    const auto begin = EventPump::Clock::now();
+    SelectionTransfer transfer(*connection, pump, mostBytes, begin + time);
     return transfer.ask(connection->atoms().clipboard, connection->atoms().utf8String,
-                        EventPump::Clock::now() + tests::kTimeLimit);
+                        begin + tests::kTimeLimit);
   }
 
   tests::XServer server;
@@ -51,6 +53,14 @@ TEST_F(SelectionTransferLimit, InPiecesTheSumCounts) {
   EXPECT_TRUE(read(4000));
   client.own("CLIPBOARD", answersWith(std::string(4001, 'x'), 1000));
   EXPECT_FALSE(read(4000));
+}
+
+TEST_F(SelectionTransferLimit, AnOwnerThatSendsByteByByteIsGivenUpInTime) {
+  const std::string text(100000, 'x');
+  client.own("CLIPBOARD", answersWith(text, 1));
+  EXPECT_FALSE(read(text.size(), std::chrono::milliseconds(100)));
+  client.own("CLIPBOARD", answersWith("short", 1));
+  EXPECT_TRUE(read(text.size()));
 }
 
 }  // namespace
