@@ -273,10 +273,12 @@ class IntegratingAsAChild : public Integrating {
  protected:
   /// Starts Seldial as a child of a shell, by `starter`, and waits until it listens.
   void startBy(const std::string& starter) {
-    parent.emplace(std::vector<std::string>{"sh", "-c", starter + R"( "$0" "$@" & echo $!; wait)",
-                                            SELDIAL_PROGRAM, "-log", "dialerpipename=" + in,
-                                            "clientpipename=" + out},
-                   std::vector<std::string>{"DISPLAY"});
+    const std::string child = "echo $$; exec " + starter + R"( "$0" "$@")";
+    parent.emplace(
+        std::vector<std::string>{"sh", "-c", R"(sh -c ')" + child + R"(' "$0" "$@" & wait)",
+                                 SELDIAL_PROGRAM, "-log", "dialerpipename=" + in,
+                                 "clientpipename=" + out},
+        std::vector<std::string>{"DISPLAY"});
     orphan.emplace(std::stoi(parent->readLine()));
     ASSERT_TRUE(parent->waitForLine("listen ok"));
   }
