@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "client/Configuration.h"
+
 namespace seldial {
 
 bool OptionReader::readAll() {
@@ -11,8 +13,8 @@ bool OptionReader::readAll() {
   return true;
 }
 
-bool OptionReader::fail(std::string error) {
-  error_ = std::move(error);
+bool OptionReader::fail(const std::string& error) {
+  error_ = place_ + error;
   return false;
 }
 
@@ -31,6 +33,15 @@ std::optional<std::uint16_t> delayFrom(const std::string& text) {
   const long value = std::strtol(text.c_str(), nullptr, 10);
   if (value > UINT16_MAX) return std::nullopt;
   return static_cast<std::uint16_t>(value);
+}
+
+std::string usualConfigurationPath() {
+  constexpr const char* kPath = "/seldial/seldial-uc.toml";
+  const char* const directory = std::getenv("XDG_CONFIG_HOME");
+  if (directory != nullptr && directory[0] == '/') return std::string(directory) + kPath;
+  const char* const home = std::getenv("HOME");
+  if (home == nullptr || home[0] != '/') return "";
+  return std::string(home) + "/.config" + kPath;
 }
 
 }  // namespace seldial

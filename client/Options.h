@@ -26,8 +26,10 @@ class OptionReader {
   /// False at the first argument that is wrong.
   bool readAll();
 
-  /// Sets the error. Always false.
-  bool fail(std::string error);
+  /// Sets the error, with `place_` in front. Always false.
+  bool fail(const std::string& error);
+
+  std::string place_;  ///< of what is being read, such as "FILE:LINE: "; empty: the command line
 
  private:
   [[nodiscard]] virtual bool takesValue(const std::string& name) const = 0;

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "client/Configuration.h"
 #include "ucclient/MainThread.h"
 #include "ucclient/Options.h"
 #include "ucclient/Session.h"
@@ -22,7 +23,8 @@ int runSession(const seldial::Options& options) {
 
 int main(int argc, char* argv[]) {
   std::string error;
-  const auto options = seldial::optionsFrom(std::vector<std::string>(argv + 1, argv + argc), error);
+  const auto options = seldial::optionsFrom(std::vector<std::string>(argv + 1, argv + argc),
+                                            seldial::usualConfigurationPath(), error);
   if (!options) {
     std::fprintf(stderr, "seldial-uc: %s\nTry seldial-uc --help.\n", error.c_str());
     return 2;

@@ -1,25 +1,55 @@
 #include "ucclient/Options.h"
 
-#include <algorithm>
+#include <unistd.h>
+
+#include <cerrno>
 #include <map>
 
+#include "client/Configuration.h"
 #include "client/Options.h"
+#include "platform/System.h"
 
 namespace seldial {
 namespace {
 
+/// Reads the command line, over the settings of a configuration file if readFile() was called.
 class Reader final : public OptionReader {
  public:
   using OptionReader::OptionReader;
 
-  std::optional<Options> read() {
-    if (!readAll() || !setHotKey() || !checkDialling()) return std::nullopt;
+  /// The settings of the file. A file that does not exist has none.
+  bool readFile(const std::string& path) {
+    std::string error;
+    const auto settings = readConfiguration(path, error);
+    if (!settings) return fail(error);
+    hyphens_ = "";
+    for (const Setting& setting : *settings) {
+      place_ = path + ":" + std::to_string(setting.line) + ": ";
+      if (!readSetting(setting)) return false;
+    }
+    place_ = "";
+    hyphens_ = "--";
+    return true;
+  }
+
+  /// Only what is on the command line: nothing is checked that depends on a file.
+  bool readArguments() {
+    dialWasGiven_ = openWasGiven_ = false;  // they replace those of the file
+    return readAll();
+  }
+
+  /// What was read, once all of it makes sense together.
+  std::optional<Options> checked() {
+    if (!checkDialling()) return std::nullopt;
     return options_;
   }
+
+  [[nodiscard]] const Options& options() const { return options_; }
 
  private:
   using Setter = bool (Reader::*)(const std::string& value);
 
+  /// Options that are settings of the configuration file too.
   static const std::map<std::string, Setter>& setters() {
     static const std::map<std::string, Setter> all = {
         {"--hotkey", &Reader::setSpelling}, {"--seldial", &Reader::setSeldial},
@@ -30,11 +60,22 @@ class Reader final : public OptionReader {
     return all;
   }
 
+  bool readSetting(const Setting& setting) {
+    if (setting.name == "conversation") return setConversation(setting.value);
+    const auto setter = setters().find("--" + setting.name);
+    if (setter == setters().end()) return fail("there is no setting " + setting.name);
+    return (this->*setter->second)(setting.value);
+  }
+
+  /// As an option or a setting is called where it is read.
+  [[nodiscard]] std::string named(const char* name) const { return hyphens_ + name; }
+
   [[nodiscard]] bool takesValue(const std::string& name) const override {
-    return setters().count(name) != 0;
+    return name == "--config" || setters().count(name) != 0;
   }
 
   bool setValue(const std::string& name, const std::string& value) override {
+    if (name == "--config") return setConfiguration(value);
     return (this->*setters().at(name))(value);
   }
 
@@ -45,8 +86,24 @@ class Reader final : public OptionReader {
     return false;
   }
 
+  bool setConfiguration(const std::string& value) {
+    options_.configuration = value;
+    const bool exists = access(value.c_str(), R_OK) == 0;
+    return exists || fail("--config " + value + ": " + platform::errorText(errno));
+  }
+
+  bool setConversation(const std::string& value) {
+    options_.conversation = value == "true";
+    return value == "true" || value == "false" ||
+           fail("conversation takes true or false, not " + value);
+  }
+
   bool setSpelling(const std::string& value) {
+    std::string why;
     options_.spelling = value;
+    const auto hotKey = hotKeyFromSpelling(value, why);
+    if (!hotKey) return fail(named("hotkey ") + value + ": " + why);
+    options_.hotKey = *hotKey;
     return true;
   }
 
@@ -57,7 +114,7 @@ class Reader final : public OptionReader {
 
   bool setDelay(const std::string& value) {
     const auto delay = delayFrom(value);
-    if (!delay) return fail("--delay takes milliseconds from 0 to 65535, not " + value);
+    if (!delay) return fail(named("delay") + " takes milliseconds from 0 to 65535, not " + value);
     options_.delay = *delay;
     return true;
   }
@@ -65,17 +122,21 @@ class Reader final : public OptionReader {
   bool setDial(const std::string& value) {
     std::string why;
     const auto command = dialCommandFrom(value, why);
-    if (!command) return fail("--dial " + value + ": " + why);
+    if (!command) return fail(named("dial ") + value + ": " + why);
     dialling().command = *command;
-    return true;
+    dialling().scheme.clear();
+    dialWasGiven_ = true;
+    return checkOneAction();
   }
 
   bool setOpen(const std::string& value) {
     if (value != "tel" && value != "sip" && value != "callto") {
-      return fail("--open takes tel, sip or callto, not " + value);
+      return fail(named("open") + " takes tel, sip or callto, not " + value);
     }
     dialling().scheme = value;
-    return true;
+    dialling().command.clear();
+    openWasGiven_ = true;
+    return checkOneAction();
   }
 
   bool setRegion(const std::string& value) {
@@ -85,7 +146,7 @@ class Reader final : public OptionReader {
       if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
     }
     return isKnownRegion(region) ||
-           fail("--region takes the two letters of a country, such as NL, not " + value);
+           fail(named("region") + " takes the two letters of a country, such as NL, not " + value);
   }
 
   bool setFormat(const std::string& value) {
@@ -94,13 +155,13 @@ class Reader final : public OptionReader {
                    {"national", NumberFormat::kNational},
                    {"raw", NumberFormat::kRaw}},
                   dialling().format) ||
-           fail("--format takes e164, national or raw, not " + value);
+           fail(named("format") + " takes e164, national or raw, not " + value);
   }
 
   bool setPrefix(const std::string& value) {
     dialling().prefix = value;
     return value.find_first_not_of("0123456789*#") == std::string::npos ||
-           fail("--prefix takes digits, * and #, not " + value);
+           fail(named("prefix") + " takes digits, * and #, not " + value);
   }
 
   bool setConfirm(const std::string& value) {
@@ -109,7 +170,7 @@ class Reader final : public OptionReader {
                    {"several", Confirm::kSeveral},
                    {"never", Confirm::kNever}},
                   dialling().confirm) ||
-           fail("--confirm takes always, several or never, not " + value);
+           fail(named("confirm") + " takes always, several or never, not " + value);
   }
 
   template <class Value>
@@ -120,18 +181,12 @@ class Reader final : public OptionReader {
     return entry != values.end();
   }
 
-  bool setHotKey() {
-    std::string why;
-    const auto hotKey = hotKeyFromSpelling(options_.spelling, why);
-    if (!hotKey) return fail("--hotkey " + options_.spelling + ": " + why);
-    options_.hotKey = *hotKey;
-    return true;
+  bool checkOneAction() {
+    return !(dialWasGiven_ && openWasGiven_) ||
+           fail(named("dial") + " and " + named("open") + " cannot be used together");
   }
 
   bool checkDialling() {
-    if (!dialling().command.empty() && !dialling().scheme.empty()) {
-      return fail("--dial and --open cannot be used together");
-    }
     if (!dialling().dials()) return true;
     if (dialling().region.empty()) dialling().region = regionOfLocale();
     const bool needsRegion = !dialling().prefix.empty() && dialling().format != NumberFormat::kRaw;
@@ -141,13 +196,24 @@ class Reader final : public OptionReader {
 
   DialSettings& dialling() { return options_.dialling; }
 
+  std::string hyphens_ = "--";  ///< before an option's name where it is read
+  bool dialWasGiven_ = false;
+  bool openWasGiven_ = false;
   Options options_;
 };
 
 }  // namespace
 
-std::optional<Options> optionsFrom(const std::vector<std::string>& arguments, std::string& error) {
-  return Reader(arguments, error).read();
+std::optional<Options> optionsFrom(const std::vector<std::string>& arguments,
+                                   const std::string& usualConfiguration, std::string& error) {
+  Reader commandLine(arguments, error);  // for the name of the file, before it is read
+  if (!commandLine.readArguments()) return std::nullopt;
+  const Options& given = commandLine.options();
+  if (given.help || given.version) return given;
+  const std::string& file = given.configuration.empty() ? usualConfiguration : given.configuration;
+  Reader reader(arguments, error);
+  if ((!file.empty() && !reader.readFile(file)) || !reader.readArguments()) return std::nullopt;
+  return reader.checked();
 }
 
 const char* helpText() {
@@ -177,12 +243,15 @@ Seldial:
                   to 65535 milliseconds, 500 if not given
   --seldial PATH  the program to start; if not given, the seldial beside this
                   program, or else the one in PATH
+  --config FILE   the configuration file; if not given, seldial/seldial-uc.toml under
+                  XDG_CONFIG_HOME or ~/.config. Its settings are these options without
+                  hyphens, such as region = "NL". The command line wins
   --conversation  show everything that passes over the two sockets
   --help          print this text
   --version       print the version
 
 Exit status: 0 after SIGINT, SIGTERM or SIGHUP; 1 when the hot key is refused or
-seldial ends; 2 when the command line is wrong.
+seldial ends; 2 when the command line or the configuration file is wrong.
 )";
 }
 

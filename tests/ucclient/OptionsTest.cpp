@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "platform/VirtualKeys.h"
+#include "tests/support/TemporaryDirectory.h"
 #include "ucclient/Options.h"
 
 namespace seldial {
@@ -8,16 +11,16 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
-Options read(const Arguments& arguments) {
+Options read(const Arguments& arguments, const std::string& configuration = {}) {
   std::string error;
-  const auto options = optionsFrom(arguments, error);
+  const auto options = optionsFrom(arguments, configuration, error);
   EXPECT_TRUE(options) << error;
   return options.value_or(Options());
 }
 
-std::string errorOf(const Arguments& arguments) {
+std::string errorOf(const Arguments& arguments, const std::string& configuration = {}) {
   std::string error;
-  EXPECT_FALSE(optionsFrom(arguments, error));
+  EXPECT_FALSE(optionsFrom(arguments, configuration, error));
   return error;
 }
 
@@ -95,6 +98,85 @@ TEST(Options, APrefixNeedsARegion) {
   setenv("LC_ALL", "nl_NL.UTF-8", 1);
   EXPECT_EQ(read({"--open=tel", "--prefix=9"}).dialling.region, "NL");
   unsetenv("LC_ALL");
+}
+
+/// A configuration file.
+class OptionsFile : public testing::Test {
+ protected:
+  const std::string& file(const std::string& content) {
+    std::ofstream(path_) << content;
+    return path_;
+  }
+
+  const tests::TemporaryDirectory directory_;
+  const std::string path_ = directory_.path("file");
+};
+
+TEST_F(OptionsFile, HasEverySetting) {
+  const Options options = read({}, file(R"(
+hotkey = "super+f5"
+delay = 20
+seldial = "/opt/seldial"
+conversation = true
+dial = "call {tel}"
+region = "nl"
+format = "national"
+prefix = "0"
+confirm = "always"
+)"));
+  EXPECT_EQ(options.spelling, "super+f5");
+  EXPECT_EQ(options.hotKey.virtualKey, 96);
+  EXPECT_EQ(options.delay, 20);
+  EXPECT_EQ(options.seldial, "/opt/seldial");
+  EXPECT_TRUE(options.conversation);
+  EXPECT_EQ(options.dialling.command, (Arguments{"call", "{tel}"}));
+  EXPECT_EQ(options.dialling.region, "NL");
+  EXPECT_EQ(options.dialling.format, NumberFormat::kNational);
+  EXPECT_EQ(options.dialling.prefix, "0");
+  EXPECT_EQ(options.dialling.confirm, Confirm::kAlways);
+  EXPECT_EQ(read({}, file("open = \"callto\"")).dialling.scheme, "callto");
+}
+
+TEST_F(OptionsFile, TheCommandLineWins) {
+  const auto& path = file("delay = 20\nregion = \"NL\"\ndial = \"x\"\n");
+  EXPECT_EQ(read({"--delay=30"}, path).delay, 30);
+  EXPECT_EQ(read({"--delay=30"}, path).dialling.region, "NL");
+  EXPECT_EQ(read({"--dial", "y"}, path).dialling.command, (Arguments{"y", "{}"}));
+  const auto opened = read({"--open", "tel"}, path).dialling;
+  EXPECT_EQ(opened.scheme, "tel");
+  EXPECT_TRUE(opened.command.empty());
+}
+
+TEST_F(OptionsFile, CanBeNamedInPlaceOfTheUsualOne) {
+  file("delay = 20");
+  EXPECT_EQ(read({"--config", path_}, "/nowhere").delay, 20);
+  EXPECT_EQ(read({}, "/nowhere").delay, 500);
+  EXPECT_EQ(errorOf({"--config", "/nowhere"}), "--config /nowhere: No such file or directory");
+}
+
+TEST_F(OptionsFile, NonsenseIsSaidWithFileAndLine) {
+  const std::vector<std::pair<std::string, std::string>> errors = {
+      {"\ndelay = 70000", "2: delay takes milliseconds from 0 to 65535, not 70000"},
+      {"hotkey = \"ctrl\"",
+       "1: hotkey ctrl: there are only modifiers in it, a hot key needs a key"},
+      {"dial = \"'\"", "1: dial ': a quote is not closed, or nothing follows a backslash"},
+      {"dial = \"x\"\nopen = \"tel\"", "2: dial and open cannot be used together"},
+      {"open = \"http\"", "1: open takes tel, sip or callto, not http"},
+      {"region = 31", "1: region takes the two letters of a country, such as NL, not 31"},
+      {"format = \"x\"", "1: format takes e164, national or raw, not x"},
+      {"prefix = \"x\"", "1: prefix takes digits, * and #, not x"},
+      {"confirm = true", "1: confirm takes always, several or never, not true"},
+      {"conversation = 1", "1: conversation takes true or false, not 1"},
+      {"help = true", "1: there is no setting help"},
+      {"--delay = 5", "1: there is no setting --delay"},
+  };
+  for (const auto& [content, error] : errors) {
+    EXPECT_EQ(errorOf({}, file(content)), path_ + ":" + error);
+  }
+}
+
+TEST_F(OptionsFile, HelpNeedsNoValidFile) {
+  EXPECT_TRUE(read({"--help"}, file("?")).help);
 }
 
 TEST(Options, WhatMakesNoSenseIsSaid) {

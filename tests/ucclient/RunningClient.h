@@ -25,7 +25,7 @@ class RunningClient {
                          const std::string& bus = "disabled:")
       : process_(commandLine(arguments),
                  {environment, "PATH=" + path, "DBUS_SESSION_BUS_ADDRESS=" + bus,
-                  "XDG_RUNTIME_DIR=" + directory_.path("")},
+                  "XDG_RUNTIME_DIR=" + directory_.path(""), "XDG_CONFIG_HOME=/nowhere"},
                  {}, {tests::Streams::Errors::kWithOutput, {}}) {}
 
   void expectLine(const std::string& line) { EXPECT_EQ(process_.readLine(), line); }
