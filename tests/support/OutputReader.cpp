@@ -33,39 +33,47 @@ bool OutputReader::readOnce() {
   char chunk[65536];
   const ssize_t count = read(descriptor_, chunk, sizeof chunk);
   const std::lock_guard lock(mutex_);
-  if (count > 0) text_.append(chunk, static_cast<std::size_t>(count));
+  if (count > 0) add({chunk, static_cast<std::size_t>(count)});
   ended_ = count <= 0;
   changed_.notify_all();
   return !ended_;
 }
 
+void OutputReader::add(std::string_view text) {
+  for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+    lines_.push_back(std::exchange(unfinished_, {}).append(text.substr(0, end)));
+    text.remove_prefix(end + 1);
+  }
+  unfinished_.append(text);
+}
+
 template <class Condition>
 void OutputReader::waitFor(std::unique_lock<std::mutex>& lock, const Condition& condition) {
   if (!changed_.wait_for(lock, kTimeLimit, condition)) {
-    throw std::runtime_error("a child process printed nothing in time after: " + text_);
+    throw std::runtime_error("a child process printed nothing in time after: " + takeAll());
   }
 }
 
 std::optional<std::string> OutputReader::nextLine() {
   std::unique_lock lock(mutex_);
-  std::size_t searched = 0;
-  auto end = std::string::npos;
-  waitFor(lock, [&] {
-    end = text_.find('\n', searched);
-    searched = text_.size();
-    return end != std::string::npos || ended_;
-  });
-  if (end == std::string::npos && text_.empty()) return {};
-  if (end == std::string::npos) return std::exchange(text_, {});
-  auto line = text_.substr(0, end);
-  text_.erase(0, end + 1);
+  waitFor(lock, [this] { return !lines_.empty() || ended_; });
+  if (lines_.empty() && unfinished_.empty()) return {};
+  if (lines_.empty()) return std::exchange(unfinished_, {});
+  auto line = std::move(lines_.front());
+  lines_.pop_front();
   return line;
 }
 
 std::string OutputReader::rest() {
   std::unique_lock lock(mutex_);
   waitFor(lock, [this] { return ended_; });
-  return std::exchange(text_, {});
+  return takeAll();
+}
+
+std::string OutputReader::takeAll() {
+  std::string text;
+  for (const auto& line : std::exchange(lines_, {})) text.append(line).append("\n");
+  return text.append(std::exchange(unfinished_, {}));
 }
 
 }  // namespace seldial::tests

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <condition_variable>
+#include <deque>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 
 namespace seldial::tests {
@@ -29,6 +31,8 @@ class OutputReader {
  private:
   void run();
   bool readOnce();
+  void add(std::string_view text);
+  std::string takeAll();
   template <class Condition>
   void waitFor(std::unique_lock<std::mutex>& lock, const Condition& condition);
 
@@ -37,7 +41,8 @@ class OutputReader {
 
   std::mutex mutex_;  ///< guards what the thread adds and the test takes
   std::condition_variable changed_;
-  std::string text_;
+  std::deque<std::string> lines_;  ///< complete, without their line breaks
+  std::string unfinished_;         ///< what came after the last line break
   bool ended_ = false;
 
   std::thread thread_;
