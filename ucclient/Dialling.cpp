@@ -119,7 +119,7 @@ std::optional<std::vector<std::string>> dialCommandFrom(const std::string& text,
 std::string dialledNumber(const FoundNumber& number, const DialSettings& settings) {
   const bool onlyWritten = number.international.empty();
   if (settings.format == NumberFormat::kRaw || onlyWritten) {
-    const bool cannotFollow = !settings.prefix.empty() && number.written.rfind('+', 0) == 0;
+    const bool cannotFollow = !settings.prefix.empty() && number.written.starts_with('+');
     return cannotFollow ? "" : settings.prefix + number.written;
   }
   if (!settings.prefix.empty()) {
@@ -158,7 +158,7 @@ std::optional<std::vector<std::string>> dialArguments(const FoundNumber& number,
       error = "the selection has a zero byte, which no argument can have";
       return std::nullopt;
     }
-    if (word.rfind('-', 0) != 0 && arguments.back().rfind('-', 0) == 0) {
+    if (!word.starts_with('-') && arguments.back().starts_with('-')) {
       error = "the selection begins with a hyphen, so the program could take it for an option";
       return std::nullopt;
     }

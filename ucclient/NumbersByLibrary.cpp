@@ -95,8 +95,7 @@ FoundNumber foundNumber(const PhoneNumber& number, const std::string& text,
   std::string outgoing;
   util().FormatOutOfCountryCallingNumber(withoutExtension, region, &outgoing);
   found.outgoing = dialledCharacters(outgoing);
-  if (found.outgoing.rfind('+', 0) == 0)
-    found.outgoing.clear();  // no prefix for calls abroad known
+  if (found.outgoing.starts_with('+')) found.outgoing.clear();  // no prefix for calls abroad known
   return found;
 }
 

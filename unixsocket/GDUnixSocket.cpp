@@ -8,8 +8,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
-#include <new>
-#include <stdexcept>
+#include <exception>
 #include <utility>
 
 #include "platform/Sockets.h"
@@ -23,11 +22,10 @@ namespace {
 std::optional<Data> makeBuffer(std::uint64_t size) {
   try {
     return Data(size, '\0');
-  } catch (const std::bad_alloc&) {
-  } catch (const std::length_error&) {
+  } catch (const std::exception&) {  // bad_alloc or length_error
+    errno = ENOMEM;
+    return {};
   }
-  errno = ENOMEM;
-  return {};
 }
 
 using UuidBytes = std::array<unsigned char, 16>;
