@@ -32,7 +32,7 @@ class QKHotKeyCenter {
   QKHotKeyCenter& operator=(const QKHotKeyCenter&) = delete;
 
   /// Sets the centre up afresh on its port: an empty registry, ids from 1. It unregisters nothing
-  /// itself; records that nobody else owns are destroyed and thereby unregistered.
+  /// itself; records that nobody else owns are destroyed, which unregisters them.
   void init();
 
   /// The registered record; null when one with this key code and flags is in the registry already

@@ -150,7 +150,7 @@ struct KeyEvent {
   double timestamp = 0;                     ///< seconds, by the desktop's own clock
   std::int32_t windowNumber = kNoWindow;    ///< the window that received it
   std::string characters;                   ///< what was typed, UTF-8
-  std::string charactersIgnoringModifiers;  ///< what the key types without Control and the like
+  std::string charactersIgnoringModifiers;  ///< what the key types without modifiers
   bool isARepeat = false;                   ///< the key is held and repeats
   std::uint16_t keyCode = 0;                ///< a VirtualKey
 };

@@ -25,8 +25,9 @@ using i18n::phonenumbers::PhoneNumberUtil;
 
 /// How many candidates of one line are looked at.
 constexpr int kMostTries = 1000;
-/// Unknown digits are offered as a number if there are so many of them, or so few: those of an
-/// internal extension or an emergency number.
+/// Digits that the numbering plan does not know are offered as a number if there are at least
+/// kFewestOfUnknown, or between kFewestOfShort and kMostOfShort: an internal extension or an
+/// emergency number.
 constexpr std::size_t kFewestOfUnknown = 7;
 constexpr std::size_t kFewestOfShort = 2;
 constexpr std::size_t kMostOfShort = 6;

@@ -63,7 +63,7 @@ void HotKeyGrabs::unregisterHotKey(HotKeyRef ref) {
   if (found == registrations_.end()) return;
   if (found->mask) ungrab(found->key, *found->mask);
   registrations_.erase(found);
-  connection_.synchronise();  // whoever is told of it next can rely on it
+  connection_.synchronise();  // another program can grab it as soon as this returns
 }
 
 bool HotKeyGrabs::isFree(xcb_keycode_t key, std::uint16_t mask) const {
@@ -87,7 +87,7 @@ bool HotKeyGrabs::grab(xcb_keycode_t key, std::uint16_t mask) {
   }
   if (!taken) {
     ungrab(key, mask);
-    connection_.synchronise();  // whoever is told of the refusal may grab the others at once
+    connection_.synchronise();  // the other variants are free before the refusal is reported
   }
   return taken && !connection_.lost();
 }
@@ -98,8 +98,8 @@ void HotKeyGrabs::ungrab(xcb_keycode_t key, std::uint16_t mask) {
   }
 }
 
-/// A layout gave the modifiers other bits. A hot key that cannot be had now may be had under the
-/// next layout, so its registration stays.
+/// A layout gave the modifiers other bits. A hot key that cannot be grabbed under this layout may
+/// be free under the next, so its registration stays.
 void HotKeyGrabs::grabAgain() {
   for (auto& registration : registrations_) {
     if (registration.mask) ungrab(registration.key, *std::exchange(registration.mask, {}));
@@ -110,7 +110,8 @@ void HotKeyGrabs::grabAgain() {
     if (mask && isFree(registration.key, *mask) && grab(registration.key, *mask)) {
       registration.mask = mask;
     } else {
-      std::fputs("seldial: the hot key cannot be had under the new keyboard layout\n", stderr);
+      std::fputs("seldial: the hot key cannot be registered under the new keyboard layout\n",
+                 stderr);
     }
   }
 }

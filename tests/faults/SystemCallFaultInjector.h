@@ -34,7 +34,7 @@ class SystemCallFaultInjector final : public FaultInjector {
   void run();
   [[nodiscard]] int receiveListener() const;
   void serve(int listener);
-  /// The error with which that call shall fail, or 0.
+  /// The error with which that call is to fail, or 0.
   int answer(const seccomp_notif& asked);
 
   const std::optional<Fault> fault_;

@@ -42,7 +42,7 @@ class Visit {
   std::shared_ptr<const Functions> functions;
 };
 
-/// Makes the real call unless it shall fail.
+/// Makes the real call, unless it is to fail.
 template <class Real>
 auto route(const SystemCall& call, const Real& real) -> decltype(real()) {
   {

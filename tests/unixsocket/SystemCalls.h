@@ -20,7 +20,7 @@ struct SystemCall {
 /// thread that makes the call.
 class SystemCalls {
  public:
-  /// Before a call: an errno that it shall fail with, without being made, or nothing.
+  /// Before a call: an errno to fail with instead of being made, or nothing.
   using Before = std::function<std::optional<int>(const SystemCall&)>;
 
   /// After a call that was made; errno is kept.

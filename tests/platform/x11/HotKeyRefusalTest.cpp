@@ -1,4 +1,4 @@
-// Hot keys that cannot be had.
+// Hot keys that are refused.
 #include "tests/platform/x11/ForeignGrabs.h"
 #include "tests/platform/x11/X11Test.h"
 
