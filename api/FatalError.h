@@ -1,5 +1,8 @@
 #pragma once
 
+#include <poll.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -7,10 +10,12 @@
 namespace seldial {
 
 /// Ends the program at once because of a broken invariant: writes `message` and a newline to
-/// standard error and aborts. Nothing is cleaned up and no response is sent. Any thread.
+/// standard error, unless that is a full pipe, and aborts. Nothing is cleaned up and no response is
+/// sent. Any thread.
 [[noreturn]] inline void fatalError(const std::string& message) {
   const std::string line = message + "\n";
-  (void)std::fputs(line.c_str(), stderr);
+  pollfd errors{STDERR_FILENO, POLLOUT, 0};
+  if (::poll(&errors, 1, 0) != 0) (void)std::fputs(line.c_str(), stderr);
   std::abort();
 }
 

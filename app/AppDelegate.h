@@ -18,9 +18,9 @@ struct HotKeyStateApi;
 struct SetHotKeyApi;
 
 /// The one object that holds the application's state; it lives as long as the process. The main
-/// thread owns every field and runs every operation except log() and printLine(), which any thread
-/// may call. No operation reports a failure to its caller: the UC client is told by a message, and
-/// internal failures become log lines.
+/// thread owns every field and runs every operation except log(), which any thread may call. No
+/// operation reports a failure to its caller: the UC client is told by a message, and internal
+/// failures become log lines.
 class AppDelegate final : public platform::ApplicationDelegate,
                           public std::enable_shared_from_this<AppDelegate> {
  public:
@@ -87,10 +87,6 @@ class AppDelegate final : public platform::ApplicationDelegate,
   void emitMessage(const std::string& message);
   /// Delivers one message over its own connection; does nothing if ValueClientPipeName is not set.
   void sendToClientPipe(const std::string& message);
-  /// Writes `line` and a newline to standard output, never mixed with the lines of other threads
-  /// and not flushed. A closed or full output loses the line, on purpose: there is nobody to tell.
-  /// Any thread.
-  static void printLine(const std::string& line);
 
  private:
   explicit AppDelegate(platform::Ports ports);

@@ -1,6 +1,7 @@
 // The reference texts for integrators. They are part of the interface: odd spellings and spacing
 // and the word "named pipe" are kept on purpose.
 #include "app/AppDelegate.h"
+#include "platform/Output.h"
 
 namespace seldial {
 namespace {
@@ -151,7 +152,7 @@ constexpr const char* kHotkeyStateReference = R"(HotkeyState []->
 
 template <std::size_t count>
 void printLines(const char* const (&lines)[count]) {
-  for (const char* const line : lines) AppDelegate::printLine(line);
+  for (const char* const line : lines) platform::printLine(line);
 }
 
 }  // namespace
@@ -169,11 +170,11 @@ void AppDelegate::showChangeLog() {
 }
 
 void AppDelegate::showApi() {
-  printLine(kLogReference);
-  printLine(kMakeCallReference);
-  printLine(kSetHotKeyReference);
-  printLine(kErrorReference);
-  printLine(kHotkeyStateReference);
+  platform::printLine(kLogReference);
+  platform::printLine(kMakeCallReference);
+  platform::printLine(kSetHotKeyReference);
+  platform::printLine(kErrorReference);
+  platform::printLine(kHotkeyStateReference);
 }
 
 }  // namespace seldial

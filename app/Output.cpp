@@ -1,6 +1,7 @@
 // Output: log lines, and the messages to the UC client.
+#include "platform/Output.h"
+
 #include <chrono>
-#include <cstdio>
 #include <ctime>
 
 #include "api/MessageRecords.h"
@@ -30,23 +31,16 @@ std::string timeOfDay() {
 
 }  // namespace
 
-void AppDelegate::printLine(const std::string& line) {
-  flockfile(stdout);  // instead of a copy of the line with its newline: a line may be large
-  std::fwrite(line.data(), 1, line.size(), stdout);
-  std::fputc('\n', stdout);
-  funlockfile(stdout);
-}
-
 void AppDelegate::log(const std::string& message) {
   if (FlagLog) {
     const bool main = ports_.mainQueue->isMainThread();
-    printLine((main ? "" : kSubThreadMarker) + ("Log " + timeOfDay() + "> ") + message);
+    platform::printLine((main ? "" : kSubThreadMarker) + ("Log " + timeOfDay() + "> ") + message);
   }
-  if (FlagJsonLog) printLine(LogApi{message}.toJSONString());
+  if (FlagJsonLog) platform::printLine(LogApi{message}.toJSONString());
 }
 
 void AppDelegate::emitMessage(const std::string& message) {
-  printLine(message);
+  platform::printLine(message);
   sendToClientPipe(message);
 }
 

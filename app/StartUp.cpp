@@ -6,6 +6,7 @@
 
 #include "app/AppDelegate.h"
 #include "hotkey/QKHotKeyCenter.h"
+#include "platform/Output.h"
 #include "unixsocket/GDUnixSocketServer.h"
 
 namespace seldial {
@@ -58,6 +59,7 @@ void AppDelegate::applicationWillTerminate() {
     }
     UnixSocketServer = nullptr;
   }
+  platform::reportLostLines();
 }
 
 void AppDelegate::connectToDesktop() {

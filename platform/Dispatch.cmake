@@ -1,5 +1,5 @@
-# seldial_dispatch: the background queue, the socket calls that differ between systems and small
-# system services, which is all that the socket library needs from a platform.
+# seldial_dispatch: the background queue, the socket calls that differ between systems, small system
+# services and the standard outputs, which is all that the socket library needs from a platform.
 if(TARGET seldial_dispatch)  # another library of this repository is in the same build
   return()
 endif()
@@ -9,5 +9,5 @@ else()
   set(port ${SELDIAL_ROOT}/platform/linux)
 endif()
 seldial_library(seldial_dispatch
-  ${port}/BackgroundQueue.cpp ${port}/Sockets.cpp ${port}/System.cpp
+  ${port}/BackgroundQueue.cpp ${port}/Sockets.cpp ${port}/System.cpp ${SELDIAL_ROOT}/platform/posix/Output.cpp
   LINK Threads::Threads)

@@ -6,11 +6,11 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
-#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <utility>
 
+#include "platform/Output.h"
 #include "platform/Sockets.h"
 #include "platform/System.h"
 #include "unixsocket/SocketPath.h"
@@ -34,7 +34,7 @@ using UuidBytes = std::array<unsigned char, 16>;
 UuidBytes randomBytes() {
   UuidBytes bytes{};
   if (!platform::fillWithRandom(bytes.data(), bytes.size())) {
-    std::perror("seldial: no random numbers");
+    platform::printError("seldial: no random numbers: " + platform::errorText(errno));
     std::abort();
   }
   return bytes;

@@ -6,9 +6,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <thread>
 #include <utility>
+
+#include "platform/Output.h"
+#include "platform/System.h"
 
 namespace seldial::platform {
 
@@ -59,7 +61,7 @@ void ThreadPerTaskQueue::async(Task task) {
   for (int attempt = 1; !startThread(); ++attempt) {
     if (attempt == kStartAttempts) {
       // The task waits for the next thread that becomes free.
-      std::perror("seldial: no thread for a background task");
+      printError("seldial: no thread for a background task: " + errorText(errno));
       return;
     }
     std::this_thread::sleep_for(kStartPause);

@@ -2,10 +2,10 @@
 
 #include <ApplicationServices/ApplicationServices.h>
 
-#include <cstdio>
 #include <memory>
 #include <type_traits>
 
+#include "platform/Output.h"
 #include "platform/VirtualKeys.h"
 #include "platform/macos/Cocoa.h"
 
@@ -59,10 +59,9 @@ std::optional<std::string> MacClipboard::text() {
 
 void requestConsent() {
   if (requestPostEventAccess()) return;
-  (void)std::fputs(
+  printError(
       "seldial: macOS does not let Seldial press Command-C yet; see System Settings > "
-      "Privacy & Security > Accessibility\n",
-      stderr);
+      "Privacy & Security > Accessibility");
 }
 
 }  // namespace seldial::platform::macos

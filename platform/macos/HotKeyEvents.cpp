@@ -2,9 +2,10 @@
 
 #include <Carbon/Carbon.h>
 
-#include <cstdio>
+#include <string>
 #include <utility>
 
+#include "platform/Output.h"
 #include "platform/macos/Cocoa.h"
 
 namespace seldial::platform::macos {
@@ -52,7 +53,7 @@ void CarbonHotKeyEvents::installReleasedHandler(ReleasedHandler handler) {
       InstallEventHandler(GetApplicationEventTarget(), &hotKeyHandler, 1, &type, nullptr, nullptr);
   installed_ = status == noErr;
   // Hot keys can still be registered, and the caller has no way to report that they will not act.
-  if (!installed_) (void)std::fprintf(stderr, "seldial: no handler for hot keys (%d)\n", status);
+  if (!installed_) printError("seldial: no handler for hot keys (" + std::to_string(status) + ")");
 }
 
 std::optional<HotKeyRef> CarbonHotKeyEvents::registerHotKey(std::uint32_t keyCode,

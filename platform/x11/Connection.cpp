@@ -4,8 +4,10 @@
 #include <xcb/xtest.h>
 
 #include <array>
-#include <cstdio>
 #include <cstring>
+#include <string>
+
+#include "platform/Output.h"
 
 namespace seldial::platform::x11 {
 namespace {
@@ -36,7 +38,7 @@ std::unique_ptr<Connection> Connection::open() {
   if (!displayIsNamed()) return nullptr;
   std::unique_ptr<Connection> connection(new Connection(xcb_connect(nullptr, nullptr)));
   if (connection->lost()) {
-    std::fprintf(stderr, "seldial: no X server at %s\n", std::getenv("DISPLAY"));
+    printError(std::string("seldial: no X server at ") + std::getenv("DISPLAY"));
     return nullptr;
   }
   return connection->handshake() ? std::move(connection) : nullptr;
@@ -61,7 +63,7 @@ bool Connection::handshake() {
   const char* missing = missingExtension();
   if (missing == nullptr) missing = missingAbility();
   if (missing == nullptr) return true;
-  std::fprintf(stderr, "seldial: the X server lacks %s; there will be no hot key\n", missing);
+  printError(std::string("seldial: the X server lacks ") + missing + "; there will be no hot key");
   return false;
 }
 

@@ -3,8 +3,9 @@
 #include <poll.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <utility>
+
+#include "platform/Output.h"
 
 namespace seldial::platform::x11 {
 
@@ -99,7 +100,7 @@ void EventPump::handle(const xcb_generic_event_t& event) {
 void EventPump::reportLoss() {
   if (!connection_.lost() || !watched_) return;
   stopWatching();
-  std::fputs("seldial: the connection to the X server is lost\n", stderr);
+  printError("seldial: the connection to the X server is lost");
   connectionLost_();
 }
 

@@ -1,9 +1,9 @@
 #include "platform/x11/HotKeyGrabs.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <utility>
 
+#include "platform/Output.h"
 #include "platform/x11/KeyTable.h"
 
 namespace seldial::platform::x11 {
@@ -110,8 +110,7 @@ void HotKeyGrabs::grabAgain() {
     if (mask && isFree(registration.key, *mask) && grab(registration.key, *mask)) {
       registration.mask = mask;
     } else {
-      std::fputs("seldial: the hot key cannot be registered under the new keyboard layout\n",
-                 stderr);
+      printError("seldial: the hot key cannot be registered under the new keyboard layout");
     }
   }
 }

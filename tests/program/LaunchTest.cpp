@@ -162,7 +162,7 @@ TEST_F(Launch, WhoLostItsPathSaysSoAtItsEndAndLeavesTheFile) {
 
 TEST_F(Launch, ClosedStandardDescriptorsNeverBecomeASocket) {
   for (const auto& closed : std::vector<std::vector<int>>{{0}, {1}, {2}, {0, 1, 2}}) {
-    start({"-log", "-jsonlog"}, {}, closed);
+    start({"-log", "-jsonlog"}, {}, {Streams::Errors::kCaptured, closed});
     waitUntilListening();
     EXPECT_THAT(answerTo("{}"), IsError("command tag not found"));
     terminate();

@@ -99,19 +99,22 @@ ChildProcess::ChildProcess(std::vector<std::string> command,
   auto whole = mergedEnvironment(environment);
   const auto arguments = argumentVector(command);
   const auto variables = argumentVector(whole);
-  const Pipe output;
-  output_.emplace(output.reading);
-  int errors = streams.errors == Streams::Errors::kWithOutput ? output.writing : -1;
+  int output = streams.output;
+  if (output == -1) {
+    const Pipe read;
+    output_.emplace(read.reading);
+    output = read.writing;
+  }
+  int errors = streams.errors == Streams::Errors::kWithOutput ? output : -1;
   if (streams.errors == Streams::Errors::kCaptured) {
     const Pipe captured;
     errors_.emplace(captured.reading);
     errors = captured.writing;
   }
   const int error = startProcess(
-      pid_, {arguments.data(), variables.data(), output.writing, errors, -1, streams.closed, 0},
-      Pipe());
-  close(output.writing);
-  if (errors != -1 && errors != output.writing) close(errors);
+      pid_, {arguments.data(), variables.data(), output, errors, -1, streams.closed, 0}, Pipe());
+  if (errors != -1 && errors != output) close(errors);
+  if (output != streams.output) close(output);
   if (error != 0) {
     throw std::runtime_error("cannot start " + command.front() + ": " + std::strerror(error) +
                              (hint.empty() ? "" : " (" + hint + ")"));

@@ -11,8 +11,7 @@
 
 namespace seldial::tests {
 
-/// Where a child's standard streams lead. Its standard output is a pipe that is always read; its
-/// standard input is empty.
+/// Where a child's standard streams lead. Its standard input is empty.
 struct Streams {
   enum class Errors {
     kInherited,   ///< to the test's own standard error
@@ -22,6 +21,7 @@ struct Streams {
 
   Errors errors = Errors::kInherited;
   std::vector<int> closed;  ///< of 0, 1 and 2: closed in the child
+  int output = -1;          ///< the standard output; -1: a pipe that is always read
 };
 
 /// Start it on the test's main thread: it is killed when the thread that started it ends.

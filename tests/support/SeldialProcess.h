@@ -16,16 +16,14 @@
 
 namespace seldial::tests {
 
-/// Its standard error is captured.
+/// Its standard error is captured by default.
 class SeldialProcess : public ChildProcess {
  public:
-  /// Without a desktop where `display` is empty; `closed` are standard descriptors that it starts
-  /// without.
+  /// Without a desktop where `display` is empty.
   explicit SeldialProcess(std::vector<std::string> arguments, const std::string& display = {},
-                          std::vector<int> closed = {})
+                          const Streams& streams = {Streams::Errors::kCaptured, {}})
       : ChildProcess(commandLine(std::move(arguments)),
-                     {display.empty() ? "DISPLAY" : "DISPLAY=" + display}, {},
-                     {Streams::Errors::kCaptured, std::move(closed)}) {}
+                     {display.empty() ? "DISPLAY" : "DISPLAY=" + display}, {}, streams) {}
 
  private:
   static std::vector<std::string> commandLine(std::vector<std::string> arguments) {
@@ -55,10 +53,10 @@ MATCHER_P(IsHotkeyStateFalse, reason, "") {
 class ProgramTest : public testing::Test {
  protected:
   void start(std::vector<std::string> flags = {"-log"}, const std::string& display = {},
-             std::vector<int> closed = {}) {
+             const Streams& streams = {Streams::Errors::kCaptured, {}}) {
     flags.push_back("dialerpipename=" + in);
     flags.push_back("clientpipename=" + out);
-    process.emplace(std::move(flags), display, std::move(closed));
+    process.emplace(std::move(flags), display, streams);
   }
 
   /// As start(), and waits until commands can be sent.

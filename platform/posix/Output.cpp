@@ -1,0 +1,109 @@
+#include "platform/Output.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <string>
+#include <utility>
+
+namespace seldial::platform {
+namespace {
+
+using std::chrono::milliseconds;
+
+// Never destroyed: threads may outlive main().
+LineOutput& standardOutput() {
+  static auto* const output = new LineOutput(STDOUT_FILENO, milliseconds(1000));
+  return *output;
+}
+
+LineOutput& standardError() {
+  static auto* const output = new LineOutput(STDERR_FILENO, milliseconds(0));
+  return *output;
+}
+
+void report(std::size_t lost) {
+  if (lost == 0) return;
+  printError("seldial: nobody read standard output; lines lost: " + std::to_string(lost));
+}
+
+}  // namespace
+
+void printLine(std::string_view line) {
+  report(standardOutput().print(line));
+}
+
+void printError(std::string_view line) {
+  standardError().print(line);
+}
+
+void reportLostLines() {
+  report(standardOutput().takeLost());
+}
+
+std::size_t LineOutput::print(std::string_view line) {
+  const std::lock_guard lock(mutex_);
+  if (lost_ > 0 && !waitForRoom(Clock::now())) {
+    ++lost_;
+    return 0;
+  }
+  const std::size_t before = std::exchange(lost_, 0);
+  if (!write(line)) lost_ = 1;
+  return before;
+}
+
+std::size_t LineOutput::takeLost() {
+  const std::lock_guard lock(mutex_);
+  return std::exchange(lost_, 0);
+}
+
+/// A pipe that poll() calls writable takes PIPE_BUF bytes without blocking, so no piece is longer.
+/// False when there was no room for all of the line in time.
+bool LineOutput::write(std::string_view line) {
+  const auto deadline = Clock::now() + patience_;
+  char piece[PIPE_BUF];
+  std::size_t size = 0;
+  if (!atLineBegin_) piece[size++] = '\n';
+  for (bool last = false; !last; size = 0) {
+    const std::size_t count = line.copy(piece + size, sizeof piece - size);
+    line.remove_prefix(count);
+    size += count;
+    last = size < sizeof piece;
+    if (last) piece[size++] = '\n';
+    if (!writePiece({piece, size}, deadline)) return false;
+  }
+  return true;
+}
+
+bool LineOutput::writePiece(std::string_view piece, Clock::time_point deadline) {
+  while (!piece.empty()) {
+    if (!waitForRoom(deadline)) return false;
+    const auto written = ::write(descriptor_, piece.data(), piece.size());
+    if (written > 0) {
+      const auto count = static_cast<std::size_t>(written);
+      atLineBegin_ = piece[count - 1] == '\n';
+      piece.remove_prefix(count);
+    } else if (errno == EAGAIN) {  // another process made it non-blocking, and took the room
+      if (Clock::now() >= deadline) return false;
+    } else if (errno != EINTR) {
+      break;
+    }
+  }
+  return true;
+}
+
+/// Says yes also when writing would fail.
+bool LineOutput::waitForRoom(Clock::time_point deadline) const {
+  for (;;) {
+    const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
+    pollfd watched{descriptor_, POLLOUT, 0};
+    const int ready = ::poll(&watched, 1, std::max(0, static_cast<int>(left.count())));
+    if (ready > 0 || (ready == -1 && errno != EINTR)) return true;
+    if (Clock::now() >= deadline) return false;
+  }
+}
+
+}  // namespace seldial::platform

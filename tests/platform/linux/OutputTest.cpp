@@ -1,0 +1,98 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <csignal>
+#include <thread>
+
+#include "platform/Output.h"
+#include "tests/support/UnreadPipe.h"
+#include "tests/support/Waiting.h"
+
+namespace seldial::platform {
+namespace {
+
+using std::chrono::milliseconds;
+
+struct OutputTest : testing::Test {
+  void expectLongLinesWhole() const {
+    LineOutput patient(pipe.writingEnd(), tests::kTimeLimit);
+    for (const int size : {PIPE_BUF - 1, PIPE_BUF, 10 * PIPE_BUF, 10 * PIPE_BUF + 7}) {
+      const std::string line(static_cast<std::size_t>(size), 'x');
+      std::thread writer([&] { EXPECT_EQ(patient.print(line), 0U); });
+      std::string text;
+      while (text.size() <= line.size()) text += pipe.take();
+      writer.join();
+      EXPECT_TRUE(text == line + "\n") << size;
+    }
+  }
+
+  tests::UnreadPipe pipe;
+  LineOutput output{pipe.writingEnd(), milliseconds(20)};
+};
+
+TEST_F(OutputTest, ALineEndsWithALineBreak) {
+  EXPECT_EQ(output.print("one"), 0U);
+  EXPECT_EQ(output.print(""), 0U);
+  EXPECT_EQ(pipe.take(), "one\n\n");
+}
+
+TEST_F(OutputTest, ALineLongerThanThePipeIsReadWhole) {
+  expectLongLinesWhole();
+}
+
+TEST_F(OutputTest, ANonBlockingPipeIsWaitedForToo) {
+  ASSERT_EQ(fcntl(pipe.writingEnd(), F_SETFL, O_NONBLOCK), 0);
+  expectLongLinesWhole();
+}
+
+TEST_F(OutputTest, WithoutRoomLinesAreLostAndCountedOnceThereIsRoom) {
+  pipe.fill();
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(output.print("lost"), 0U);
+  (void)pipe.take();
+  EXPECT_EQ(output.print("first"), 3U);
+  EXPECT_EQ(output.print("second"), 0U);
+  EXPECT_EQ(pipe.take(), "first\nsecond\n");
+}
+
+TEST_F(OutputTest, TheCountCanBeTakenBeforeThereIsRoom) {
+  pipe.fill();
+  output.print("lost");
+  EXPECT_EQ(output.takeLost(), 1U);
+  EXPECT_EQ(output.takeLost(), 0U);
+}
+
+TEST_F(OutputTest, OnlyTheFirstLineThatIsLostWaits) {
+  LineOutput patient(pipe.writingEnd(), milliseconds(200));
+  const auto begin = std::chrono::steady_clock::now();
+  for (int i = 0; i < 1000; ++i) patient.print(std::string(100, 'x'));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, tests::kTimeLimit) << "1000 waits take 200 s";
+}
+
+TEST_F(OutputTest, ALineThatIsLostAfterItsBeginningEndsWithALineBreak) {
+  output.print(std::string(2 * tests::UnreadPipe::kSize, 'x'));
+  EXPECT_EQ(pipe.take(), std::string(tests::UnreadPipe::kSize, 'x'));
+  EXPECT_EQ(output.print("next"), 1U);
+  EXPECT_EQ(pipe.take(), "\nnext\n");
+}
+
+TEST_F(OutputTest, AClosedPipeLosesLinesSilently) {
+  const auto before = std::signal(SIGPIPE, SIG_IGN);
+  int ends[2];
+  ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+  close(ends[0]);
+  LineOutput closed(ends[1], milliseconds(20));
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(closed.print("nobody"), 0U);
+  EXPECT_EQ(closed.takeLost(), 0U);
+  close(ends[1]);
+  std::signal(SIGPIPE, before);
+}
+
+TEST_F(OutputTest, TheFlagsOfTheDescriptorStay) {
+  const int before = fcntl(pipe.writingEnd(), F_GETFL);
+  pipe.fill();
+  output.print("lost");
+  EXPECT_EQ(fcntl(pipe.writingEnd(), F_GETFL), before);
+}
+
+}  // namespace
+}  // namespace seldial::platform
