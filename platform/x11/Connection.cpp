@@ -114,6 +114,11 @@ const char* Connection::missingAbility() {
   return nullptr;
 }
 
+void Connection::selectRawInput(std::uint32_t events, bool selected) {
+  rawEvents_ = selected ? rawEvents_ | events : rawEvents_ & ~events;
+  selectInput(*this, XCB_INPUT_DEVICE_ALL_MASTER, rawEvents_);
+}
+
 void selectInput(const Connection& connection, std::uint16_t devices, std::uint32_t events) {
   const struct {
     xcb_input_event_mask_t head;

@@ -50,6 +50,10 @@ class Connection {
     return window & ~xcb_get_setup(xcb_)->resource_id_mask;
   }
 
+  /// Adds or removes raw events of XInput 2 from those that the server sends for every master
+  /// device. They arrive whatever has the focus or a grab.
+  void selectRawInput(std::uint32_t events, bool selected);
+
  private:
   explicit Connection(xcb_connection_t* xcb) : xcb_(xcb) {}
   bool handshake();
@@ -64,6 +68,7 @@ class Connection {
   Atoms atoms_;
   int xkbEvent_ = 0;
   int inputExtension_ = 0;
+  std::uint32_t rawEvents_ = 0;  ///< that are selected
 };
 
 /// Selects the XInput 2 events of `devices` (one device or a group) that the server sends for the

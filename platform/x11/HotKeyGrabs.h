@@ -36,6 +36,8 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   void unregisterHotKey(HotKeyRef ref) override;
   [[nodiscard]] bool canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) override;
 
+  [[nodiscard]] bool anyRegistered() const { return !registrations_.empty(); }
+
   /// Hot keys that are held. Meanwhile the server sends us every key event, synthetic ones too.
   [[nodiscard]] const KeySet& pressedKeys() const { return pressed_; }
 

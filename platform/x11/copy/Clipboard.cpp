@@ -3,8 +3,10 @@
 #include <array>
 #include <cstring>
 
+#include "platform/x11/copy/Applications.h"
 #include "platform/x11/copy/CopyKeystroke.h"
 #include "platform/x11/copy/FocusedWindow.h"
+#include "platform/x11/copy/PrimarySelection.h"
 #include "platform/x11/copy/SelectionTransfer.h"
 
 namespace seldial::platform::x11 {
@@ -96,19 +98,21 @@ class SelectionClipboard final : public Clipboard {
   explicit SelectionClipboard(std::shared_ptr<Session> session)
       : session_(std::move(session)),
         empty_(session_->connection, session_->pump),
+        primary_(*session_),
         keystroke_(*session_) {}
 
   void clear() override {
-    terminal_.reset();
+    source_ = Source::kClipboard;
     // Another client may take it at the same moment; one that does so twice means to keep it.
-    stale_ = !empty_.takeOwnership() && !empty_.takeOwnership();
+    if (!empty_.takeOwnership() && !empty_.takeOwnership()) source_ = Source::kNothing;
   }
 
   [[nodiscard]] bool copySelection() override {
     if (!keystroke_.isPossible()) return false;
     const auto focused = findFocusedWindow(session_->connection);
-    if (isTerminal(focused.names)) {
-      terminal_ = session_->connection.clientOf(focused.window);
+    if (isReadFromPrimary(focused.names)) {
+      window_ = focused.window;
+      source_ = primary_.isStaleIn(window_) ? Source::kNothing : Source::kPrimary;
     } else {
       keystroke_.press();
       keystroke_.release();
@@ -117,23 +121,31 @@ class SelectionClipboard final : public Clipboard {
   }
 
   [[nodiscard]] std::optional<std::string> text() override {
+    if (source_ == Source::kNothing) return {};
     Connection& connection = session_->connection;
+    const bool primary = source_ == Source::kPrimary;
     const xcb_atom_t selection =
-        terminal_ ? xcb_atom_t{XCB_ATOM_PRIMARY} : connection.atoms().clipboard;
+        primary ? xcb_atom_t{XCB_ATOM_PRIMARY} : connection.atoms().clipboard;
     const auto owner = ownerOf(connection, selection);
     if (owner == XCB_WINDOW_NONE || owner == connection.window()) return {};
     // A selection in another window than the focused one is not what the user means.
-    if (terminal_ ? connection.clientOf(owner) != *terminal_ : stale_) return {};
+    if (primary && !areOfOneProgram(connection, window_, owner)) return {};
     return readSelectionText(connection, session_->pump, selection);
   }
 
  private:
+  enum class Source {
+    kClipboard,
+    kPrimary,  ///< if the program of window_ owns it
+    kNothing,  ///< what could be read is from before
+  };
+
   const std::shared_ptr<Session> session_;
   EmptyClipboard empty_;
+  PrimarySelection primary_;
   CopyKeystroke keystroke_;
-  /// The client (Connection::clientOf) whose selection is read instead of the clipboard.
-  std::optional<std::uint32_t> terminal_;
-  bool stale_ = false;  ///< it could not be cleared: what it holds is from before
+  Source source_ = Source::kClipboard;
+  xcb_window_t window_ = XCB_WINDOW_NONE;  ///< the one whose selection is read
 };
 
 }  // namespace

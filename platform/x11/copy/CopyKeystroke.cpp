@@ -112,10 +112,8 @@ void CopyKeystroke::releasedByUser(xcb_keycode_t key) {
 void CopyKeystroke::watchKeys() {
   const bool needed = underWay_ || synthetic_.any();
   if (std::exchange(watching_, needed) == needed) return;
-  selectInput(connection_, XCB_INPUT_DEVICE_ALL_MASTER,
-              needed
-                  ? XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE
-                  : 0U);
+  connection_.selectRawInput(
+      XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE, needed);
 }
 
 void CopyKeystroke::typeAll(const KeySet& keys, bool down) {

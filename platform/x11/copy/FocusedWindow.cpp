@@ -1,9 +1,10 @@
 #include "platform/x11/copy/FocusedWindow.h"
 
-#include <strings.h>
+#include <unistd.h>
+#include <xcb/res.h>
 
-#include <algorithm>
 #include <array>
+#include <climits>
 #include <sstream>
 
 namespace seldial::platform::x11 {
@@ -11,57 +12,6 @@ namespace {
 
 /// The longest WM_CLASS that is read, in units of four bytes.
 constexpr std::uint32_t kLongestName = 256;
-
-/// WM_CLASS names of terminal emulators.
-constexpr std::array kTerminals{
-    "Alacritty",
-    "aterm",
-    "com.mitchellh.ghostty",
-    "contour",
-    "cool-retro-term",
-    "deepin-terminal",
-    "Eterm",
-    "foot",
-    "gnome-terminal",
-    "gnome-terminal-server",
-    "guake",
-    "kgx",
-    "kitty",
-    "konsole",
-    "lilyterm",
-    "lxterminal",
-    "mate-terminal",
-    "mlterm",
-    "org.gnome.Console",
-    "org.gnome.Ptyxis",
-    "org.wezfurlong.wezterm",
-    "pterm",
-    "qterminal",
-    "rio",
-    "roxterm",
-    "Rxvt",
-    "sakura",
-    "st",
-    "st-256color",
-    "stterm",
-    "terminator",
-    "terminology",
-    "termit",
-    "tilda",
-    "tilix",
-    "URxvt",
-    "UXTerm",
-    "wezterm",
-    "x-terminal-emulator",
-    "Xfce4-terminal",
-    "XTerm",
-    "yakuake",
-};
-
-bool isKnownTerminal(const std::string& name) {
-  return std::any_of(kTerminals.begin(), kTerminals.end(),
-                     [&](const char* known) { return strcasecmp(name.c_str(), known) == 0; });
-}
 
 /// Typed keys go to the innermost window under the pointer when no window has the focus.
 xcb_window_t windowUnderPointer(const Connection& connection) {
@@ -92,12 +42,50 @@ std::vector<std::string> namesIn(const xcb_get_property_reply_t& property) {
   return names;
 }
 
+/// Whether the program runs on another machine. The process that the X server knows is then one
+/// that forwards connections, maybe of several programs.
+bool isRemote(const Connection& connection, xcb_window_t window) {
+  auto* const xcb = connection.xcb();
+  const auto cookie = xcb_get_property(xcb, 0, window, XCB_ATOM_WM_CLIENT_MACHINE,
+                                       XCB_GET_PROPERTY_TYPE_ANY, 0, kLongestName);
+  const auto reply = freed(xcb_get_property_reply(xcb, cookie, nullptr));
+  std::array<char, HOST_NAME_MAX + 1> ours{};
+  if (!reply || reply->type == XCB_ATOM_NONE || gethostname(ours.data(), HOST_NAME_MAX) != 0) {
+    return false;
+  }
+  const auto names = namesIn(*reply);
+  return !names.empty() && names.front() != ours.data();
+}
+
+/// The processes behind the connections to which the windows belong, those that the server knows.
+std::vector<std::uint32_t> processesOf(const Connection& connection,
+                                       const std::array<xcb_window_t, 2>& windows) {
+  auto* const xcb = connection.xcb();
+  const auto* const extension = xcb_get_extension_data(xcb, &xcb_res_id);
+  if (extension == nullptr || extension->present == 0) return {};
+  constexpr std::uint32_t kProcess = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID;
+  const std::array specs{xcb_res_client_id_spec_t{windows[0], kProcess},
+                         xcb_res_client_id_spec_t{windows[1], kProcess}};
+  const auto cookie = xcb_res_query_client_ids(xcb, specs.size(), specs.data());
+  const auto reply = freed(xcb_res_query_client_ids_reply(xcb, cookie, nullptr));
+  std::vector<std::uint32_t> processes;
+  if (!reply) return processes;
+  for (auto it = xcb_res_query_client_ids_ids_iterator(reply.get()); it.rem > 0;
+       xcb_res_client_id_value_next(&it)) {
+    if (it.data->length >= sizeof(std::uint32_t)) {
+      processes.push_back(*xcb_res_client_id_value_value(it.data));
+    }
+  }
+  return processes;
+}
+
 }  // namespace
 
 FocusedWindow findFocusedWindow(const Connection& connection) {
   auto* const xcb = connection.xcb();
-  FocusedWindow result{inputWindow(connection), {}};
-  for (auto window = result.window; window != XCB_WINDOW_NONE && result.names.empty();) {
+  FocusedWindow result;
+  for (auto window = inputWindow(connection); window != XCB_WINDOW_NONE && result.names.empty();) {
+    result.window = window;
     const auto property =
         xcb_get_property(xcb, 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, kLongestName);
     const auto tree = xcb_query_tree(xcb, window);
@@ -109,8 +97,10 @@ FocusedWindow findFocusedWindow(const Connection& connection) {
   return result;
 }
 
-bool isTerminal(const std::vector<std::string>& names) {
-  return std::any_of(names.begin(), names.end(), isKnownTerminal);
+bool areOfOneProgram(const Connection& connection, xcb_window_t one, xcb_window_t other) {
+  if (connection.clientOf(one) == connection.clientOf(other)) return true;
+  const auto processes = processesOf(connection, {one, other});
+  return processes.size() == 2 && processes[0] == processes[1] && !isRemote(connection, one);
 }
 
 }  // namespace seldial::platform::x11

@@ -1,7 +1,4 @@
-// The window that receives typed keys, and whether a terminal emulator owns it.
-//
-// A terminal passes a copy keystroke that it does not know to the program inside, which may type it
-// or end. Its selection can be read without any keystroke.
+// The window that receives typed keys, and which windows belong to the same program.
 #pragma once
 
 #include <string>
@@ -11,15 +8,17 @@
 
 namespace seldial::platform::x11 {
 
+/// The focused window or, if it has no WM_CLASS, the nearest window around it that has one.
 struct FocusedWindow {
   xcb_window_t window = XCB_WINDOW_NONE;  ///< none when typed keys go nowhere
-  std::vector<std::string> names;         ///< WM_CLASS of the window or its nearest named ancestor
+  std::vector<std::string> names;         ///< its WM_CLASS; empty when no window around has one
 };
 
 /// Takes one round trip, and one for each window up to the one with the names.
 FocusedWindow findFocusedWindow(const Connection& connection);
 
-/// Whether a window with these WM_CLASS names is a terminal emulator; case is ignored.
-bool isTerminal(const std::vector<std::string>& names);
+/// Whether two windows belong to the same X client or, since a program may have several connections
+/// to the server, to the same process on this machine. At most three round trips.
+bool areOfOneProgram(const Connection& connection, xcb_window_t one, xcb_window_t other);
 
 }  // namespace seldial::platform::x11

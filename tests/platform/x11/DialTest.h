@@ -13,7 +13,9 @@ const std::string kNumber = "+31 20 123 4567";
 class DialTest : public X11Test {
  protected:
   void SetUp() override {
-    ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
+    const auto registered = port.registerHotKey(kVK_ANSI_D, kControlAlt);
+    ASSERT_TRUE(registered);
+    hotKey = *registered;
     port.dialOnRelease(kDelay);
   }
 
@@ -37,6 +39,8 @@ class DialTest : public X11Test {
   }
 
   using Typed = std::vector<std::pair<unsigned, unsigned>>;
+
+  HotKeyRef hotKey = 0;
 };
 
 }  // namespace seldial::platform::x11

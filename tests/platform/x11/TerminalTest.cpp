@@ -1,5 +1,6 @@
 // Dialling from a terminal: its selection is read, and nothing is typed into it.
 #include "tests/platform/x11/DialTest.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace seldial::platform::x11 {
 namespace {
@@ -52,13 +53,40 @@ TEST_F(Terminal, IsRecognisedUnderThePointerWhereNoWindowHasTheFocus) {
 }
 
 TEST_F(Terminal, TheSelectionOfAnotherProgramIsNotRead) {
-  XClient other(server.display());
-  other.own("PRIMARY", answersWith("other"));
+  const TemporaryFile script(
+      "selection handle -selection PRIMARY . {apply {{offset most} {return other}}}\n"
+      "selection own -selection PRIMARY .; puts owned; flush stdout\n");
+  ChildProcess other({"wish", script.path()}, {server.environment()}, "sudo apt-get install tk");
+  EXPECT_EQ(other.readLine(), "owned");
   const XClient client(server.display(), terminal());
   useHotKey();
   port.waitForDials(1);
   EXPECT_EQ(port.dialled()[0], std::nullopt);
   expectNothingTyped(client);
+}
+
+TEST_F(Terminal, ASelectionThroughAnotherConnectionOfTheSameProcessIsRead) {
+  XClient connection(server.display());
+  connection.own("PRIMARY", answersWith("+49 30 1"));
+  const XClient client(server.display(), terminal());
+  useHotKey();
+  port.waitForDials(1);
+  EXPECT_EQ(port.dialled()[0], "+49 30 1");
+}
+
+TEST_F(Terminal, OnAnotherMachineTheConnectionCountsNotTheProcessThatForwardsIt) {
+  XClient other(server.display());
+  other.own("PRIMARY", answersWith("other"));
+  auto settings = terminal();
+  settings.machine = "elsewhere";
+  XClient client(server.display(), settings);
+  useHotKey();
+  port.waitForDials(1);
+  EXPECT_EQ(port.dialled()[0], std::nullopt);
+  client.own("PRIMARY", answersWith("+49 30 1"));
+  useHotKey();
+  port.waitForDials(2);
+  EXPECT_EQ(port.dialled()[1], "+49 30 1");
 }
 
 TEST_F(Terminal, WithNothingSelectedNothingIsFound) {

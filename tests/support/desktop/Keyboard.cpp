@@ -5,6 +5,7 @@
 
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include "tests/support/Waiting.h"
 #include "tests/support/desktop/Xcb.h"
@@ -16,7 +17,8 @@ constexpr int kDeviceKeyPress = 1;  // offsets from the extension's first event
 constexpr int kDeviceKeyRelease = 2;
 
 /// Before every press, in milliseconds, waited by the server: nobody presses a key in the instant
-/// in which it went up, and a toolkit takes such a press for one that repeats.
+/// in which it went up, and a toolkit takes such a press for one that repeats. Nor does anybody
+/// click in the instant in which a selection was taken.
 constexpr xcb_timestamp_t kPause = 1;
 
 bool isXTestDevice(xcb_connection_t* connection, xcb_input_device_id_t device) {
@@ -58,7 +60,7 @@ void Keyboard::findDevices() {
 }
 
 void Keyboard::fake(std::uint8_t type, std::uint8_t key, std::uint8_t device) {
-  const bool presses = type == firstInputEvent_ + kDeviceKeyPress;
+  const bool presses = type == firstInputEvent_ + kDeviceKeyPress || type == XCB_BUTTON_PRESS;
   xcb_test_fake_input(connection_, type, key, presses ? kPause : XCB_CURRENT_TIME, root_, 0, 0,
                       device);
   synchronise();
@@ -111,6 +113,22 @@ void Keyboard::waitForTypedDown(const std::set<std::uint8_t>& keys) const {
 
 void Keyboard::holdMouseButton(bool held) {
   fake(held ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, 1, 0);
+}
+
+void Keyboard::click(std::int16_t x, std::int16_t y, std::uint8_t button) {
+  movePointer(x, y);
+  fake(XCB_BUTTON_PRESS, button, 0);
+  fake(XCB_BUTTON_RELEASE, button, 0);
+}
+
+void Keyboard::swapMouseButtons() {
+  const auto before = freed(
+      xcb_get_pointer_mapping_reply(connection_, xcb_get_pointer_mapping(connection_), nullptr));
+  if (!before || before->map_len < 3) throw std::runtime_error("the mouse lacks a third button");
+  auto* const map = xcb_get_pointer_mapping_map(before.get());
+  std::swap(map[0], map[2]);
+  const auto cookie = xcb_set_pointer_mapping(connection_, before->map_len, map);
+  freed(xcb_set_pointer_mapping_reply(connection_, cookie, nullptr));
 }
 
 void Keyboard::focusFollowsPointer() {

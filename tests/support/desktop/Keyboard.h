@@ -43,6 +43,10 @@ class Keyboard {
 
   void movePointer(std::int16_t x, std::int16_t y);
   void holdMouseButton(bool held);
+  /// Clicks at a place on the screen; `button` is that of the mouse, whatever it means.
+  void click(std::int16_t x, std::int16_t y, std::uint8_t button = 1);
+  /// The first and the third mouse button change places.
+  void swapMouseButtons();
 
   /// No window has the focus: what is typed goes to the one under the pointer.
   void focusFollowsPointer();

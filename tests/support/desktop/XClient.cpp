@@ -47,6 +47,11 @@ void XClient::createWindow() {
   xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_CLASS,
                       XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(wmClass.size()),
                       wmClass.data());
+  if (!settings_.machine.empty()) {
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_CLIENT_MACHINE,
+                        XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(settings_.machine.size()),
+                        settings_.machine.data());
+  }
   if (!settings_.focusOnChild) return;
   focus_ = xcb_generate_id(connection_);
   xcb_create_window(connection_, XCB_COPY_FROM_PARENT, focus_, window_, 0, 0, 300, 100, 0,

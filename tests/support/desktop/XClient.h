@@ -25,6 +25,7 @@ struct XClientSettings {
   bool copies = true;           ///< whether Ctrl+Insert copies; no other chord ever does
   bool endsWhenSilent = false;  ///< the program dies in the middle of an incremental transfer
   bool focusOnChild = false;    ///< the focus is on a child window, which has no class of its own
+  std::string machine;          ///< WM_CLIENT_MACHINE, unless empty
 };
 
 /// A key event as the window received it.

@@ -1,0 +1,13 @@
+// Applications whose PRIMARY selection is read, instead of making them copy to the clipboard.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace seldial::platform::x11 {
+
+/// Whether a window with these WM_CLASS names belongs to an application in which the copy keystroke
+/// does harm or copies nothing; case is ignored.
+bool isReadFromPrimary(const std::vector<std::string>& names);
+
+}  // namespace seldial::platform::x11
