@@ -3,22 +3,29 @@
 #include <string>
 #include <vector>
 
+#include "client/Connection.h"
 #include "hotkey/QKHotKeyCenter.h"
 #include "platform/qt/Desktop.h"
 #include "platform/x11/copy/Clipboard.h"
-#include "shortcut/Delivery.h"
 #include "shortcut/Options.h"
 #include "shortcut/ShortcutWindow.h"
 
 namespace seldial {
 namespace {
 
+/// Prints the command as one line. Returns what went wrong, if anything.
+std::optional<std::string> printCommand(const std::string& command) {
+  const bool printed = std::puts(command.c_str()) >= 0 && std::fflush(stdout) == 0;
+  if (printed) return std::nullopt;
+  return "Standard output cannot be written.";
+}
+
 ShortcutWindow::Deliver deliveryFor(const ShortcutOptions& options) {
   if (options.socket.empty()) return printCommand;
   return [path = options.socket](const std::string& command) -> std::optional<std::string> {
     const auto failure = sendCommand(command, path);
     if (!failure) return {};
-    return "Is Seldial running? At " + path + ": " + *failure;
+    return "Is Seldial running? " + *failure + ".";
   };
 }
 

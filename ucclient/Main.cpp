@@ -1,20 +1,28 @@
 #include <csignal>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "client/Configuration.h"
+#include "ucclient/Commands.h"
 #include "ucclient/MainThread.h"
 #include "ucclient/Options.h"
 #include "ucclient/Session.h"
 
 namespace {
 
-int runSession(const seldial::Options& options) {
+using Arguments = std::vector<std::string>;
+
+std::optional<seldial::Options> optionsOf(const Arguments& arguments, std::string& error) {
+  return seldial::optionsFrom(arguments, seldial::usualConfigurationPath(), error);
+}
+
+int runSession(const seldial::Options& options, const Arguments& arguments) {
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);  // a script behind a pipe sees each line at once
-  std::signal(SIGPIPE, SIG_IGN);                  // a write to a reader that is gone fails instead
-  const auto session = std::make_shared<seldial::Session>(options);
+  const auto session = std::make_shared<seldial::Session>(
+      options, [arguments](std::string& error) { return optionsOf(arguments, error); });
   seldial::onTerminationSignals(session->endRequest());
   return session->run();
 }
@@ -22,9 +30,11 @@ int runSession(const seldial::Options& options) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+  const Arguments arguments(argv + 1, argv + argc);
+  std::signal(SIGPIPE, SIG_IGN);  // a write to a reader that is gone fails instead
+  if (const auto status = seldial::runCommand(arguments)) return *status;
   std::string error;
-  const auto options = seldial::optionsFrom(std::vector<std::string>(argv + 1, argv + argc),
-                                            seldial::usualConfigurationPath(), error);
+  const auto options = optionsOf(arguments, error);
   if (!options) {
     std::fprintf(stderr, "seldial-uc: %s\nTry seldial-uc --help.\n", error.c_str());
     return 2;
@@ -37,5 +47,5 @@ int main(int argc, char* argv[]) {
     std::puts("seldial-uc " SELDIAL_VERSION);
     return 0;
   }
-  return runSession(*options);
+  return runSession(*options, arguments);
 }

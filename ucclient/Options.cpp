@@ -218,6 +218,7 @@ std::optional<Options> optionsFrom(const std::vector<std::string>& arguments,
 
 const char* helpText() {
   return R"(usage: seldial-uc [--dial COMMAND | --open SCHEME] [OPTION...]
+       seldial-uc COMMAND
 
 Starts seldial, registers a hot key and dials every number that is selected with
 it, until Ctrl-C. Without --dial or --open it only prints the numbers.
@@ -249,6 +250,16 @@ Seldial:
   --conversation  show everything that passes over the two sockets
   --help          print this text
   --version       print the version
+
+Commands, for a seldial-uc that is running:
+  status          what it does, and the last calls
+  reload          make it read its configuration file again
+  settings        open the window with the settings
+
+Commands for a seldial that another program runs:
+  send SOCKET [--hotkey KEYS] [--delay MS]   set its hot key
+  raw SOCKET      send it standard input as it is
+  listen SOCKET   print the messages that it sends
 
 Exit status: 0 after SIGINT, SIGTERM or SIGHUP; 1 when the hot key is refused or
 seldial ends; 2 when the command line or the configuration file is wrong.

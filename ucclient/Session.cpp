@@ -5,12 +5,13 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <thread>
 #include <utility>
 
+#include "client/Connection.h"
 #include "client/Protocol.h"
 #include "ucclient/Notifications.h"
-#include "unixsocket/GDUnixSocketClient.h"
 
 namespace seldial {
 namespace {
@@ -40,9 +41,20 @@ std::string inPlainWords(const std::string& failReason) {
          " (another program holds it, the keyboard has no such key, or there is no desktop)";
 }
 
+std::string describedDialling(const DialSettings& settings) {
+  if (!settings.scheme.empty()) return "opens " + settings.scheme + ": URIs";
+  return settings.command.empty() ? "no, prints only" : "runs " + settings.command.front();
+}
+
 }  // namespace
 
-Session::Session(Options options) : options_(std::move(options)), console_(options_.conversation) {
+Session::Session(Options options, Reread reread)
+    : options_(std::move(options)), reread_(std::move(reread)), console_(options_.conversation) {
+  makeDialler();
+}
+
+void Session::makeDialler() {
+  dialling_.reset();
   if (!options_.dialling.dials()) return;
   dialling_ = std::make_unique<Dialler>(
       options_.dialling, mainThread_,
@@ -53,12 +65,23 @@ Session::Session(Options options) : options_(std::move(options)), console_(optio
 
 int Session::run() {
   if (!makeDirectory() || !listenForMessages() || !startDialer()) return 1;
+  answerRequests();
   mainThread_->run();
   return status_;
 }
 
 std::function<void()> Session::endRequest() {
   return onMainThread(&Session::endRequested);
+}
+
+/// Without a control socket everything else works.
+void Session::answerRequests() {
+  const std::string path = controlSocketPath();
+  if (path.empty()) return;
+  control_ = ControlSocket::listenAt(
+      path, mainThread_, [this](const std::string& request, const ControlSocket::Reply& reply) {
+        answer(request, reply);
+      });
 }
 
 bool Session::makeDirectory() {
@@ -111,15 +134,9 @@ void Session::dialerWrote(const std::string& line) {
 
 void Session::sendSetHotKey() {
   const std::string command = setHotKeyCommand(options_.hotKey, options_.delay);
-  const auto socket = GDUnixSocketClient::initWithSocketPath(dialerPath_);
-  std::optional<Error> error;
-  if (!socket->connectWithAutoRead(false, &error)) return fail(error->localizedDescription);
+  if (const auto failure = sendCommand(command, dialerPath_)) return fail(*failure);
   console_.onDialerSocket("connected");
-  if (socket->writeData(command, &error) != static_cast<std::int64_t>(command.size())) {
-    return fail("the command could not be sent. " + (error ? error->localizedDescription : ""));
-  }
   console_.sent(command);
-  socket->close();
   console_.onDialerSocket("disconnected");
 }
 
@@ -131,11 +148,10 @@ void Session::received(const std::string& text) {
   console_.onClientSocket("disconnected");  // that ended the message
   switch (message.kind) {
     case Message::Kind::HotKeySet:
-      hotKeyWasSet_ = true;
-      console_.hotKeySet(options_.spelling);
+      hotKeyWasSet();
       break;
     case Message::Kind::HotKeyNotSet:
-      fail("the hot key " + options_.spelling + " was refused: " + inPlainWords(message.text));
+      hotKeyWasRefused(inPlainWords(message.text));
       break;
     case Message::Kind::Error:
       fail("seldial did not accept the command: " + message.text);
@@ -153,18 +169,39 @@ void Session::received(const std::string& text) {
   if (console_.broken()) fail("standard output cannot be written");
 }
 
-void Session::dialled(const std::string& number) const {
+void Session::hotKeyWasSet() {
+  hasHotKey_ = hotKeyWasSet_ = true;
+  console_.hotKeySet(options_.spelling);
+  finishReload("");
+}
+
+/// After a reload the previous hot key is set again.
+void Session::hotKeyWasRefused(const std::string& why) {
+  hasHotKey_ = false;
+  const std::string sentence = "the hot key " + options_.spelling + " was refused: " + why;
+  if (!reloading_) return fail(sentence);
+  console_.error(sentence);
+  options_ = previousOptions_;
+  makeDialler();
+  finishReload(sentence);
+  sendSetHotKey();
+}
+
+void Session::dialled(const std::string& number) {
   console_.dialled();
+  history_.add("called " + number);
   showNotification("Calling " + number, "");
 }
 
-void Session::dialFailed(const std::string& what) const {
+void Session::dialFailed(const std::string& what) {
   console_.error(what);
+  history_.add(what);
   showNotification("The call failed", what);
 }
 
-void Session::notDialled(const std::string& why) const {
+void Session::notDialled(const std::string& why) {
   console_.notDialled(why);
+  history_.add("nothing was dialled: " + why);
   showNotification("Nothing was dialled", why);
 }
 
@@ -175,6 +212,8 @@ void Session::endRequested() {
 
 void Session::dialerEnded() {
   const int status = dialer_->wait();
+  hasHotKey_ = false;
+  finishReload("seldial " + describedExitStatus(status));
   if (!ending_ && restartsAfter(status)) return restartLater(status);
   if (!ending_) {
     status_ = 1;
@@ -203,6 +242,44 @@ void Session::restart() {
   if (ending_ || startDialer()) return;
   status_ = 1;
   mainThread_->stop();
+}
+
+void Session::answer(const std::string& request, const ControlSocket::Reply& reply) {
+  if (request == kStatusRequest) {
+    reply(statusText());
+  } else if (request == kReloadRequest) {
+    reload(reply);
+  } else {
+    reply("there is no request " + printable(request));
+  }
+}
+
+std::string Session::statusText() const {
+  const auto variable = [](const char* name) {
+    const char* const value = std::getenv(name);
+    return std::string(value != nullptr && value[0] != '\0' ? value : "none");
+  };
+  return "Hot key:  " + options_.spelling + (hasHotKey_ ? "" : " (not set)") + "\n" +
+         "Dials:    " + describedDialling(options_.dialling) + "\n" +
+         "Session:  " + variable("XDG_SESSION_TYPE") + ", DISPLAY " + variable("DISPLAY") + "\n" +
+         "Running:  since " + timeText(begun_) + "\n" + history_.text();
+}
+
+/// Applies the configuration as it is now. The program to start and --conversation stay.
+void Session::reload(const ControlSocket::Reply& reply) {
+  std::string error;
+  const auto options = reread_(error);
+  if (!options || reloading_ || !hasHotKey_) {
+    return reply(!options ? error : "seldial is not ready, please try again");
+  }
+  previousOptions_ = std::exchange(options_, *options);
+  makeDialler();
+  reloading_ = reply;
+  sendSetHotKey();
+}
+
+void Session::finishReload(const std::string& answer) {
+  if (const auto reply = std::exchange(reloading_, nullptr)) reply(answer);
 }
 
 void Session::end(int status) {

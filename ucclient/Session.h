@@ -1,12 +1,15 @@
 #pragma once
 
 #include <chrono>
+#include <ctime>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "ucclient/ChildProcess.h"
 #include "ucclient/Console.h"
+#include "ucclient/Control.h"
 #include "ucclient/Dialler.h"
 #include "ucclient/MainThread.h"
 #include "ucclient/MessageListener.h"
@@ -19,7 +22,10 @@ namespace seldial {
 /// what it sends until either is ended. Main thread only.
 class Session : public std::enable_shared_from_this<Session> {
  public:
-  explicit Session(Options options);
+  /// Reads the options again; nothing, and why, when they are wrong now.
+  using Reread = std::function<std::optional<Options>(std::string& error)>;
+
+  Session(Options options, Reread reread);
 
   /// Runs the session to its end. Returns the exit status: 0 when the end was asked for, 1 after
   /// any error.
@@ -30,6 +36,8 @@ class Session : public std::enable_shared_from_this<Session> {
   [[nodiscard]] std::function<void()> endRequest();
 
  private:
+  void makeDialler();
+  void answerRequests();
   bool makeDirectory();
   bool listenForMessages();
   bool startDialer();
@@ -37,14 +45,21 @@ class Session : public std::enable_shared_from_this<Session> {
   void dialerWrote(const std::string& line);
   void sendSetHotKey();
   void received(const std::string& message);
-  void dialled(const std::string& number) const;
-  void dialFailed(const std::string& what) const;
-  void notDialled(const std::string& why) const;
+  void hotKeyWasSet();
+  void hotKeyWasRefused(const std::string& why);
+  void dialled(const std::string& number);
+  void dialFailed(const std::string& what);
+  void notDialled(const std::string& why);
   void endRequested();
   void dialerEnded();
   [[nodiscard]] bool restartsAfter(int status) const;
   void restartLater(int status);
   void restart();
+
+  void answer(const std::string& request, const ControlSocket::Reply& reply);
+  [[nodiscard]] std::string statusText() const;
+  void reload(const ControlSocket::Reply& reply);
+  void finishReload(const std::string& answer);
 
   void end(int status);
   void fail(const std::string& sentence);
@@ -61,16 +76,23 @@ class Session : public std::enable_shared_from_this<Session> {
     };
   }
 
-  const Options options_;
+  Options options_;
+  Options previousOptions_;  ///< while a reload waits for the hot key
+  const Reread reread_;
   const Console console_;
   const std::shared_ptr<MainThread> mainThread_ = std::make_shared<MainThread>();
   // In this order: the child ends first, then the socket closes, then the directory goes.
   std::unique_ptr<PrivateDirectory> directory_;
+  std::unique_ptr<ControlSocket> control_;  ///< null when another client has it
   std::unique_ptr<MessageListener> listener_;
   std::unique_ptr<ChildProcess> dialer_;
   std::string dialerPath_;
   std::unique_ptr<Dialler> dialling_;  ///< null when numbers are only printed
-  bool hotKeyWasSet_ = false;
+  History history_;
+  ControlSocket::Reply reloading_;  ///< to be told how a reload ended; empty: there is none
+  bool hasHotKey_ = false;
+  bool hotKeyWasSet_ = false;  ///< once
+  const std::time_t begun_ = std::time(nullptr);
   std::chrono::steady_clock::time_point started_;  ///< of the child
   std::chrono::seconds pause_{1};                  ///< before the next restart
   bool ending_ = false;

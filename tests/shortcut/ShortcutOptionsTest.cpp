@@ -2,10 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/VirtualKeys.h"
-#include "shortcut/Delivery.h"
 #include "shortcut/Options.h"
-#include "tests/support/Sockets.h"
-#include "tests/support/TemporaryDirectory.h"
 
 namespace seldial {
 namespace {
@@ -60,26 +57,6 @@ TEST(ShortcutOptions, HelpIsAskedForInTwoWays) {
   EXPECT_TRUE(optionsOf({"--help"}).help);
   EXPECT_TRUE(optionsOf({"-h"}).help);
   EXPECT_FALSE(optionsOf({}).help);
-}
-
-TEST(Delivery, ACommandIsSentOverAConnectionOfItsOwn) {
-  const tests::TemporaryDirectory directory;
-  const tests::UcListener seldial(directory.path("in"));
-  EXPECT_EQ(sendCommand("the command", directory.path("in")), std::nullopt);
-  EXPECT_EQ(seldial.nextMessage(), "the command");
-}
-
-TEST(Delivery, WhereNobodyListensTheReasonIsGiven) {
-  const tests::TemporaryDirectory directory;
-  EXPECT_THAT(sendCommand("x", directory.path("in")).value_or("none"),
-              HasSubstr("No such file or directory"));
-}
-
-TEST(Delivery, ASeldialThatTakesNobodyIsNotWaitedForForEver) {
-  const tests::TemporaryDirectory directory;
-  const tests::UcListener seldial(directory.path("in"), 0);
-  EXPECT_EQ(sendCommand("first", directory.path("in")), std::nullopt);
-  EXPECT_NE(sendCommand("second", directory.path("in")), std::nullopt);
 }
 
 }  // namespace

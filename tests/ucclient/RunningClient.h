@@ -23,10 +23,23 @@ class RunningClient {
                          const std::string& environment = "DISPLAY=",
                          const std::string& path = std::getenv("PATH"),
                          const std::string& bus = "disabled:")
-      : process_(commandLine(arguments),
-                 {environment, "PATH=" + path, "DBUS_SESSION_BUS_ADDRESS=" + bus,
-                  "XDG_RUNTIME_DIR=" + directory_.path(""), "XDG_CONFIG_HOME=/nowhere"},
-                 {}, {tests::Streams::Errors::kWithOutput, {}}) {}
+      : environment_{environment,
+                     "PATH=" + path,
+                     "DBUS_SESSION_BUS_ADDRESS=" + bus,
+                     "XDG_RUNTIME_DIR=" + directory_.path(""),
+                     "XDG_CONFIG_HOME=/nowhere",
+                     "XDG_SESSION_TYPE=x11"},
+        process_(commandLine(arguments), environment_, {}, kStreams) {}
+
+  /// Runs another client beside it, such as "status". Returns its output, with a line for its exit
+  /// status unless that is 0.
+  [[nodiscard]] std::string outputOf(const std::vector<std::string>& arguments) const {
+    tests::ChildProcess command(commandLine(arguments), environment_, {}, kStreams);
+    std::string output;
+    for (const std::string& line : command.restOfLines()) output += line + "\n";
+    const int status = command.wait();
+    return output + (status == 0 ? "" : "status " + std::to_string(status) + "\n");
+  }
 
   void expectLine(const std::string& line) { EXPECT_EQ(process_.readLine(), line); }
 
@@ -44,7 +57,10 @@ class RunningClient {
     return command;
   }
 
+  static inline const tests::Streams kStreams{tests::Streams::Errors::kWithOutput, {}};
+
   const tests::TemporaryDirectory directory_;
+  const std::vector<std::string> environment_;
   tests::ChildProcess process_;
 };
 

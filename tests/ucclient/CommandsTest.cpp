@@ -1,0 +1,151 @@
+// The commands of the client, some beside a client that runs.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fstream>
+
+#include "tests/support/Sockets.h"
+#include "tests/support/desktop/Keyboard.h"
+#include "tests/support/desktop/Keys.h"
+#include "tests/support/desktop/XClient.h"
+#include "tests/support/desktop/XServer.h"
+#include "tests/ucclient/RunningClient.h"
+
+namespace seldial {
+namespace {
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+/// A client that dials, with a configuration file.
+class Commands : public testing::Test {
+ protected:
+  Commands() { EXPECT_TRUE(client_.process().waitForLine("is set: ")); }
+
+  std::string configure(const std::string& content) {
+    std::ofstream(file_) << content;
+    return file_;
+  }
+
+  /// Presses the key with Control and Alt while this is selected.
+  void use(const std::string& selection, std::uint8_t key = tests::kKeyD) {
+    tests::XClientSettings settings;
+    settings.copy = tests::answersWith(selection);
+    const tests::XClient editor(server_.display(), settings);
+    tests::Keyboard keyboard(server_.display());
+    keyboard.press({tests::kKeyLeftControl, tests::kKeyLeftAlt, key});
+    keyboard.release({key, tests::kKeyLeftAlt, tests::kKeyLeftControl});
+    ASSERT_TRUE(client_.process().waitForLine("ialled"));
+  }
+
+  const tests::TemporaryDirectory directory_;
+  const std::string file_ = directory_.path("file");
+  tests::XServer server_;
+  RunningClient client_{{"--config", configure("dial = \"true\"\ndelay = 50\nregion = \"NL\"\n")},
+                        server_.environment()};
+};
+
+TEST_F(Commands, StatusTellsWhatRunsAndWhatHappened) {
+  EXPECT_THAT(client_.outputOf({"status"}), MatchesRegex("Hot key:  ctrl.alt.d\n"
+                                                         "Dials:    runs true\n"
+                                                         "Session:  x11, DISPLAY :[0-9]+\n"
+                                                         "Running:  since 20[0-9-]+ [0-9:]+\n"));
+  use("020 123 4567");
+  use("hello");
+  EXPECT_THAT(client_.outputOf({"status"}),
+              ContainsRegex("\n20[0-9-]+ [0-9:]+  called .31201234567\n20[0-9-]+ [0-9:]+  nothing "
+                            "was dialled: there is no telephone number in the selection\n$"));
+}
+
+TEST_F(Commands, ReloadAppliesTheConfiguration) {
+  configure("dial = \"true\"\nhotkey = \"ctrl+alt+k\"\ndelay = 50\nregion = \"DE\"\n");
+  EXPECT_EQ(client_.outputOf({"reload"}), "");
+  use("030 23125123", tests::kKeyK);
+  EXPECT_THAT(client_.outputOf({"status"}), HasSubstr("called +493023125123"));
+}
+
+TEST_F(Commands, ReloadWithNonsenseChangesNothing) {
+  configure("dial = \"true\"\ndelay = true\n");
+  EXPECT_EQ(client_.outputOf({"reload"}),
+            "seldial-uc: " + file_ +
+                ":2: delay takes milliseconds from 0 to 65535, not true\nstatus 1\n");
+  use("020 123 4567");
+}
+
+TEST_F(Commands, ReloadKeepsTheHotKeyWhenTheNewOneIsRefused) {
+  RunningClient other({"--hotkey", "ctrl+alt+k"}, server_.environment());
+  ASSERT_TRUE(other.process().waitForLine("is set: "));
+  configure("dial = \"true\"\nhotkey = \"ctrl+alt+k\"\nregion = \"NL\"\n");
+  EXPECT_THAT(client_.outputOf({"reload"}),
+              HasSubstr("the hot key ctrl+alt+k was refused: hotkey not set"));
+  ASSERT_TRUE(client_.process().waitForLine("Hot key ctrl+alt+d is set: "));
+  use("020 123 4567");
+}
+
+TEST_F(Commands, ASecondClientLeavesTheFirstOneItsSocket) {
+  const auto running = [this] { return client_.outputOf({"status"}); };
+  const std::string before = running();
+  EXPECT_THAT(client_.outputOf({"--dial", "true"}), HasSubstr("was refused"));
+  EXPECT_EQ(running(), before);
+}
+
+TEST_F(Commands, TheEndOfTheClientIsTheEndOfItsSocket) {
+  client_.process().signal(SIGTERM);
+  EXPECT_EQ(client_.process().wait(), 0);
+  EXPECT_TRUE(client_.directoryIsEmpty());
+  for (const char* const command : {"status", "reload"}) {
+    EXPECT_EQ(client_.outputOf({command}), "seldial-uc: seldial-uc is not running\nstatus 1\n");
+  }
+}
+
+/// Commands for which no client has to run.
+std::string outputOf(const std::vector<std::string>& arguments) {
+  return RunningClient({"--version"}).outputOf(arguments);
+}
+
+TEST(CommandLine, SendSetsTheHotKeyOfARunningSeldial) {
+  const tests::TemporaryDirectory directory;
+  const tests::UcListener seldial(directory.path("in"));
+  const std::string output =
+      outputOf({"send", directory.path("in"), "--hotkey", "f5", "--delay=7"});
+  EXPECT_THAT(output, HasSubstr(R"("readdelay":7,"virtualkey":96)"));
+  EXPECT_EQ(seldial.nextMessage().value_or("none") + "\n", output);
+}
+
+TEST(CommandLine, RawSendsStandardInputAsItIs) {
+  const tests::TemporaryDirectory directory;
+  const tests::UcListener seldial(directory.path("in"));
+  tests::ChildProcess raw(
+      {"sh", "-c", R"(printf '\1{"\n' | "$0" raw "$1")", SELDIAL_UC, directory.path("in")});
+  EXPECT_EQ(raw.wait(), 0);
+  EXPECT_EQ(seldial.nextMessage(), "\1{\"\n");
+}
+
+TEST(CommandLine, ListenPrintsEachMessage) {
+  const tests::TemporaryDirectory directory;
+  tests::ChildProcess listener({SELDIAL_UC, "listen", directory.path("out")});
+  while (!tests::Peer::connectedTo(directory.path("out")).connected()) {
+  }
+  EXPECT_EQ(listener.readLine(), "");  // that connection had no message
+  tests::sendCommand(directory.path("out"), {"{", "}\n"});
+  EXPECT_EQ(listener.readLine(), R"({}\u000a)");
+  EXPECT_EQ(outputOf({"listen", directory.path("out")}),
+            "seldial-uc: another program listens at " + directory.path("out") + "\nstatus 1\n");
+  listener.signal(SIGTERM);
+  EXPECT_EQ(listener.wait(), 0);
+}
+
+TEST(CommandLine, WrongArgumentsOfCommandsAreReported) {
+  EXPECT_EQ(outputOf({"send"}),
+            "seldial-uc: usage: seldial-uc send SOCKET [OPTION...]\nstatus 2\n");
+  EXPECT_EQ(outputOf({"status", "x"}), "seldial-uc: usage: seldial-uc status\nstatus 2\n");
+  EXPECT_EQ(outputOf({"raw", "/nowhere/in"}),
+            "seldial-uc: nobody answers at /nowhere/in: No such file or directory\nstatus 1\n");
+  EXPECT_EQ(outputOf({"send", "/nowhere/in", "--delay"}),
+            "seldial-uc: --delay needs a value\nstatus 2\n");
+}
+
+}  // namespace
+}  // namespace seldial

@@ -1,0 +1,127 @@
+#include "ucclient/Commands.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <iostream>
+#include <iterator>
+#include <memory>
+
+#include "client/Configuration.h"
+#include "client/Connection.h"
+#include "platform/System.h"
+#include "ucclient/Console.h"
+#include "ucclient/MainThread.h"
+#include "ucclient/MessageListener.h"
+#include "ucclient/Options.h"
+#include "ucclient/Places.h"
+
+namespace seldial {
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+int fail(const std::string& sentence) {
+  Console(false).error(sentence);
+  return 1;
+}
+
+int showStatus(const Arguments& /*arguments*/) {
+  std::string error;
+  const auto status = askRunningClient(kStatusRequest, error);
+  if (!status) return fail(error);
+  std::fputs(status->c_str(), stdout);
+  return 0;
+}
+
+int reload(const Arguments& /*arguments*/) {
+  std::string error;
+  const auto answer = askRunningClient(kReloadRequest, error);
+  if (!answer || !answer->empty()) return fail(answer.value_or(error));
+  return 0;
+}
+
+/// Becomes the window.
+int openSettings(const Arguments& /*arguments*/) {
+  const std::string window = findProgram("seldial-shortcut", ownDirectory());
+  execlp(window.c_str(), window.c_str(), "--settings", nullptr);
+  return fail("cannot start " + window + ": " + platform::errorText(errno));
+}
+
+int sendSetHotKey(const Arguments& arguments) {
+  std::string error;
+  const auto options = optionsFrom(Arguments(arguments.begin() + 1, arguments.end()),
+                                   usualConfigurationPath(), error);
+  if (!options) {
+    fail(error);
+    return 2;
+  }
+  const std::string command = setHotKeyCommand(options->hotKey, options->delay);
+  if (const auto failure = sendCommand(command, arguments.front())) return fail(*failure);
+  std::puts(command.c_str());
+  return 0;
+}
+
+int sendStandardInput(const Arguments& arguments) {
+  const std::string text(std::istreambuf_iterator<char>(std::cin), {});
+  const auto failure = sendCommand(text, arguments.front());
+  return failure ? fail(*failure) : 0;
+}
+
+int printMessages(const Arguments& arguments) {
+  if (isListening(arguments.front())) {
+    return fail("another program listens at " + arguments.front());
+  }
+  std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+  const auto mainThread = std::make_shared<MainThread>();
+  int status = 0;
+  onTerminationSignals([mainThread] { mainThread->post([mainThread] { mainThread->stop(); }); });
+  std::string error;
+  const auto listener = MessageListener::listenAt(
+      arguments.front(), mainThread,
+      {[] {}, [](const std::string& message) { Console(false).received(message); },
+       [&status, mainThread](const std::string& why) {
+         status = fail(why);
+         mainThread->stop();
+       }},
+      error);
+  if (!listener) return fail(error);
+  mainThread->run();
+  return status;
+}
+
+struct Command {
+  const char* name;
+  bool takesSocket;  ///< the path of a socket, as the first argument
+  bool takesOptions;
+  int (*run)(const Arguments& arguments);
+};
+
+constexpr Command kCommands[] = {
+    {"status", false, false, showStatus},     {"reload", false, false, reload},
+    {"settings", false, false, openSettings}, {"send", true, true, sendSetHotKey},
+    {"raw", true, false, sendStandardInput},  {"listen", true, false, printMessages},
+};
+
+bool hasUsableArguments(const Command& command, const Arguments& arguments) {
+  const std::size_t needed = command.takesSocket ? 1 : 0;
+  if (arguments.size() < needed) return false;
+  return command.takesOptions || arguments.size() == needed;
+}
+
+}  // namespace
+
+std::optional<int> runCommand(const std::vector<std::string>& arguments) {
+  for (const Command& command : kCommands) {
+    if (arguments.empty() || arguments.front() != command.name) continue;
+    const Arguments rest(arguments.begin() + 1, arguments.end());
+    if (hasUsableArguments(command, rest)) return command.run(rest);
+    fail(std::string("usage: seldial-uc ") + command.name + (command.takesSocket ? " SOCKET" : "") +
+         (command.takesOptions ? " [OPTION...]" : ""));
+    return 2;
+  }
+  return std::nullopt;
+}
+
+}  // namespace seldial
