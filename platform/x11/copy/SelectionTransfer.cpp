@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/x11/copy/SelectionText.h"
+
 namespace seldial::platform::x11 {
 namespace {
 
@@ -15,21 +17,6 @@ constexpr std::chrono::seconds kTimeLimit{5};
 
 /// The longest text that is read.
 constexpr std::size_t kMostBytes = std::size_t{256} * 1024 * 1024;
-
-std::string utf8FromLatin1(const std::string& latin1) {
-  std::string utf8;
-  utf8.reserve(latin1.size());
-  for (const char character : latin1) {
-    const auto code = static_cast<unsigned char>(character);
-    if (code < 0x80) {
-      utf8 += character;
-    } else {
-      utf8 += static_cast<char>(0xC0 | code >> 6);
-      utf8 += static_cast<char>(0x80 | (code & 0x3F));
-    }
-  }
-  return utf8;
-}
 
 }  // namespace
 
@@ -53,7 +40,7 @@ std::optional<std::string> readSelectionText(Connection& connection, EventPump& 
     // An owner may answer with another type than it was asked for; the type counts.
     if (answer->type == XCB_ATOM_STRING) return utf8FromLatin1(answer->bytes);
     if (answer->type == atoms.utf8String || answer->type == atoms.utf8PlainText) {
-      return std::move(answer->bytes);
+      return repairedUtf8(std::move(answer->bytes));
     }
   }
   return {};

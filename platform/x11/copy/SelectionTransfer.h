@@ -13,9 +13,10 @@ namespace seldial::platform::x11 {
 /// trip.
 xcb_window_t ownerOf(const Connection& connection, xcb_atom_t selection);
 
-/// The text of the selection in UTF-8, exactly as the owner gives it. Nothing when it gives no
-/// text, more than 256 MiB of it, no answer within a second (for a text that comes in pieces:
-/// within a second after the last piece), or not all of it within 5 seconds.
+/// The text of the selection in UTF-8, exactly as the owner gives it if that is valid, otherwise
+/// repaired (SelectionText.h). Nothing when it gives no text, more than 256 MiB of it, no answer
+/// within a second (for a text that comes in pieces: within a second after the last piece), or not
+/// all of it within 5 seconds.
 std::optional<std::string> readSelectionText(Connection& connection, EventPump& pump,
                                              xcb_atom_t selection);
 

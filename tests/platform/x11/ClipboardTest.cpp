@@ -217,6 +217,12 @@ TEST_F(ClipboardTest, TheSecondFormIsAskedForWhereTheFirstIsRefused) {
   EXPECT_EQ(port.text(), "plain");
 }
 
+TEST_F(ClipboardTest, ATextThatIsNotValidIsRepaired) {
+  XClient client(server.display());
+  client.own("CLIPBOARD", answersWith("+31 \xED\xA0\xBD\xED\xB8\x80 20\xFF"));
+  EXPECT_EQ(port.text(), "+31 \xF0\x9F\x98\x80 20\xEF\xBF\xBD");
+}
+
 TEST_F(ClipboardTest, AnImageIsNoText) {
   XClient client(server.display());
   client.own("CLIPBOARD", Answers{{{"image/png", "image/png", "\x89PNG"}}});
