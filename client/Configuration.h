@@ -29,8 +29,4 @@ struct Setting {
     const std::string& path, const std::map<std::string, std::optional<std::string>>& values,
     std::string& error);
 
-/// "seldial/seldial-uc.toml" under XDG_CONFIG_HOME, or under ".config" in HOME. Empty when neither
-/// is an absolute path.
-[[nodiscard]] std::string usualConfigurationPath();
-
 }  // namespace seldial

@@ -2,8 +2,6 @@
 
 #include <cstdlib>
 
-#include "client/Configuration.h"
-
 namespace seldial {
 
 bool OptionReader::readAll() {
@@ -35,13 +33,16 @@ std::optional<std::uint16_t> delayFrom(const std::string& text) {
   return static_cast<std::uint16_t>(value);
 }
 
-std::string usualConfigurationPath() {
-  constexpr const char* kPath = "/seldial/seldial-uc.toml";
+std::string configurationHome() {
   const char* const directory = std::getenv("XDG_CONFIG_HOME");
-  if (directory != nullptr && directory[0] == '/') return std::string(directory) + kPath;
+  if (directory != nullptr && directory[0] == '/') return directory;
   const char* const home = std::getenv("HOME");
-  if (home == nullptr || home[0] != '/') return "";
-  return std::string(home) + "/.config" + kPath;
+  return home != nullptr && home[0] == '/' ? std::string(home) + "/.config" : "";
+}
+
+std::string usualConfigurationPath() {
+  const std::string home = configurationHome();
+  return home.empty() ? "" : home + "/seldial/seldial-uc.toml";
 }
 
 }  // namespace seldial

@@ -1,4 +1,4 @@
-// Reading a command line.
+// Reading a command line, and where the configuration is kept.
 #pragma once
 
 #include <cstddef>
@@ -47,5 +47,12 @@ class OptionReader {
 
 /// Milliseconds as --delay takes them: up to five digits and nothing else, at most 65535.
 [[nodiscard]] std::optional<std::uint16_t> delayFrom(const std::string& text);
+
+/// The user's directory for configuration: XDG_CONFIG_HOME, or ".config" in HOME. Empty when
+/// neither is an absolute path.
+[[nodiscard]] std::string configurationHome();
+
+/// "seldial/seldial-uc.toml" in it; empty when there is none.
+[[nodiscard]] std::string usualConfigurationPath();
 
 }  // namespace seldial

@@ -8,9 +8,11 @@
 #include <iterator>
 #include <memory>
 
-#include "client/Configuration.h"
 #include "client/Connection.h"
+#include "client/LoginStart.h"
+#include "client/Options.h"
 #include "platform/System.h"
+#include "ucclient/Check.h"
 #include "ucclient/Console.h"
 #include "ucclient/MainThread.h"
 #include "ucclient/MessageListener.h"
@@ -49,14 +51,41 @@ int openSettings(const Arguments& /*arguments*/) {
   return fail("cannot start " + window + ": " + platform::errorText(errno));
 }
 
-int sendSetHotKey(const Arguments& arguments) {
+std::optional<Options> optionsOf(const Arguments& arguments) {
   std::string error;
-  const auto options = optionsFrom(Arguments(arguments.begin() + 1, arguments.end()),
-                                   usualConfigurationPath(), error);
-  if (!options) {
-    fail(error);
-    return 2;
+  auto options = optionsFrom(arguments, usualConfigurationPath(), error);
+  if (!options) fail(error);
+  return options;
+}
+
+int check(const Arguments& arguments) {
+  const auto options = optionsOf(arguments);
+  if (!options) return 2;
+  return checkEverything(*options) ? 0 : 1;
+}
+
+int enable(const Arguments& /*arguments*/) {
+  const auto options = optionsOf({});
+  if (!options) return 2;
+  if (!options->dialling.dials()) {
+    return fail("nothing would be dialled: set dial or open in " + usualConfigurationPath());
   }
+  std::string result;
+  if (!enableLoginStart(platform::executablePath(), result)) return fail(result);
+  std::puts(result.c_str());
+  return 0;
+}
+
+int disable(const Arguments& /*arguments*/) {
+  std::string result;
+  if (!disableLoginStart(result)) return fail(result);
+  std::puts(result.c_str());
+  return 0;
+}
+
+int sendSetHotKey(const Arguments& arguments) {
+  const auto options = optionsOf(Arguments(arguments.begin() + 1, arguments.end()));
+  if (!options) return 2;
   const std::string command = setHotKeyCommand(options->hotKey, options->delay);
   if (const auto failure = sendCommand(command, arguments.front())) return fail(*failure);
   std::puts(command.c_str());
@@ -99,9 +128,11 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"status", false, false, showStatus},     {"reload", false, false, reload},
-    {"settings", false, false, openSettings}, {"send", true, true, sendSetHotKey},
-    {"raw", true, false, sendStandardInput},  {"listen", true, false, printMessages},
+    {"check", false, true, check},          {"enable", false, false, enable},
+    {"disable", false, false, disable},     {"status", false, false, showStatus},
+    {"reload", false, false, reload},       {"settings", false, false, openSettings},
+    {"send", true, true, sendSetHotKey},    {"raw", true, false, sendStandardInput},
+    {"listen", true, false, printMessages},
 };
 
 bool hasUsableArguments(const Command& command, const Arguments& arguments) {

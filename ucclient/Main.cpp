@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "client/Configuration.h"
+#include "client/Options.h"
 #include "ucclient/Commands.h"
 #include "ucclient/MainThread.h"
 #include "ucclient/Options.h"

@@ -251,8 +251,11 @@ Seldial:
   --help          print this text
   --version       print the version
 
-Commands, for a seldial-uc that is running:
-  status          what it does, and the last calls
+Commands:
+  check           look at everything that dialling needs: session, programs, hot key
+  enable          start seldial-uc at login, with the configuration file
+  disable         no longer do that
+  status          what the running seldial-uc does, and the last calls
   reload          make it read its configuration file again
   settings        open the window with the settings
 

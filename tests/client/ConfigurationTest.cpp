@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "client/Configuration.h"
+#include "client/Options.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace seldial {

@@ -100,6 +100,29 @@ TEST_F(Commands, TheEndOfTheClientIsTheEndOfItsSocket) {
   }
 }
 
+TEST_F(Commands, CheckKnowsThatTheRunningClientHoldsTheHotKey) {
+  const std::string output = client_.outputOf({"check", "--config", file_});
+  EXPECT_THAT(output, HasSubstr("\nok    hot key        ctrl+alt+d is held by the running "
+                                "seldial-uc\nok    dialling       by true\n"));
+  EXPECT_THAT(client_.outputOf({"check", "--config", file_, "--hotkey", "ctrl+alt+k"}),
+              HasSubstr("ok    hot key        ctrl+alt+k is free\n"));
+}
+
+TEST_F(Commands, CheckTellsWhatIsWrong) {
+  RunningClient other({"--hotkey", "ctrl+alt+k"}, server_.environment());
+  ASSERT_TRUE(other.process().waitForLine("is set: "));
+  const std::string refused = client_.outputOf({"check", "--hotkey", "ctrl+alt+k"});
+  EXPECT_THAT(refused, HasSubstr("wrong hot key        ctrl+alt+k is refused: hotkey not set. "));
+  EXPECT_THAT(refused, HasSubstr("wrong dialling       neither dial nor open is set"));
+  EXPECT_THAT(refused, HasSubstr("\nstatus 1\n"));
+  EXPECT_THAT(client_.outputOf({"check", "--config", file_, "--dial", "/nowhere/phone"}),
+              HasSubstr("wrong dialling       there is no program /nowhere/phone\n"));
+  EXPECT_THAT(client_.outputOf({"check", "--hotkey=f5", "--seldial", "/nowhere/seldial"}),
+              HasSubstr("wrong hot key        cannot start /nowhere/seldial: No such file"));
+  EXPECT_THAT(client_.outputOf({"check", "--hotkey=f5", "--seldial", "/bin/false"}),
+              HasSubstr("wrong hot key        seldial ended with status 1\n"));
+}
+
 /// Commands for which no client has to run.
 std::string outputOf(const std::vector<std::string>& arguments) {
   return RunningClient({"--version"}).outputOf(arguments);
@@ -135,6 +158,20 @@ TEST(CommandLine, ListenPrintsEachMessage) {
             "seldial-uc: another program listens at " + directory.path("out") + "\nstatus 1\n");
   listener.signal(SIGTERM);
   EXPECT_EQ(listener.wait(), 0);
+}
+
+TEST(CommandLine, CheckWithoutADesktopTellsSo) {
+  const std::string output = outputOf({"check"});
+  EXPECT_THAT(output, HasSubstr("wrong session        x11, DISPLAY is not set\n"));
+  EXPECT_THAT(output, HasSubstr("ok    client         seldial-uc is not running\n"));
+  EXPECT_THAT(output, HasSubstr("wrong hot key        ctrl+alt+d is refused: hotkey not set. "));
+}
+
+TEST(CommandLine, NothingIsEnabledThatWouldNotDial) {
+  EXPECT_EQ(outputOf({"enable"}),
+            "seldial-uc: nothing would be dialled: set dial or open in "
+            "/nowhere/seldial/seldial-uc.toml\nstatus 1\n");
+  EXPECT_EQ(outputOf({"disable"}), "seldial-uc does not start at login\n");
 }
 
 TEST(CommandLine, WrongArgumentsOfCommandsAreReported) {
