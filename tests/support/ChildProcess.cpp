@@ -67,7 +67,9 @@ struct Start {
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
-  dup2(open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
+  const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  if (nothing < 0) _exit(127);
+  dup2(nothing, STDIN_FILENO);
   dup2(start.output, STDOUT_FILENO);
   if (start.errors != -1) dup2(start.errors, STDERR_FILENO);
   for (const int descriptor : start.closed) close(descriptor);

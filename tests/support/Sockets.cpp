@@ -21,7 +21,9 @@ sockaddr_un addressOf(const std::string& path) {
 }
 
 int newSocket() {
-  return ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const int descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (descriptor < 0) throw std::runtime_error("no socket for a test");
+  return descriptor;
 }
 
 bool readableWithin(int descriptor, std::chrono::milliseconds limit) {

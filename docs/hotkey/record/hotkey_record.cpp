@@ -20,13 +20,14 @@ constexpr std::uint64_t kModifiers = platform::kModifierFlagControl | platform::
 void registerHotKey(const std::shared_ptr<QKHotKey>& hotKey) {
   const bool taken = QKHotKeyCenter::sharedHotKeyCenter()->registerHotKey(hotKey) != nullptr;
   std::cout << QKStringFromKeyCode(hotKey->keyCode(), hotKey->modifierFlags())
-            << (taken ? "" : " cannot be registered") << std::endl;
+            << (taken ? "" : " cannot be registered") << "\n"
+            << std::flush;
 }
 
 void recordingChanged(const QKHotKeyTextField& field, bool isRecording) {
   if (!isRecording) return registerHotKey(field.hotKey());
   QKHotKeyCenter::sharedHotKeyCenter()->unregisterAllHotKeys();
-  std::cout << "recording" << std::endl;
+  std::cout << "recording\n" << std::flush;
 }
 
 }  // namespace
@@ -44,8 +45,9 @@ int main(int argc, char* argv[]) {
   QKHotKeyTextField field(desktop->keyboard());
   // Every recorded hot key gets the task of this one.
   field.setHotKey(
-      QKHotKey::hotKeyWithKeyCode(platform::kVK_ANSI_D, kModifiers,
-                                  [](const QKKeyEvent&) { std::cout << "used" << std::endl; }));
+      QKHotKey::hotKeyWithKeyCode(platform::kVK_ANSI_D, kModifiers, [](const QKKeyEvent&) {
+        std::cout << "used\n" << std::flush;
+      }));
   QObject::connect(&field, &QKHotKeyTextField::editingChanged,
                    [&field](bool isRecording) { recordingChanged(field, isRecording); });
   field.show();

@@ -29,10 +29,11 @@ class Watch final : public platform::ApplicationDelegate {
     QKHotKeyCenter::setHotKeyEvents(ports_.connectDesktop().hotKeyEvents);
     const std::string shortcut = QKStringFromKeyCode(platform::kVK_ANSI_D, kModifiers);
     const auto hotKey = QKHotKeyCenter::sharedHotKeyCenter()->registerHotKeyWithKeyCode(
-        platform::kVK_ANSI_D, kModifiers,
-        [](const QKKeyEvent&) { std::cout << "used" << std::endl; });
+        platform::kVK_ANSI_D, kModifiers, [](const QKKeyEvent&) {
+          std::cout << "used\n" << std::flush;
+        });
     if (hotKey) {
-      std::cout << shortcut << std::endl;
+      std::cout << shortcut << "\n" << std::flush;
       return;
     }
     std::cerr << shortcut << " cannot be registered. Does another program hold it?\n";

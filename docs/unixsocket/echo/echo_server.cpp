@@ -47,7 +47,7 @@ int main(int argc, char* argv[]) {
     std::cerr << error->localizedDescription << '\n';
     return 1;
   }
-  std::cout << "listening at " << server->socketPath() << std::endl;
+  std::cout << "listening at " << server->socketPath() << "\n" << std::flush;
   std::cin.ignore(std::numeric_limits<std::streamsize>::max());
   server->close();
 }
