@@ -18,8 +18,9 @@ class Session;
 
 /// Connects to the server that DISPLAY names. `connectionLost` is called once, from the loop, when
 /// the server goes away. Null when there is no server or it lacks an extension that is needed; then
-/// one line on standard error says so, except where DISPLAY is not set. Main thread, as everything
-/// that a session does.
+/// one line on standard error says so, except where DISPLAY is not set. Where the server is
+/// Xwayland, one line says which windows are reached. Main thread, as everything that a session
+/// does.
 std::shared_ptr<Session> connect(std::shared_ptr<linux_port::MainLoop> loop,
                                  std::function<void()> connectionLost);
 

@@ -1,10 +1,36 @@
 #include "platform/x11/Session.h"
 
+#include <xcb/xinput.h>
+
+#include <cstdio>
+#include <string_view>
 #include <utility>
 
 #include "platform/x11/Xcb.h"
 
 namespace seldial::platform::x11 {
+namespace {
+
+/// Xwayland has an extension of its own from version 23.1 on; before, its devices tell.
+bool isXwayland(const Connection& connection) {
+  constexpr std::string_view kExtension = "XWAYLAND";
+  constexpr std::string_view kDevices = "xwayland-";
+  auto* const xcb = connection.xcb();
+  const auto extension = xcb_query_extension(xcb, kExtension.size(), kExtension.data());
+  const auto devices = xcb_input_xi_query_device(xcb, XCB_INPUT_DEVICE_ALL);
+  const auto found = freed(xcb_query_extension_reply(xcb, extension, nullptr));
+  const auto list = freed(xcb_input_xi_query_device_reply(xcb, devices, nullptr));
+  if (found && found->present != 0) return true;
+  if (!list) return false;
+  for (auto it = xcb_input_xi_query_device_infos_iterator(list.get()); it.rem > 0;
+       xcb_input_xi_device_info_next(&it)) {
+    const std::string_view name(xcb_input_xi_device_info_name(it.data), it.data->name_len);
+    if (name.substr(0, kDevices.size()) == kDevices) return true;
+  }
+  return false;
+}
+
+}  // namespace
 
 Session::Session(std::unique_ptr<Connection> open, std::shared_ptr<linux_port::MainLoop> mainLoop,
                  std::function<void()> connectionLost)
@@ -19,6 +45,12 @@ std::shared_ptr<Session> connect(std::shared_ptr<linux_port::MainLoop> loop,
                                  std::function<void()> connectionLost) {
   auto connection = Connection::open();
   if (!connection) return nullptr;
+  if (isXwayland(*connection)) {
+    std::fputs(
+        "seldial: the X server is Xwayland; the hot key works in windows of X11 applications only, "
+        "not in those of Wayland applications\n",
+        stderr);
+  }
   return std::make_shared<Session>(std::move(connection), std::move(loop),
                                    std::move(connectionLost));
 }

@@ -62,6 +62,19 @@ TEST(Desktop, AServerThatHasEverythingIsUsedInSilence) {
   EXPECT_EQ(result.output + result.errors, "");
 }
 
+TEST(Desktop, XwaylandIsUsedAndOneLineTellsWhichWindowsAreReached) {
+  const XServer server;
+  // Its devices show an Xwayland that has no extension of its own yet.
+  Keyboard(server.display()).addMaster("xwayland-test");
+  setenv("DISPLAY", server.display().c_str(), 1);
+  const auto result = attempt();
+  EXPECT_TRUE(result.connected);
+  EXPECT_EQ(result.output, "");
+  EXPECT_EQ(result.errors,
+            "seldial: the X server is Xwayland; the hot key works in windows of X11 applications "
+            "only, not in those of Wayland applications\n");
+}
+
 class LostDesktop : public X11Test {
  protected:
   void SetUp() override {

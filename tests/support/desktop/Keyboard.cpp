@@ -3,6 +3,8 @@
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
+#include <algorithm>
+#include <cstring>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -150,6 +152,21 @@ void Keyboard::plugIn() {
                                         sizeof change / 4, physical_, master_};
   xcb_input_xi_change_hierarchy(connection_, 1,
                                 reinterpret_cast<const xcb_input_hierarchy_change_t*>(&change));
+  synchronise();
+}
+
+void Keyboard::addMaster(const std::string& name) {
+  xcb_input_add_master_t change{};
+  change.type = XCB_INPUT_HIERARCHY_CHANGE_TYPE_ADD_MASTER;
+  change.name_len = static_cast<std::uint16_t>(name.size());
+  change.send_core = change.enable = 1;
+  const std::size_t size = (sizeof change + name.size() + 3) / 4 * 4;
+  change.len = static_cast<std::uint16_t>(size / 4);
+  std::vector<char> request(size);
+  std::memcpy(request.data(), &change, sizeof change);
+  std::copy(name.begin(), name.end(), request.begin() + sizeof change);
+  xcb_input_xi_change_hierarchy(
+      connection_, 1, reinterpret_cast<const xcb_input_hierarchy_change_t*>(request.data()));
   synchronise();
 }
 

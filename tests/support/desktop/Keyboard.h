@@ -55,6 +55,10 @@ class Keyboard {
   void unplug();
   void plugIn();
 
+  /// Adds a second pointer and a second keyboard that applications see: "NAME pointer" and "NAME
+  /// keyboard".
+  void addMaster(const std::string& name);
+
   /// The numbers by which setxkbmap and xkbcomp know the keyboards.
   [[nodiscard]] std::string physicalDevice() const { return std::to_string(physical_); }
   [[nodiscard]] std::string typingDevice() const { return std::to_string(typing_); }
