@@ -5,6 +5,7 @@
 #include <charconv>
 #include <utility>
 
+#include "ucclient/Notifications.h"
 #include "ucclient/Places.h"
 
 namespace seldial {
@@ -72,6 +73,7 @@ Dialler::~Dialler() = default;
 
 void Dialler::dial(const std::string& selection) {
   choice_.reset();
+  pending_.reset();
   if (selection.empty()) return events_->notDialled("nothing was selected");
   if (selection.size() > kLongestSelection) {
     return events_->notDialled("the selection is too long to be a telephone number");
@@ -81,6 +83,9 @@ void Dialler::dial(const std::string& selection) {
     return events_->notDialled("there is no telephone number in the selection");
   }
   const bool clear = found.certain && found.numbers.size() == 1;
+  if (clear && settings_.confirm == Confirm::kUndo) {
+    return startUnlessUndone(selection, found.numbers.front());
+  }
   if (clear && settings_.confirm != Confirm::kAlways) {
     return start(selection, found.numbers.front());
   }
@@ -90,6 +95,23 @@ void Dialler::dial(const std::string& selection) {
                                    : "it is not certain what the telephone number is");
   }
   choose(selection, std::move(found.numbers));
+}
+
+/// Where there is no way to offer that, the user is asked first.
+void Dialler::startUnlessUndone(const std::string& selection, const FoundNumber& number) {
+  pending_ = std::make_shared<const char>();
+  const auto ended = [=, this](UndoOffer outcome) {
+    pending_.reset();
+    if (outcome == UndoOffer::kTimeOver) return start(selection, number);
+    if (outcome == UndoOffer::kNotShown) return choose(selection, {number});
+    events_->notDialled("it was undone");
+  };
+  offerUndo("Calling " + dialledNumber(number, settings_), settings_.undoTime,
+            [ended, main = mainThread_, weak = std::weak_ptr(pending_)](UndoOffer outcome) {
+              main->post([=] {
+                if (weak.lock()) ended(outcome);
+              });
+            });
 }
 
 void Dialler::choose(const std::string& selection, std::vector<FoundNumber> numbers) {

@@ -27,12 +27,13 @@ class Dialler {
   Dialler(const Dialler&) = delete;
   Dialler& operator=(const Dialler&) = delete;
 
-  /// A choice that is still open for an earlier selection is given up.
+  /// An earlier selection for which a choice is open, or that can still be undone, is given up.
   void dial(const std::string& selection);
 
  private:
   class Choice;
 
+  void startUnlessUndone(const std::string& selection, const FoundNumber& number);
   void choose(const std::string& selection, std::vector<FoundNumber> numbers);
   void start(const std::string& selection, const FoundNumber& number);
 
@@ -40,6 +41,7 @@ class Dialler {
   const std::shared_ptr<MainThread> mainThread_;
   const std::shared_ptr<const Events> events_;
   std::shared_ptr<Choice> choice_;
+  std::shared_ptr<const char> pending_;  ///< exists while a call can be undone
 };
 
 }  // namespace seldial

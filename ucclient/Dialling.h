@@ -1,6 +1,7 @@
 // How a number becomes a call: the formats in which it is dialled, and the programs that dial it.
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,7 +11,10 @@
 namespace seldial {
 
 enum class NumberFormat { kE164, kNational, kRaw };
-enum class Confirm { kAlways, kSeveral, kNever };
+
+/// When the user is asked first. kUndo: like kSeveral, and every other call can be undone before it
+/// begins.
+enum class Confirm { kAlways, kUndo, kSeveral, kNever };
 
 /// What is done with a selection.
 struct DialSettings {
@@ -20,6 +24,7 @@ struct DialSettings {
   NumberFormat format = NumberFormat::kE164;
   std::string prefix;  ///< dialled before the number, for an outside line
   Confirm confirm = Confirm::kSeveral;
+  std::chrono::seconds undoTime{2};  ///< how long a call can be undone before it begins
 
   [[nodiscard]] bool dials() const { return !command.empty() || !scheme.empty(); }
 };

@@ -1,7 +1,10 @@
 #include <systemd/sd-bus.h>
 
 #include <memory>
+#include <optional>
+#include <string_view>
 #include <thread>
+#include <utility>
 
 #include "ucclient/Notifications.h"
 
@@ -10,6 +13,7 @@ namespace {
 
 /// How long the desktop may take to answer, microseconds.
 constexpr std::uint64_t kTimeLimit = 5'000'000;
+constexpr const char* kName = "org.freedesktop.Notifications";
 constexpr std::int32_t kDesktopsOwnDuration = -1;
 constexpr std::uint32_t kNoneToReplace = 0;
 
@@ -34,24 +38,139 @@ std::string escaped(const std::string& text) {
   return result;
 }
 
+struct CloseBus {
+  void operator()(sd_bus* bus) const { sd_bus_flush_close_unref(bus); }
+};
+using Bus = std::unique_ptr<sd_bus, CloseBus>;
+
+struct FreeMessage {
+  void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
+};
+using BusMessage = std::unique_ptr<sd_bus_message, FreeMessage>;
+
+/// Null when there is none.
+Bus openSessionBus() {
+  sd_bus* bus = nullptr;
+  if (sd_bus_open_user(&bus) < 0) return nullptr;
+  sd_bus_set_method_call_timeout(bus, kTimeLimit);
+  return Bus(bus);
+}
+
+/// Calls a method of the desktop that shows notifications; the types of its arguments as sd-bus
+/// takes them. Null when that fails.
+template <class... Arguments>
+BusMessage call(const Bus& bus, const char* method, const char* types, Arguments... arguments) {
+  sd_bus_message* answer = nullptr;
+  sd_bus_call_method(bus.get(), kName, "/org/freedesktop/Notifications", kName, method, nullptr,
+                     &answer, types, arguments...);
+  return BusMessage(answer);
+}
+
 /// A failure is no loss: standard output or standard error has the same text.
 void show(const std::string& summary, const std::string& body) {
-  sd_bus* opened = nullptr;
-  if (sd_bus_open_user(&opened) < 0) return;
-  const std::unique_ptr<sd_bus, decltype(&sd_bus_flush_close_unref)> bus(opened,
-                                                                         sd_bus_flush_close_unref);
-  sd_bus_set_method_call_timeout(bus.get(), kTimeLimit);
+  const Bus bus = openSessionBus();
+  if (!bus) return;
   // The last arguments are no actions, no hints.
-  sd_bus_call_method(bus.get(), "org.freedesktop.Notifications", "/org/freedesktop/Notifications",
-                     "org.freedesktop.Notifications", "Notify", nullptr, nullptr, "susssasa{sv}i",
-                     "Seldial", kNoneToReplace, "call-start", summary.c_str(),
-                     escaped(body).c_str(), 0, 0, kDesktopsOwnDuration);
+  (void)call(bus, "Notify", "susssasa{sv}i", "Seldial", kNoneToReplace, "call-start",
+             summary.c_str(), escaped(body).c_str(), 0, 0, kDesktopsOwnDuration);
 }
+
+bool hasButtons(const Bus& bus) {
+  const BusMessage capabilities = call(bus, "GetCapabilities", "");
+  if (!capabilities || sd_bus_message_enter_container(capabilities.get(), 'a', "s") < 0) {
+    return false;
+  }
+  const char* capability = nullptr;
+  while (sd_bus_message_read(capabilities.get(), "s", &capability) > 0) {
+    if (std::string_view(capability) == "actions") return true;
+  }
+  return false;
+}
+
+/// One notification with a button. One thread.
+class Undo {
+ public:
+  /// What happens to it, once the user or the desktop has done something.
+  UndoOffer offer(const std::string& summary, std::chrono::milliseconds time) {
+    const auto end = Clock::now() + time;
+    if (!bus_ || !hasButtons(bus_) || !listen() || !notify(summary, time)) {
+      return UndoOffer::kNotShown;
+    }
+    while (!outcome_ && waitUntil(end)) {
+    }
+    if (!outcome_) (void)call(bus_, "CloseNotification", "u", id_);
+    return outcome_.value_or(UndoOffer::kTimeOver);
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  bool listen() {
+    return sd_bus_match_signal(bus_.get(), nullptr, kName, nullptr, kName, "ActionInvoked",
+                               actionInvoked, this) >= 0 &&
+           sd_bus_match_signal(bus_.get(), nullptr, kName, nullptr, kName, "NotificationClosed",
+                               closed, this) >= 0;
+  }
+
+  bool notify(const std::string& summary, std::chrono::milliseconds time) {
+    constexpr int kTextsOfActions = 2;
+    const BusMessage answer = call(bus_, "Notify", "susssasa{sv}i", "Seldial", kNoneToReplace,
+                                   "call-start", summary.c_str(), "", kTextsOfActions, "undo",
+                                   "Undo", 0, static_cast<std::int32_t>(time.count()));
+    return answer && sd_bus_message_read(answer.get(), "u", &id_) > 0;
+  }
+
+  /// Handles what has arrived, or waits for more. False when the time is over or the bus is gone.
+  bool waitUntil(Clock::time_point end) {
+    const int processed = sd_bus_process(bus_.get(), nullptr);
+    if (processed != 0) return processed > 0;
+    const auto left =
+        std::chrono::duration_cast<std::chrono::microseconds>(end - Clock::now()).count();
+    return left > 0 && sd_bus_wait(bus_.get(), static_cast<std::uint64_t>(left)) >= 0;
+  }
+
+  static int actionInvoked(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
+    auto& undo = *static_cast<Undo*>(self);
+    std::uint32_t id = 0;
+    const bool isRead = sd_bus_message_read(signal, "us", &id, nullptr) > 0;
+    if (isRead && id == undo.id_) undo.outcome_ = UndoOffer::kUndone;
+    return 0;
+  }
+
+  static int closed(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
+    auto& undo = *static_cast<Undo*>(self);
+    std::uint32_t id = 0;
+    std::uint32_t reason = 0;
+    const bool isRead = sd_bus_message_read(signal, "uu", &id, &reason) > 0;
+    // A notification that was undone is closed afterwards.
+    if (!isRead || id != undo.id_ || undo.outcome_) return 0;
+    undo.outcome_ = reason == kDismissed ? UndoOffer::kUndone : UndoOffer::kTimeOver;
+    return 0;
+  }
+
+  /// The reason "dismissed by the user" of the desktop notifications specification.
+  static constexpr std::uint32_t kDismissed = 2;
+
+  const Bus bus_ = openSessionBus();
+  std::uint32_t id_ = 0;
+  std::optional<UndoOffer> outcome_;
+};
 
 }  // namespace
 
 void showNotification(const std::string& summary, const std::string& body) {
   std::thread(show, summary, body).detach();  // a bus that does not answer holds nobody up
+}
+
+void showNotificationAndWait(const std::string& summary, const std::string& body) {
+  show(summary, body);
+}
+
+void offerUndo(const std::string& summary, std::chrono::milliseconds time,
+               std::function<void(UndoOffer)> ended) {
+  std::thread([summary, time, ended = std::move(ended)] {
+    ended(Undo().offer(summary, time));
+  }).detach();
 }
 
 }  // namespace seldial

@@ -56,7 +56,7 @@ class Reader final : public OptionReader {
         {"--delay", &Reader::setDelay},     {"--dial", &Reader::setDial},
         {"--open", &Reader::setOpen},       {"--region", &Reader::setRegion},
         {"--format", &Reader::setFormat},   {"--prefix", &Reader::setPrefix},
-        {"--confirm", &Reader::setConfirm}};
+        {"--confirm", &Reader::setConfirm}, {"--undo-time", &Reader::setUndoTime}};
     return all;
   }
 
@@ -167,10 +167,18 @@ class Reader final : public OptionReader {
   bool setConfirm(const std::string& value) {
     return choose(value,
                   {{"always", Confirm::kAlways},
+                   {"undo", Confirm::kUndo},
                    {"several", Confirm::kSeveral},
                    {"never", Confirm::kNever}},
                   dialling().confirm) ||
-           fail(named("confirm") + " takes always, several or never, not " + value);
+           fail(named("confirm") + " takes always, undo, several or never, not " + value);
+  }
+
+  bool setUndoTime(const std::string& value) {
+    const auto seconds = delayFrom(value);
+    dialling().undoTime = std::chrono::seconds(seconds.value_or(0));
+    return (seconds && *seconds >= 1 && *seconds <= 60) ||
+           fail(named("undo-time") + " takes seconds from 1 to 60, not " + value);
   }
 
   template <class Value>
@@ -234,8 +242,10 @@ Dialling:
                   (0201234567) or raw (the digits as selected)
   --prefix DIGITS dial these digits first, for an outside line
   --confirm WHEN  ask before dialling: always, several (if there are several numbers
-                  or it is not certain what the number is; the default), or never
-                  (then such a selection is not dialled)
+                  or it is not certain what the number is; the default), undo (as
+                  several, and each call can be undone before it begins), or never
+                  (then what several would ask about is not dialled)
+  --undo-time S   how long a call can be undone, from 1 to 60 seconds, 2 if not given
 
 Seldial:
   --hotkey KEYS   the hot key, ctrl+alt+d if not given: any of ctrl, alt, shift and

@@ -179,7 +179,10 @@ void Session::hotKeyWasSet() {
 void Session::hotKeyWasRefused(const std::string& why) {
   hasHotKey_ = false;
   const std::string sentence = "the hot key " + options_.spelling + " was refused: " + why;
-  if (!reloading_) return fail(sentence);
+  if (!reloading_) {
+    if (dialling_) showNotificationAndWait("There is no hot key", sentence);
+    return fail(sentence);
+  }
   console_.error(sentence);
   options_ = previousOptions_;
   makeDialler();

@@ -73,6 +73,22 @@ TEST_F(Chooser, TheClientDialsWhatWasChosen) {
   client.expectLine("Dialled.");
 }
 
+TEST_F(Chooser, TheClientAsksWhereNothingCanBeUndone) {
+  const Softphone phone("phone");
+  RunningClient client(
+      {"--dial", phone.path(), "--confirm", "undo", "--delay", "50", "--region", "NL"},
+      server_.environment());
+  ASSERT_TRUE(client.process().waitForLine("is set: "));
+  XClientSettings settings;
+  settings.copy = answersWith("020 123 4567");
+  const XClient editor(server_.display(), settings);
+  keyboard_.press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
+  keyboard_.release({kKeyD, kKeyLeftAlt, kKeyLeftControl});
+  (void)Windows(server_.display()).waitForFocus("seldial-choose");
+  keyboard_.tap(kKeyReturn);
+  EXPECT_EQ(phone.called(), "[+31201234567]");
+}
+
 TEST_F(Chooser, WithoutNumbersThereIsNoWindow) {
   ChildProcess process({"sh", "-c", "exec " SELDIAL_CHOOSER_PROGRAM " </dev/null"}, {"DISPLAY="});
   EXPECT_EQ(process.wait(), 2);

@@ -74,6 +74,8 @@ TEST(Options, HowToDial) {
   EXPECT_EQ(dialling.format, NumberFormat::kNational);
   EXPECT_EQ(dialling.prefix, "0");
   EXPECT_EQ(dialling.confirm, Confirm::kAlways);
+  EXPECT_EQ(read({"--confirm", "undo"}).dialling.confirm, Confirm::kUndo);
+  EXPECT_EQ(read({"--undo-time", "60"}).dialling.undoTime, std::chrono::seconds(60));
   EXPECT_EQ(read({"--open", "sip"}).dialling.scheme, "sip");
 }
 
@@ -86,8 +88,13 @@ TEST(Options, NonsenseAboutDiallingIsSaid) {
   EXPECT_EQ(errorOf({"--region", "Holland"}),
             "--region takes the two letters of a country, such as NL, not Holland");
   EXPECT_EQ(errorOf({"--format", "E.164"}), "--format takes e164, national or raw, not E.164");
+  for (const char* const time : {"0", "61", "x"}) {
+    EXPECT_EQ(errorOf({"--undo-time", time}),
+              std::string("--undo-time takes seconds from 1 to 60, not ") + time);
+  }
   EXPECT_EQ(errorOf({"--prefix", "0w"}), "--prefix takes digits, * and #, not 0w");
-  EXPECT_EQ(errorOf({"--confirm", "yes"}), "--confirm takes always, several or never, not yes");
+  EXPECT_EQ(errorOf({"--confirm", "yes"}),
+            "--confirm takes always, undo, several or never, not yes");
 }
 
 TEST(Options, APrefixNeedsARegion) {
@@ -165,7 +172,7 @@ TEST_F(OptionsFile, NonsenseIsSaidWithFileAndLine) {
       {"region = 31", "1: region takes the two letters of a country, such as NL, not 31"},
       {"format = \"x\"", "1: format takes e164, national or raw, not x"},
       {"prefix = \"x\"", "1: prefix takes digits, * and #, not x"},
-      {"confirm = true", "1: confirm takes always, several or never, not true"},
+      {"confirm = true", "1: confirm takes always, undo, several or never, not true"},
       {"conversation = 1", "1: conversation takes true or false, not 1"},
       {"help = true", "1: there is no setting help"},
       {"--delay = 5", "1: there is no setting --delay"},
