@@ -155,6 +155,11 @@ void Keyboard::plugIn() {
   synchronise();
 }
 
+void Keyboard::remap(std::uint8_t key, xcb_keysym_t symbol) {
+  xcb_change_keyboard_mapping(connection_, 1, key, 1, &symbol);
+  synchronise();
+}
+
 void Keyboard::addMaster(const std::string& name) {
   xcb_input_add_master_t change{};
   change.type = XCB_INPUT_HIERARCHY_CHANGE_TYPE_ADD_MASTER;

@@ -55,6 +55,9 @@ class Keyboard {
   void unplug();
   void plugIn();
 
+  /// What a key means from now on, as xmodmap changes it; 0 is nothing.
+  void remap(std::uint8_t key, xcb_keysym_t symbol);
+
   /// Adds a second pointer and a second keyboard that applications see: "NAME pointer" and "NAME
   /// keyboard".
   void addMaster(const std::string& name);
