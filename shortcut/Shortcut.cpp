@@ -1,6 +1,5 @@
 #include "shortcut/Shortcut.h"
 
-#include <QStringList>
 #include <algorithm>
 #include <iterator>
 
@@ -66,13 +65,17 @@ QString keyInWords(std::uint16_t keyCode, KeyboardLayout& layout) {
 
 }  // namespace
 
-QString shortcutInWords(const QKHotKey& hotKey, KeyboardLayout& layout) {
+QStringList keysInWords(const QKHotKey& hotKey, KeyboardLayout& layout) {
   QStringList words;
   for (const auto& modifier : kModifiers) {
     if ((hotKey.modifierFlags() & modifier.flag) != 0) words << QString::fromLatin1(modifier.label);
   }
   if (!hasOnlyModifiers(hotKey)) words << keyInWords(hotKey.keyCode(), layout);
-  return words.join(QStringLiteral(" + "));
+  return words;
+}
+
+QString shortcutInWords(const QKHotKey& hotKey, KeyboardLayout& layout) {
+  return keysInWords(hotKey, layout).join(QStringLiteral(" + "));
 }
 
 HotKey hotKeyOf(const QKHotKey& hotKey) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <memory>
 
 #include "client/Protocol.h"
@@ -9,6 +10,9 @@
 #include "platform/Keyboard.h"
 
 namespace seldial {
+
+/// "Ctrl", "Alt", "D": the names of its keys. Every key has one.
+[[nodiscard]] QStringList keysInWords(const QKHotKey& hotKey, platform::KeyboardLayout& layout);
 
 /// "Ctrl + Alt + D": the shortcut for people who do not know or do not see the glyphs.
 [[nodiscard]] QString shortcutInWords(const QKHotKey& hotKey, platform::KeyboardLayout& layout);

@@ -16,16 +16,14 @@ namespace {
 constexpr int kMargin = 28;
 constexpr int kSpacing = 12;
 constexpr int kFieldWidth = 424;
-constexpr qreal kGlyphScale = 2.6;  // of the desktop's own font
+constexpr qreal kKeycapScale = 1.6;  // of the desktop's own font
 constexpr std::chrono::milliseconds kLightTime{1500};
 
-void makeBig(QKHotKeyTextField& field) {
+void makeBig(KeycapField& field) {
   QFont font = field.font();
-  font.setPointSizeF(font.pointSizeF() * kGlyphScale);
-  font.setLetterSpacing(QFont::AbsoluteSpacing, font.pointSizeF() / 5);
+  font.setPointSizeF(font.pointSizeF() * kKeycapScale);
   field.setFont(font);
-  field.setAlignment(Qt::AlignCenter);
-  field.setMinimumSize(kFieldWidth, QFontMetrics(font).height() + kMargin);
+  field.setMinimumSize(kFieldWidth, 2 * QFontMetrics(font).height() + kMargin);
 }
 
 }  // namespace
@@ -34,7 +32,7 @@ ShortcutWindow::ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver
                                const QString& acceptText)
     : keyboard_(std::move(keyboard)),
       deliver_(std::move(deliver)),
-      field_(new QKHotKeyTextField(keyboard_, this)),
+      field_(new KeycapField(keyboard_, this)),
       words_(new QLabel(this)),
       record_(new QPushButton(QStringLiteral("&Record"), this)),
       clear_(new QPushButton(QStringLiteral("C&lear"), this)),
@@ -61,6 +59,7 @@ ShortcutWindow::ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver
 void ShortcutWindow::addShortcut(QGridLayout& layout) {
   auto* const title = new QLabel(QStringLiteral("Select a number anywhere, then press"), this);
   makeBig(*field_);
+  field_->setHint(QStringLiteral("Click here and press a shortcut"));
   // The Tab key must not start a recording: there is a button for that.
   field_->setFocusPolicy(Qt::ClickFocus);
   layout.addWidget(title, 0, 0, 1, -1);

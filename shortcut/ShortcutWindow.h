@@ -8,7 +8,7 @@
 #include <string>
 
 #include "client/Protocol.h"
-#include "hotkey/qt/QKHotKeyTextField.h"
+#include "shortcut/KeycapField.h"
 #include "shortcut/Shortcut.h"
 #include "shortcut/StatusPanel.h"
 
@@ -62,7 +62,7 @@ class ShortcutWindow : public QDialog {
 
   const platform::KeyboardPorts keyboard_;
   const Deliver deliver_;
-  QKHotKeyTextField* field_;
+  KeycapField* field_;
   QLabel* words_;
   QPushButton* record_;
   QPushButton* clear_;

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLayout>
 #include <QSet>
+#include <algorithm>
 #include <cstdlib>
 
 #include "hotkey/QKKeyStrings.h"
@@ -100,6 +101,17 @@ TEST_F(Screenshots, OfEachState) {
       "errno: 2. No such file or directory";
   control<QPushButton>("accept")->click();
   take("failed");
+}
+
+TEST_F(Screenshots, EveryKeyLooksDifferent) {
+  std::vector<QImage> pictures;
+  for (const auto key :
+       {platform::kVK_Help, platform::kVK_ContextualMenu, platform::kVK_ANSI_KeypadEnter,
+        platform::kVK_Return, platform::kVK_ANSI_Keypad0, platform::kVK_ANSI_0}) {
+    open(HotKey{key, platform::kModifierFlagCommand});
+    pictures.push_back(pictureOf("shortcut"));
+    EXPECT_EQ(std::count(pictures.begin(), pictures.end(), pictures.back()), 1) << key;
+  }
 }
 
 TEST_F(Screenshots, TheThemeOfTheDesktopDecides) {

@@ -46,6 +46,12 @@ TEST_F(ShortcutWords, OfModifierKeysAloneAreTheModifiers) {
   EXPECT_EQ(wordsOf(57, kModifierFlagControl), "Ctrl + Caps Lock");
 }
 
+TEST_F(ShortcutWords, NameKeysThatHaveNoGlyph) {
+  EXPECT_EQ(wordsOf(kVK_Help, kModifierFlagCommand), "Super + Insert");
+  EXPECT_EQ(wordsOf(kVK_ContextualMenu, kModifierFlagCommand), "Super + Menu");
+  EXPECT_EQ(wordsOf(kVK_ANSI_KeypadEnter, kModifierFlagCommand), "Super + Enter");
+}
+
 TEST_F(ShortcutWords, NumberAKeyThatSaysNothing) {
   EXPECT_EQ(wordsOf(10, kModifierFlagControl), "Ctrl + key 10");
 }
