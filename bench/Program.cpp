@@ -7,10 +7,10 @@
 
 #include <chrono>
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <string_view>
 #include <thread>
 
 #include "tests/support/ArgumentVector.h"
@@ -21,7 +21,10 @@ namespace {
 std::vector<std::string> environmentWith(const std::string& display) {
   std::vector<std::string> result;
   for (char** entry = environ; *entry != nullptr; ++entry) {
-    if (std::strncmp(*entry, "DISPLAY=", 8) != 0) result.emplace_back(*entry);
+    const std::string_view variable = *entry;
+    const bool desktop =
+        variable.starts_with("DISPLAY=") || variable.starts_with("WAYLAND_DISPLAY=");
+    if (!desktop) result.emplace_back(*entry);
   }
   if (!display.empty()) result.push_back("DISPLAY=" + display);
   return result;

@@ -16,6 +16,8 @@ struct DesktopPorts {
   std::shared_ptr<HotKeyEvents> hotKeyEvents;  ///< for QKHotKeyCenter::setHotKeyEvents()
   std::shared_ptr<Clipboard>
       clipboard;  ///< null in programs of the hot key library, which has none
+  /// Gives back what the desktop would keep otherwise; called at the end of the program.
+  std::function<void()> disconnect = [] {};
 };
 
 /// Copies are cheap and refer to the same ports.

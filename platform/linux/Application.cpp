@@ -73,11 +73,17 @@ int runApplication(int argc, char* const argv[], const MakeApplicationDelegate& 
   const auto loop = std::make_shared<MainLoop>();
   const auto application =
       std::make_shared<LinuxApplication>(std::vector<std::string>(argv, argv + argc), *loop);
+  std::function<void()> disconnect = [] {};
   const auto connectDesktop = [&] {
-    return connect(loop, [&application = *application] { application.terminateWithStatus(1); });
+    auto desktop =
+        connect(loop, [&application = *application] { application.terminateWithStatus(1); });
+    disconnect = desktop.disconnect;
+    return desktop;
   };
   const auto delegate = makeDelegate({application, loop, connectDesktop});
-  return application->run(*delegate);
+  const int status = application->run(*delegate);
+  disconnect();
+  return status;
 }
 
 }  // namespace seldial::platform::linux_port

@@ -2,6 +2,7 @@
 #include "platform/Ports.h"
 #include "platform/linux/Application.h"
 #include "platform/linux/NoDesktop.h"
+#include "platform/linux/WaylandModule.h"
 #include "platform/x11/Desktop.h"
 #include "platform/x11/copy/Clipboard.h"
 
@@ -10,6 +11,7 @@ namespace {
 
 DesktopPorts connect(const std::shared_ptr<linux_port::MainLoop>& loop,
                      std::function<void()> connectionLost) {
+  if (auto ports = linux_port::connectToWayland(loop, connectionLost)) return *std::move(ports);
   if (const auto session = x11::connect(loop, std::move(connectionLost))) {
     return {x11::hotKeyEvents(session), x11::makeClipboard(session)};
   }

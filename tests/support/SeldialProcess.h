@@ -19,11 +19,14 @@ namespace seldial::tests {
 /// Its standard error is captured by default.
 class SeldialProcess : public ChildProcess {
  public:
-  /// Without a desktop where `display` is empty.
+  /// Without an X server where `display` is empty.
   explicit SeldialProcess(std::vector<std::string> arguments, const std::string& display = {},
                           const Streams& streams = {Streams::Errors::kCaptured, {}})
       : ChildProcess(commandLine(std::move(arguments)),
-                     {display.empty() ? "DISPLAY" : "DISPLAY=" + display}, {}, streams) {}
+                     display.empty()
+                         ? std::vector<std::string>{"DISPLAY"}
+                         : std::vector<std::string>{"DISPLAY=" + display, "WAYLAND_DISPLAY"},
+                     {}, streams) {}
 
  private:
   static std::vector<std::string> commandLine(std::vector<std::string> arguments) {

@@ -1,0 +1,28 @@
+#include "platform/wayland/Clipboard.h"
+
+#include <utility>
+
+namespace seldial::platform::wayland {
+
+void WaylandClipboard::clear() {
+  data_.takeEmpty();
+}
+
+bool WaylandClipboard::copySelection() {
+  terminal_ = TerminalKind::kNone;
+  for (const auto& name : focusedProgram_()) {
+    if (terminal_ == TerminalKind::kNone) terminal_ = terminalKind(name);
+  }
+  const bool byCopyKey = terminal_ == TerminalKind::kOther;
+  return keyboard_.type(byCopyKey ? VirtualKeyboard::Chord::kCopyKey
+                                  : VirtualKeyboard::Chord::kControlInsert);
+}
+
+std::optional<std::string> WaylandClipboard::text() {
+  auto text = data_.copiedText();
+  // Some terminals copy an empty text when nothing is selected.
+  if (terminal_ != TerminalKind::kNone && text && text->empty()) return {};
+  return text;
+}
+
+}  // namespace seldial::platform::wayland

@@ -1,0 +1,37 @@
+// The copy on Wayland: the clipboard by data control, the copy keystroke by a virtual keyboard.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/Clipboard.h"
+#include "platform/wayland/DataControl.h"
+#include "platform/wayland/Terminals.h"
+#include "platform/wayland/VirtualKeyboard.h"
+
+namespace seldial::platform::wayland {
+
+/// Names of the program that owns the focused window: the application id, or the window class on
+/// Xwayland. None when no window has the focus.
+using FocusedProgram = std::function<std::vector<std::string>()>;
+
+/// Types nothing into a terminal but what it copies by and does not hand to the program inside.
+/// A terminal that cannot be made to copy like that copies nothing. Main thread only.
+class WaylandClipboard final : public Clipboard {
+ public:
+  WaylandClipboard(DataControl& data, VirtualKeyboard& keyboard, FocusedProgram focusedProgram)
+      : data_(data), keyboard_(keyboard), focusedProgram_(std::move(focusedProgram)) {}
+
+  void clear() override;
+  [[nodiscard]] bool copySelection() override;
+  [[nodiscard]] std::optional<std::string> text() override;
+
+ private:
+  DataControl& data_;
+  VirtualKeyboard& keyboard_;
+  const FocusedProgram focusedProgram_;
+  TerminalKind terminal_ = TerminalKind::kNone;  ///< of the last copy
+};
+
+}  // namespace seldial::platform::wayland

@@ -1,0 +1,54 @@
+// The clipboard of a seat, without a window: through the data control that compositors offer to
+// clipboard managers.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+
+#include "platform/wayland/Display.h"
+
+struct zwlr_data_control_device_v1;
+struct zwlr_data_control_offer_v1;
+struct zwlr_data_control_source_v1;
+
+namespace seldial::platform::wayland {
+
+/// Main thread only.
+class DataControl {
+ public:
+  /// The display must offer a seat and the data control, and outlive this object.
+  explicit DataControl(Display& display);
+  ~DataControl();
+  DataControl(const DataControl&) = delete;
+  DataControl& operator=(const DataControl&) = delete;
+
+  /// Makes the clipboard ours, with nothing in it that is a text. What others put there afterwards
+  /// counts as copied. False when the compositor does not let us.
+  bool takeEmpty();
+
+  /// The text that has been copied since takeEmpty(), as its owner gives it. Nothing when nobody
+  /// copied, what was copied is no text, it is longer than 256 MiB, or a second passes without a
+  /// piece of it.
+  [[nodiscard]] std::optional<std::string> copiedText();
+
+  // Called by libwayland.
+  void offerCreated(zwlr_data_control_offer_v1* offer);
+  void offerHasType(zwlr_data_control_offer_v1* offer, const char* type);
+  void clipboardChanged(zwlr_data_control_offer_v1* offer);
+  void deviceFinished();
+  void sourceCancelled(zwlr_data_control_source_v1* source);
+
+ private:
+  [[nodiscard]] std::optional<std::string> receive(const char* type);
+
+  Display& display_;
+  Owned<zwlr_data_control_device_v1> device_;
+  zwlr_data_control_source_v1* empty_ = nullptr;  ///< ours; null when another one took its place
+  std::map<zwlr_data_control_offer_v1*, std::size_t> offers_;  ///< with the best of their types
+  zwlr_data_control_offer_v1* clipboard_ = nullptr;            ///< one of offers_
+  bool changed_ = false;                                       ///< since takeEmpty()
+  bool taken_ = false;                                         ///< takeEmpty() succeeded
+};
+
+}  // namespace seldial::platform::wayland

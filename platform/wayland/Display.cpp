@@ -1,0 +1,130 @@
+#include "platform/wayland/Display.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <utility>
+
+#include "virtual-keyboard-unstable-v1-client.h"
+#include "wlr-data-control-unstable-v1-client.h"
+
+namespace seldial::platform::wayland {
+namespace {
+
+// Version 1 of everything is enough; version 2 of the data control would tell every change of the
+// primary selection.
+constexpr std::uint32_t kVersion = 1;
+
+const wl_registry_listener kRegistryListener{
+    [](void* display, wl_registry* registry, std::uint32_t name, const char* interface,
+       std::uint32_t version) {
+      static_cast<Display*>(display)->globalAppeared(registry, name, interface, version);
+    },
+    [](void* /*display*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {}};
+
+const wl_callback_listener kSyncListener{
+    [](void* done, wl_callback* /*callback*/, std::uint32_t /*serial*/) {
+      *static_cast<bool*>(done) = true;
+    }};
+
+/// Binds the global if it has the wanted interface and is the first that does.
+template <class Proxy>
+void bindFirst(Owned<Proxy>& global, const wl_interface& wanted, wl_registry* registry,
+               std::uint32_t name, const char* interface) {
+  if (global || std::strcmp(interface, wanted.name) != 0) return;
+  global.reset(static_cast<Proxy*>(wl_registry_bind(registry, name, &wanted, kVersion)));
+}
+
+}  // namespace
+
+Display::Display(int socket, linux_port::MainLoop& loop, std::function<void()> connectionLost)
+    : loop_(loop),
+      connectionLost_(std::move(connectionLost)),
+      display_(wl_display_connect_to_fd(socket)) {
+  if (display_ == nullptr) {
+    close(socket);
+    lost_ = true;
+    return;
+  }
+  registry_.reset(wl_display_get_registry(display_));
+  wl_registry_add_listener(registry_.get(), &kRegistryListener, this);
+  loop_.watch(*this);
+  watched_ = true;
+  synchronise();
+}
+
+Display::~Display() {
+  if (watched_) loop_.unwatch(*this);
+  dataControl_.reset();
+  virtualKeyboards_.reset();
+  seat_.reset();
+  registry_.reset();
+  if (display_ == nullptr) return;
+  wl_display_flush(display_);
+  wl_display_disconnect(display_);
+}
+
+void Display::globalAppeared(wl_registry* registry, std::uint32_t name, const char* interface,
+                             std::uint32_t /*version*/) {
+  bindFirst(seat_, wl_seat_interface, registry, name, interface);
+  bindFirst(dataControl_, zwlr_data_control_manager_v1_interface, registry, name, interface);
+  bindFirst(virtualKeyboards_, zwp_virtual_keyboard_manager_v1_interface, registry, name,
+            interface);
+}
+
+bool Display::synchronise() {
+  if (lost_) return false;
+  bool done = false;
+  const Owned<wl_callback> callback(wl_display_sync(display_));
+  wl_callback_add_listener(callback.get(), &kSyncListener, &done);
+  const auto deadline = Clock::now() + kPatience;
+  for (auto now = Clock::now(); !done && !lost_ && now < deadline; now = Clock::now()) {
+    serve(std::chrono::ceil<std::chrono::milliseconds>(deadline - now));
+  }
+  return done;
+}
+
+int Display::descriptor() const {
+  return wl_display_get_fd(display_);
+}
+
+void Display::readable() {
+  serve(std::chrono::milliseconds(0));
+  if (!lost_ || !std::exchange(watched_, false)) return;
+  loop_.unwatch(*this);
+  connectionLost_();
+}
+
+void Display::willWait() {
+  if (!lost_ && check(wl_display_dispatch_pending(display_))) wl_display_flush(display_);
+}
+
+bool Display::readableWhileBlocked() {
+  serve(std::chrono::milliseconds(0));
+  return !lost_;
+}
+
+/// Handles the events that have been read, or else waits for more, at most as long as `limit`.
+void Display::serve(std::chrono::milliseconds limit) {
+  while (!lost_ && wl_display_prepare_read(display_) != 0) {
+    const int handled = wl_display_dispatch_pending(display_);
+    if (!check(handled) || handled > 0) return;
+  }
+  if (lost_) return;
+  wl_display_flush(display_);
+  pollfd socket{wl_display_get_fd(display_), POLLIN, 0};
+  if (poll(&socket, 1, static_cast<int>(limit.count())) <= 0) {
+    wl_display_cancel_read(display_);
+    return;
+  }
+  if (check(wl_display_read_events(display_))) check(wl_display_dispatch_pending(display_));
+}
+
+/// Takes the result of a call; false when it says that the connection is lost.
+bool Display::check(int result) {
+  if (result == -1) lost_ = true;
+  return !lost_;
+}
+
+}  // namespace seldial::platform::wayland

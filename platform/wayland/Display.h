@@ -1,0 +1,82 @@
+// The connection to the compositor and what it offers.
+#pragma once
+
+#include <wayland-client.h>
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "platform/linux/MainLoop.h"
+
+struct zwlr_data_control_manager_v1;
+struct zwp_virtual_keyboard_manager_v1;
+
+namespace seldial::platform::wayland {
+
+/// Destroys a proxy; for proxies of the core protocol and of the extensions alike.
+struct DestroyProxy {
+  template <class Proxy>
+  void operator()(Proxy* proxy) const {
+    wl_proxy_destroy(reinterpret_cast<wl_proxy*>(proxy));
+  }
+};
+
+template <class Proxy>
+using Owned = std::unique_ptr<Proxy, DestroyProxy>;
+
+/// Main thread only. Once the connection is lost, requests are dropped and waits end at once.
+class Display final : public linux_port::EventSource {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  /// How long the compositor may take to answer before a request counts as failed.
+  static constexpr std::chrono::seconds kPatience{5};
+
+  /// Takes over a socket that is connected to a compositor. The loop watches it for as long as this
+  /// object lives, or until the connection is lost; then `connectionLost` is called, once, from the
+  /// loop.
+  Display(int socket, linux_port::MainLoop& loop, std::function<void()> connectionLost);
+  ~Display() override;
+  Display(const Display&) = delete;
+  Display& operator=(const Display&) = delete;
+
+  [[nodiscard]] bool lost() const { return lost_; }
+
+  // What the compositor offers; null where it does not. Owned by this object.
+  [[nodiscard]] wl_seat* seat() const { return seat_.get(); }  ///< the first one
+  [[nodiscard]] zwlr_data_control_manager_v1* dataControl() const { return dataControl_.get(); }
+  [[nodiscard]] zwp_virtual_keyboard_manager_v1* virtualKeyboards() const {
+    return virtualKeyboards_.get();
+  }
+
+  /// Returns once the compositor has executed every request so far and the events that it sent
+  /// before are handled. False when it does not answer in time or the connection is lost.
+  bool synchronise();
+
+  [[nodiscard]] int descriptor() const override;
+  void readable() override;
+  void willWait() override;
+  bool readableWhileBlocked() override;
+
+  // Called by libwayland.
+  void globalAppeared(wl_registry* registry, std::uint32_t name, const char* interface,
+                      std::uint32_t version);
+
+ private:
+  void serve(std::chrono::milliseconds limit);
+  bool check(int result);
+
+  linux_port::MainLoop& loop_;
+  std::function<void()> connectionLost_;
+  wl_display* display_;
+  bool watched_ = false;
+  bool lost_ = false;
+  Owned<wl_registry> registry_;
+  Owned<wl_seat> seat_;
+  Owned<zwlr_data_control_manager_v1> dataControl_;
+  Owned<zwp_virtual_keyboard_manager_v1> virtualKeyboards_;
+};
+
+}  // namespace seldial::platform::wayland

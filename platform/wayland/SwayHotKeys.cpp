@@ -1,0 +1,202 @@
+#include "platform/wayland/SwayHotKeys.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdlib>
+#include <utility>
+
+#include "api/JSON.h"
+#include "platform/Output.h"
+#include "platform/x11/KeyTable.h"
+
+namespace seldial::platform::wayland {
+namespace {
+
+constexpr std::uint32_t kHotKeyModifiers =
+    kHotKeyCommand | kHotKeyShift | kHotKeyOption | kHotKeyControl;
+
+/// What the bindings of a registration do. The process id keeps programs of this kind apart: each
+/// gets the events of all bindings.
+std::string commandOf(HotKeyRef ref, const char* what) {
+  return "nop seldial " + std::to_string(getpid()) + " " + std::to_string(ref) + " " + what;
+}
+
+std::string unbindCommands(const std::string& combination) {
+  return "unbindcode --release " + combination + "; unbindcode " + combination;
+}
+
+std::string quoted(const std::string& text) {
+  std::string result = "\"";
+  for (const char character : text) {
+    if (character == '"' || character == '\\') result += '\\';
+    result += character;
+  }
+  return result + '"';
+}
+
+/// Where the claims of this user's session are.
+std::string claimsDirectory() {
+  const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
+  return std::string(runtime != nullptr ? runtime : "/nonexistent") + "/seldial";
+}
+
+std::string fileName(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
+/// A text of the dictionary, or of the one that it has under `outer`; empty when there is none.
+std::string textIn(const std::optional<JSONValue>& value, std::string_view key,
+                   std::string_view outer = {}) {
+  const auto* dictionary = value ? value->dictionary() : nullptr;
+  if (dictionary != nullptr && !outer.empty()) {
+    const auto found = dictionary->find(outer);
+    dictionary = found != dictionary->end() ? found->second.dictionary() : nullptr;
+  }
+  if (dictionary == nullptr) return {};
+  const auto found = dictionary->find(key);
+  const auto* const text = found != dictionary->end() ? found->second.text() : nullptr;
+  return text != nullptr ? *text : std::string();
+}
+
+double now() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+}  // namespace
+
+SwayHotKeys::SwayHotKeys(std::unique_ptr<SwayConnection> commands,
+                         std::unique_ptr<SwayConnection> events, const std::string& socketPath,
+                         linux_port::MainLoop& loop, KeyHasSymbol keyHasSymbol,
+                         std::function<void()> connectionLost)
+    : commands_(std::move(commands)),
+      loop_(loop),
+      keyHasSymbol_(std::move(keyHasSymbol)),
+      claims_(claimsDirectory(), fileName(socketPath)),
+      events_(
+          std::move(events), R"(["binding","workspace","mode"])", loop,
+          [this](SwayEvent event, const std::string& content) { handle(event, content); },
+          std::move(connectionLost)) {
+  modes_.insert(currentMode());
+  for (const auto& combination : claims_.takeAbandoned()) unbind(combination);
+}
+
+SwayHotKeys::~SwayHotKeys() {
+  unregisterAll();
+}
+
+std::optional<HotKeyRef> SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
+                                                     HotKeyID hotKeyID) {
+  if (!canBeHotKey(keyCode, modifiers)) return {};
+  const SwayCombination combination{*x11::keyAtPosition(keyCode), modifiers & kHotKeyModifiers};
+  auto claim = claims_.claim(combination.text());
+  if (!claim || !isFree(combination)) return {};
+  Registration registration{++lastRef_, hotKeyID, combination, std::move(*claim)};
+  if (!bind(registration)) {
+    unbind(combination.text());
+    return {};
+  }
+  registrations_.push_back(std::move(registration));
+  return lastRef_;
+}
+
+bool SwayHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
+  constexpr std::array kLocks{kVK_CapsLock, kVK_ANSI_KeypadClear};  // the second is Num Lock
+  const bool isLock = std::find(kLocks.begin(), kLocks.end(), keyCode) != kLocks.end();
+  // Ctrl+Insert is what makes an application copy: the binding would take it.
+  const bool copies = keyCode == kVK_Help && (modifiers & kHotKeyModifiers) == kHotKeyControl;
+  return x11::keyAtPosition(keyCode) && !isModifierKey(static_cast<std::uint16_t>(keyCode)) &&
+         !isLock && !copies;
+}
+
+bool SwayHotKeys::isFree(const SwayCombination& combination) {
+  const auto reply = commands_->ask(SwayRequest::kGetConfig);
+  const auto configuration = textIn(reply ? readJSON(*reply) : std::nullopt, "config");
+  const auto line = findBinding(configuration, combination, keyHasSymbol_);
+  if (line) {
+    printError("seldial: sway's configuration has this combination: " + *line);
+  }
+  return !line;
+}
+
+/// In the binding mode of this moment.
+bool SwayHotKeys::bind(const Registration& registration) {
+  const std::string combination = registration.combination.text();
+  return commands_->run("bindcode --no-warn --no-repeat " + combination + " " +
+                        commandOf(registration.ref, "pressed") + "; bindcode --no-warn --release " +
+                        combination + " " + commandOf(registration.ref, "released"));
+}
+
+void SwayHotKeys::unregisterHotKey(HotKeyRef ref) {
+  const auto found =
+      std::find_if(registrations_.begin(), registrations_.end(),
+                   [ref](const Registration& registration) { return registration.ref == ref; });
+  if (found == registrations_.end()) return;
+  unbind(found->combination.text());
+  registrations_.erase(found);
+}
+
+void SwayHotKeys::unregisterAll() {
+  for (const auto& registration : registrations_) unbind(registration.combination.text());
+  registrations_.clear();
+}
+
+/// In every mode. Bindings are removed from the current mode only, so the others are entered for
+/// it, all with one message: nothing can come between.
+void SwayHotKeys::unbind(const std::string& combination) {
+  const std::string current = currentMode();
+  std::string commands = unbindCommands(combination);
+  for (const auto& mode : modes_) {
+    if (mode != current) commands += "; mode " + quoted(mode) + "; " + unbindCommands(combination);
+  }
+  if (modes_.size() > 1) commands += "; mode " + quoted(current);
+  commands_->run(commands);  // that there is nothing to unbind is no error here
+}
+
+std::string SwayHotKeys::currentMode() {
+  const auto reply = commands_->ask(SwayRequest::kGetBindingState);
+  auto mode = textIn(reply ? readJSON(*reply) : std::nullopt, "name");
+  return mode.empty() ? "default" : mode;
+}
+
+std::vector<std::string> SwayHotKeys::focusedProgram() {
+  const auto tree = commands_->ask(SwayRequest::kGetTree);
+  return tree ? wayland::focusedProgram(*tree) : std::vector<std::string>();
+}
+
+void SwayHotKeys::handle(SwayEvent event, const std::string& content) {
+  const auto value = readJSON(content);
+  if (event == SwayEvent::kBinding) {
+    released(textIn(value, "command", "binding"));
+  } else if (event == SwayEvent::kMode) {
+    modes_.insert(textIn(value, "change"));
+    bindAllAgain();
+  } else if (event == SwayEvent::kWorkspace && textIn(value, "change") == "reload") {
+    modes_ = {currentMode()};
+    bindAllAgain();
+  }
+}
+
+void SwayHotKeys::released(const std::string& command) {
+  for (const auto& registration : registrations_) {
+    if (command != commandOf(registration.ref, "released")) continue;
+    HotKeyReleased released;
+    released.hotKeyID = registration.hotKeyID;
+    released.event.timestamp = now();
+    loop_.async([handler = handler_, released] {
+      if (*handler) (*handler)(released);
+    });
+  }
+}
+
+void SwayHotKeys::bindAllAgain() {
+  for (const auto& registration : registrations_) {
+    if (!isFree(registration.combination) || !bind(registration)) {
+      printError("seldial: the hot key cannot be had under the new configuration");
+    }
+  }
+}
+
+}  // namespace seldial::platform::wayland

@@ -1,0 +1,78 @@
+// Hot keys as bindings of sway, made while it runs.
+//
+// A hot key is two bindings of a key code, so the key's place counts and not the layout: one for
+// the press, which keeps the key from the focused application, and one for the release. Both do
+// nothing but send us an event with their command. A reload of the configuration drops them, and
+// they work only in the binding mode in which they were made, so they are made again after a reload
+// and in each mode that the user enters.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/HotKeyEvents.h"
+#include "platform/wayland/HotKeyClaims.h"
+#include "platform/wayland/SwayConfig.h"
+#include "platform/wayland/SwayIpc.h"
+
+namespace seldial::platform::wayland {
+
+/// Main thread only. Releases reach the handler through the main queue.
+class SwayHotKeys final : public HotKeyEvents {
+ public:
+  /// `socketPath` is where `commands` leads; `connectionLost` is called once, from the loop.
+  /// Combinations that a killed program left bound are given back at once.
+  SwayHotKeys(std::unique_ptr<SwayConnection> commands, std::unique_ptr<SwayConnection> events,
+              const std::string& socketPath, linux_port::MainLoop& loop, KeyHasSymbol keyHasSymbol,
+              std::function<void()> connectionLost);
+  /// Gives the combinations back.
+  ~SwayHotKeys() override;
+  SwayHotKeys(const SwayHotKeys&) = delete;
+  SwayHotKeys& operator=(const SwayHotKeys&) = delete;
+
+  void installReleasedHandler(ReleasedHandler handler) override { *handler_ = std::move(handler); }
+
+  /// Refuses keys without a key code, modifier keys, the copy keystroke, and, with a line on
+  /// standard error, what sway's configuration or another program of this kind has.
+  std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
+                                          HotKeyID hotKeyID) override;
+  void unregisterHotKey(HotKeyRef ref) override;
+  [[nodiscard]] bool canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) override;
+
+  /// Gives every combination back; the program ends.
+  void unregisterAll();
+
+  /// Names of the program that owns the focused window; see FocusedProgram.
+  [[nodiscard]] std::vector<std::string> focusedProgram();
+
+ private:
+  struct Registration {
+    HotKeyRef ref = 0;
+    HotKeyID hotKeyID;
+    SwayCombination combination;
+    HotKeyClaim claim;
+  };
+
+  [[nodiscard]] bool isFree(const SwayCombination& combination);
+  bool bind(const Registration& registration);
+  void bindAllAgain();
+  void unbind(const std::string& combination);
+  void handle(SwayEvent event, const std::string& content);
+  void released(const std::string& command);
+  [[nodiscard]] std::string currentMode();
+
+  const std::unique_ptr<SwayConnection> commands_;
+  linux_port::MainLoop& loop_;
+  const KeyHasSymbol keyHasSymbol_;
+  const std::shared_ptr<ReleasedHandler> handler_ = std::make_shared<ReleasedHandler>();
+  HotKeyClaims claims_;
+  std::vector<Registration> registrations_;
+  std::set<std::string> modes_;  ///< in which there may be bindings of ours
+  HotKeyRef lastRef_ = 0;
+  SwayEvents events_;
+};
+
+}  // namespace seldial::platform::wayland

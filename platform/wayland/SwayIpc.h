@@ -1,0 +1,107 @@
+// The socket on which sway takes commands and reports events, in the protocol of i3.
+//
+// A message is the text "i3-ipc", the size of its content and its type, both as 32-bit numbers in
+// the machine's byte order, and the content: a command, or JSON.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/linux/MainLoop.h"
+
+namespace seldial::platform::wayland {
+
+/// What a message asks for. Replies have the same number.
+enum class SwayRequest : std::uint32_t {
+  kRunCommand = 0,
+  kSubscribe = 2,
+  kGetTree = 4,
+  kGetVersion = 7,
+  kGetConfig = 9,
+  kGetBindingState = 12,
+};
+
+/// What an event tells.
+enum class SwayEvent : std::uint32_t {
+  kWorkspace = 0x80000000,
+  kMode = 0x80000002,
+  kBinding = 0x80000005,
+};
+
+struct SwayMessage {
+  std::uint32_t type = 0;  ///< a SwayRequest or a SwayEvent
+  std::string content;
+};
+
+/// One connection. Main thread only.
+class SwayConnection {
+ public:
+  /// Connects to the socket at `path`. Null when nobody listens there.
+  static std::unique_ptr<SwayConnection> open(const std::string& path);
+  ~SwayConnection();
+  SwayConnection(const SwayConnection&) = delete;
+  SwayConnection& operator=(const SwayConnection&) = delete;
+
+  /// The content of the reply to a request. Nothing when it does not come within five seconds; the
+  /// connection is closed then.
+  std::optional<std::string> ask(SwayRequest request, const std::string& content = {});
+
+  /// Runs commands, separated by semicolons; true when all of them succeed.
+  bool run(const std::string& commands);
+
+  /// The next message that has arrived completely, without waiting.
+  std::optional<SwayMessage> next();
+
+  [[nodiscard]] int descriptor() const { return socket_; }
+  [[nodiscard]] bool closed() const { return closed_; }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  explicit SwayConnection(int socket) : socket_(socket) {}
+  bool send(SwayRequest request, const std::string& content);
+  bool waitFor(short events, Clock::time_point deadline);
+  bool readMore();
+
+  const int socket_;
+  bool closed_ = false;
+  std::string received_;  ///< not yet taken by next()
+};
+
+/// A connection for events. Main thread only.
+class SwayEvents final : public linux_port::EventSource {
+ public:
+  using Handler = std::function<void(SwayEvent, const std::string& content)>;
+
+  /// Subscribes to the events whose names `names` lists as JSON. The loop watches the connection
+  /// for as long as this object lives, or until it ends; then `connectionLost` is called, once.
+  SwayEvents(std::unique_ptr<SwayConnection> connection, const std::string& names,
+             linux_port::MainLoop& loop, Handler handler, std::function<void()> connectionLost);
+  ~SwayEvents() override;
+  SwayEvents(const SwayEvents&) = delete;
+  SwayEvents& operator=(const SwayEvents&) = delete;
+
+  [[nodiscard]] int descriptor() const override { return connection_->descriptor(); }
+  void readable() override;
+  void willWait() override { handleArrived(); }
+
+ private:
+  void handleArrived();
+
+  const std::unique_ptr<SwayConnection> connection_;
+  linux_port::MainLoop& loop_;
+  const Handler handler_;
+  const std::function<void()> connectionLost_;
+  bool watched_ = true;
+};
+
+/// The application id, or the window class and instance on Xwayland, of the window that has the
+/// focus in a reply to SwayRequest::kGetTree. None where no window has it.
+[[nodiscard]] std::vector<std::string> focusedProgram(const std::string& tree);
+
+}  // namespace seldial::platform::wayland

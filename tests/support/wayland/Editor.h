@@ -1,0 +1,82 @@
+// A program with a window, which has the focus and perhaps a selection.
+#pragma once
+
+#include <linux/input-event-codes.h>
+
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tests/support/wayland/WaylandClient.h"
+
+struct xdg_surface;
+struct xdg_toplevel;
+struct xdg_wm_base;
+
+namespace seldial::tests {
+
+/// What an Editor does.
+struct EditorSettings {
+  std::string applicationId = "editor";
+  std::optional<std::string> selected = "+31 20 123 4567";  ///< what its copy keys copy
+  std::string type = "text/plain;charset=utf-8";            ///< what it offers the text as
+  unsigned copyKey = KEY_INSERT;                            ///< with Control, or KEY_COPY without
+};
+
+/// A key that arrived in the window.
+struct EditorKey {
+  unsigned key = 0;        ///< an evdev code
+  unsigned modifiers = 0;  ///< as the compositor numbers them
+  bool operator==(const EditorKey&) const = default;
+};
+
+constexpr unsigned kEditorControl = 4;  ///< Control among EditorKey::modifiers
+
+/// Once constructed its window has the focus of the keyboard.
+class Editor final : public WaylandClient {
+ public:
+  explicit Editor(const std::string& socketPath, EditorSettings settings = {});
+  ~Editor();
+  Editor(const Editor&) = delete;
+  Editor& operator=(const Editor&) = delete;
+
+  void select(std::optional<std::string> text);
+
+  /// The presses of keys that are no modifiers, in order.
+  [[nodiscard]] std::vector<EditorKey> keys() const;
+  /// Waits until this key has arrived so often.
+  void waitForKey(unsigned key, std::size_t times = 1) const;
+  /// Waits until the program has copied so often, and the compositor knows.
+  void waitForCopies(std::size_t count);
+
+  // Called by libwayland, under the lock.
+  void configured(xdg_surface* surface, std::uint32_t serial);
+  void keyChanged(std::uint32_t serial, unsigned key, bool down);
+  void sendText(int pipe);
+  void sourceCancelled(wl_data_source* source);
+  unsigned modifiers = 0;
+  bool focused = false;
+  std::vector<wl_data_offer*> offers;  ///< of the clipboard, for the end
+
+ private:
+  void makeWindow();
+  void copy(std::uint32_t serial);
+
+  EditorSettings settings_;
+  wl_compositor* compositor_;
+  wl_shm* shm_;
+  wl_seat* seat_;
+  wl_keyboard* keyboard_;
+  xdg_wm_base* shell_;
+  wl_data_device_manager* dataManager_;
+  wl_data_device* dataDevice_;
+  wl_surface* surface_ = nullptr;
+  xdg_surface* shellSurface_ = nullptr;
+  xdg_toplevel* window_ = nullptr;
+  std::vector<EditorKey> keys_;
+  std::set<wl_data_source*> sources_;  ///< those that the compositor still has
+  std::size_t copies_ = 0;
+};
+
+}  // namespace seldial::tests

@@ -1,0 +1,37 @@
+// The user's keyboard on a compositor.
+#pragma once
+
+#include <xkbcommon/xkbcommon.h>
+
+#include <memory>
+#include <vector>
+
+#include "tests/support/wayland/WaylandClient.h"
+
+struct zwp_virtual_keyboard_v1;
+
+namespace seldial::tests {
+
+/// Keys are evdev codes. Each operation returns once the compositor has handled it. Make it before
+/// the windows: programs expect a seat to have a keyboard.
+class UserKeyboard final : public WaylandClient {
+ public:
+  explicit UserKeyboard(const std::string& socketPath, const char* layout = "us");
+  ~UserKeyboard();
+  UserKeyboard(const UserKeyboard&) = delete;
+  UserKeyboard& operator=(const UserKeyboard&) = delete;
+
+  void press(const std::vector<unsigned>& keys);
+  void release(const std::vector<unsigned>& keys);  ///< the last one first
+  void tap(unsigned key);
+  /// Presses `modifiers`, taps the key and releases them.
+  void use(const std::vector<unsigned>& modifiers, unsigned key);
+
+ private:
+  void set(unsigned key, bool down);
+
+  zwp_virtual_keyboard_v1* keyboard_;
+  std::shared_ptr<xkb_state> state_;
+};
+
+}  // namespace seldial::tests
