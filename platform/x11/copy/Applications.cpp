@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace seldial::platform::x11 {
 namespace {
@@ -37,6 +38,14 @@ bool isReadFromPrimary(const std::vector<std::string>& names) {
   return std::any_of(names.begin(), names.end(), [](const std::string& name) {
     return std::any_of(kApplications.begin(), kApplications.end(),
                        [&](const char* known) { return strcasecmp(name.c_str(), known) == 0; });
+  });
+}
+
+bool isWine(const std::vector<std::string>& names) {
+  constexpr std::string_view kSuffix = ".exe";
+  return std::any_of(names.begin(), names.end(), [&](const std::string& name) {
+    return name.size() > kSuffix.size() &&
+           strcasecmp(name.c_str() + name.size() - kSuffix.size(), kSuffix.data()) == 0;
   });
 }
 

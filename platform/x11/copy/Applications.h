@@ -10,4 +10,7 @@ namespace seldial::platform::x11 {
 /// does harm or copies nothing; case is ignored.
 bool isReadFromPrimary(const std::vector<std::string>& names);
 
+/// Whether a window with these WM_CLASS names is that of a Windows program under Wine.
+bool isWine(const std::vector<std::string>& names);
+
 }  // namespace seldial::platform::x11

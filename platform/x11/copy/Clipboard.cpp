@@ -12,6 +12,9 @@
 namespace seldial::platform::x11 {
 namespace {
 
+/// With 10 ms 77 of 80 copies arrived on a busy machine, with 20 ms 100 of 100.
+constexpr std::chrono::milliseconds kWinePause{20};
+
 /// An empty clipboard on X11 is one that we own and offer nothing on: a clipboard that nobody owns
 /// is one that clipboard managers fill with an old text again.
 class EmptyClipboard final : public EventHandler {
@@ -114,6 +117,7 @@ class SelectionClipboard final : public Clipboard {
       window_ = focused.window;
       source_ = primary_.isStaleIn(window_) ? Source::kNothing : Source::kPrimary;
     } else {
+      if (isWine(focused.names)) letWineNotice();
       keystroke_.press();
       keystroke_.release();
     }
@@ -134,6 +138,12 @@ class SelectionClipboard final : public Clipboard {
   }
 
  private:
+  /// Wine asks for the targets of the clipboard that it has lost, twice, and forgets a copy that is
+  /// made before that is over. No event tells when it is.
+  void letWineNotice() {
+    session_->pump.serveUntil(EventPump::Clock::now() + kWinePause, [] { return false; });
+  }
+
   enum class Source {
     kClipboard,
     kPrimary,  ///< if the program of window_ owns it

@@ -24,5 +24,19 @@ TEST(Applications, AWindowWithoutNamesIsNone) {
   EXPECT_FALSE(isReadFromPrimary({"", ""}));
 }
 
+TEST(Applications, WineGivesItsWindowsTheNameOfTheProgram) {
+  EXPECT_TRUE(isWine({"notepad.exe", "notepad.exe"}));
+  EXPECT_TRUE(isWine({"SETUP.EXE", "Wine"}));
+  EXPECT_FALSE(isWine({"xterm", "XTerm"}));
+  EXPECT_FALSE(isWine({".exe", "exe"}));
+  EXPECT_FALSE(isWine({}));
+}
+
+TEST(Applications, ProgramsInWhichNoKeyCopiesAreReadFromPrimary) {
+  EXPECT_TRUE(isReadFromPrimary({"org.pwmt.zathura", "Zathura"}));
+  EXPECT_TRUE(isReadFromPrimary({"win", "Xpdf"}));
+  EXPECT_FALSE(isReadFromPrimary({"evince", "Evince"}));
+}
+
 }  // namespace
 }  // namespace seldial::platform::x11

@@ -21,6 +21,20 @@ TEST_F(CopyingWithKeys, GoesToTheWindowUnderThePointerWhereNoneHasTheFocus) {
   expectDial(1);
 }
 
+TEST_F(CopyingWithKeys, AWindowOfWineGetsAMomentBeforeTheKeystroke) {
+  XClientSettings settings;
+  settings.wmInstance = settings.wmClass = "notepad.exe";
+  const XClient client(server.display(), settings);
+  const auto pause = port.call([&] {
+    port.clipboard().clear();
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_TRUE(port.clipboard().copySelection());
+    return std::chrono::steady_clock::now() - begin;
+  });
+  EXPECT_GE(pause, std::chrono::milliseconds(20));
+  client.waitForRelease(kKeyInsert);
+}
+
 TEST_F(CopyingWithKeys, WithNothingSelectedNothingIsFound) {
   XClientSettings settings;
   settings.copies = false;
