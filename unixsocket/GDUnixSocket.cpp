@@ -204,8 +204,7 @@ bool GDUnixSocket::peerHasClosed(GDUnixSocket& socket) {
 }
 
 const std::string& GDUnixSocket::uniqueID() const {
-  const MutexLock lock(uniqueIDLock_);
-  if (uniqueID_.empty()) uniqueID_ = makeUuid();
+  std::call_once(uniqueIDMade_, [this] { uniqueID_ = makeUuid(); });
   return uniqueID_;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -197,8 +198,8 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
   static bool acceptsPath(const std::string& socketPath);
 
   Descriptor descriptor_;
-  mutable Mutex uniqueIDLock_;  ///< not lock_, which a server holds during a slow send
-  mutable std::string uniqueID_ SELDIAL_GUARDED_BY(uniqueIDLock_);  ///< empty until first use
+  mutable std::once_flag uniqueIDMade_;  ///< not lock_, which a server holds during a slow send
+  mutable std::string uniqueID_;         ///< made on first use, then constant
   const std::string socketPath_;
   const Queue queue_;
   std::atomic<GDUnixSocketState> state_{GDUnixSocketStateIdle};
