@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -11,6 +12,7 @@
 
 namespace seldial {
 
+class GDUnixSocketClient;
 class GDUnixSocketEventsCS;
 class GDUnixSocketServer;
 class QKHotKey;
@@ -18,9 +20,9 @@ struct HotKeyStateApi;
 struct SetHotKeyApi;
 
 /// The one object that holds the application's state; it lives as long as the process. The main
-/// thread owns every field and runs every operation except log(), which any thread may call. No
-/// operation reports a failure to its caller: the UC client is told by a message, and internal
-/// failures become log lines.
+/// thread owns every field and runs every operation except log() and applicationMustEnd(), which
+/// any thread may call. No operation reports a failure to its caller: the UC client is told by a
+/// message, and internal failures become log lines.
 class AppDelegate final : public platform::ApplicationDelegate,
                           public std::enable_shared_from_this<AppDelegate> {
  public:
@@ -45,6 +47,8 @@ class AppDelegate final : public platform::ApplicationDelegate,
   void applicationWillFinishLaunching() override;
   void applicationDidFinishLaunching() override;
   void applicationWillTerminate() override;
+  /// Closes the incoming socket and the outgoing one, which the main thread may be waiting for.
+  void applicationMustEnd() override;
   /// Connects to the desktop. Required before the operations on hot keys and the clipboard.
   void connectToDesktop();
   /// Sets the flags and values from the command line; ignores unknown arguments.
@@ -92,12 +96,18 @@ class AppDelegate final : public platform::ApplicationDelegate,
   explicit AppDelegate(platform::Ports ports);
 
   void answerError(std::string message);
+  void prepareToSend(const std::shared_ptr<GDUnixSocketClient>& client);
   void sendHotKeyState(const HotKeyStateApi& state);
   /// `text` with A to Z in lower case; other letters are left alone.
   static std::string lowercased(std::string text);
 
   const platform::Ports ports_;
   platform::DesktopPorts desktop_;  ///< empty until connectToDesktop()
+
+  std::mutex endLock_;  ///< guards the members below, which applicationMustEnd() uses
+  bool mustEnd_ = false;
+  std::weak_ptr<GDUnixSocketServer> incoming_;
+  std::weak_ptr<GDUnixSocketClient> outgoing_;  ///< of the message that is being sent
 };
 
 }  // namespace seldial

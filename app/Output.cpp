@@ -18,6 +18,9 @@ constexpr const char* kSubThreadMarker = ">>>SUB THREAD<<< ";
 /// How long one message may take, from the connect to its last byte: it blocks the main thread.
 constexpr std::chrono::seconds kSendTimeout{5};
 
+/// Likewise, when the application must end.
+constexpr std::chrono::milliseconds kLastSendTimeout{100};
+
 /// The local time of day, as HH:mm:ss.
 std::string timeOfDay() {
   const std::time_t now = std::time(nullptr);
@@ -50,13 +53,19 @@ void AppDelegate::sendToClientPipe(const std::string& message) {
   const auto client = GDUnixSocketClient::initWithSocketPath(path);
   if (!client) return log("Failed to connect unix socket client at path " + path);
   client->setDelegate(unixSocketEvents());
-  client->setSendTimeout(kSendTimeout);
+  prepareToSend(client);
   if (!client->connectWithAutoRead(false)) return log("Unix socket client connect failed");
   log("Unix socket client connect ok at path " + path);
   const auto written = client->writeData(message);
   log("Unix socket client bytes written (" + std::to_string(written) + ").");
   log("Now closing unix socket client.");
   client->close();
+}
+
+void AppDelegate::prepareToSend(const std::shared_ptr<GDUnixSocketClient>& client) {
+  const std::lock_guard lock(endLock_);
+  outgoing_ = client;
+  client->setSendTimeout(mustEnd_ ? kLastSendTimeout : std::chrono::milliseconds(kSendTimeout));
 }
 
 }  // namespace seldial

@@ -21,6 +21,10 @@ void AppDelegate::startUnixSocketServer() {
     return;
   }
   UnixSocketServer->setDelegate(unixSocketEvents());
+  {
+    const std::lock_guard lock(endLock_);
+    incoming_ = UnixSocketServer;
+  }
   const bool listening = UnixSocketServer->listenWithError();
   log(std::string("Unix socket server listen ") + (listening ? "ok" : "failed") + " at path " +
       path + ".");

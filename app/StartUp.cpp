@@ -7,6 +7,7 @@
 #include "app/AppDelegate.h"
 #include "hotkey/QKHotKeyCenter.h"
 #include "platform/Output.h"
+#include "unixsocket/GDUnixSocketClient.h"
 #include "unixsocket/GDUnixSocketServer.h"
 
 namespace seldial {
@@ -60,6 +61,14 @@ void AppDelegate::applicationWillTerminate() {
     UnixSocketServer = nullptr;
   }
   platform::reportLostLines();
+}
+
+void AppDelegate::applicationMustEnd() {
+  const std::lock_guard lock(endLock_);
+  mustEnd_ = true;
+  if (const auto client = outgoing_.lock()) client->close();
+  // Without a callback: it would only log, on the main thread.
+  if (const auto server = incoming_.lock()) server->closeSilently();
 }
 
 void AppDelegate::connectToDesktop() {

@@ -10,13 +10,18 @@
 
 namespace seldial::platform {
 
-/// Receives the events of the application's life, on the main thread.
+/// Receives the events of the application's life, on the main thread except where noted.
 class ApplicationDelegate {
  public:
   virtual ~ApplicationDelegate() = default;
   virtual void applicationWillFinishLaunching() = 0;  ///< the first call
   virtual void applicationDidFinishLaunching() = 0;   ///< the main loop is about to run
   virtual void applicationWillTerminate() = 0;        ///< the last call, after the main loop
+
+  /// The application must end, but the main thread is still busy: ends what it waits for, and
+  /// removes what may not stay behind. The process ends soon after it, perhaps without a call to
+  /// applicationWillTerminate(). On another thread, also during the calls above; at most once.
+  virtual void applicationMustEnd() {}
 };
 
 /// The process as an application of the desktop. Main thread only.

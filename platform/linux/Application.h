@@ -12,12 +12,11 @@
 
 namespace seldial::platform::linux_port {
 
-/// Runs the delegate on the main loop until terminate() is called or one of
-/// posix_port::terminationSignals() arrives; setUpProcess() has blocked them.
+/// Runs the delegate on the main loop until terminate() is called or a signal ends it, see
+/// TerminationSignals.
 class LinuxApplication final : public platform::Application {
  public:
-  /// `loop` must outlive the application.
-  LinuxApplication(std::vector<std::string> arguments, MainLoop& loop);
+  LinuxApplication(std::vector<std::string> arguments, std::shared_ptr<MainLoop> loop);
 
   [[nodiscard]] const std::vector<std::string>& arguments() const override { return arguments_; }
   void terminate(ApplicationDelegate* sender) override;
@@ -26,12 +25,15 @@ class LinuxApplication final : public platform::Application {
   /// As terminate(), with another exit status.
   void terminateWithStatus(int status);
 
-  /// Runs the application to its end. Returns the exit status.
-  int run(ApplicationDelegate& delegate);
+  /// Runs the application to its end, calls `disconnect` and gives up the delegate. Returns the
+  /// exit status.
+  int run(
+      std::shared_ptr<ApplicationDelegate> delegate,
+      const std::function<void()>& disconnect = [] {});
 
  private:
   const std::vector<std::string> arguments_;
-  MainLoop& loop_;
+  const std::shared_ptr<MainLoop> loop_;
   int status_ = 0;
 };
 

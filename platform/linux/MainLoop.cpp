@@ -50,12 +50,14 @@ void pollFor(std::vector<pollfd>& descriptors, std::chrono::nanoseconds timeout)
 MainLoop::MainLoop()
     : mainThread_(std::this_thread::get_id()),
       wakeUp_(makeEventDescriptor()),
-      epoll_(makeEpollDescriptor()) {
+      epoll_(makeEpollDescriptor()),
+      interruption_(makeEventDescriptor()) {
   // Edge-triggered: each write ends one wait, and the counter need not be read.
   addTo(epoll_, wakeUp_, EPOLLIN | EPOLLET, nullptr);
 }
 
 MainLoop::~MainLoop() {
+  close(interruption_);
   close(epoll_);
   close(wakeUp_);
 }
@@ -101,6 +103,12 @@ void MainLoop::serve() {
 
 void MainLoop::quit() {
   quit_ = true;
+}
+
+void MainLoop::interrupt() {
+  interrupted_ = quit_ = true;
+  eventfd_write(interruption_, 1);
+  eventfd_write(wakeUp_, 1);
 }
 
 void MainLoop::runTasks() {
@@ -151,7 +159,9 @@ void MainLoop::block(std::chrono::microseconds duration) {
     const bool willing = source->readableWhileBlocked();
     descriptors.push_back({willing ? source->descriptor() : -1, POLLIN, 0});
   }
-  for (auto left = end - Clock::now(); left.count() > 0; left = end - Clock::now()) {
+  descriptors.push_back({interruption_, POLLIN, 0});
+  for (auto left = end - Clock::now(); left.count() > 0 && !interrupted_;
+       left = end - Clock::now()) {
     pollFor(descriptors, left);
     for (std::size_t i = 0; i < sources.size(); ++i) {
       // A source that hung up would end every further wait at once. run() tells it later.

@@ -1,6 +1,7 @@
 // The main loop on Linux: runs tasks from any thread and serves readable descriptors.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <mutex>
@@ -31,7 +32,8 @@ class EventSource {
   virtual bool readableWhileBlocked() { return false; }
 };
 
-/// Constructed and run on the main thread; async() and isMainThread() may be called on any thread.
+/// Constructed and run on the main thread; async(), isMainThread() and interrupt() may be called on
+/// any thread.
 class MainLoop final : public MainQueue {
  public:
   /// Throws std::system_error when the system has no descriptor left.
@@ -61,8 +63,16 @@ class MainLoop final : public MainQueue {
   /// Readable when there is something to serve. Do not read from it.
   [[nodiscard]] int descriptor() const { return epoll_; }
 
-  /// Blocks for `duration`: no task runs, sources get readableWhileBlocked().
+  /// Blocks for `duration` or until interrupt(): no task runs, sources get readableWhileBlocked().
   void block(std::chrono::microseconds duration);
+
+  /// Calls quit() and ends block(), also a later one. Other waits of the main thread should end
+  /// too: they poll interruption(). Any thread.
+  void interrupt();
+  [[nodiscard]] bool interrupted() const { return interrupted_; }
+
+  /// Readable from interrupt() on. Do not read from it.
+  [[nodiscard]] int interruption() const { return interruption_; }
 
  private:
   void runTasks();
@@ -71,9 +81,11 @@ class MainLoop final : public MainQueue {
   bool nothingToDo();
 
   const std::thread::id mainThread_;
-  const int wakeUp_;  ///< an eventfd that async() signals
-  const int epoll_;   ///< watches wakeUp_ and the sources
-  bool quit_ = false;
+  const int wakeUp_;        ///< an eventfd that async() signals
+  const int epoll_;         ///< watches wakeUp_ and the sources
+  const int interruption_;  ///< an eventfd
+  std::atomic<bool> quit_{false};
+  std::atomic<bool> interrupted_{false};
   std::vector<EventSource*> sources_;
 
   std::mutex mutex_;         ///< guards the members below

@@ -77,16 +77,16 @@ bool EventPump::serveUntil(Clock::time_point deadline, const std::function<bool(
     if (done()) return true;
     if (handleRead()) continue;  // read together with replies that `done` waited for
     const auto left = deadline - Clock::now();
-    if (connection_.lost() || left.count() <= 0) return false;
+    if (connection_.lost() || loop_.interrupted() || left.count() <= 0) return false;
     waitForInput(left);
   }
 }
 
 void EventPump::waitForInput(Clock::duration limit) const {
-  pollfd entry{descriptor(), POLLIN, 0};
+  pollfd watched[] = {{descriptor(), POLLIN, 0}, {loop_.interruption(), POLLIN, 0}};
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(limit);
   const timespec time{seconds.count(), std::chrono::nanoseconds(limit - seconds).count()};
-  ppoll(&entry, 1, &time, nullptr);
+  ppoll(watched, 2, &time, nullptr);
 }
 
 void EventPump::handle(const xcb_generic_event_t& event) {

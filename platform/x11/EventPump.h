@@ -44,8 +44,8 @@ class EventPump final : public linux_port::EventSource {
   void add(EventHandler& handler) { handlers_.push_back(&handler); }
   void remove(EventHandler& handler);
 
-  /// Handles events until `done` returns true. False when the deadline passes or the connection is
-  /// lost before that.
+  /// Handles events until `done` returns true. False when the deadline passes, the connection is
+  /// lost or the loop is interrupted before that.
   bool serveUntil(Clock::time_point deadline, const std::function<bool()>& done);
 
   /// Handles the events that have arrived, without flushing requests.

@@ -67,6 +67,13 @@ TEST_F(Launch, TheReferenceFlagsDoNotWaitForADisplayServer) {
   }
 }
 
+TEST_F(Launch, ASignalEndsItWhileItWaitsForADisplayServer) {
+  const SilentServer server;
+  start({"-log"}, server.display());
+  for (int line = 0; line < 8; ++line) (void)process->readLine();
+  terminate();
+}
+
 /// What a signal does in this process, and so in a program that it starts.
 class Disposition {
  public:

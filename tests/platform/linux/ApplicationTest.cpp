@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <csignal>
+#include <limits>
 
 #include "platform/linux/Application.h"
 #include "platform/posix/ProcessSetUp.h"
@@ -19,6 +21,7 @@ class RecordingDelegate final : public ApplicationDelegate {
     onLaunched();
   }
   void applicationWillTerminate() override { calls.emplace_back("will terminate"); }
+  void applicationMustEnd() override { calls.emplace_back("must end"); }
 
   std::vector<std::string> calls;
   std::function<void()> onLaunched = [] {};
@@ -33,36 +36,83 @@ struct ApplicationTest : testing::Test {
   ~ApplicationTest() override { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
 
   sigset_t before{};
-  MainLoop loop;
+  const std::shared_ptr<MainLoop> loop = std::make_shared<MainLoop>();
   LinuxApplication application{{"seldial", "-log"}, loop};
-  RecordingDelegate delegate;
+  const std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
 };
 
 TEST_F(ApplicationTest, TerminateEndsItInOrderWithStatus0) {
-  delegate.onLaunched = [this] { application.terminate(&delegate); };
+  delegate->onLaunched = [this] { application.terminate(delegate.get()); };
   EXPECT_EQ(application.run(delegate), 0);
-  EXPECT_THAT(delegate.calls, ElementsAre("will finish", "did finish", "will terminate"));
+  EXPECT_THAT(delegate->calls, ElementsAre("will finish", "did finish", "will terminate"));
 }
 
 TEST_F(ApplicationTest, ASignalEndsItInOrderWithStatus0) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-    MainLoop own;
-    LinuxApplication signalled({}, own);
-    RecordingDelegate told;
-    told.onLaunched = [signal] { raise(signal); };
+    LinuxApplication signalled({}, std::make_shared<MainLoop>());
+    const auto told = std::make_shared<RecordingDelegate>();
+    told->onLaunched = [signal] { kill(getpid(), signal); };
     EXPECT_EQ(signalled.run(told), 0);
-    EXPECT_EQ(told.calls.back(), "will terminate");
-    // What was read as a signal of one application is no signal to the next.
-    const sigset_t signals = posix_port::terminationSignals();
-    const timespec now{};
-    sigtimedwait(&signals, nullptr, &now);
+    EXPECT_THAT(told->calls, ElementsAre("will finish", "did finish", "will terminate"));
   }
 }
 
+TEST_F(ApplicationTest, TasksFromBeforeTheSignalRunFirst) {
+  delegate->onLaunched = [this] {
+    loop->async([this] {
+      kill(getpid(), SIGTERM);
+      delegate->calls.emplace_back("task");
+    });
+    loop->async([this] { delegate->calls.emplace_back("task"); });
+  };
+  EXPECT_EQ(application.run(delegate), 0);
+  EXPECT_THAT(delegate->calls,
+              ElementsAre("will finish", "did finish", "task", "task", "will terminate"));
+}
+
+TEST_F(ApplicationTest, ASignalInterruptsALongWait) {
+  delegate->onLaunched = [this] {
+    kill(getpid(), SIGTERM);
+    application.usleep(std::numeric_limits<std::uint32_t>::max());  // more than an hour
+    delegate->calls.emplace_back("waited");
+  };
+  EXPECT_EQ(application.run(delegate), 0);
+  EXPECT_THAT(delegate->calls,
+              ElementsAre("will finish", "did finish", "must end", "waited", "will terminate"));
+}
+
+TEST_F(ApplicationTest, AMainThreadThatNeverReturnsIsLeftBehind) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto runForEver = [this] {
+    delegate->onLaunched = [] {
+      kill(getpid(), SIGTERM);
+      for (;;) pause();
+    };
+    return application.run(delegate);
+  };
+  EXPECT_EXIT(runForEver(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ApplicationTest, TheDelegateIsGivenUpWhileSignalsStillCount) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  class Stuck final : public ApplicationDelegate {
+   public:
+    ~Stuck() override {
+      kill(getpid(), SIGTERM);
+      for (;;) pause();
+    }
+    void applicationWillFinishLaunching() override {}
+    void applicationDidFinishLaunching() override {}
+    void applicationWillTerminate() override {}
+  };
+  application.terminate(nullptr);
+  EXPECT_EXIT(application.run(std::make_shared<Stuck>()), testing::ExitedWithCode(0), "");
+}
+
 TEST_F(ApplicationTest, ALossEndsItInOrderWithItsStatus) {
-  loop.async([this] { application.terminateWithStatus(1); });
+  loop->async([this] { application.terminateWithStatus(1); });
   EXPECT_EQ(application.run(delegate), 1);
-  EXPECT_EQ(delegate.calls.back(), "will terminate");
+  EXPECT_EQ(delegate->calls.back(), "will terminate");
 }
 
 TEST_F(ApplicationTest, GivesItsArguments) {

@@ -24,4 +24,12 @@ void XServer::kill() {
   process_->wait();
 }
 
+void XServer::freeze() {
+  process_->signal(SIGSTOP);
+}
+
+void XServer::thaw() {
+  process_->signal(SIGCONT);
+}
+
 }  // namespace seldial::tests

@@ -28,6 +28,10 @@ class XServer {
   /// Every connection is lost at once, as when the user's session ends. Returns once it is gone.
   void kill();
 
+  /// It answers nobody until thaw(); requests wait in its sockets.
+  void freeze();
+  void thaw();
+
  private:
   std::unique_ptr<ChildProcess> process_;
   std::string display_;
