@@ -11,8 +11,8 @@ namespace {
 
 // Not in this table:
 // - gvim takes PRIMARY again while it drops a selection, so an old text would look fresh.
-// - GTK labels cannot be told from GTK programs that keep PRIMARY after a key dropped the
-// selection.
+// - GTK labels look like any GTK window, and others keep PRIMARY after a key dropped the selection.
+// - Terminology takes PRIMARY again too; but as a terminal it must not be typed into.
 // - A process with a pseudo-terminal is not taken for a terminal: editors and file managers with a
 //   terminal pane have one too, and copy to the clipboard.
 constexpr std::array kApplications{
@@ -21,24 +21,32 @@ constexpr std::array kApplications{
     "Eterm", "foot", "gnome-terminal", "gnome-terminal-server", "guake", "kgx", "kitty", "konsole",
     "lilyterm", "lxterminal", "mate-terminal", "mlterm", "org.gnome.Console", "org.gnome.Ptyxis",
     "org.wezfurlong.wezterm", "pterm", "qterminal", "rio", "roxterm", "Rxvt", "sakura", "st",
-    "st-256color", "stterm", "terminator", "terminology", "termit", "tilda", "tilix", "URxvt",
-    "UXTerm", "wezterm", "x-terminal-emulator", "Xfce4-terminal", "XTerm", "yakuake", "zutty",
-    // Selecting takes PRIMARY; no key copies to the clipboard.
-    "Dillo",             // web browser; its keys are for navigation
-    "MuPDF",             // Ctrl+C alone copies, and only while the marked area is shown
-    "org.pwmt.zathura",  // selects with the mouse only, into PRIMARY
-    "Xedit",             // Athena text widget; Insert is not bound
-    "Xmessage",          // the same widget
-    "Xpdf",              // selects with the mouse only, into PRIMARY
+    "st-256color", "stterm", "terminator", "termit", "tilda", "tilix", "URxvt", "UXTerm", "wezterm",
+    "x-terminal-emulator", "Xfce4-terminal", "XTerm", "yakuake", "zutty",
+    // Selecting takes PRIMARY; neither Ctrl+Insert nor Ctrl+C fills CLIPBOARD.
+    "Dillo",             // web browser
+    "MuPDF",             // document viewer
+    "org.pwmt.zathura",  // document viewer
+    "Xedit",             // Athena text widget
+    "Xmessage",          // Athena text widget
+    "Xpdf",              // document viewer
 };
+
+bool isOneOf(const char* known, const std::vector<std::string>& names) {
+  return std::any_of(names.begin(), names.end(), [known](const std::string& name) {
+    return strcasecmp(name.c_str(), known) == 0;
+  });
+}
 
 }  // namespace
 
 bool isReadFromPrimary(const std::vector<std::string>& names) {
-  return std::any_of(names.begin(), names.end(), [](const std::string& name) {
-    return std::any_of(kApplications.begin(), kApplications.end(),
-                       [&](const char* known) { return strcasecmp(name.c_str(), known) == 0; });
-  });
+  return std::any_of(kApplications.begin(), kApplications.end(),
+                     [&](const char* known) { return isOneOf(known, names); });
+}
+
+bool isLeftAlone(const std::vector<std::string>& names) {
+  return isOneOf("terminology", names);
 }
 
 bool isWine(const std::vector<std::string>& names) {

@@ -10,6 +10,10 @@ namespace seldial::platform::x11 {
 /// does harm or copies nothing; case is ignored.
 bool isReadFromPrimary(const std::vector<std::string>& names);
 
+/// Whether it belongs to an application whose selection cannot be had: a keystroke does harm, and
+/// an old text in PRIMARY looks like a new one.
+bool isLeftAlone(const std::vector<std::string>& names);
+
 /// Whether a window with these WM_CLASS names is that of a Windows program under Wine.
 bool isWine(const std::vector<std::string>& names);
 

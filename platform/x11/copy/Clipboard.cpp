@@ -116,6 +116,8 @@ class SelectionClipboard final : public Clipboard {
     if (isReadFromPrimary(focused.names)) {
       window_ = focused.window;
       source_ = primary_.isStaleIn(window_) ? Source::kNothing : Source::kPrimary;
+    } else if (isLeftAlone(focused.names)) {
+      source_ = Source::kNothing;
     } else {
       if (isWine(focused.names)) letWineNotice();
       keystroke_.press();
@@ -147,7 +149,7 @@ class SelectionClipboard final : public Clipboard {
   enum class Source {
     kClipboard,
     kPrimary,  ///< if the program of window_ owns it
-    kNothing,  ///< what could be read is from before
+    kNothing,  ///< what could be read may be from before
   };
 
   const std::shared_ptr<Session> session_;

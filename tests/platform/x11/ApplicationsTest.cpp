@@ -36,6 +36,7 @@ TEST(Applications, ProgramsInWhichNoKeyCopiesAreReadFromPrimary) {
   EXPECT_TRUE(isReadFromPrimary({"org.pwmt.zathura", "Zathura"}));
   EXPECT_TRUE(isReadFromPrimary({"win", "Xpdf"}));
   EXPECT_FALSE(isReadFromPrimary({"evince", "Evince"}));
+  EXPECT_FALSE(isReadFromPrimary({"main", "terminology"}));
 }
 
 }  // namespace

@@ -52,6 +52,18 @@ TEST_F(Terminal, IsRecognisedUnderThePointerWhereNoWindowHasTheFocus) {
   expectNothingTyped(client);
 }
 
+TEST_F(Terminal, OneWhoseSelectionMayBeOldIsLeftAlone) {
+  auto settings = terminal();
+  settings.wmClass = "terminology";
+  settings.wmInstance = "main";
+  XClient client(server.display(), settings);
+  client.own("PRIMARY", answersWith("+49 30 1"));
+  useHotKey();
+  port.waitForDials(1);
+  EXPECT_EQ(port.dialled()[0], std::nullopt);
+  expectNothingTyped(client);
+}
+
 TEST_F(Terminal, TheSelectionOfAnotherProgramIsNotRead) {
   const TemporaryFile script(
       "selection handle -selection PRIMARY . {apply {{offset most} {return other}}}\n"
