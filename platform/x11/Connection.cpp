@@ -5,8 +5,10 @@
 
 #include <array>
 #include <cstring>
-#include <string>
+#include <future>
+#include <utility>
 
+#include "platform/BackgroundQueue.h"
 #include "platform/Output.h"
 
 namespace seldial::platform::x11 {
@@ -27,21 +29,33 @@ constexpr std::array kAtomNames{
     AtomName{"XTEST Device", &Atoms::xtestDevice},
 };
 
-bool displayIsNamed() {
-  const char* const display = std::getenv("DISPLAY");
-  return display != nullptr && *display != '\0';
-}
-
 }  // namespace
 
-std::unique_ptr<Connection> Connection::open() {
-  if (!displayIsNamed()) return nullptr;
-  std::unique_ptr<Connection> connection(new Connection(xcb_connect(nullptr, nullptr)));
-  if (connection->lost()) {
-    printError(std::string("seldial: no X server at ") + std::getenv("DISPLAY"));
+// XCB waits as long as the server takes. So it waits on another thread, which is left behind when
+// the limit has passed.
+std::unique_ptr<Connection> Connection::open(std::chrono::milliseconds limit) {
+  const char* const display = std::getenv("DISPLAY");
+  if (display == nullptr || *display == '\0') return nullptr;
+  const auto task = std::make_shared<std::packaged_task<Attempt()>>(
+      [name = std::string(display)] { return attempt(name); });
+  auto future = task->get_future();
+  sharedBackgroundQueue()->async([task] { (*task)(); });
+  if (future.wait_for(limit) != std::future_status::ready) {
+    printError(std::string("seldial: the X server at ") + display +
+               " does not answer; there will be no hot key");
     return nullptr;
   }
-  return connection->handshake() ? std::move(connection) : nullptr;
+  auto [connection, failure] = future.get();
+  if (!connection) printError("seldial: " + failure);
+  return std::move(connection);
+}
+
+Connection::Attempt Connection::attempt(const std::string& display) {
+  std::unique_ptr<Connection> connection(new Connection(xcb_connect(display.c_str(), nullptr)));
+  if (connection->lost()) return {nullptr, "no X server at " + display};
+  const char* const missing = connection->handshake();
+  if (missing == nullptr) return {std::move(connection), {}};
+  return {nullptr, std::string("the X server lacks ") + missing + "; there will be no hot key"};
 }
 
 Connection::~Connection() {
@@ -53,18 +67,16 @@ void Connection::synchronise() const {
 }
 
 // A round trip costs more than a request, so requests are sent together where possible.
-bool Connection::handshake() {
+/// Returns what the server lacks; null if that is nothing.
+const char* Connection::handshake() {
   root_ = xcb_setup_roots_iterator(xcb_get_setup(xcb_)).data->root;
   for (auto* const extension : {&xcb_xkb_id, &xcb_input_id, &xcb_test_id}) {
     xcb_prefetch_extension_data(xcb_, extension);
   }
   createWindow();
   internAtoms();
-  const char* missing = missingExtension();
-  if (missing == nullptr) missing = missingAbility();
-  if (missing == nullptr) return true;
-  printError(std::string("seldial: the X server lacks ") + missing + "; there will be no hot key");
-  return false;
+  const char* const missing = missingExtension();
+  return missing != nullptr ? missing : missingAbility();
 }
 
 void Connection::createWindow() {

@@ -2,8 +2,10 @@
 // that is never shown.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "platform/x11/Xcb.h"
 
@@ -24,8 +26,12 @@ struct Atoms {
 class Connection {
  public:
   /// Connects to the server that DISPLAY names and checks that it has what the ports need. Null
-  /// when DISPLAY is not set, or, after one line on standard error, when that fails.
-  static std::unique_ptr<Connection> open();
+  /// when DISPLAY is not set, or, after one line on standard error, when that fails or takes longer
+  /// than `limit`.
+  static std::unique_ptr<Connection> open(std::chrono::milliseconds limit = kConnectLimit);
+
+  /// A server answers at once, unless it starts or is very busy.
+  static constexpr std::chrono::seconds kConnectLimit{10};
 
   ~Connection();
   Connection(const Connection&) = delete;
@@ -55,8 +61,15 @@ class Connection {
   void selectRawInput(std::uint32_t events, bool selected);
 
  private:
+  /// A connection, or what is wrong with the server.
+  struct Attempt {
+    std::unique_ptr<Connection> connection;
+    std::string failure;
+  };
+
   explicit Connection(xcb_connection_t* xcb) : xcb_(xcb) {}
-  bool handshake();
+  static Attempt attempt(const std::string& display);
+  const char* handshake();
   const char* missingExtension();
   const char* missingAbility();
   void internAtoms();

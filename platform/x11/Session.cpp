@@ -2,10 +2,10 @@
 
 #include <xcb/xinput.h>
 
-#include <cstdio>
 #include <string_view>
 #include <utility>
 
+#include "platform/Output.h"
 #include "platform/x11/Xcb.h"
 
 namespace seldial::platform::x11 {
@@ -46,10 +46,9 @@ std::shared_ptr<Session> connect(std::shared_ptr<linux_port::MainLoop> loop,
   auto connection = Connection::open();
   if (!connection) return nullptr;
   if (isXwayland(*connection)) {
-    std::fputs(
+    printError(
         "seldial: the X server is Xwayland; the hot key works in windows of X11 applications only, "
-        "not in those of Wayland applications\n",
-        stderr);
+        "not in those of Wayland applications");
   }
   return std::make_shared<Session>(std::move(connection), std::move(loop),
                                    std::move(connectionLost));

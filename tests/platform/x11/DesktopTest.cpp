@@ -48,6 +48,17 @@ TEST(Desktop, AServerThatCannotBeReachedIsOneLine) {
   expectOneLineAbout("no display", attempt());
 }
 
+TEST(Desktop, AServerThatDoesNotAnswerIsOneLine) {
+  XServer server;
+  setenv("DISPLAY", server.display().c_str(), 1);
+  server.freeze();
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(Connection::open(std::chrono::milliseconds(20)), nullptr);
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+            "seldial: the X server at " + server.display() +
+                " does not answer; there will be no hot key\n");
+}
+
 TEST(Desktop, AServerThatLacksXTestIsOneLine) {
   const XServer server({"-extension", "XTEST"});
   setenv("DISPLAY", server.display().c_str(), 1);
