@@ -26,6 +26,8 @@ namespace seldial {
 
 /// What askRunningClient() can ask. Each request is one line.
 inline constexpr const char* kStatusRequest = "status";  ///< the answer is for people
+/// The answer is the usual spelling of the hot key that is set; empty if there is none.
+inline constexpr const char* kHotKeyRequest = "hotkey";
 /// To read the configuration again. The answer is empty, or says what is wrong, without a full
 /// stop.
 inline constexpr const char* kReloadRequest = "reload";

@@ -137,7 +137,11 @@ std::string autostartEntry(const std::string& program) {
 }
 
 bool startsAtLogin() {
-  return exists(entryPath()) || exists(unitPath());
+  return exists(entryPath()) || startsBySystemd();
+}
+
+bool startsBySystemd() {
+  return exists(unitPath());
 }
 
 bool enableLoginStart(const std::string& program, std::string& result) {

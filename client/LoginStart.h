@@ -10,6 +10,9 @@ namespace seldial {
 /// Whether enableLoginStart() has been called, and disableLoginStart() not since then.
 [[nodiscard]] bool startsAtLogin();
 
+/// Whether systemd starts it then, and not the desktop's autostart.
+[[nodiscard]] bool startsBySystemd();
+
 /// Makes `program`, an absolute path, start at each login, and under systemd also now, unless it is
 /// running. `result` becomes a sentence that says what was done or, if that is false, why not;
 /// without a full stop.

@@ -20,6 +20,10 @@ bool startsAtLogin() {
   return false;
 }
 
+bool startsBySystemd() {
+  return false;
+}
+
 bool enableLoginStart(const std::string& /*program*/, std::string& result) {
   result = "on macOS a launch agent starts programs at login: see docs/macos/installing.md";
   return false;

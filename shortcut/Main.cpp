@@ -1,17 +1,25 @@
 #include <QApplication>
+#include <QIcon>
 #include <cstdio>
 #include <string>
 #include <vector>
 
 #include "client/Connection.h"
+#include "client/LoginStart.h"
+#include "client/Options.h"
 #include "hotkey/QKHotKeyCenter.h"
 #include "platform/qt/Desktop.h"
 #include "platform/x11/copy/Clipboard.h"
 #include "shortcut/Options.h"
+#include "shortcut/Settings.h"
 #include "shortcut/ShortcutWindow.h"
 
 namespace seldial {
 namespace {
+
+// Those of seldial-uc.
+constexpr const char* kUsualHotKey = "ctrl+alt+d";
+constexpr std::uint16_t kUsualDelay = 500;
 
 /// Prints the command as one line. Returns what went wrong, if anything.
 std::optional<std::string> printCommand(const std::string& command) {
@@ -21,26 +29,70 @@ std::optional<std::string> printCommand(const std::string& command) {
 }
 
 ShortcutWindow::Deliver deliveryFor(const ShortcutOptions& options) {
-  if (options.socket.empty()) return printCommand;
-  return [path = options.socket](const std::string& command) -> std::optional<std::string> {
+  return [path = options.socket](const HotKey& hotKey,
+                                 std::uint16_t delay) -> std::optional<std::string> {
+    const std::string command = setHotKeyCommand(hotKey, delay);
+    if (path.empty()) return printCommand(command);
     const auto failure = sendCommand(command, path);
     if (!failure) return {};
     return "Is Seldial running? " + *failure + ".";
   };
 }
 
-int runWindow(platform::qt::Desktop& desktop, const ShortcutOptions& options) {
-  ShortcutWindow window(desktop.keyboard(), deliveryFor(options),
-                        options.socket.empty() ? QStringLiteral("&Use this shortcut")
-                                               : QStringLiteral("&Send to Seldial"));
-  window.begin(options.hotKey, options.delay);
+/// Whether the user's running seldial-uc has set that hot key.
+bool isOurs(const HotKey& hotKey) {
+  std::string ignored;
+  return askRunningClient(kHotKeyRequest, ignored) == spellingOfHotKey(hotKey);
+}
+
+int show(ShortcutWindow& window, const ShortcutOptions& options) {
+  window.setIsOurs(isOurs);
+  window.begin(options.hotKey, options.delay.value_or(kUsualDelay));
   QObject::connect(&window, &QDialog::finished, &window,
                    [](int result) { QCoreApplication::exit(result == QDialog::Accepted ? 0 : 1); });
   window.show();
   return QCoreApplication::exec();
 }
 
-int run(int argc, char* argv[], const ShortcutOptions& options) {
+int showShortcut(platform::qt::Desktop& desktop, const ShortcutOptions& options) {
+  ShortcutWindow window(desktop.keyboard(), deliveryFor(options),
+                        options.socket.empty() ? QStringLiteral("&Use this shortcut")
+                                               : QStringLiteral("&Send to Seldial"));
+  return show(window, options);
+}
+
+int showSettings(platform::qt::Desktop& desktop, const ShortcutOptions& options,
+                 const std::vector<Setting>& settings) {
+  auto* const panel = new SettingsPanel;
+  panel->begin(settings, startsAtLogin());
+  ShortcutWindow window(
+      desktop.keyboard(),
+      [&](const HotKey& hotKey, std::uint16_t delay) -> std::optional<std::string> {
+        auto values = shortcutSettings(hotKey, delay);
+        if (!values) return "This key has no name that could be kept.";
+        values->merge(panel->values());
+        return applySettings(options.configuration, *values, panel->startsAtLogin());
+      },
+      QStringLiteral("Sa&ve"), panel);
+  return show(window, options);
+}
+
+/// Adds what the configuration file has to what the command line has not. False when it is wrong.
+bool addConfiguration(ShortcutOptions& options, const std::vector<Setting>& settings,
+                      std::string& error) {
+  for (const Setting& setting : settings) {
+    if (setting.name == "hotkey" && !options.hotKey) {
+      options.hotKey = hotKeyFromSpelling(setting.value, error);
+      if (!options.hotKey) return false;
+    }
+    if (setting.name == "delay" && !options.delay) options.delay = delayFrom(setting.value);
+  }
+  if (!options.hotKey) options.hotKey = hotKeyFromSpelling(kUsualHotKey, error);
+  return true;
+}
+
+int run(int argc, char* argv[], const ShortcutOptions& options,
+        const std::vector<Setting>& settings) {
   const auto desktop = platform::qt::Desktop::connect([] { std::exit(1); });
   if (!desktop) {
     std::fputs("seldial-shortcut: there is no X11 desktop\n", stderr);
@@ -53,7 +105,9 @@ int run(int argc, char* argv[], const ShortcutOptions& options) {
   int ownPath = argc > 0 ? 1 : 0;  // Qt must not read the options
   const QApplication application(ownPath, argv);
   const auto served = desktop->serve();
-  return runWindow(*desktop, options);
+  QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("org.seldial.Client")));
+  return options.settings ? showSettings(*desktop, options, settings)
+                          : showShortcut(*desktop, options);
 }
 
 }  // namespace
@@ -61,7 +115,7 @@ int run(int argc, char* argv[], const ShortcutOptions& options) {
 
 int main(int argc, char* argv[]) {
   std::string error;
-  const auto options =
+  auto options =
       seldial::shortcutOptionsFrom(std::vector<std::string>(argv + 1, argv + argc), error);
   if (!options) {
     std::fprintf(stderr, "seldial-shortcut: %s\nTry seldial-shortcut --help.\n", error.c_str());
@@ -71,5 +125,12 @@ int main(int argc, char* argv[]) {
     std::fputs(seldial::shortcutHelpText(), stdout);
     return 0;
   }
-  return seldial::run(argc, argv, *options);
+  if (options->configuration.empty()) options->configuration = seldial::usualConfigurationPath();
+  std::optional<std::vector<seldial::Setting>> settings{std::in_place};
+  if (options->settings) settings = seldial::readConfiguration(options->configuration, error);
+  if (!settings || (options->settings && !seldial::addConfiguration(*options, *settings, error))) {
+    std::fprintf(stderr, "seldial-shortcut: %s\n", error.c_str());
+    return 2;
+  }
+  return seldial::run(argc, argv, *options, *settings);
 }

@@ -12,8 +12,8 @@ class Reader final : public OptionReader {
 
   std::optional<ShortcutOptions> read() {
     if (!readAll()) return std::nullopt;
-    if (print_ && !options_.socket.empty()) {
-      fail("--print and --socket cannot be used together");
+    if (int{print_} + int{!options_.socket.empty()} + int{options_.settings} > 1) {
+      fail("--print, --socket and --settings cannot be used together");
       return std::nullopt;
     }
     return options_;
@@ -21,17 +21,19 @@ class Reader final : public OptionReader {
 
  private:
   [[nodiscard]] bool takesValue(const std::string& name) const override {
-    return name == "--hotkey" || name == "--delay" || name == "--socket";
+    return name == "--hotkey" || name == "--delay" || name == "--socket" || name == "--config";
   }
 
   bool setFlag(const std::string& name) override {
     if (name == "--print") return print_ = true;
+    if (name == "--settings") return options_.settings = true;
     if (name == "--help" || name == "-h") return options_.help = true;
     return false;
   }
 
   bool setValue(const std::string& name, const std::string& value) override {
     if (name == "--hotkey") return setHotKey(value);
+    if (name == "--config") return setConfiguration(value);
     return name == "--delay" ? setDelay(value) : setSocket(value);
   }
 
@@ -54,6 +56,11 @@ class Reader final : public OptionReader {
     return usable ? true : fail("--socket takes a standardised path with a slash, not " + value);
   }
 
+  bool setConfiguration(const std::string& value) {
+    options_.configuration = value;
+    return true;
+  }
+
   bool print_ = false;
   ShortcutOptions options_;
 };
@@ -66,13 +73,16 @@ std::optional<ShortcutOptions> shortcutOptionsFrom(const std::vector<std::string
 }
 
 const char* shortcutHelpText() {
-  return R"(usage: seldial-shortcut [--print | --socket PATH] [--hotkey KEYS] [--delay MS]
+  return R"(usage: seldial-shortcut [--print | --socket PATH | --settings] [OPTION...]
 
 Shows a window to record a shortcut and try it out. Then prints the command that
-sets it, or sends it to seldial.
+sets it, sends it to seldial, or keeps it with the other settings of seldial-uc.
 
   --print         print the command, one line of JSON; this is the default
   --socket PATH   send it to the seldial that listens at PATH
+  --settings      show and write the configuration of seldial-uc, and apply it
+  --config FILE   the configuration file; if not given, seldial/seldial-uc.toml under
+                  XDG_CONFIG_HOME or ~/.config
   --hotkey KEYS   the shortcut to start with: any of ctrl, alt, shift and super, and
                   one key, such as d, 7, f5, space, left or keypad0
   --delay MS      how long the other application gets to copy its selection, from 0

@@ -12,8 +12,12 @@ namespace seldial {
 /// The command line of the shortcut window.
 struct ShortcutOptions {
   std::optional<HotKey> hotKey;  ///< shown at the start
-  std::uint16_t delay = 500;     ///< shown at the start: from the copy keystroke to reading, ms
-  std::string socket;            ///< where the command is sent; empty: it is printed
+  /// Shown at the start: from the copy keystroke to reading, ms. None given: 500, or the
+  /// configuration's.
+  std::optional<std::uint16_t> delay;
+  std::string socket;         ///< where the command is sent; empty: it is printed
+  bool settings = false;      ///< write the configuration of seldial-uc
+  std::string configuration;  ///< its file; empty: the usual one
   bool help = false;
 };
 

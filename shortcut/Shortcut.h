@@ -28,6 +28,7 @@ enum class ShortcutState {
   kUnknown,   ///< there is no shortcut, or it was not tried yet
   kFree,      ///< it was free, and is now registered by this program
   kHeld,      ///< another program holds it
+  kOurs,      ///< Seldial holds it
   kUnusable,  ///< no program can register it
 };
 

@@ -7,7 +7,6 @@
 #include <QPushButton>
 #include <QSpinBox>
 
-#include "client/Protocol.h"
 #include "shortcut/Shortcut.h"
 
 namespace seldial {
@@ -29,7 +28,7 @@ void makeBig(KeycapField& field) {
 }  // namespace
 
 ShortcutWindow::ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver,
-                               const QString& acceptText)
+                               const QString& acceptText, QWidget* settings)
     : keyboard_(std::move(keyboard)),
       deliver_(std::move(deliver)),
       field_(new KeycapField(keyboard_, this)),
@@ -38,7 +37,8 @@ ShortcutWindow::ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver
       clear_(new QPushButton(QStringLiteral("C&lear"), this)),
       delay_(new QSpinBox(this)),
       panel_(new StatusPanel(this)) {
-  setWindowTitle(QStringLiteral("Seldial shortcut"));
+  setWindowTitle(settings != nullptr ? QStringLiteral("Seldial settings")
+                                     : QStringLiteral("Seldial shortcut"));
   light_.setSingleShot(true);
   light_.setInterval(kLightTime);
   auto* const layout = new QGridLayout(this);
@@ -49,6 +49,10 @@ ShortcutWindow::ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver
   layout->setSizeConstraint(QLayout::SetFixedSize);  // exactly as large as its content
   addShortcut(*layout);
   addDelay(*layout);
+  if (settings != nullptr) {
+    layout->addWidget(settings, layout->rowCount(), 0, 1, -1);
+    layout->setRowMinimumHeight(layout->rowCount(), kSpacing);
+  }
   layout->addWidget(panel_, layout->rowCount(), 0, 1, -1);
   addButtons(*layout, acceptText);
   connectControls();
@@ -199,9 +203,7 @@ void ShortcutWindow::accept() {
   if (!accept_->isEnabled()) return;
   // Seldial must be able to register it.
   trial_.giveBack();
-  const auto command =
-      setHotKeyCommand(hotKeyOf(*field_->hotKey()), static_cast<std::uint16_t>(delay_->value()));
-  failure_ = deliver_(command);
+  failure_ = deliver_(hotKeyOf(*field_->hotKey()), static_cast<std::uint16_t>(delay_->value()));
   if (!failure_) return QDialog::accept();
   tryOut();
 }
@@ -212,6 +214,9 @@ void ShortcutWindow::tryOut() {
     trial_.giveBack();
   } else {
     state_ = trial_.take(field_->hotKey());
+    const bool isOurs =
+        state_ == ShortcutState::kHeld && isOurs_ && isOurs_(hotKeyOf(*field_->hotKey()));
+    if (isOurs) state_ = ShortcutState::kOurs;
   }
   showAll();
 }
@@ -257,6 +262,9 @@ void ShortcutWindow::showState() {
     tell(Kind::kWarning, "This desktop cannot use it",
          QStringLiteral("The keyboard has no such key, or Seldial uses the combination itself to "
                         "copy."));
+  } else if (state_ == ShortcutState::kOurs) {
+    tell(Kind::kPlain, "Seldial uses this shortcut",
+         QStringLiteral("Select a number in another window and press it."));
   } else if (state_ == ShortcutState::kHeld) {
     tell(Kind::kWarning, "Another program holds this shortcut",
          QStringLiteral("If that program is Seldial, keep it. Otherwise record another one."));

@@ -24,12 +24,21 @@ namespace seldial {
 /// lights up the panel; at all other times Seldial can register it. Main thread only.
 class ShortcutWindow : public QDialog {
  public:
-  /// Hands the command over. Returns what went wrong, if anything, in words for the user.
-  using Deliver = std::function<std::optional<std::string>(const std::string& command)>;
+  /// Hands the shortcut over. Returns what went wrong, if anything, in words for the user.
+  using Deliver =
+      std::function<std::optional<std::string>(const HotKey& hotKey, std::uint16_t delay)>;
+
+  /// Whether the Seldial of this user holds a hot key that is not free.
+  using IsOurs = std::function<bool(const HotKey& hotKey)>;
 
   /// `acceptText` is the text of the button that accepts. The dialog is accepted once `deliver` has
-  /// succeeded.
-  ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver, const QString& acceptText);
+  /// succeeded. `settings`, of which the window takes ownership, is shown below the delay; null:
+  /// nothing is.
+  ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver, const QString& acceptText,
+                 QWidget* settings = nullptr);
+
+  /// To be called before the window is shown. Without this no shortcut is Seldial's own.
+  void setIsOurs(IsOurs isOurs) { isOurs_ = std::move(isOurs); }
 
   /// Sets the shortcut and delay shown at the start. To be called before the window is shown.
   void begin(const std::optional<HotKey>& hotKey, std::uint16_t delay);
@@ -62,6 +71,7 @@ class ShortcutWindow : public QDialog {
 
   const platform::KeyboardPorts keyboard_;
   const Deliver deliver_;
+  IsOurs isOurs_;
   KeycapField* field_;
   QLabel* words_;
   QPushButton* record_;

@@ -116,9 +116,9 @@ void checkHotKey(Report& report, const Options& options) {
       options.seldial.empty() ? findSeldial(ownDirectory()) : options.seldial;
   report.tell(isProgram(program), "program", program);
   std::string why;
-  const auto running = askRunningClient(kStatusRequest, why);
+  const auto running = askRunningClient(kHotKeyRequest, why);
   report.tell(true, "client", running ? "seldial-uc is running" : why);
-  if (running && running->starts_with("Hot key:  " + options.spelling + "\n")) {
+  if (running && *running == spellingOfHotKey(options.hotKey)) {
     return report.tell(true, "hot key", options.spelling + " is held by the running seldial-uc");
   }
   const auto answer = Trial(options).run(program, why);

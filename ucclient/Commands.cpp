@@ -45,10 +45,15 @@ int reload(const Arguments& /*arguments*/) {
 }
 
 /// Becomes the window.
-int openSettings(const Arguments& /*arguments*/) {
-  const std::string window = findProgram("seldial-shortcut", ownDirectory());
-  execlp(window.c_str(), window.c_str(), "--settings", nullptr);
-  return fail("cannot start " + window + ": " + platform::errorText(errno));
+int openSettings(const Arguments& arguments) {
+  Arguments command{findProgram("seldial-shortcut", ownDirectory()), "--settings"};
+  command.insert(command.end(), arguments.begin(), arguments.end());
+  std::vector<char*> pointers;
+  pointers.reserve(command.size() + 1);
+  for (std::string& argument : command) pointers.push_back(argument.data());
+  pointers.push_back(nullptr);
+  execvp(pointers.front(), pointers.data());
+  return fail("cannot start " + command.front() + ": " + platform::errorText(errno));
 }
 
 std::optional<Options> optionsOf(const Arguments& arguments) {
@@ -130,7 +135,7 @@ struct Command {
 constexpr Command kCommands[] = {
     {"check", false, true, check},          {"enable", false, false, enable},
     {"disable", false, false, disable},     {"status", false, false, showStatus},
-    {"reload", false, false, reload},       {"settings", false, false, openSettings},
+    {"reload", false, false, reload},       {"settings", false, true, openSettings},
     {"send", true, true, sendSetHotKey},    {"raw", true, false, sendStandardInput},
     {"listen", true, false, printMessages},
 };

@@ -29,14 +29,6 @@ struct DialSettings {
   [[nodiscard]] bool dials() const { return !command.empty() || !scheme.empty(); }
 };
 
-/// Splits a command line into words at blanks. Quotes (' and ") keep blanks in a word, and a
-/// backslash keeps the next character, except between single quotes. Nothing else is special: no
-/// variables, no patterns, no operators. A command without a placeholder gets "{}" as its last
-/// word. Nothing when there is no program or a quote is not closed; `error` then says why, without
-/// a full stop.
-[[nodiscard]] std::optional<std::vector<std::string>> dialCommandFrom(const std::string& text,
-                                                                      std::string& error);
-
 /// The number as it is dialled: digits, "*", "#" and a "+" in front. Empty when the settings leave
 /// no way to dial it.
 [[nodiscard]] std::string dialledNumber(const FoundNumber& number, const DialSettings& settings);

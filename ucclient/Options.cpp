@@ -6,6 +6,7 @@
 #include <map>
 
 #include "client/Configuration.h"
+#include "client/DialCommand.h"
 #include "client/Options.h"
 #include "platform/System.h"
 

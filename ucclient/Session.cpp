@@ -250,6 +250,8 @@ void Session::restart() {
 void Session::answer(const std::string& request, const ControlSocket::Reply& reply) {
   if (request == kStatusRequest) {
     reply(statusText());
+  } else if (request == kHotKeyRequest) {
+    reply(hasHotKey_ ? spellingOfHotKey(options_.hotKey).value_or("") : "");
   } else if (request == kReloadRequest) {
     reload(reply);
   } else {

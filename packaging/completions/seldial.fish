@@ -32,6 +32,8 @@ complete -c seldial-shortcut -e
 complete -c seldial-shortcut -f
 complete -c seldial-shortcut -l print -d 'print the command that sets the shortcut'
 complete -c seldial-shortcut -l socket -r -F -d 'send it to the seldial that listens there'
+complete -c seldial-shortcut -l settings -d 'show and write the configuration of seldial-uc'
+complete -c seldial-shortcut -l config -r -F -d 'the configuration file'
 complete -c seldial-shortcut -l hotkey -x -d 'the shortcut to start with'
 complete -c seldial-shortcut -l delay -x -d 'how long the other application gets to copy'
 complete -c seldial-shortcut -l help -d 'print a help text'

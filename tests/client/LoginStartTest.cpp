@@ -61,6 +61,7 @@ TEST_F(LoginStart, WhereSystemdRunsTheSessionItIsAUnit) {
   EXPECT_THAT(content(unit_), HasSubstr("\nExecStart=\"/opt/a b/seldial-uc\"\n"));
   EXPECT_EQ(content(entry_), "");
   EXPECT_TRUE(startsAtLogin());
+  EXPECT_TRUE(startsBySystemd());
   EXPECT_EQ(disable(), "seldial-uc does not start at login");
   EXPECT_NE(access(directory_.path(unit_).c_str(), F_OK), 0);
   EXPECT_FALSE(startsAtLogin());
@@ -79,6 +80,7 @@ TEST_F(LoginStart, ElsewhereItIsAnAutostartEntry) {
   EXPECT_THAT(content(entry_), HasSubstr("\nExec=\"/opt/a b/seldial-uc\"\n"));
   EXPECT_EQ(content(unit_), "");
   EXPECT_TRUE(startsAtLogin());
+  EXPECT_FALSE(startsBySystemd());
   EXPECT_EQ(disable(), "seldial-uc does not start at login");
   EXPECT_FALSE(startsAtLogin());
 }

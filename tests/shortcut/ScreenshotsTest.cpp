@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include "hotkey/QKKeyStrings.h"
+#include "shortcut/Settings.h"
 #include "tests/platform/x11/ForeignGrabs.h"
 #include "tests/shortcut/WindowTest.h"
 
@@ -101,6 +102,17 @@ TEST_F(Screenshots, OfEachState) {
       "errno: 2. No such file or directory";
   control<QPushButton>("accept")->click();
   take("failed");
+}
+
+TEST_F(Screenshots, OfTheSettings) {
+  auto* const panel = new SettingsPanel;
+  panel->begin({{"open", "tel", 1}, {"region", "NL", 2}}, true);
+  window =
+      std::make_unique<ShortcutWindow>(QtDesktop::shared().ports().keyboard(),
+                                       ShortcutWindow::Deliver(), QStringLiteral("Sa&ve"), panel);
+  window->begin(controlAltD(), 100);
+  ASSERT_TRUE(activate(*window));
+  take("settings");
 }
 
 TEST_F(Screenshots, EveryKeyLooksDifferent) {

@@ -25,7 +25,7 @@ ShortcutOptions optionsOf(const std::vector<std::string>& arguments) {
 TEST(ShortcutOptions, WithoutArgumentsItPrintsAndBeginsWithNothing) {
   const auto options = optionsOf({});
   EXPECT_FALSE(options.hotKey);
-  EXPECT_EQ(options.delay, 500);
+  EXPECT_FALSE(options.delay);
   EXPECT_EQ(options.socket, "");
   EXPECT_EQ(optionsOf({"--print"}).socket, "");
 }
@@ -48,9 +48,17 @@ TEST(ShortcutOptions, WhatMakesNoSenseIsSaid) {
   EXPECT_THAT(errorOf({"--socket", "seldial"}), HasSubstr("--socket takes"));
   EXPECT_EQ(errorOf({"--socket"}), "--socket needs a value");
   EXPECT_EQ(errorOf({"--socket=/tmp/a", "--print"}),
-            "--print and --socket cannot be used together");
+            "--print, --socket and --settings cannot be used together");
+  EXPECT_EQ(errorOf({"--settings", "--print"}),
+            "--print, --socket and --settings cannot be used together");
   EXPECT_EQ(errorOf({"--style"}), "there is no option --style");
   EXPECT_EQ(errorOf({"extra"}), "there is no option extra");
+}
+
+TEST(ShortcutOptions, TheSettingsAreKeptInAFile) {
+  const auto options = optionsOf({"--settings", "--config", "/tmp/file"});
+  EXPECT_TRUE(options.settings);
+  EXPECT_EQ(options.configuration, "/tmp/file");
 }
 
 TEST(ShortcutOptions, HelpIsAskedForInTwoWays) {

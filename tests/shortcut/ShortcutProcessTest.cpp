@@ -2,7 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <memory>
+#include <sstream>
 
 #include "tests/support/SeldialProcess.h"
 #include "tests/support/Sockets.h"
@@ -110,6 +112,81 @@ TEST_F(ShortcutProcess, WhereNobodyListensTheWindowStaysOpen) {
   keyboard->tap(kKeyReturn);
   EXPECT_EQ(seldial.nextMessage(), kCommand);
   EXPECT_EQ(window->wait(), 0);
+}
+
+/// The settings of a client, on a desktop of their own.
+class SettingsProcess : public testing::Test {
+ protected:
+  std::string configure(const std::string& content) {
+    std::ofstream(file_) << content;
+    return file_;
+  }
+
+  [[nodiscard]] std::string configuration() const {
+    std::ostringstream text;
+    text << std::ifstream(file_).rdbuf();
+    return text.str();
+  }
+
+  std::unique_ptr<ChildProcess> start(std::vector<std::string> command) {
+    return std::make_unique<ChildProcess>(
+        std::move(command),
+        std::vector<std::string>{server_.environment(), "XDG_RUNTIME_DIR=" + directory_.path(""),
+                                 "XDG_CONFIG_HOME=" + directory_.path("config")},
+        std::string(), Streams{Streams::Errors::kWithOutput, {}});
+  }
+
+  /// Opens the window with Ctrl+Alt+D and waits until it can be typed into.
+  std::unique_ptr<ChildProcess> openSettings() {
+    auto window = start({SELDIAL_UC, "settings", "--config", file_, "--hotkey=ctrl+alt+d"});
+    (void)Windows(server_.display()).waitForFocus("seldial-shortcut");
+    return window;
+  }
+
+  const tests::TemporaryDirectory directory_;
+  const std::string file_ = directory_.path("file");
+  XServer server_;
+  const WindowManager manager_{server_.display()};
+  Keyboard keyboard_{server_.display()};
+};
+
+TEST_F(SettingsProcess, TheRunningClientAppliesThemAtOnce) {
+  const auto client = start(
+      {SELDIAL_UC, "--config", configure("open = \"tel\"\nhotkey = \"ctrl+alt+k\"\ndelay = 50\n")});
+  ASSERT_TRUE(client->waitForLine("Hot key ctrl+alt+k is set"));
+  const auto window = openSettings();
+  keyboard_.tap(kKeyReturn);
+  EXPECT_EQ(window->wait(), 0);
+  EXPECT_TRUE(client->waitForLine("Hot key ctrl+alt+d is set"));
+  EXPECT_EQ(configuration(), "open = \"tel\"\nhotkey = \"ctrl+alt+d\"\ndelay = 50\n");
+}
+
+TEST_F(SettingsProcess, ARefusedHotKeyIsReportedAndNotKept) {
+  const std::string before = "open = \"tel\"\nhotkey = \"ctrl+alt+k\"\n";
+  const auto client = start({SELDIAL_UC, "--config", configure(before)});
+  ASSERT_TRUE(client->waitForLine("Hot key ctrl+alt+k is set"));
+  const auto holder = start({SELDIAL_UC, "--config", "/dev/null", "--hotkey", "ctrl+alt+d"});
+  ASSERT_TRUE(holder->waitForLine("Hot key ctrl+alt+d is set"));
+  const auto window = openSettings();
+  keyboard_.tap(kKeyReturn);
+  ASSERT_TRUE(client->waitForLine("Hot key ctrl+alt+k is set"));  // again
+  keyboard_.tap(kKeyEscape);
+  EXPECT_EQ(window->wait(), 1);
+  EXPECT_EQ(configuration(), before);
+}
+
+TEST_F(SettingsProcess, AClientThatDialsIsStarted) {
+  configure("dial = \"true\"\n");
+  const auto window = openSettings();
+  keyboard_.tap(kKeyReturn);
+  EXPECT_TRUE(window->waitForLine("Hot key ctrl+alt+d is set"));  // it ends with its desktop
+  EXPECT_EQ(window->wait(), 0);
+}
+
+TEST_F(SettingsProcess, AFileThatMakesNoSenseIsReported) {
+  const auto window = start({SELDIAL_SHORTCUT_PROGRAM, "--settings", "--config", configure("\nx")});
+  EXPECT_THAT(window->readLine(), StartsWith("seldial-shortcut: " + file_ + ":2: "));
+  EXPECT_EQ(window->wait(), 2);
 }
 
 TEST_F(ShortcutProcess, LosingTheServerEndsIt) {

@@ -96,6 +96,18 @@ TEST_F(ShortcutWindowTest, WhatAnotherProgramHoldsIsAWarningAndCanStillBeAccepte
   EXPECT_EQ(statusName(), "Try it here");
 }
 
+TEST_F(ShortcutWindowTest, WhatSeldialHoldsIsNoWarning) {
+  ASSERT_TRUE(others.take(kKeyD, kControlAlt));
+  ASSERT_TRUE(others.take(kKeyK, kControlAlt));
+  isOurs = [](const HotKey& hotKey) { return hotKey == controlAltD(); };
+  open(controlAltD());
+  EXPECT_EQ(statusName(), "Seldial uses this shortcut");
+  EXPECT_EQ(status()->kind(), StatusPanel::Kind::kPlain);
+  EXPECT_TRUE(canAccept());
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
+  EXPECT_EQ(statusName(), "Another program holds this shortcut");
+}
+
 TEST_F(ShortcutWindowTest, WhatTheWindowManagerHoldsIsRecordedAndAWarning) {
   open();
   record({kKeyLeftAlt, kKeyF4});
@@ -166,7 +178,7 @@ TEST_F(ShortcutWindowTest, WhoeverIsHandedTheCommandFindsTheShortcutFree) {
   bool isFree = false;
   ShortcutWindow own(
       QtDesktop::shared().ports().keyboard(),
-      [&](const std::string&) {
+      [&](const HotKey&, std::uint16_t) {
         isFree = others.isFree(kKeyD, kControlAlt);
         return std::optional<std::string>();
       },

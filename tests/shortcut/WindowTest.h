@@ -33,11 +33,12 @@ class WindowTest : public testing::Test {
   void open(const std::optional<HotKey>& hotKey = {}, std::uint16_t delay = 500) {
     window = std::make_unique<ShortcutWindow>(
         QtDesktop::shared().ports().keyboard(),
-        [this](const std::string& command) {
-          commands.push_back(command);
+        [this](const HotKey& accepted, std::uint16_t acceptedDelay) {
+          commands.push_back(setHotKeyCommand(accepted, acceptedDelay));
           return deliveryError;
         },
         QStringLiteral("&Use this shortcut"));
+    window->setIsOurs(isOurs);
     window->begin(hotKey, delay);
     ASSERT_TRUE(activate(*window));
   }
@@ -70,6 +71,7 @@ class WindowTest : public testing::Test {
   }
 
   Keyboard& keyboard = QtDesktop::shared().keyboard;
+  ShortcutWindow::IsOurs isOurs;
   std::optional<std::string> deliveryError;  ///< what the next deliveries fail with
   std::vector<std::string> commands;         ///< what was handed over
   std::unique_ptr<ShortcutWindow> window;

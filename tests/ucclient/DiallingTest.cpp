@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "client/DialCommand.h"
 #include "ucclient/Dialling.h"
 
 namespace seldial {

@@ -1,0 +1,190 @@
+#include "shortcut/Settings.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QProcess>
+#include <QRegularExpressionValidator>
+#include <QStandardPaths>
+#include <algorithm>
+
+#include "client/Connection.h"
+#include "client/DialCommand.h"
+#include "client/LoginStart.h"
+
+namespace seldial {
+namespace {
+
+constexpr int kSpacing = 12;
+constexpr int kFieldWidth = 230;
+
+/// The value of the item that shows the field for a program. The others are schemes of URIs.
+constexpr const char* kProgram = "program";
+
+/// The settings of the file now, for those names.
+std::optional<SettingValues> presentValues(const std::string& path, const SettingValues& names,
+                                           std::string& error) {
+  const auto settings = readConfiguration(path, error);
+  if (!settings) return std::nullopt;
+  SettingValues present;
+  for (const auto& [name, value] : names) present[name] = std::nullopt;
+  for (const Setting& setting : *settings) {
+    if (names.count(setting.name) != 0) present[setting.name] = setting.value;
+  }
+  return present;
+}
+
+/// Beside this program, in the neighbouring directory of a build tree, or in PATH.
+QString clientPath() {
+  const QString name = QStringLiteral("seldial-uc");
+  const QString own = QCoreApplication::applicationDirPath();
+  const QString near =
+      QStandardPaths::findExecutable(name, {own, own + QStringLiteral("/../ucclient")});
+  return near.isEmpty() ? QStandardPaths::findExecutable(name) : near;
+}
+
+/// What went wrong, if anything. Under systemd this starts seldial-uc too.
+std::optional<std::string> applyLogin(bool startsAtLogin) {
+  std::string result;
+  const bool done = startsAtLogin ? enableLoginStart(clientPath().toStdString(), result)
+                                  : disableLoginStart(result);
+  return done ? std::nullopt : std::optional(result);
+}
+
+std::optional<std::string> startClient(const std::string& path) {
+  const bool started = QProcess::startDetached(
+      clientPath(), {QStringLiteral("--config"), QString::fromStdString(path)});
+  return started ? std::nullopt : std::optional<std::string>("seldial-uc could not be started");
+}
+
+/// Makes the file's new settings effective, in the running client or in one that is started.
+std::optional<std::string> applyFile(const std::string& path, const SettingValues& values,
+                                     bool startsAtLogin) {
+  std::string notRunning;
+  auto answer = askRunningClient(kReloadRequest, notRunning);
+  if (answer && !answer->empty()) return answer;
+  const bool changesLogin = startsAtLogin != seldial::startsAtLogin();
+  auto failure = changesLogin ? applyLogin(startsAtLogin) : std::nullopt;
+  const bool isStarted = answer || (changesLogin && startsBySystemd());
+  const bool dials = values.at("dial") || values.at("open");
+  if (failure || isStarted || !dials) return failure;
+  return startClient(path);
+}
+
+}  // namespace
+
+SettingsPanel::SettingsPanel()
+    : action_(new QComboBox(this)),
+      program_(new QLineEdit(this)),
+      region_(new QLineEdit(this)),
+      login_(new QCheckBox(QStringLiteral("&Start when I log in"), this)) {
+  action_->addItem(QStringLiteral("Nothing yet"), QString());
+  action_->addItem(QStringLiteral("The application for tel: links"), QStringLiteral("tel"));
+  action_->addItem(QStringLiteral("The application for sip: links"), QStringLiteral("sip"));
+  action_->addItem(QStringLiteral("The application for callto: links"), QStringLiteral("callto"));
+  action_->addItem(QStringLiteral("A program"), QString::fromLatin1(kProgram));
+  program_->setPlaceholderText(QStringLiteral("program --call {}"));
+  region_->setPlaceholderText(QLocale::system().name().section(QLatin1Char('_'), 1, 1));
+  region_->setValidator(new QRegularExpressionValidator(
+      QRegularExpression(QStringLiteral("[A-Za-z]{0,2}")), region_));
+  auto* const layout = new QGridLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setHorizontalSpacing(kSpacing);
+  layout->setVerticalSpacing(kSpacing);
+  layout->setColumnStretch(0, 1);
+  addRow(*layout, QStringLiteral("&Dial with"), action_);
+  addRow(*layout, QStringLiteral("&Program"), program_);
+  addRow(*layout, QStringLiteral("C&ountry of the numbers"), region_);
+  layout->addWidget(login_, layout->rowCount(), 0, 1, -1);
+  connect(action_, &QComboBox::currentIndexChanged, this, &SettingsPanel::showProgram);
+  describeControls();
+  showProgram();
+}
+
+void SettingsPanel::addRow(QGridLayout& layout, const QString& text, QWidget* field) {
+  auto* const label = new QLabel(text, this);
+  label->setBuddy(field);
+  field->setFixedWidth(kFieldWidth);
+  const int row = layout.rowCount();
+  layout.addWidget(label, row, 0);
+  layout.addWidget(field, row, 1);
+}
+
+void SettingsPanel::describeControls() {
+  const auto describe = [](QWidget* control, const char* name, const char* text,
+                           const char* description) {
+    control->setObjectName(QString::fromLatin1(name));
+    control->setAccessibleName(QString::fromLatin1(text));
+    control->setAccessibleDescription(QString::fromLatin1(description));
+    control->setToolTip(QString::fromLatin1(description));
+  };
+  describe(action_, "action", "Dial with", "What calls the number that was selected.");
+  describe(program_, "program", "Program",
+           "{} stands for the number, {tel} for its tel: URI, {text} for the selected text.");
+  describe(region_, "region", "Country of the numbers",
+           "Two letters, such as NL: where numbers without a country code belong.");
+  describe(login_, "login", "Start when I log in", "Dials in every session from now on.");
+}
+
+void SettingsPanel::showProgram() {
+  program_->setEnabled(action_->currentData().toString() == QLatin1String(kProgram));
+}
+
+void SettingsPanel::begin(const std::vector<Setting>& settings, bool startsAtLogin) {
+  const auto choose = [this](const QString& action) {
+    action_->setCurrentIndex(std::max(0, action_->findData(action)));
+  };
+  for (const Setting& setting : settings) {
+    const QString value = QString::fromStdString(setting.value);
+    if (setting.name == "open") choose(value);
+    if (setting.name == "region") region_->setText(value);
+    if (setting.name != "dial") continue;
+    choose(QString::fromLatin1(kProgram));
+    program_->setText(value);
+  }
+  login_->setChecked(startsAtLogin);
+}
+
+SettingValues SettingsPanel::values() const {
+  SettingValues values{{"dial", std::nullopt}, {"open", std::nullopt}, {"region", std::nullopt}};
+  const std::string action = action_->currentData().toString().toStdString();
+  if (action == kProgram) {
+    values["dial"] = program_->text().toStdString();
+  } else if (!action.empty()) {
+    values["open"] = action;
+  }
+  if (!region_->text().isEmpty()) values["region"] = region_->text().toUpper().toStdString();
+  return values;
+}
+
+bool SettingsPanel::startsAtLogin() const {
+  return login_->isChecked();
+}
+
+std::optional<std::string> applySettings(const std::string& path, const SettingValues& values,
+                                         bool startsAtLogin) {
+  std::string error;
+  if (const auto& command = values.at("dial")) {
+    if (!dialCommandFrom(*command, error)) return "The program cannot be run: " + error + ".";
+  } else if (startsAtLogin && !values.at("open")) {
+    return "Choose what to dial with first.";
+  }
+  const auto before = presentValues(path, values, error);
+  if (!before || !writeConfiguration(path, values, error)) return error + ".";
+  const auto failure = applyFile(path, values, startsAtLogin);
+  if (!failure) return std::nullopt;
+  (void)writeConfiguration(path, *before, error);  // the first failure is the one to show
+  return *failure + ".";
+}
+
+std::optional<SettingValues> shortcutSettings(const HotKey& hotKey, std::uint16_t delay) {
+  const auto spelling = spellingOfHotKey(hotKey);
+  if (!spelling) return std::nullopt;
+  return SettingValues{{"hotkey", *spelling}, {"delay", std::to_string(delay)}};
+}
+
+}  // namespace seldial

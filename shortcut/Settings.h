@@ -1,0 +1,58 @@
+// The settings of seldial-uc besides the shortcut: how it dials, and whether it starts at login.
+#pragma once
+
+#include <QWidget>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "client/Configuration.h"
+#include "client/Protocol.h"
+
+class QCheckBox;
+class QComboBox;
+class QGridLayout;
+class QLineEdit;
+
+namespace seldial {
+
+/// Settings by name, as writeConfiguration() takes them.
+using SettingValues = std::map<std::string, std::optional<std::string>>;
+
+/// The controls. Main thread only.
+class SettingsPanel : public QWidget {
+ public:
+  SettingsPanel();
+
+  /// Shows the settings of a configuration file. Those that have no control are ignored.
+  void begin(const std::vector<Setting>& settings, bool startsAtLogin);
+
+  /// The settings "dial", "open" and "region".
+  [[nodiscard]] SettingValues values() const;
+  [[nodiscard]] bool startsAtLogin() const;
+
+ private:
+  void addRow(QGridLayout& layout, const QString& text, QWidget* field);
+  void describeControls();
+  void showProgram();
+
+  QComboBox* action_;
+  QLineEdit* program_;
+  QLineEdit* region_;
+  QCheckBox* login_;
+};
+
+/// Keeps settings in the configuration file at `path`, and the start at login, and applies both at
+/// once: the running seldial-uc reads the file again; where none runs, it is started if it has
+/// something to dial with. When that fails the file becomes as it was. Returns what went wrong, if
+/// anything, for the user. Takes as long as seldial-uc needs to set the hot key.
+[[nodiscard]] std::optional<std::string> applySettings(const std::string& path,
+                                                       const SettingValues& values,
+                                                       bool startsAtLogin);
+
+/// The settings "hotkey" and "delay". Nothing for a key that has no name.
+[[nodiscard]] std::optional<SettingValues> shortcutSettings(const HotKey& hotKey,
+                                                            std::uint16_t delay);
+
+}  // namespace seldial
