@@ -93,6 +93,10 @@ TEST_F(RealPrograms, ATerminalsSelectionIsDialledAndNothingReachesTheProgramInsi
   windows.click(window, 5, 5, 2);  // on the first character, whatever the font
   windows.waitForOwner("PRIMARY");
   expectDials("4930123");
+  windows.click(window, 5, 5, 1);  // drops the selection; xterm keeps PRIMARY
+  useHotKey();
+  port.waitForDials(5);
+  EXPECT_EQ(port.dialled()[4], std::nullopt);
   keyboard.tap(kKeyQ);
   EXPECT_EQ(inside.readLine(), "q");
 }
