@@ -10,6 +10,7 @@
 #include "hotkey/QKHotKeyCenter.h"
 #include "platform/qt/Desktop.h"
 #include "platform/x11/copy/Clipboard.h"
+#include "shortcut/Answer.h"
 #include "shortcut/Options.h"
 #include "shortcut/Settings.h"
 #include "shortcut/ShortcutWindow.h"
@@ -28,14 +29,19 @@ std::optional<std::string> printCommand(const std::string& command) {
   return "Standard output cannot be written.";
 }
 
+std::optional<std::string> sendToSeldial(const std::string& command,
+                                         const ShortcutOptions& options) {
+  const auto failure = options.client.empty()
+                           ? sendCommand(command, options.socket)
+                           : sendAndAwaitAnswer(command, options.socket, options.client);
+  if (failure) std::fprintf(stderr, "seldial-shortcut: %s\n", failure->c_str());
+  return failure ? std::optional(*failure + ".") : std::nullopt;
+}
+
 ShortcutWindow::Deliver deliveryFor(const ShortcutOptions& options) {
-  return [path = options.socket](const HotKey& hotKey,
-                                 std::uint16_t delay) -> std::optional<std::string> {
+  return [&options](const HotKey& hotKey, std::uint16_t delay) {
     const std::string command = setHotKeyCommand(hotKey, delay);
-    if (path.empty()) return printCommand(command);
-    const auto failure = sendCommand(command, path);
-    if (!failure) return {};
-    return "Is Seldial running? " + *failure + ".";
+    return options.socket.empty() ? printCommand(command) : sendToSeldial(command, options);
   };
 }
 

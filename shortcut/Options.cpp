@@ -16,12 +16,17 @@ class Reader final : public OptionReader {
       fail("--print, --socket and --settings cannot be used together");
       return std::nullopt;
     }
+    if (options_.socket.empty() && !options_.client.empty()) {
+      fail("--client needs --socket");
+      return std::nullopt;
+    }
     return options_;
   }
 
  private:
   [[nodiscard]] bool takesValue(const std::string& name) const override {
-    return name == "--hotkey" || name == "--delay" || name == "--socket" || name == "--config";
+    return name == "--hotkey" || name == "--delay" || name == "--socket" || name == "--config" ||
+           name == "--client";
   }
 
   bool setFlag(const std::string& name) override {
@@ -34,7 +39,8 @@ class Reader final : public OptionReader {
   bool setValue(const std::string& name, const std::string& value) override {
     if (name == "--hotkey") return setHotKey(value);
     if (name == "--config") return setConfiguration(value);
-    return name == "--delay" ? setDelay(value) : setSocket(value);
+    if (name == "--delay") return setDelay(value);
+    return setPath(name, value, name == "--client" ? options_.client : options_.socket);
   }
 
   bool setHotKey(const std::string& value) {
@@ -50,10 +56,10 @@ class Reader final : public OptionReader {
     return true;
   }
 
-  bool setSocket(const std::string& value) {
-    options_.socket = value;
+  bool setPath(const std::string& name, const std::string& value, std::string& path) {
+    path = value;
     const bool usable = GDUnixSocketClient::initWithSocketPath(value) != nullptr;
-    return usable ? true : fail("--socket takes a standardised path with a slash, not " + value);
+    return usable ? true : fail(name + " takes a standardised path with a slash, not " + value);
   }
 
   bool setConfiguration(const std::string& value) {
@@ -80,6 +86,8 @@ sets it, sends it to seldial, or keeps it with the other settings of seldial-uc.
 
   --print         print the command, one line of JSON; this is the default
   --socket PATH   send it to the seldial that listens at PATH
+  --client PATH   with --socket: wait for the answer, which that seldial delivers to
+                  PATH, its clientpipename, unless another program listens there
   --settings      show and write the configuration of seldial-uc, and apply it
   --config FILE   the configuration file; if not given, seldial/seldial-uc.toml under
                   XDG_CONFIG_HOME or ~/.config

@@ -16,6 +16,7 @@ struct ShortcutOptions {
   /// configuration's.
   std::optional<std::uint16_t> delay;
   std::string socket;         ///< where the command is sent; empty: it is printed
+  std::string client;         ///< where its answer is waited for; empty: it is not
   bool settings = false;      ///< write the configuration of seldial-uc
   std::string configuration;  ///< its file; empty: the usual one
   bool help = false;

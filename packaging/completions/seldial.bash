@@ -39,9 +39,9 @@ _seldial_shortcut() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   COMPREPLY=()
   case $previous in
-    --socket | --config) _seldial_files "$word" ;;
+    --socket | --client | --config) _seldial_files "$word" ;;
     --hotkey | --delay) ;;
-    *) _seldial_words '--print --socket --settings --config --hotkey --delay --help' "$word" ;;
+    *) _seldial_words '--print --socket --client --settings --config --hotkey --delay --help' "$word" ;;
   esac
 }
 

@@ -32,6 +32,7 @@ complete -c seldial-shortcut -e
 complete -c seldial-shortcut -f
 complete -c seldial-shortcut -l print -d 'print the command that sets the shortcut'
 complete -c seldial-shortcut -l socket -r -F -d 'send it to the seldial that listens there'
+complete -c seldial-shortcut -l client -r -F -d 'wait there for the answer'
 complete -c seldial-shortcut -l settings -d 'show and write the configuration of seldial-uc'
 complete -c seldial-shortcut -l config -r -F -d 'the configuration file'
 complete -c seldial-shortcut -l hotkey -x -d 'the shortcut to start with'

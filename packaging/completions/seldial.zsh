@@ -34,6 +34,7 @@ _seldial_shortcut() {
   _arguments \
     '--print[print the command that sets the shortcut]' \
     '--socket[send it to the seldial that listens there]:socket:_files' \
+    '--client[wait there for the answer]:socket:_files' \
     '--settings[show and write the configuration of seldial-uc]' \
     '--config[the configuration file]:file:_files' \
     '--hotkey[the shortcut to start with]:keys' \

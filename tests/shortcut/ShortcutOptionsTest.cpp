@@ -46,6 +46,8 @@ TEST(ShortcutOptions, WhatMakesNoSenseIsSaid) {
   EXPECT_THAT(errorOf({"--delay", "65536"}), HasSubstr("from 0 to 65535, not 65536"));
   EXPECT_THAT(errorOf({"--delay", ""}), HasSubstr("--delay takes"));
   EXPECT_THAT(errorOf({"--socket", "seldial"}), HasSubstr("--socket takes"));
+  EXPECT_THAT(errorOf({"--socket=/a", "--client", "b"}), HasSubstr("--client takes"));
+  EXPECT_EQ(errorOf({"--client=/a"}), "--client needs --socket");
   EXPECT_EQ(errorOf({"--socket"}), "--socket needs a value");
   EXPECT_EQ(errorOf({"--socket=/tmp/a", "--print"}),
             "--print, --socket and --settings cannot be used together");

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
@@ -181,6 +182,37 @@ TEST_F(SettingsProcess, AClientThatDialsIsStarted) {
   keyboard_.tap(kKeyReturn);
   EXPECT_TRUE(window->waitForLine("Hot key ctrl+alt+d is set"));  // it ends with its desktop
   EXPECT_EQ(window->wait(), 0);
+}
+
+TEST_F(SettingsProcess, TheWindowWaitsForTheAnswerOfAnotherSeldial) {
+  tests::SeldialProcess seldial({"-log", "dialerpipename=" + directory_.path("in"),
+                                 "clientpipename=" + directory_.path("out")},
+                                server_.display());
+  ASSERT_TRUE(seldial.waitForLine("listen ok"));
+  const auto holder = start({SELDIAL_UC, "--hotkey", "ctrl+alt+d"});
+  ASSERT_TRUE(holder->waitForLine("Hot key ctrl+alt+d is set"));
+  const auto window =
+      start({SELDIAL_SHORTCUT_PROGRAM, "--hotkey=ctrl+alt+d", "--socket=" + directory_.path("in"),
+             "--client=" + directory_.path("out")});
+  (void)Windows(server_.display()).waitForFocus("seldial-shortcut");
+  keyboard_.tap(kKeyReturn);
+  EXPECT_EQ(window->readLine(), "seldial-shortcut: Seldial refused the shortcut: hotkey not set");
+  keyboard_.tap(kKeyEscape);
+  EXPECT_EQ(window->wait(), 1);
+}
+
+TEST_F(SettingsProcess, TheWindowEndsWhenTheAnswerIsGood) {
+  tests::SeldialProcess seldial({"-log", "dialerpipename=" + directory_.path("in"),
+                                 "clientpipename=" + directory_.path("out")},
+                                server_.display());
+  ASSERT_TRUE(seldial.waitForLine("listen ok"));
+  const auto window =
+      start({SELDIAL_SHORTCUT_PROGRAM, "--hotkey=ctrl+alt+d", "--socket=" + directory_.path("in"),
+             "--client=" + directory_.path("out")});
+  (void)Windows(server_.display()).waitForFocus("seldial-shortcut");
+  keyboard_.tap(kKeyReturn);
+  EXPECT_EQ(window->wait(), 0);
+  EXPECT_FALSE(std::filesystem::exists(directory_.path("out"))) << "it listens no more";
 }
 
 TEST_F(SettingsProcess, AFileThatMakesNoSenseIsReported) {
