@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <limits>
+#include <mutex>
 
 #include "platform/linux/Application.h"
 #include "platform/posix/ProcessSetUp.h"
@@ -15,16 +16,25 @@ using testing::ElementsAre;
 
 class RecordingDelegate final : public ApplicationDelegate {
  public:
-  void applicationWillFinishLaunching() override { calls.emplace_back("will finish"); }
+  void applicationWillFinishLaunching() override { note("will finish"); }
   void applicationDidFinishLaunching() override {
-    calls.emplace_back("did finish");
+    note("did finish");
     onLaunched();
   }
-  void applicationWillTerminate() override { calls.emplace_back("will terminate"); }
-  void applicationMustEnd() override { calls.emplace_back("must end"); }
+  void applicationWillTerminate() override { note("will terminate"); }
+  void applicationMustEnd() override { note("must end"); }
+
+  /// Any thread.
+  void note(const char* call) {
+    const std::lock_guard lock(mutex_);
+    calls.emplace_back(call);
+  }
 
   std::vector<std::string> calls;
   std::function<void()> onLaunched = [] {};
+
+ private:
+  std::mutex mutex_;
 };
 
 struct ApplicationTest : testing::Test {
@@ -61,9 +71,9 @@ TEST_F(ApplicationTest, TasksFromBeforeTheSignalRunFirst) {
   delegate->onLaunched = [this] {
     loop->async([this] {
       kill(getpid(), SIGTERM);
-      delegate->calls.emplace_back("task");
+      delegate->note("task");
     });
-    loop->async([this] { delegate->calls.emplace_back("task"); });
+    loop->async([this] { delegate->note("task"); });
   };
   EXPECT_EQ(application.run(delegate), 0);
   EXPECT_THAT(delegate->calls,
@@ -74,7 +84,7 @@ TEST_F(ApplicationTest, ASignalInterruptsALongWait) {
   delegate->onLaunched = [this] {
     kill(getpid(), SIGTERM);
     application.usleep(std::numeric_limits<std::uint32_t>::max());  // more than an hour
-    delegate->calls.emplace_back("waited");
+    delegate->note("waited");
   };
   EXPECT_EQ(application.run(delegate), 0);
   EXPECT_THAT(delegate->calls,
