@@ -11,6 +11,7 @@
 #include "client/Connection.h"
 #include "client/LoginStart.h"
 #include "client/Options.h"
+#include "platform/PressSocket.h"
 #include "platform/System.h"
 #include "ucclient/Check.h"
 #include "ucclient/Console.h"
@@ -125,6 +126,12 @@ int printMessages(const Arguments& arguments) {
   return status;
 }
 
+/// The connection is all that a press is.
+int press(const Arguments& /*arguments*/) {
+  const auto failure = sendCommand("", platform::pressSocketPath());
+  return failure ? fail("no seldial waits for a press: " + *failure) : 0;
+}
+
 struct Command {
   const char* name;
   bool takesSocket;  ///< the path of a socket, as the first argument
@@ -137,7 +144,7 @@ constexpr Command kCommands[] = {
     {"disable", false, false, disable},     {"status", false, false, showStatus},
     {"reload", false, false, reload},       {"settings", false, true, openSettings},
     {"send", true, true, sendSetHotKey},    {"raw", true, false, sendStandardInput},
-    {"listen", true, false, printMessages},
+    {"listen", true, false, printMessages}, {"press", false, false, press},
 };
 
 bool hasUsableArguments(const Command& command, const Arguments& arguments) {

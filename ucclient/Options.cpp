@@ -269,6 +269,7 @@ Commands:
   status          what the running seldial-uc does, and the last calls
   reload          make it read its configuration file again
   settings        open the window with the settings
+  press           use the hot key, on Wayland desktops that give programs none
 
 Commands for a seldial that another program runs:
   send SOCKET [--hotkey KEYS] [--delay MS]   set its hot key

@@ -22,7 +22,7 @@ _seldial_uc() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local options='--dial --open --region --format --prefix --confirm --undo-time --hotkey --delay
     --seldial --config --conversation --help --version'
-  local commands='check enable disable status reload settings send raw listen'
+  local commands='check enable disable status reload settings press send raw listen'
   COMPREPLY=()
   case $previous in
     --open) _seldial_words 'tel sip callto' "$word" ;;

@@ -11,7 +11,7 @@ complete -c seldial -f -a 'dialerpipename= clientpipename='
 complete -c seldial-uc -e
 complete -c seldial-uc -f
 complete -c seldial-uc -n __fish_use_subcommand \
-    -a 'check enable disable status reload settings send raw listen'
+    -a 'check enable disable status reload settings press send raw listen'
 complete -c seldial-uc -n '__fish_seen_subcommand_from send raw listen' -F
 complete -c seldial-uc -l dial -x -a '(__fish_complete_command)' -d 'run a program to dial'
 complete -c seldial-uc -l open -x -a 'tel sip callto' -d 'let the desktop open a URI'

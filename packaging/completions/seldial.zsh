@@ -26,7 +26,7 @@ _seldial_uc() {
     '--conversation[show everything that passes over the two sockets]' \
     '--help[print a help text]' \
     '--version[print the version]' \
-    '1:command:(check enable disable status reload settings send raw listen)' \
+    '1:command:(check enable disable status reload settings press send raw listen)' \
     '*:socket:_files'
 }
 

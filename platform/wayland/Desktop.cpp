@@ -6,6 +6,8 @@
 #include "platform/Output.h"
 #include "platform/linux/NoDesktop.h"
 #include "platform/wayland/Clipboard.h"
+#include "platform/wayland/FocusedToplevel.h"
+#include "platform/wayland/PressHotKeys.h"
 #include "platform/wayland/SwayHotKeys.h"
 
 namespace seldial::platform::wayland {
@@ -23,35 +25,52 @@ std::function<void()> once(std::function<void()> function) {
   };
 }
 
-/// A connection to a compositor with everything that copying needs, and the hot keys of sway.
-class SwaySession {
+/// A connection to a compositor, and everything that copying needs of it.
+class Session {
  public:
-  SwaySession(std::shared_ptr<linux_port::MainLoop> loop, std::unique_ptr<Display> display,
-              std::unique_ptr<SwayConnection> commands, std::unique_ptr<SwayConnection> events,
-              const std::string& socketPath, const std::function<void()>& connectionLost)
-      : loop_(std::move(loop)),
-        display_(std::move(display)),
-        hotKeys(
-            std::move(commands), std::move(events), socketPath, *loop_,
-            [this](std::uint32_t key, const std::string& symbol) {
-              return keyboard_.hasSymbol(key, symbol);
-            },
-            connectionLost),
-        clipboard(data_, keyboard_, [this] { return hotKeys.focusedProgram(); }) {
-    display_->synchronise();  // tells that the seat has a keyboard
-    display_->synchronise();  // tells its keymap
-    keyboard_.useKeymapOfSeat();
+  Session(std::shared_ptr<linux_port::MainLoop> mainLoop, std::unique_ptr<Display> open)
+      : loop_(std::move(mainLoop)), display_(std::move(open)) {
+    display.synchronise();  // tells that the seat has a keyboard
+    display.synchronise();  // tells its keymap
+    keyboard.useKeymapOfSeat();
   }
 
  private:
   const std::shared_ptr<linux_port::MainLoop> loop_;
   const std::unique_ptr<Display> display_;
-  DataControl data_{*display_};
-  VirtualKeyboard keyboard_{*display_};
 
  public:
+  linux_port::MainLoop& loop = *loop_;
+  Display& display = *display_;
+  DataControl data{display};
+  VirtualKeyboard keyboard{display};
+};
+
+/// A session of sway.
+struct SwaySession : Session {
+  SwaySession(std::shared_ptr<linux_port::MainLoop> mainLoop, std::unique_ptr<Display> open,
+              std::unique_ptr<SwayConnection> commands, std::unique_ptr<SwayConnection> events,
+              const std::string& socketPath, const std::function<void()>& connectionLost)
+      : Session(std::move(mainLoop), std::move(open)),
+        hotKeys(
+            std::move(commands), std::move(events), socketPath, loop,
+            [this](std::uint32_t key, const std::string& symbol) {
+              return keyboard.hasSymbol(key, symbol);
+            },
+            connectionLost) {}
+
   SwayHotKeys hotKeys;
-  WaylandClipboard clipboard;
+  WaylandClipboard clipboard{data, keyboard, [this] { return hotKeys.focusedProgram(); }};
+};
+
+/// A session of a compositor that gives programs no hot key.
+struct PressSession : Session {
+  PressSession(std::shared_ptr<linux_port::MainLoop> mainLoop, std::unique_ptr<Display> open,
+               const std::string& name)
+      : Session(std::move(mainLoop), std::move(open)), hotKeys(loop, name) {}
+
+  PressHotKeys hotKeys;
+  WaylandClipboard clipboard{data, keyboard, [this] { return activeApplications(display); }};
 };
 
 /// What a program can do nothing without; null when nothing is missing.
@@ -92,9 +111,10 @@ DesktopPorts connect(int socket, const std::shared_ptr<linux_port::MainLoop>& lo
   auto commands = SwayConnection::open(path);
   auto events = SwayConnection::open(path);
   if (!commands || !events) {
-    printError("seldial: the Wayland session " + sessionName() +
-               " gives no program a hot key, as sway does at SWAYSOCK; there will be no hot key");
-    return refuseEverything();
+    const auto session = std::make_shared<PressSession>(loop, std::move(display), sessionName());
+    return {{session, &session->hotKeys}, {session, &session->clipboard}, [session] {
+              session->hotKeys.stopListening();
+            }};
   }
   const auto session = std::make_shared<SwaySession>(loop, std::move(display), std::move(commands),
                                                      std::move(events), path, lost);

@@ -8,6 +8,7 @@
 
 #include "virtual-keyboard-unstable-v1-client.h"
 #include "wlr-data-control-unstable-v1-client.h"
+#include "wlr-foreign-toplevel-management-unstable-v1-client.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -71,6 +72,15 @@ void Display::globalAppeared(wl_registry* registry, std::uint32_t name, const ch
   bindFirst(dataControl_, zwlr_data_control_manager_v1_interface, registry, name, interface);
   bindFirst(virtualKeyboards_, zwp_virtual_keyboard_manager_v1_interface, registry, name,
             interface);
+  if (std::strcmp(interface, zwlr_foreign_toplevel_manager_v1_interface.name) == 0) {
+    toplevelsName_ = name;
+  }
+}
+
+zwlr_foreign_toplevel_manager_v1* Display::bindToplevels() {
+  if (lost_ || toplevelsName_ == 0) return nullptr;
+  return static_cast<zwlr_foreign_toplevel_manager_v1*>(wl_registry_bind(
+      registry_.get(), toplevelsName_, &zwlr_foreign_toplevel_manager_v1_interface, kVersion));
 }
 
 bool Display::synchronise() {

@@ -11,6 +11,7 @@
 #include "platform/linux/MainLoop.h"
 
 struct zwlr_data_control_manager_v1;
+struct zwlr_foreign_toplevel_manager_v1;
 struct zwp_virtual_keyboard_manager_v1;
 
 namespace seldial::platform::wayland {
@@ -51,6 +52,10 @@ class Display final : public linux_port::EventSource {
     return virtualKeyboards_.get();
   }
 
+  /// The list of windows, which the compositor sends to each that binds it; null where it offers
+  /// none.
+  [[nodiscard]] zwlr_foreign_toplevel_manager_v1* bindToplevels();
+
   /// Returns once the compositor has executed every request so far and the events that it sent
   /// before are handled. False when it does not answer in time or the connection is lost.
   bool synchronise();
@@ -74,6 +79,7 @@ class Display final : public linux_port::EventSource {
   bool watched_ = false;
   bool lost_ = false;
   Owned<wl_registry> registry_;
+  std::uint32_t toplevelsName_ = 0;  ///< the global's; 0 where there is none
   Owned<wl_seat> seat_;
   Owned<zwlr_data_control_manager_v1> dataControl_;
   Owned<zwp_virtual_keyboard_manager_v1> virtualKeyboards_;

@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstdlib>
 #include <utility>
 
 #include "api/JSON.h"
 #include "platform/Output.h"
+#include "platform/PressSocket.h"
 #include "platform/x11/KeyTable.h"
 
 namespace seldial::platform::wayland {
@@ -35,12 +35,6 @@ std::string quoted(const std::string& text) {
     result += character;
   }
   return result + '"';
-}
-
-/// Where the claims of this user's session are.
-std::string claimsDirectory() {
-  const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
-  return std::string(runtime != nullptr ? runtime : "/nonexistent") + "/seldial";
 }
 
 std::string fileName(const std::string& path) {
@@ -74,7 +68,7 @@ SwayHotKeys::SwayHotKeys(std::unique_ptr<SwayConnection> commands,
     : commands_(std::move(commands)),
       loop_(loop),
       keyHasSymbol_(std::move(keyHasSymbol)),
-      claims_(claimsDirectory(), fileName(socketPath)),
+      claims_(sharedRuntimeDirectory(), fileName(socketPath)),
       events_(
           std::move(events), R"(["binding","workspace","mode"])", loop,
           [this](SwayEvent event, const std::string& content) { handle(event, content); },

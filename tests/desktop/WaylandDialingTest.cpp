@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "tests/support/SeldialProcess.h"
+#include "tests/support/wayland/BareCompositor.h"
 #include "tests/support/wayland/Editor.h"
 #include "tests/support/wayland/Sway.h"
 #include "tests/support/wayland/UserKeyboard.h"
@@ -129,11 +130,24 @@ TEST_F(WaylandDialing, LosingTheCompositorEndsTheProgramInOrderWithStatus1) {
   EXPECT_FALSE(Peer::connectedTo(in).connected());
 }
 
-TEST_F(WaylandDialing, ACompositorWithoutHotKeysIsOneLineOnStandardErrorAndRefusals) {
-  unsetenv("SWAYSOCK");
+TEST_F(WaylandDialing, WhereThereAreNoHotKeysAPressByTheClientIsAUse) {
+  sway.enter(Sway::Ipc::kHidden);
+  startListening();
+  const Editor editor(sway.display());
+  EXPECT_THAT(answerTo(setHotKey(2, kDelay)), IsHotkeyStateTrue());
+  EXPECT_EQ(ChildProcess({SELDIAL_UC, "press"}).wait(), 0);
+  EXPECT_THAT(client.nextMessage(), IsMakeCallOfTheNumber());
+  expectOneError("bind a key to \"seldial-uc press\"");
+  EXPECT_EQ(ChildProcess({SELDIAL_UC, "press"}, {}, {}, {Streams::Errors::kCaptured, {}}).wait(),
+            1);
+}
+
+TEST_F(WaylandDialing, ACompositorThatOffersTooLittleIsOneLineOnStandardErrorAndRefusals) {
+  const BareCompositor bare(directory.path("bare"));
+  setenv("WAYLAND_DISPLAY", directory.path("bare").c_str(), 1);
   startListening();
   EXPECT_THAT(answerTo(setHotKey(2, kDelay)), IsHotkeyStateFalse("hotkey not set"));
-  expectOneError("gives no program a hot key");
+  expectOneError("lacks a seat");
 }
 
 TEST_F(WaylandDialing, WithoutTheModuleThereIsOneLineOnStandardErrorAndRefusals) {

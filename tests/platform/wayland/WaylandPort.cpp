@@ -26,8 +26,8 @@ int connectTo(const std::string& path) {
 
 }  // namespace
 
-WaylandPort::WaylandPort(const tests::Sway& sway) : display_(sway.display()) {
-  sway.enter();
+WaylandPort::WaylandPort(const tests::Sway& sway, tests::Sway::Ipc ipc) : display_(sway.display()) {
+  sway.enter(ipc);
   std::promise<void> ready;
   thread_ = std::thread([this, &ready] { run(ready); });
   ready.get_future().wait();

@@ -27,7 +27,7 @@ namespace seldial::platform::wayland {
 class WaylandPort {
  public:
   /// Connects to the compositor; returns once that has succeeded or failed.
-  explicit WaylandPort(const tests::Sway& sway);
+  explicit WaylandPort(const tests::Sway& sway, tests::Sway::Ipc ipc = tests::Sway::Ipc::kTold);
   /// The orderly end of the program.
   ~WaylandPort();
   WaylandPort(const WaylandPort&) = delete;

@@ -64,11 +64,12 @@ std::vector<std::string> Sway::environment() const {
           "SWAYSOCK=" + ipc(), "XDG_CURRENT_DESKTOP=sway"};
 }
 
-void Sway::enter() const {
+void Sway::enter(Ipc ipc) const {
   for (const auto& variable : environment()) {
     const auto name = variable.substr(0, variable.find('='));
     setenv(name.c_str(), variable.c_str() + name.size() + 1, 1);
   }
+  if (ipc == Ipc::kHidden) unsetenv("SWAYSOCK");
 }
 
 bool Sway::run(const std::string& command) const {

@@ -24,8 +24,12 @@ class Sway {
   /// The variables of a session on it, for a ChildProcess.
   [[nodiscard]] std::vector<std::string> environment() const;
 
+  /// Whether programs are told of the socket for commands. Without it, sway is a compositor like
+  /// those that give no hot key.
+  enum class Ipc { kTold, kHidden };
+
   /// Sets the same variables in the test's own environment.
-  void enter() const;
+  void enter(Ipc ipc = Ipc::kTold) const;
 
   /// Runs a command of sway; true when it succeeds.
   bool run(const std::string& command) const;

@@ -1,0 +1,107 @@
+#include "platform/wayland/PressHotKeys.h"
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "platform/Output.h"
+#include "platform/PressSocket.h"
+#include "platform/x11/KeyTable.h"
+
+namespace seldial::platform::wayland {
+namespace {
+
+/// Presses that may wait while one is handled.
+constexpr int kBacklog = 16;
+
+/// A socket that listens at `path`, whatever was there; -1 when that fails.
+int listenAt(const std::string& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (path.empty() || path.size() >= sizeof address.sun_path) return -1;
+  path.copy(address.sun_path, path.size());
+  const int number = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  if (number == -1) return -1;
+  unlink(path.c_str());
+  if (bind(number, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+      ::listen(number, kBacklog) == 0) {
+    return number;
+  }
+  close(number);
+  return -1;
+}
+
+}  // namespace
+
+PressHotKeys::PressHotKeys(linux_port::MainLoop& loop, std::string session)
+    : loop_(loop), session_(std::move(session)) {}
+
+PressHotKeys::~PressHotKeys() {
+  stopListening();
+}
+
+std::optional<HotKeyRef> PressHotKeys::registerHotKey(std::uint32_t keyCode,
+                                                      std::uint32_t modifiers, HotKeyID hotKeyID) {
+  if (!canBeHotKey(keyCode, modifiers)) return {};
+  if (socket_ == -1 && !listen()) {
+    printError(
+        "seldial: another Seldial waits for \"seldial-uc press\", or there is no runtime "
+        "directory for its socket");
+    return {};
+  }
+  printError("seldial: " + session_ +
+             " gives programs no hot key; bind a key to \"seldial-uc press\" in its configuration");
+  registrations_.push_back({++lastRef_, hotKeyID});
+  return lastRef_;
+}
+
+bool PressHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t /*modifiers*/) {
+  return x11::keyAtPosition(keyCode).has_value();
+}
+
+void PressHotKeys::unregisterHotKey(HotKeyRef ref) {
+  std::erase_if(registrations_,
+                [ref](const auto& registration) { return registration.ref == ref; });
+  if (registrations_.empty()) stopListening();
+}
+
+/// The claim says that a socket file which is there is a killed program's.
+bool PressHotKeys::listen() {
+  claim_ = HotKeyClaims(sharedRuntimeDirectory(), "press").claim("socket");
+  if (claim_) socket_ = listenAt(pressSocketPath());
+  if (socket_ == -1) {
+    claim_.reset();
+    return false;
+  }
+  loop_.watch(*this);
+  return true;
+}
+
+void PressHotKeys::stopListening() {
+  registrations_.clear();
+  if (socket_ == -1) return;
+  loop_.unwatch(*this);
+  unlink(pressSocketPath().c_str());
+  close(std::exchange(socket_, -1));
+  claim_.reset();
+}
+
+void PressHotKeys::readable() {
+  for (int press = accept(socket_, nullptr, nullptr); press != -1;
+       press = accept(socket_, nullptr, nullptr)) {
+    close(press);
+    HotKeyReleased released;
+    released.hotKeyID = registrations_.back().hotKeyID;
+    released.event.timestamp =
+        std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    loop_.async([handler = handler_, released] {
+      if (*handler) (*handler)(released);
+    });
+  }
+}
+
+}  // namespace seldial::platform::wayland
