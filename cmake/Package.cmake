@@ -1,23 +1,55 @@
 # seldial_package(TARGET NAME PC_NAME COMPONENT HEADERS FILE... [REQUIRES MODULE...]
 #   [FINDS PACKAGE... PC_REQUIRES MODULE...]): makes
 # NAME::NAME of a library, and what `cmake --install` (alone: `--component COMPONENT`) puts for
-# programs outside: the headers that they may include, the library, and how CMake (as NAME) and
-# pkg-config (as PC_NAME) find both. The prefix may be moved afterwards. HEADERS are paths in the
-# repository, REQUIRES are the pkg-config modules that the library is linked with; what it is linked
+# programs outside: the headers, which they include as <seldial/COMPONENT/...>, the library, and how
+# CMake (as NAME) and pkg-config (as PC_NAME) find both. The prefix may be moved afterwards. HEADERS are
+# paths in the repository, REQUIRES are the pkg-config modules that the library is linked with; what it is linked
 # with by CMake packages is FINDS for CMake and PC_REQUIRES for pkg-config.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 set(SELDIAL_PACKAGE_FILES ${CMAKE_CURRENT_LIST_DIR}/package)
 
+# Copies the headers to FOLDER/seldial/COMPONENT, each without its first folder, changes what they include
+# accordingly, and installs them.
+function(_seldial_public_headers folder component)
+  foreach(header ${ARGN})
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${SELDIAL_ROOT}/${header})
+    file(READ ${SELDIAL_ROOT}/${header} text)
+    string(REGEX REPLACE "#include \"(platform|${component})/" "#include \"seldial/${component}/"
+      text "${text}")
+    string(FIND ${header} / slash)
+    string(SUBSTRING ${header} ${slash} -1 path)
+    set(before "")
+    if(EXISTS ${folder}/seldial/${component}${path})
+      file(READ ${folder}/seldial/${component}${path} before)
+    endif()
+    if(NOT text STREQUAL before)
+      file(WRITE ${folder}/seldial/${component}${path} "${text}")
+    endif()
+    string(REGEX REPLACE "/[^/]*$" "" place seldial/${component}${path})
+    if(SELDIAL_INSTALL)
+      install(FILES ${folder}/seldial/${component}${path}
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${place} COMPONENT ${component})
+    endif()
+  endforeach()
+endfunction()
+
 function(seldial_package target name pc_name component)
   cmake_parse_arguments(ARG "" "" "HEADERS;REQUIRES;FINDS;PC_REQUIRES" ${ARGN})
   add_library(${name}::${name} ALIAS ${target})
   target_compile_features(${target} PUBLIC cxx_std_20)
+  set(headers ${CMAKE_CURRENT_BINARY_DIR}/include)
+  _seldial_public_headers(${headers} ${component} ${ARG_HEADERS})
+  target_include_directories(${target} INTERFACE $<BUILD_INTERFACE:${headers}>)
   set_target_properties(${target} PROPERTIES EXPORT_NAME ${name})
   target_link_libraries(${target} PUBLIC Threads::Threads)
   if(ARG_REQUIRES)
     pkg_check_modules(${name}Requires REQUIRED IMPORTED_TARGET ${ARG_REQUIRES})
     target_link_libraries(${target} PRIVATE PkgConfig::${name}Requires)
+  endif()
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL SHARED_LIBRARY)
+    set(ARG_REQUIRES "")  # it brings them itself
   endif()
   list(JOIN ARG_REQUIRES " " requires)
   list(JOIN ARG_PC_REQUIRES " " pc_requires)
@@ -46,16 +78,11 @@ function(seldial_package target name pc_name component)
   configure_file(${SELDIAL_PACKAGE_FILES}/module.pc.in ${package}/${pc_name}.pc @ONLY)
 
   install(TARGETS ${target} EXPORT ${name}Targets COMPONENT ${component}
-    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/seldial)
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
   install(EXPORT ${name}Targets NAMESPACE ${name}::
     DESTINATION ${package_dir} COMPONENT ${component})
   install(FILES ${package}/${name}Config.cmake ${package}/${name}ConfigVersion.cmake
     DESTINATION ${package_dir} COMPONENT ${component})
   install(FILES ${package}/${pc_name}.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT ${component})
-  foreach(header ${ARG_HEADERS})
-    cmake_path(GET header PARENT_PATH folder)
-    install(FILES ${SELDIAL_ROOT}/${header}
-      DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/seldial/${folder} COMPONENT ${component})
-  endforeach()
 endfunction()

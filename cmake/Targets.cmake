@@ -21,6 +21,24 @@ function(seldial_library name)
   target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${SELDIAL_ROOT}>)
 endfunction()
 
+# seldial_public_library(NAME MAP SOURCE... [LINK TARGET...]): the same for programs outside: shared with
+# BUILD_SHARED_LIBS, otherwise static. A shared one exports what the version script MAP names.
+function(seldial_public_library name map)
+  add_library(${name})
+  _seldial_finish(${name} ${ARGN})
+  target_include_directories(${name} PRIVATE $<BUILD_INTERFACE:${SELDIAL_ROOT}>)
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  get_target_property(type ${name} TYPE)
+  if(type STREQUAL SHARED_LIBRARY AND NOT APPLE)
+    target_link_options(${name} PRIVATE LINKER:--version-script=${map})
+    set_target_properties(${name} PROPERTIES LINK_DEPENDS ${map})
+    if(NOT SELDIAL_SANITIZE)  # a sanitizer's functions come with the program
+      target_link_options(${name} PRIVATE LINKER:--no-undefined)
+    endif()
+  endif()
+endfunction()
+
 function(seldial_executable name)
   add_executable(${name})
   _seldial_finish(${name} ${ARGN})

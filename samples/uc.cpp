@@ -1,10 +1,10 @@
 // A UC client: starts Seldial, sets Ctrl+Alt+D, and prints each call until Ctrl-C or SIGTERM. It
 // listens at clientpipename with Seldial's socket library, and prints the messages as JSON.
+#include <seldial/unixsocket/GDUnixSocketClient.h>
+#include <seldial/unixsocket/GDUnixSocketServer.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <unixsocket/GDUnixSocketClient.h>
-#include <unixsocket/GDUnixSocketServer.h>
 
 #include <csignal>
 #include <cstdlib>

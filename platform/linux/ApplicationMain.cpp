@@ -1,4 +1,6 @@
 // Where the desktop of a Linux program is chosen.
+#include <malloc.h>
+
 #include "platform/Ports.h"
 #include "platform/linux/Application.h"
 #include "platform/linux/NoDesktop.h"
@@ -19,9 +21,19 @@ DesktopPorts connect(const std::shared_ptr<linux_port::MainLoop>& loop,
           std::make_shared<linux_port::NoClipboard>()};
 }
 
+/// Before any other thread is started. Not in programs of the libraries, whose allocator is their
+/// own concern.
+void tuneAllocator() {
+  mallopt(M_ARENA_MAX, 1);  // threads come and go, and each would keep an arena
+  // Large blocks go back to the system when they are freed. By default the first that is freed
+  // raises this limit, and later ones stay with the process.
+  mallopt(M_MMAP_THRESHOLD, 128 * 1024);
+}
+
 }  // namespace
 
 int applicationMain(int argc, char* const argv[], const MakeApplicationDelegate& makeDelegate) {
+  tuneAllocator();
   return linux_port::runApplication(argc, argv, makeDelegate, connect);
 }
 

@@ -5,8 +5,7 @@ namespace seldial::platform::linux_port {
 
 /// Main thread, before any other thread is started (they inherit the signal mask):
 /// - all that posix_port::setUpProcess() does;
-/// - blocks the posix_port::terminationSignals(), which the main loop reads;
-/// - keeps one allocation arena for all threads: they come and go, and each would keep its own.
+/// - blocks the posix_port::terminationSignals(), which the main loop reads.
 void setUpProcess();
 
 }  // namespace seldial::platform::linux_port

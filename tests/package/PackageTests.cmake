@@ -34,6 +34,13 @@ function(package_user_tests name installation module examples)
   endforeach()
 endfunction()
 
+# package_shared_test(NAME LIBRARY MODULE EXAMPLES TRY...): the library in that folder is shared where the
+# builder chooses so, and works.
+function(package_shared_test name library module examples)
+  _package_test(${name}.IsSharedByChoice
+    ${package_scripts}/as_shared ${SELDIAL_ROOT}/${library} ${examples} ${module} ${ARGN})
+endfunction()
+
 # package_subproject_test(NAME HOW LIBRARIES [TRY...]): the libraries in these folders, separated by
 # commas, work in somebody's project by HOW, subdirectory (add_subdirectory) or fetch
 # (FetchContent). Without TRY the project is only configured.

@@ -1,11 +1,11 @@
 // hotkey_record: a window with a field in which a hot key is recorded. When the recording ends, it
 // registers the hot key and prints it, then a line each time it is used, until the window is
 // closed.
-#include <hotkey/QKHotKeyCenter.h>
-#include <hotkey/QKKeyStrings.h>
-#include <hotkey/qt/QKHotKeyTextField.h>
-#include <platform/VirtualKeys.h>
-#include <platform/qt/Desktop.h>
+#include <seldial/hotkey/QKHotKeyCenter.h>
+#include <seldial/hotkey/QKKeyStrings.h>
+#include <seldial/hotkey/VirtualKeys.h>
+#include <seldial/hotkey/qt/Desktop.h>
+#include <seldial/hotkey/qt/QKHotKeyTextField.h>
 
 #include <QApplication>
 #include <cstdlib>

@@ -1,10 +1,10 @@
 // hotkey_watch: registers Control+Option+D and prints a line each time it is used, until it is
 // interrupted (Ctrl-C).
-#include <hotkey/QKHotKeyCenter.h>
-#include <hotkey/QKKeyStrings.h>
-#include <platform/Application.h>
-#include <platform/Ports.h>
-#include <platform/VirtualKeys.h>
+#include <seldial/hotkey/Application.h>
+#include <seldial/hotkey/Ports.h>
+#include <seldial/hotkey/QKHotKeyCenter.h>
+#include <seldial/hotkey/QKKeyStrings.h>
+#include <seldial/hotkey/VirtualKeys.h>
 
 #include <iostream>
 #include <memory>

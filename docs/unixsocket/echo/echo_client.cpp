@@ -1,5 +1,5 @@
 // echo_client PATH: sends each line of its input and prints what comes back.
-#include <unixsocket/GDUnixSocketClient.h>
+#include <seldial/unixsocket/GDUnixSocketClient.h>
 
 #include <iostream>
 #include <optional>

@@ -1,5 +1,5 @@
 // echo_server PATH: sends back what its clients send, until its own input ends (Ctrl-D).
-#include <unixsocket/GDUnixSocketServer.h>
+#include <seldial/unixsocket/GDUnixSocketServer.h>
 
 #include <iostream>
 #include <limits>
