@@ -1,7 +1,8 @@
 // with_poll: a hot key in a program that waits in poll(), until SIGINT or SIGTERM.
 #include <poll.h>
-#include <signal.h>
 #include <sys/signalfd.h>
+
+#include <csignal>
 
 #include "HotKey.h"
 

@@ -1,11 +1,11 @@
 // with_qt: a hot key in a program with Qt's event loop, until SIGINT or SIGTERM. It needs no window
 // and no Qt but QtCore.
-#include <signal.h>
 #include <sys/signalfd.h>
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QSocketNotifier>
+#include <csignal>
 
 #include "HotKey.h"
 
