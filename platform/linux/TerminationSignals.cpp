@@ -21,13 +21,6 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kForever{-1};
 
-/// From the first signal to the interruption. A dial with the default delay takes less.
-constexpr milliseconds kPatience{1000};
-
-/// From the interruption to the end of the process: enough to release the keys that are held down.
-constexpr milliseconds kGrace{500};
-constexpr milliseconds kGraceOfSecondSignal{200};
-
 int checked(int descriptor, const char* call) {
   if (descriptor == -1) throw std::system_error(errno, std::generic_category(), call);
   return descriptor;
@@ -98,10 +91,12 @@ void TerminationSignals::Watch::run() {
   while (first == Event::kTimeout) first = next(kForever);
   if (first == Event::kStop) return;
   end();
-  const Event second = next(kPatience);
+  const Event second = next(posix_port::kTerminationPatience);
   if (second == Event::kStop) return;
   interrupt();
-  if (next(second == Event::kSignal ? kGraceOfSecondSignal : kGrace) == Event::kStop) return;
+  const auto grace = second == Event::kSignal ? posix_port::kSecondTerminationGrace
+                                              : posix_port::kTerminationGrace;
+  if (next(grace) == Event::kStop) return;
   _exit(EXIT_SUCCESS);
 }
 

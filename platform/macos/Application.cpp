@@ -6,9 +6,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <climits>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <utility>
 
@@ -62,31 +64,67 @@ void restartUnderRealPath(char* const argv[]) {
 
 namespace {
 
-using Received = std::function<void()>;
+/// Used on `queue`, except for `received`.
+struct Termination {
+  std::function<void()> received;
+  std::function<void()> mustEnd;
+  dispatch_queue_t queue = nullptr;
+  int signals = 0;
+  bool interrupted = false;
+};
 
-void signalArrived(void* received) {
-  (*static_cast<Received*>(received))();
+void received(void* termination) {
+  static_cast<Termination*>(termination)->received();
+}
+
+void interrupt(void* termination) {
+  auto& ending = *static_cast<Termination*>(termination);
+  if (!std::exchange(ending.interrupted, true)) ending.mustEnd();
+}
+
+void endProcess(void* /*termination*/) {
+  _exit(EXIT_SUCCESS);
+}
+
+void after(std::chrono::nanoseconds delay, Termination& ending, dispatch_function_t step) {
+  dispatch_after_f(dispatch_time(DISPATCH_TIME_NOW, delay.count()), ending.queue, &ending, step);
+}
+
+void signalArrived(void* termination) {
+  using posix_port::kTerminationPatience;
+  auto& ending = *static_cast<Termination*>(termination);
+  if (++ending.signals == 1) {
+    dispatch_async_f(dispatch_get_main_queue(), &ending, &received);
+    after(kTerminationPatience, ending, &interrupt);
+    after(kTerminationPatience + posix_port::kTerminationGrace, ending, &endProcess);
+  } else if (ending.signals == 2) {
+    interrupt(&ending);
+    after(posix_port::kSecondTerminationGrace, ending, &endProcess);
+  } else {
+    endProcess(nullptr);
+  }
 }
 
 /// Creates a source that lives as long as the process.
-void watch(int signal, Received* received) {
+void watch(int signal, Termination* ending) {
   // Its default action would end the process before the source is told.
   std::signal(signal, SIG_IGN);
-  const auto source = dispatch_source_create(
-      DISPATCH_SOURCE_TYPE_SIGNAL, static_cast<uintptr_t>(signal), 0, dispatch_get_main_queue());
-  dispatch_set_context(source, received);
+  const auto source = dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL,
+                                             static_cast<uintptr_t>(signal), 0, ending->queue);
+  dispatch_set_context(source, ending);
   dispatch_source_set_event_handler_f(source, &signalArrived);
   dispatch_resume(source);
 }
 
 }  // namespace
 
-void onTerminationSignals(std::function<void()> received) {
-  static auto* const kept = new Received;  // never destroyed: the sources outlive main()
-  *kept = std::move(received);
+void onTerminationSignals(std::function<void()> received, std::function<void()> mustEnd) {
+  static auto* const ending = new Termination;  // never destroyed: the sources outlive main()
+  *ending = {std::move(received), std::move(mustEnd),
+             dispatch_queue_create("org.seldial.signals", nullptr)};
   const sigset_t signals = posix_port::terminationSignals();
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-    if (sigismember(&signals, signal) == 1) watch(signal, kept);
+    if (sigismember(&signals, signal) == 1) watch(signal, ending);
   }
 }
 

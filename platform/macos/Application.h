@@ -41,8 +41,10 @@ Ports makePorts(std::vector<std::string> arguments);
 /// the system refuses. Main thread, before anything else.
 void restartUnderRealPath(char* const argv[]);
 
-/// Turns posix_port::terminationSignals() into calls: once the main queue is served, `received` is
-/// called on the main thread for each signal that arrives. Main thread, once.
-void onTerminationSignals(std::function<void()> received);
+/// Turns posix_port::terminationSignals() into calls. The first signal calls `received` on the main
+/// thread, once the main queue is served. If the process has not ended after
+/// posix_port::kTerminationPatience, or with a second signal, `mustEnd` is called on a background
+/// thread, once, and soon after it the process ends with status 0. Main thread, once.
+void onTerminationSignals(std::function<void()> received, std::function<void()> mustEnd);
 
 }  // namespace seldial::platform::macos

@@ -36,7 +36,11 @@ Launch& launch() {
 
 - (instancetype)init {
   self = [super init];
-  if (self != nil) _delegate = launch().makeDelegate(macos::makePorts(launch().arguments));
+  if (self != nil) {
+    _delegate = launch().makeDelegate(macos::makePorts(launch().arguments));
+    macos::onTerminationSignals([] { macos::terminateSharedApplication(nullptr); },
+                                [delegate = _delegate] { delegate->applicationMustEnd(); });
+  }
   return self;
 }
 
@@ -87,7 +91,6 @@ int seldial::platform::applicationMain(int argc, char* const argv[],
                                        const MakeApplicationDelegate& makeDelegate) {
   macos::restartUnderRealPath(argv);
   posix_port::setUpProcess();
-  macos::onTerminationSignals([] { macos::terminateSharedApplication(nullptr); });
   launch() = {{argv, argv + argc}, makeDelegate};
   NSApplicationMain(argc, const_cast<const char**>(argv));
   return 0;

@@ -1,6 +1,7 @@
 // Process set-up that Linux and macOS share.
 #pragma once
 
+#include <chrono>
 #include <csignal>
 
 namespace seldial::platform::posix_port {
@@ -8,6 +9,16 @@ namespace seldial::platform::posix_port {
 /// SIGTERM, SIGINT and SIGHUP, which end the program. SIGHUP is left out if it was ignored when the
 /// process started, as nohup(1) does, so that the process outlives its terminal.
 sigset_t terminationSignals();
+
+/// From the first of these signals to the interruption of what the main thread waits for. A dial
+/// with the default delay takes less.
+inline constexpr std::chrono::milliseconds kTerminationPatience{1000};
+
+/// From the interruption to the end of the process: enough to release the keys that are held down.
+inline constexpr std::chrono::milliseconds kTerminationGrace{500};
+
+/// Likewise, if a second signal has caused the interruption.
+inline constexpr std::chrono::milliseconds kSecondTerminationGrace{200};
 
 /// Main thread, before any other thread is started:
 /// - opens /dev/null for each of the descriptors 0, 1 and 2 that is closed, so that output is never

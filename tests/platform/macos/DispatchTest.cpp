@@ -1,5 +1,7 @@
 // The queues and the termination signals on Dispatch.
 #include <csignal>
+#include <cstddef>
+#include <iterator>
 #include <memory>
 
 #include "platform/BackgroundQueue.h"
@@ -89,33 +91,66 @@ struct MacTerminationSignals : tests::AppleTest {
     return action.sa_handler == SIG_IGN;
   }
 
+  /// A signal arrives at one of the sources.
+  static void signal(std::ptrdiff_t number) {
+    const auto& source = std::next(apple().sources.begin(), number)->second;
+    source.handler(source.context);
+  }
+
+  /// Runs what was submitted at that place.
+  static void run(std::size_t place) { apple().submitted.at(place).run(); }
+
   static constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP};
   struct sigaction before[3];
 };
 
-TEST_F(MacTerminationSignals, ArriveOnTheMainQueueEachTime) {
+TEST_F(MacTerminationSignals, TheFirstEndsTheApplicationOnTheMainQueueAndLaterInterruptsIt) {
   int received = 0;
-  onTerminationSignals([&received] { ++received; });
-  EXPECT_THAT(apple().calls, ElementsAre("dispatch_source_create 15 0 on main queue",
-                                         "dispatch_source_create 2 0 on main queue",
-                                         "dispatch_source_create 1 0 on main queue"));
+  int interrupted = 0;
+  onTerminationSignals([&received] { ++received; }, [&interrupted] { ++interrupted; });
+  signal(0);
+  ASSERT_THAT(apple().submitted, SizeIs(3));
+  EXPECT_EQ(apple().submitted[0].queue, dispatch_get_main_queue());
+  run(0);
+  EXPECT_EQ(received, 1);
+  EXPECT_EQ(apple().submitted[1].when, 1000000001U);
+  run(1);
+  EXPECT_EQ(interrupted, 1);
+  EXPECT_EQ(apple().submitted[2].when, 1500000001U);
+  EXPECT_EXIT(run(2), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(MacTerminationSignals, ASecondInterruptsAtOnceAndAThirdEndsTheProcess) {
+  int received = 0;
+  int interrupted = 0;
+  onTerminationSignals([&received] { ++received; }, [&interrupted] { ++interrupted; });
+  signal(0);
+  signal(1);
+  EXPECT_EQ(interrupted, 1);
+  run(1);  // what the first signal has planned
+  EXPECT_EQ(interrupted, 1);
+  EXPECT_EQ(apple().submitted[3].when, 200000001U);
+  EXPECT_EXIT(signal(2), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(MacTerminationSignals, AreWatchedApartFromTheMainQueue) {
+  onTerminationSignals([] {}, [] {});
+  EXPECT_THAT(apple().sources, SizeIs(3));
   for (const auto& [object, source] : apple().sources) {
     EXPECT_EQ(source.type, DISPATCH_SOURCE_TYPE_SIGNAL);
+    EXPECT_NE(source.queue, dispatch_get_main_queue());
     EXPECT_TRUE(source.resumed);
-    source.handler(source.context);
-    source.handler(source.context);
   }
-  EXPECT_EQ(received, 6);
 }
 
 TEST_F(MacTerminationSignals, DoNotEndTheProcessByThemselves) {
-  onTerminationSignals([] {});
+  onTerminationSignals([] {}, [] {});
   for (const int signal : kSignals) EXPECT_TRUE(isIgnored(signal)) << signal;
 }
 
 TEST_F(MacTerminationSignals, LeaveAnIgnoredHangUpAlone) {
   std::signal(SIGHUP, SIG_IGN);
-  onTerminationSignals([] {});
+  onTerminationSignals([] {}, [] {});
   EXPECT_THAT(apple().sources, SizeIs(2));
   for (const auto& [object, source] : apple().sources) EXPECT_NE(source.handle, SIGHUP);
 }
