@@ -100,10 +100,18 @@ TEST_F(IntegratingOnDesktop, SeldialTypesCtrlInsertItself) {
 
 TEST_F(IntegratingOnDesktop, ACallInProgressIsFinishedFirst) {
   const XClient editor(server.display());
-  expectSet(setHotKey(kVirtualKeyD, 500));
-  press();
-  ASSERT_TRUE(process->waitForLine("> hot key pressed (pasteboard)"));
-  terminate();
+  const auto callIsFinished = [this] {
+    expectSet(setHotKey(kVirtualKeyD, 200));
+    press();
+    EXPECT_TRUE(process->waitForLine("> hot key pressed (pasteboard)"));
+    terminate();
+    return client.hasConnection();
+  };
+  // On a busy machine, the call may take longer than the second that Seldial gives it.
+  for (int attempts = 1; !callIsFinished(); ++attempts) {
+    ASSERT_LT(attempts, 10);
+    startListening(server.display());
+  }
   expectCall();
 }
 

@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "tests/support/SeldialProcess.h"
+#include "tests/support/UnreadPipe.h"
 
 namespace seldial::tests {
 namespace {
@@ -173,6 +174,19 @@ TEST_F(Integrating, AClosedPipeStopsNothing) {
   startListening();
   process->closeOutput();
   for (int i = 0; i < 3; ++i) EXPECT_THAT(answerTo("{}"), IsError(kNoTag));
+  terminate();
+}
+
+TEST_F(Integrating, APipeThatNobodyReadsLosesLinesButNoMessagesOnTheSocket) {
+  const UnreadPipe pipe;
+  pipe.fill();
+  start({}, {}, {Streams::Errors::kCaptured, {}, pipe.writingEnd()});
+  waitUntilListening();
+  for (int i = 0; i < 20; ++i) {
+    EXPECT_THAT(answerTo(named(std::to_string(i))),
+                IsError("invalid command: " + std::to_string(i)));
+  }
+  EXPECT_TRUE(pipe.full());
   terminate();
 }
 
