@@ -52,7 +52,8 @@ bool startDetached(std::vector<std::string> command, std::function<void(int stat
                    std::string& error);
 
 /// How a program ended, in words that follow its name: "ended with status 1", "was killed by
-/// signal 9 (Killed)". `status` as waitpid() gives it.
+/// signal 9 (Killed)". `status` as waitpid() gives it. To be called on one thread of the program
+/// only: macOS keeps the signal's name where the next call overwrites it.
 [[nodiscard]] std::string describedExitStatus(int status);
 
 }  // namespace seldial
