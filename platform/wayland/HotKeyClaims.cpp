@@ -28,7 +28,7 @@ HotKeyClaim::~HotKeyClaim() {
 
 std::optional<HotKeyClaim> HotKeyClaims::claim(const std::string& combination) {
   mkdir(directory_.c_str(), S_IRWXU);
-  std::string path = directory_ + "/" + prefix_ + combination;
+  const std::string path = directory_ + "/" + prefix_ + combination;
   for (;;) {
     const int file =
         open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
