@@ -10,9 +10,9 @@ namespace seldial::platform {
 
 class HotKeyEvents;
 
-/// A connection to the desktop that the program's own loop serves. It starts no threads, handles no
-/// signals and changes no settings of the process. One in a process; everything on one thread, on
-/// which the tasks of hot keys run, too.
+/// A connection to the desktop that the program's own loop serves. It handles no signals and
+/// changes no settings of the process. It starts one thread, which connects and then ends. One in a
+/// process; everything else on one thread, on which the tasks of hot keys run, too.
 ///
 /// The loop calls dispatch() before each wait and waits until descriptor() is readable.
 class ServedDesktop {

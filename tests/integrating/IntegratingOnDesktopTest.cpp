@@ -1,5 +1,6 @@
 // The statements of docs/integrating.md that need a desktop.
 #include <csignal>
+#include <filesystem>
 
 #include "tests/platform/x11/ForeignGrabs.h"
 #include "tests/support/SeldialProcess.h"
@@ -113,6 +114,14 @@ TEST_F(IntegratingOnDesktop, ACallInProgressIsFinishedFirst) {
     startListening(server.display());
   }
   expectCall();
+}
+
+TEST_F(IntegratingOnDesktop, TheEndWaitsForNobody) {
+  expectSet(setHotKey(kVirtualKeyD));
+  server.freeze();
+  sendCommand(in, {setHotKey(kVirtualKeyF)});
+  terminate();
+  EXPECT_FALSE(std::filesystem::exists(in));
 }
 
 TEST_F(IntegratingOnDesktop, Status1MeansThatTheXServerIsGone) {
