@@ -54,10 +54,7 @@ struct SwaySession : Session {
       : Session(std::move(mainLoop), std::move(open)),
         hotKeys(
             std::move(commands), std::move(events), socketPath, loop,
-            [this](std::uint32_t key, const std::string& symbol) {
-              return keyboard.hasSymbol(key, symbol);
-            },
-            connectionLost) {}
+            [this](std::uint32_t key) { return keyboard.symbolsOf(key); }, connectionLost) {}
 
   SwayHotKeys hotKeys;
   WaylandClipboard clipboard{data, keyboard, [this] { return hotKeys.focusedProgram(); }};

@@ -1,11 +1,16 @@
 #include "platform/wayland/SwayConfig.h"
 
 #include <strings.h>
+#include <wordexp.h>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <map>
+#include <set>
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -42,14 +47,60 @@ std::vector<std::string> wordsOf(const std::string& line) {
   return words;
 }
 
+/// The files that an include names: sway takes it as a shell does, but runs no commands.
+std::vector<std::string> includedFiles(const std::string& name, const std::string& directory) {
+  const bool isRelative = name.find_first_of("/~$") != 0;
+  wordexp_t words{};
+  if (wordexp((isRelative ? directory + "/" + name : name).c_str(), &words, WRDE_NOCMD) != 0) {
+    return {};
+  }
+  std::vector<std::string> files;
+  for (std::size_t i = 0; i < words.we_wordc; ++i) {
+    files.push_back(std::filesystem::path(words.we_wordv[i]).lexically_normal());
+  }
+  wordfree(&words);
+  return files;
+}
+
+std::string contentOf(const std::string& file) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file, error)) return {};
+  std::ifstream stream(file);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 /// Reads a configuration line by line.
 class Reader {
  public:
-  Reader(const SwayCombination& combination, const KeyHasSymbol& keyHasSymbol)
-      : combination_(combination), keyHasSymbol_(keyHasSymbol) {}
+  Reader(const SwayCombination& combination, const HasSymbol& hasSymbol)
+      : combination_(combination), hasSymbol_(hasSymbol) {}
 
-  /// Whether the line binds the combination.
-  bool reads(const std::string& line) {
+  /// The first line that binds the combination.
+  std::optional<std::string> read(const SwayConfiguration& configuration) {
+    std::istringstream lines(configuration.text);
+    directory_ = configuration.directory;
+    for (std::string line; std::getline(lines, line);) {
+      while (line.ends_with('\\')) {
+        std::string rest;
+        line.pop_back();
+        if (std::getline(lines, rest)) line += rest;
+      }
+      if (binds(line)) return line;
+      for (const auto& file : std::exchange(included_, {})) {
+        if (!seen_.insert(file).second) continue;  // as sway does
+        if (auto found = read({contentOf(file), directoryOf(file)})) return found;
+      }
+      directory_ = configuration.directory;
+    }
+    return {};
+  }
+
+ private:
+  static std::string directoryOf(const std::string& file) {
+    return std::filesystem::path(file).parent_path();
+  }
+
+  bool binds(const std::string& line) {
     auto words = wordsOf(line);
     if (words.empty() || words[0].starts_with('#')) return false;
     if (words[0] == "}") {
@@ -64,10 +115,12 @@ class Reader {
       return false;
     }
     if (words[0] == "set" && words.size() > 2) variables_[words[1]] = words[2];
+    if (words[0] == "include" && words.size() > 1) {
+      included_ = includedFiles(withValues(words[1]), directory_);
+    }
     return (words[0] == "bindsym" || words[0] == "bindcode") && binds(words);
   }
 
- private:
   [[nodiscard]] bool binds(const std::vector<std::string>& words) const {
     const auto keys = std::find_if(words.begin() + 1, words.end(),
                                    [](const auto& word) { return !word.starts_with("--"); });
@@ -104,15 +157,18 @@ class Reader {
   }
 
   [[nodiscard]] bool isKey(const std::string& name, bool byCode) const {
-    if (!byCode) return keyHasSymbol_(combination_.key, name);
+    if (!byCode) return hasSymbol_(name);
     std::uint32_t key = 0;
     std::from_chars(name.data(), name.data() + name.size(), key);
     return key == combination_.key;
   }
 
   const SwayCombination& combination_;
-  const KeyHasSymbol& keyHasSymbol_;
+  const HasSymbol& hasSymbol_;
   std::map<std::string, std::string, std::greater<>> variables_;  ///< longer names first
+  std::vector<std::string> included_;             ///< by the line that was read last
+  std::set<std::string> seen_;                    ///< included files
+  std::string directory_;                         ///< of the file that is read
   std::vector<std::vector<std::string>> blocks_;  ///< the first words of the blocks around a line
 };
 
@@ -127,20 +183,10 @@ std::string SwayCombination::text() const {
   return text + std::to_string(key);
 }
 
-std::optional<std::string> findBinding(const std::string& configuration,
+std::optional<std::string> findBinding(const SwayConfiguration& configuration,
                                        const SwayCombination& combination,
-                                       const KeyHasSymbol& keyHasSymbol) {
-  std::istringstream lines(configuration);
-  Reader reader(combination, keyHasSymbol);
-  for (std::string line; std::getline(lines, line);) {
-    while (line.ends_with('\\')) {
-      std::string rest;
-      line.pop_back();
-      if (std::getline(lines, rest)) line += rest;
-    }
-    if (reader.reads(line)) return line;
-  }
-  return {};
+                                       const HasSymbol& hasSymbol) {
+  return Reader(combination, hasSymbol).read(configuration);
 }
 
 }  // namespace seldial::platform::wayland

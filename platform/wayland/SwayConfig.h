@@ -18,13 +18,19 @@ struct SwayCombination {
   [[nodiscard]] std::string text() const;
 };
 
-/// Whether the key has this key symbol, given by its name.
-using KeyHasSymbol = std::function<bool(std::uint32_t key, const std::string& symbol)>;
+/// Whether a key has the key symbol with this name.
+using HasSymbol = std::function<bool(const std::string& symbol)>;
 
-/// The line of a configuration that binds the combination outside of binding modes, by the key's
-/// code or a symbol of it. Files that the configuration includes are not read.
-[[nodiscard]] std::optional<std::string> findBinding(const std::string& configuration,
+/// What sway reads at its start.
+struct SwayConfiguration {
+  std::string text;       ///< of the main file
+  std::string directory;  ///< where that is; relative names of included files start there
+};
+
+/// The line of a configuration, or of a file that it includes, that binds the combination outside
+/// of binding modes, by the key's code or a symbol of it.
+[[nodiscard]] std::optional<std::string> findBinding(const SwayConfiguration& configuration,
                                                      const SwayCombination& combination,
-                                                     const KeyHasSymbol& keyHasSymbol);
+                                                     const HasSymbol& hasSymbol);
 
 }  // namespace seldial::platform::wayland

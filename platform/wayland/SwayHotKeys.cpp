@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <filesystem>
 #include <utility>
 
 #include "api/JSON.h"
@@ -63,11 +64,11 @@ double now() {
 
 SwayHotKeys::SwayHotKeys(std::unique_ptr<SwayConnection> commands,
                          std::unique_ptr<SwayConnection> events, const std::string& socketPath,
-                         linux_port::MainLoop& loop, KeyHasSymbol keyHasSymbol,
+                         linux_port::MainLoop& loop, SymbolsOfKey symbolsOfKey,
                          std::function<void()> connectionLost)
     : commands_(std::move(commands)),
       loop_(loop),
-      keyHasSymbol_(std::move(keyHasSymbol)),
+      symbolsOfKey_(std::move(symbolsOfKey)),
       claims_(sharedRuntimeDirectory(), fileName(socketPath)),
       events_(
           std::move(events), R"(["binding","workspace","mode"])", loop,
@@ -106,9 +107,10 @@ bool SwayHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
 }
 
 bool SwayHotKeys::isFree(const SwayCombination& combination) {
-  const auto reply = commands_->ask(SwayRequest::kGetConfig);
-  const auto configuration = textIn(reply ? readJSON(*reply) : std::nullopt, "config");
-  const auto line = findBinding(configuration, combination, keyHasSymbol_);
+  const std::string file = answer(SwayRequest::kGetVersion, "loaded_config_file_name");
+  const SwayConfiguration configuration{answer(SwayRequest::kGetConfig, "config"),
+                                        std::filesystem::path(file).parent_path()};
+  const auto line = findBinding(configuration, combination, symbolsOfKey_(combination.key));
   if (line) {
     printError("seldial: sway's configuration has this combination: " + *line);
   }
@@ -150,9 +152,14 @@ void SwayHotKeys::unbind(const std::string& combination) {
 }
 
 std::string SwayHotKeys::currentMode() {
-  const auto reply = commands_->ask(SwayRequest::kGetBindingState);
-  auto mode = textIn(reply ? readJSON(*reply) : std::nullopt, "name");
+  auto mode = answer(SwayRequest::kGetBindingState, "name");
   return mode.empty() ? "default" : mode;
+}
+
+/// A text in the reply to a request; empty when there is none.
+std::string SwayHotKeys::answer(SwayRequest request, const char* key) {
+  const auto reply = commands_->ask(request);
+  return textIn(reply ? readJSON(*reply) : std::nullopt, key);
 }
 
 std::vector<std::string> SwayHotKeys::focusedProgram() {

@@ -20,13 +20,16 @@
 
 namespace seldial::platform::wayland {
 
+/// What symbols a key, an X key code, has in the user's layouts.
+using SymbolsOfKey = std::function<HasSymbol(std::uint32_t key)>;
+
 /// Main thread only. Releases reach the handler through the main queue.
 class SwayHotKeys final : public HotKeyEvents {
  public:
   /// `socketPath` is where `commands` leads; `connectionLost` is called once, from the loop.
   /// Combinations that a killed program left bound are given back at once.
   SwayHotKeys(std::unique_ptr<SwayConnection> commands, std::unique_ptr<SwayConnection> events,
-              const std::string& socketPath, linux_port::MainLoop& loop, KeyHasSymbol keyHasSymbol,
+              const std::string& socketPath, linux_port::MainLoop& loop, SymbolsOfKey symbolsOfKey,
               std::function<void()> connectionLost);
   /// Gives the combinations back.
   ~SwayHotKeys() override;
@@ -63,10 +66,11 @@ class SwayHotKeys final : public HotKeyEvents {
   void handle(SwayEvent event, const std::string& content);
   void released(const std::string& command);
   [[nodiscard]] std::string currentMode();
+  [[nodiscard]] std::string answer(SwayRequest request, const char* key);
 
   const std::unique_ptr<SwayConnection> commands_;
   linux_port::MainLoop& loop_;
-  const KeyHasSymbol keyHasSymbol_;
+  const SymbolsOfKey symbolsOfKey_;
   const std::shared_ptr<ReleasedHandler> handler_ = std::make_shared<ReleasedHandler>();
   HotKeyClaims claims_;
   std::vector<Registration> registrations_;

@@ -52,24 +52,36 @@ void addText(std::vector<std::string>& texts, const JSONValue* value) {
 }  // namespace
 
 std::unique_ptr<SwayConnection> SwayConnection::open(const std::string& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (path.empty() || path.size() >= sizeof address.sun_path) return nullptr;
-  path.copy(address.sun_path, path.size());
-  const int number = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-  if (number == -1) return nullptr;
-  std::unique_ptr<SwayConnection> connection(new SwayConnection(number));
-  if (connect(number, reinterpret_cast<sockaddr*>(&address), sizeof address) == -1) return nullptr;
-  return connection;
+  std::unique_ptr<SwayConnection> connection(new SwayConnection(path));
+  return connection->connect() ? std::move(connection) : nullptr;
 }
 
 SwayConnection::~SwayConnection() {
-  close(socket_);
+  disconnect();
+}
+
+bool SwayConnection::connect() {
+  disconnect();
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (path_.empty() || path_.size() >= sizeof address.sun_path) return false;
+  path_.copy(address.sun_path, path_.size());
+  socket_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  closed_ = socket_ == -1 ||
+            ::connect(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address) == -1;
+  return !closed_;
+}
+
+void SwayConnection::disconnect() {
+  if (socket_ != -1) close(socket_);
+  socket_ = -1;
+  closed_ = true;
+  received_.clear();
 }
 
 std::optional<std::string> SwayConnection::ask(SwayRequest request, const std::string& content) {
   const auto deadline = Clock::now() + kPatience;
-  if (closed_ || !send(request, content)) return {};
+  if ((closed_ && !connect()) || !send(request, content)) return {};
   for (;;) {
     if (auto message = next()) {
       if (message->type == static_cast<std::uint32_t>(request)) return std::move(message->content);
@@ -88,7 +100,7 @@ bool SwayConnection::run(const std::string& commands) {
   if (!results || results->array() == nullptr) return false;
   return std::all_of(results->array()->begin(), results->array()->end(), [](const auto& result) {
     const auto* const success = member(result, "success");
-    return success != nullptr && success->boolean() == true;
+    return success != nullptr && success->boolean().value_or(false);
   });
 }
 
@@ -184,7 +196,7 @@ std::vector<std::string> focusedProgram(const std::string& tree) {
     const auto& node = *waiting.back();
     waiting.pop_back();
     const auto* const focused = member(node, "focused");
-    if (focused != nullptr && focused->boolean() == true) {
+    if (focused != nullptr && focused->boolean().value_or(false)) {
       std::vector<std::string> names;
       addText(names, member(node, "app_id"));
       if (const auto* const properties = member(node, "window_properties")) {

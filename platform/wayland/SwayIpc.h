@@ -48,7 +48,7 @@ class SwayConnection {
   SwayConnection& operator=(const SwayConnection&) = delete;
 
   /// The content of the reply to a request. Nothing when it does not come within five seconds; the
-  /// connection is closed then.
+  /// connection is closed then, and made again for the next request.
   std::optional<std::string> ask(SwayRequest request, const std::string& content = {});
 
   /// Runs commands, separated by semicolons; true when all of them succeed.
@@ -63,13 +63,16 @@ class SwayConnection {
  private:
   using Clock = std::chrono::steady_clock;
 
-  explicit SwayConnection(int socket) : socket_(socket) {}
+  explicit SwayConnection(std::string path) : path_(std::move(path)) {}
+  bool connect();
+  void disconnect();
   bool send(SwayRequest request, const std::string& content);
   bool waitFor(short events, Clock::time_point deadline);
   bool readMore();
 
-  const int socket_;
-  bool closed_ = false;
+  const std::string path_;
+  int socket_ = -1;
+  bool closed_ = true;
   std::string received_;  ///< not yet taken by next()
 };
 

@@ -89,6 +89,18 @@ bool hasAt(xkb_keymap* keymap, xkb_keycode_t key, xkb_layout_index_t layout,
   return count == 1 && *symbols == wanted;
 }
 
+/// Whether the key has the symbol in any layout, with any modifiers.
+bool hasAnywhere(xkb_keymap* keymap, xkb_keycode_t key, xkb_keysym_t symbol) {
+  for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts_for_key(keymap, key);
+       ++layout) {
+    const auto levels = xkb_keymap_num_levels_for_key(keymap, key, layout);
+    for (xkb_level_index_t level = 0; level < levels; ++level) {
+      if (hasAt(keymap, key, layout, level, symbol)) return true;
+    }
+  }
+  return false;
+}
+
 /// The first key that gives the symbol without a modifier in the first layout, as evdev numbers it.
 std::optional<std::uint32_t> findKey(xkb_keymap* keymap, xkb_keysym_t symbol) {
   std::optional<std::uint32_t> found;
@@ -214,18 +226,12 @@ bool VirtualKeyboard::useKeymapOfSeat() {
   return true;
 }
 
-bool VirtualKeyboard::hasSymbol(std::uint32_t key, const std::string& name) const {
-  const auto symbol = xkb_keysym_from_name(name.c_str(), XKB_KEYSYM_CASE_INSENSITIVE);
+std::function<bool(const std::string& name)> VirtualKeyboard::symbolsOf(std::uint32_t key) const {
   const auto keymap = seatKeymap_ ? seatKeymap_.read() : KeymapFile::ofSystem().read();
-  if (!keymap) return false;
-  for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts_for_key(keymap.get(), key);
-       ++layout) {
-    const auto levels = xkb_keymap_num_levels_for_key(keymap.get(), key, layout);
-    for (xkb_level_index_t level = 0; level < levels; ++level) {
-      if (hasAt(keymap.get(), key, layout, level, symbol)) return true;
-    }
-  }
-  return false;
+  return [keymap, key](const std::string& name) {
+    return keymap && hasAnywhere(keymap.get(), key,
+                                 xkb_keysym_from_name(name.c_str(), XKB_KEYSYM_CASE_INSENSITIVE));
+  };
 }
 
 }  // namespace seldial::platform::wayland

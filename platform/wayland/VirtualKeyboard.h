@@ -67,9 +67,9 @@ class VirtualKeyboard {
   /// nothing typed, when the keymap of the seat has no such keys.
   bool type(Chord chord);
 
-  /// Whether some layout of the seat's keymap has the key symbol with this name on this key (an X
-  /// key code).
-  [[nodiscard]] bool hasSymbol(std::uint32_t key, const std::string& name) const;
+  /// Tells of names of key symbols whether some layout of the seat's keymap has them on this key,
+  /// an X key code.
+  [[nodiscard]] std::function<bool(const std::string& name)> symbolsOf(std::uint32_t key) const;
 
   // Called by libwayland.
   void capabilitiesChanged(std::uint32_t capabilities);

@@ -1,20 +1,22 @@
 // What of sway's configuration counts as holding a combination.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "platform/VirtualKeys.h"
 #include "platform/wayland/SwayConfig.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace seldial::platform::wayland {
 namespace {
 
 constexpr std::uint32_t kKeyD = 40;
 
-bool binds(const std::string& configuration) {
+bool binds(const std::string& text, const std::string& directory = "/nonexistent") {
   const SwayCombination combination{kKeyD, kHotKeyControl | kHotKeyOption};
-  const auto isD = [](std::uint32_t key, const std::string& symbol) {
-    return key == kKeyD && (symbol == "d" || symbol == "D");
-  };
-  return findBinding(configuration, combination, isD).has_value();
+  const auto isD = [](const std::string& symbol) { return symbol == "d" || symbol == "D"; };
+  return findBinding({text, directory}, combination, isD).has_value();
 }
 
 TEST(SwayCombinationText, NamesModifiersAsSwayDoes) {
@@ -44,6 +46,21 @@ TEST(SwayConfiguration, OtherLinesDoNotBindIt) {
         "mode \"a\" {\n  bindsym Ctrl+Mod1+d exec menu\n}"}) {
     EXPECT_FALSE(binds(line)) << line;
   }
+}
+
+TEST(SwayConfiguration, IncludedFilesCount) {
+  const tests::TemporaryDirectory directory;
+  std::filesystem::create_directory(directory.path("config.d"));
+  std::ofstream(directory.path("config.d/keys")) << "include ../more\ninclude keys\n";
+  std::ofstream(directory.path("more")) << "bindsym Ctrl+$alt+d exec menu\n";
+  const std::string here = std::filesystem::path(directory.path("more")).parent_path();
+  for (const std::string& name :
+       {std::string("config.d/*"), here + "/more", std::string("./more")}) {
+    EXPECT_TRUE(binds("set $alt Mod1\ninclude " + name, here)) << name;
+    EXPECT_FALSE(binds("include " + name, here)) << name;
+  }
+  EXPECT_FALSE(binds("set $alt Mod1\ninclude $(cat more)\ninclude none", here));
+  EXPECT_TRUE(binds("set $alt Mod1\ninclude none\ninclude config.d/none more\ninclude more", here));
 }
 
 TEST(SwayConfiguration, ABlockEndsAtItsBrace) {
