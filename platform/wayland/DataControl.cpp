@@ -17,6 +17,9 @@
 namespace seldial::platform::wayland {
 namespace {
 
+using std::chrono::milliseconds;
+using Clock = std::chrono::steady_clock;
+
 /// The types of UTF-8 text, best first. All are one text; programs differ in what they offer.
 constexpr std::array kTextTypes{"text/plain;charset=utf-8", "text/plain;charset=UTF-8",
                                 "UTF8_STRING", "text/plain"};
@@ -25,8 +28,11 @@ constexpr std::array kTextTypes{"text/plain;charset=utf-8", "text/plain;charset=
 /// fill with an old text again.
 constexpr const char* kEmptyType = "application/x-seldial-empty";
 
-/// How long an owner may take for each piece of the text, in milliseconds.
-constexpr int kPatience = 1000;
+/// How long an owner may take for each piece of the text.
+constexpr milliseconds kPatience{1000};
+
+/// How long all of it may take: the main thread waits, and an owner can send byte by byte.
+constexpr milliseconds kTimeLimit{5000};
 
 /// The longest text that is read.
 constexpr std::size_t kMostBytes = std::size_t{256} * 1024 * 1024;
@@ -57,13 +63,16 @@ const zwlr_data_control_source_v1_listener kSourceListener{
        std::int32_t pipe) { close(pipe); },
     [](void* data, zwlr_data_control_source_v1* source) { self(data).sourceCancelled(source); }};
 
-/// Reads to the end of the stream; nothing on an error, a silence or too much.
-std::optional<std::string> readAll(int pipe) {
+}  // namespace
+
+std::optional<std::string> readToEnd(int pipe, Clock::time_point deadline) {
   std::string text;
   std::vector<char> buffer(64UL * 1024);
-  for (;;) {
+  for (auto left = deadline - Clock::now(); left.count() > 0; left = deadline - Clock::now()) {
     pollfd readable{pipe, POLLIN, 0};
-    const int ready = poll(&readable, 1, kPatience);
+    const auto patience = std::min<Clock::duration>(left, kPatience);
+    const int ready =
+        poll(&readable, 1, static_cast<int>(std::chrono::ceil<milliseconds>(patience).count()));
     if (ready == -1 && errno == EINTR) continue;
     if (ready != 1) return {};
     const auto count = read(pipe, buffer.data(), buffer.size());
@@ -72,9 +81,8 @@ std::optional<std::string> readAll(int pipe) {
     if (count == -1 || static_cast<std::size_t>(count) > kMostBytes - text.size()) return {};
     text.append(buffer.data(), static_cast<std::size_t>(count));
   }
+  return {};
 }
-
-}  // namespace
 
 DataControl::DataControl(Display& display)
     : display_(display),
@@ -117,7 +125,7 @@ std::optional<std::string> DataControl::receive(const char* type) {
   zwlr_data_control_offer_v1_receive(clipboard_, type, pipe[1]);
   display_.synchronise();  // the descriptor has been sent
   close(pipe[1]);
-  auto text = readAll(pipe[0]);
+  auto text = readToEnd(pipe[0], Clock::now() + kTimeLimit);
   close(pipe[0]);
   return text;
 }

@@ -2,6 +2,7 @@
 // clipboard managers.
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <optional>
 #include <string>
@@ -13,6 +14,10 @@ struct zwlr_data_control_offer_v1;
 struct zwlr_data_control_source_v1;
 
 namespace seldial::platform::wayland {
+
+/// Reads a pipe to its end. Nothing when a second passes without a piece, the end is not reached by
+/// `deadline`, it is more than 256 MiB, or a read fails.
+std::optional<std::string> readToEnd(int pipe, std::chrono::steady_clock::time_point deadline);
 
 /// Main thread only.
 class DataControl {
@@ -28,8 +33,8 @@ class DataControl {
   bool takeEmpty();
 
   /// The text that has been copied since takeEmpty(), as its owner gives it. Nothing when nobody
-  /// copied, what was copied is no text, it is longer than 256 MiB, or a second passes without a
-  /// piece of it.
+  /// copied, what was copied is no text, it is longer than 256 MiB, a second passes without a piece
+  /// of it, or all of it takes longer than 5 seconds.
   [[nodiscard]] std::optional<std::string> copiedText();
 
   // Called by libwayland.

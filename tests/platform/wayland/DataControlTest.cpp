@@ -1,0 +1,61 @@
+// What another program sends as its copied text.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <thread>
+
+#include "platform/wayland/DataControl.h"
+#include "tests/support/Waiting.h"
+
+namespace seldial::platform::wayland {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+class CopiedText : public testing::Test {
+ protected:
+  CopiedText() { EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0); }
+  ~CopiedText() override {
+    close(ends[0]);
+    endText();
+  }
+
+  void send(const std::string& text) const {
+    EXPECT_EQ(write(ends[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+  void endText() {
+    if (ends[1] != -1) close(std::exchange(ends[1], -1));
+  }
+
+  int ends[2] = {-1, -1};
+};
+
+TEST_F(CopiedText, IsReadToItsEnd) {
+  send("020 ");
+  send("1234");
+  endText();
+  EXPECT_EQ(readToEnd(ends[0], Clock::now() + tests::kTimeLimit), "020 1234");
+}
+
+TEST_F(CopiedText, IsGivenUpWithoutAnEnd) {
+  send("020");
+  EXPECT_EQ(readToEnd(ends[0], Clock::now() + std::chrono::milliseconds(20)), std::nullopt);
+}
+
+TEST_F(CopiedText, ThatComesByteByByteIsGivenUpInTime) {
+  std::atomic<bool> over{false};
+  std::thread owner([&] {
+    while (!over) {
+      send("0");
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  });
+  EXPECT_EQ(readToEnd(ends[0], Clock::now() + std::chrono::milliseconds(100)), std::nullopt);
+  over = true;
+  owner.join();
+}
+
+}  // namespace
+}  // namespace seldial::platform::wayland
