@@ -75,10 +75,10 @@ bool EventPump::serveUntil(Clock::time_point deadline, const std::function<bool(
   for (;;) {
     serve();
     if (done()) return true;
-    if (handleRead()) continue;  // read together with replies that `done` waited for
     const auto left = deadline - Clock::now();
     if (connection_.lost() || loop_.interrupted() || left.count() <= 0) return false;
-    waitForInput(left);
+    // Events may have been read together with replies that `done` waited for.
+    if (!handleRead()) waitForInput(left);
   }
 }
 

@@ -59,6 +59,25 @@ TEST(Desktop, AServerThatDoesNotAnswerIsOneLine) {
                 " does not answer; there will be no hot key\n");
 }
 
+TEST(EventPump, EventsThatNeverEndDoNotMoveADeadline) {
+  const XServer server;
+  setenv("DISPLAY", server.display().c_str(), 1);
+  const auto connection = Connection::open();
+  ASSERT_NE(connection, nullptr);
+  linux_port::MainLoop loop;
+  EventPump pump(*connection, loop, [] {});
+  const auto causeAnEvent = [&] {
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.window = connection->window();
+    xcb_send_event(connection->xcb(), 0, event.window, 0, reinterpret_cast<const char*>(&event));
+    connection->synchronise();
+    return false;
+  };
+  EXPECT_FALSE(
+      pump.serveUntil(EventPump::Clock::now() + std::chrono::milliseconds(20), causeAnEvent));
+}
+
 TEST(Desktop, AServerThatLacksXTestIsOneLine) {
   const XServer server({"-extension", "XTEST"});
   setenv("DISPLAY", server.display().c_str(), 1);
