@@ -89,22 +89,34 @@ TEST_F(WaylandDialing, AGtkEntryIsDialledUntilItIsDeselectedAndKeepsItsText) {
   EXPECT_EQ(zenity.readLine(), kNumber);
 }
 
-TEST_F(WaylandDialing, NothingReachesTheProgramInATerminal) {
+TEST_F(WaylandDialing, ATerminalsSelectionIsDialledAndNothingReachesTheProgramInside) {
   startListening();
-  EXPECT_THAT(answerTo(setHotKey(2, 100)), IsHotkeyStateTrue());
   const NamedPipe pipe;
+  // The terminal answers where its cursor is, so what was written before is on its screen.
   const TemporaryFile script("exec 3>'" + pipe.path() +
                              "'\n"
                              "stty raw -echo\n"
-                             "echo ready >&3\n"
+                             "printf '4930123\\033[6n'\n"
+                             "dd bs=1 count=6 of=/dev/null 2>/dev/null\n"
+                             "echo shown >&3\n"
                              "dd bs=1 count=1 2>/dev/null >&3\n"
                              "echo >&3\n");
   const ChildProcess foot({"foot", "sh", script.path()}, {}, "sudo apt-get install foot");
   ChildProcess inside({"cat", pipe.path()});
-  EXPECT_EQ(inside.readLine(), "ready");
+  EXPECT_EQ(inside.readLine(), "shown");
   sway.waitForFocus("foot");
+  EXPECT_THAT(answerTo(setHotKey(2, 100)), IsHotkeyStateTrue());
   use();
   EXPECT_TRUE(process->waitForLine("> no number found on pasteboard"));
+  // Its search selects what it finds.
+  keyboard.use({KEY_LEFTCTRL, KEY_LEFTSHIFT}, KEY_R);
+  for (const auto key :
+       std::vector<unsigned>{KEY_4, KEY_9, KEY_3, KEY_0, KEY_1, KEY_2, KEY_3, KEY_ENTER}) {
+    keyboard.tap(key);
+  }
+  EXPECT_THAT(answerTo(setHotKey(2, kDelay)), IsHotkeyStateTrue());
+  use();
+  EXPECT_THAT(client.nextMessage(), testing::Optional(testing::HasSubstr(R"("number":"4930123")")));
   keyboard.tap(KEY_Q);
   EXPECT_EQ(inside.readLine(), "q");
 }
