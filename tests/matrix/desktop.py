@@ -1,0 +1,171 @@
+"""The user of a private X server, and Seldial on it."""
+import contextlib
+import json
+import os
+import signal
+import socket
+import subprocess
+import threading
+import time
+
+CONTROL, ALT, KEY_D, KEY_HOME = 37, 64, 40, 110  # X key codes
+KEYS = {"a": 38, "/": 61}
+
+
+def eventually(condition, seconds=30.0):
+    """The first true value of `condition`, or its last one when the time is over."""
+    end = time.monotonic() + seconds
+    while not (value := condition()) and time.monotonic() < end:
+        time.sleep(0.05)
+    return value
+
+
+@contextlib.contextmanager
+def running(command, **options):
+    """A program and what it starts, ended with the block."""
+    process = subprocess.Popen(command, start_new_session=True, **options)
+    try:
+        yield process
+    finally:
+        with contextlib.suppress(ProcessLookupError):
+            os.killpg(process.pid, signal.SIGTERM)
+        try:
+            process.wait(5)
+        except subprocess.TimeoutExpired:
+            os.killpg(process.pid, signal.SIGKILL)
+            process.wait()
+
+
+class User:
+    """Plays the keys of the physical keyboard, and the mouse."""
+
+    def __init__(self, display):
+        from Xlib import X, display as connection
+        from Xlib.protocol import rq
+        self.X, self.display = X, connection.Display(display)
+
+        class FakeInput(rq.Request):
+            _request = rq.Struct(
+                rq.Card8("opcode"), rq.Opcode(2), rq.RequestLength(), rq.Card8("event"),
+                rq.Card8("detail"), rq.Pad(2), rq.Card32("time"), rq.Window("root", (X.NONE,)),
+                rq.Pad(8), rq.Int16("x"), rq.Int16("y"), rq.Pad(7), rq.Card8("device"))
+
+        self.request = FakeInput
+        self.first = self.display.query_extension("XInputExtension").first_event
+        slave_keyboard = 4
+        self.keyboard = next(device.deviceid for device in self.display.xinput_query_device(0).devices
+                             if device.use == slave_keyboard and "XTEST" not in device.name)
+
+    def fake(self, event, detail, device=0, x=0, y=0, after=1):
+        """`after`: milliseconds that the server waits."""
+        self.request(display=self.display.display,
+                     opcode=self.display.display.get_extension_major("XTEST"),
+                     event=event, detail=detail, time=after, root=self.X.NONE, x=x, y=y, device=device)
+
+    def press(self, *keys):
+        for key in keys:
+            self.fake(self.first + 1, key, self.keyboard)
+        self.display.sync()
+
+    def release(self, *keys):
+        for key in keys:
+            self.fake(self.first + 2, key, self.keyboard)
+        self.display.sync()
+
+    def tap(self, key, *modifiers):
+        self.press(*modifiers, key)
+        self.release(key, *modifiers)
+        time.sleep(0.3)
+
+    def move(self, place):
+        self.fake(self.X.MotionNotify, 0, x=place[0], y=place[1])
+        self.display.sync()
+
+    def click(self, place, times=1):
+        time.sleep(1)  # not a part of a click before
+        self.move(place)
+        for _ in range(times):
+            self.fake(self.X.ButtonPress, 1, after=40)
+            self.fake(self.X.ButtonRelease, 1, after=40)
+        self.display.sync()  # sent together: no double click gets slow
+        time.sleep(0.3)
+
+    def drag(self, begin, end, button):
+        time.sleep(0.6)
+        self.move(begin)
+        self.fake(self.X.ButtonPress, button)
+        for step in range(1, 11):
+            self.move([a + (b - a) * step // 10 for a, b in zip(begin, end)])
+            time.sleep(0.02)
+        self.fake(self.X.ButtonRelease, button)
+        self.display.sync()
+        time.sleep(0.3)
+
+    def keys_down(self):
+        state = self.display.screen().root.query_pointer().mask & 0xFF
+        return state != 0 or any(self.display.query_keymap())
+
+    def focused_area(self):
+        """Where the window with the focus is: x, y, width, height."""
+        window = self.display.get_input_focus().focus
+        if isinstance(window, int):
+            return None
+        while window.get_wm_class() is None:
+            window = window.query_tree().parent
+            if not window:
+                return None
+        size, place = window.get_geometry(), window.translate_coords(self.display.screen().root, 0, 0)
+        return -place.x, -place.y, size.width, size.height
+
+
+class Seldial:
+    """The program under test."""
+
+    def __init__(self, program, directory, environment):
+        self.path = f"{directory}/dialer"
+        self.process = subprocess.Popen(
+            [program, "-log", f"dialerpipename={self.path}"], stdout=subprocess.PIPE, text=True,
+            encoding="utf-8", env=environment, start_new_session=True)
+        self.results, self.changed = [], threading.Condition()
+        self.registered = 0
+        threading.Thread(target=self.read, daemon=True).start()
+        eventually(lambda: os.path.exists(self.path))
+
+    def read(self):
+        for line in self.process.stdout:
+            with self.changed:
+                if line.startswith('{"') and '"MakeCall"' in line:
+                    self.results.append(json.loads(line)["number"])
+                elif "no number found" in line:
+                    self.results.append(None)
+                elif '"HotkeyState"' in line:
+                    self.registered += 1
+                self.changed.notify_all()
+
+    def register(self, delay):
+        """Ctrl+Alt+D."""
+        before = self.registered
+        with socket.socket(socket.AF_UNIX) as connection:
+            connection.connect(self.path)
+            connection.sendall(b'{"command":"SetHotKey","modifierCtrl":true,"modifierAlt":true,'
+                               b'"virtualkey":2,"readdelay":%d}' % delay)
+        with self.changed:
+            self.changed.wait_for(lambda: self.registered > before, 30)
+
+    def dial(self, user, way="last"):
+        """Uses the hot key and returns the dialled text; None when nothing was found."""
+        count = len(self.results)
+        user.press(CONTROL, ALT, KEY_D)
+        if way == "modifiers first":
+            user.release(CONTROL, ALT)
+            time.sleep(0.05)
+            user.release(KEY_D)
+        else:
+            user.release(KEY_D)
+            if way == "held":
+                time.sleep(1)
+            user.release(ALT, CONTROL)
+        with self.changed:
+            if not self.changed.wait_for(lambda: len(self.results) > count, 30):
+                return "no answer"
+        return self.results[count]
