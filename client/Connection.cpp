@@ -7,7 +7,7 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <memory>
+#include <utility>
 
 #include "platform/System.h"
 #include "unixsocket/GDUnixSocketClient.h"
@@ -103,6 +103,40 @@ std::optional<std::string> askRunningClient(const std::string& request, std::str
   auto answer = writeAll(*socket, request + "\n", failure) ? readAll(*socket) : std::nullopt;
   if (!answer) error = "the running seldial-uc does not answer";
   return answer;
+}
+
+/// The connection, and its delegate. Its callback runs on the library's thread.
+class HotKeyTrial::Receiver final : public GDUnixSocketClientDelegate {
+ public:
+  Receiver(Socket socket, std::function<void()> used)
+      : socket_(std::move(socket)), used_(std::move(used)) {}
+
+  void close() { socket_->close(); }
+
+  void unixSocketClientDidReceiveData(GDUnixSocketClient& /*client*/,
+                                      const Data& /*data*/) override {
+    if (const auto used = std::exchange(used_, nullptr)) used();
+  }
+
+ private:
+  const Socket socket_;
+  std::function<void()> used_;
+};
+
+std::unique_ptr<HotKeyTrial> HotKeyTrial::start(std::function<void()> used) {
+  const std::string path = controlSocketPath();
+  std::string failure;
+  const Socket socket = path.empty() ? nullptr : connectTo(path, failure);
+  if (!socket || !writeAll(*socket, std::string(kTrialRequest) + "\n", failure)) return nullptr;
+  std::unique_ptr<HotKeyTrial> trial(new HotKeyTrial);
+  trial->receiver_ = std::make_shared<Receiver>(socket, std::move(used));
+  socket->setDelegate(trial->receiver_);
+  socket->readLoop();
+  return trial;
+}
+
+HotKeyTrial::~HotKeyTrial() {
+  receiver_->close();
 }
 
 }  // namespace seldial

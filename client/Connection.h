@@ -1,6 +1,8 @@
 // Short connections to a running seldial and to a running seldial-uc.
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -31,5 +33,28 @@ inline constexpr const char* kHotKeyRequest = "hotkey";
 /// To read the configuration again. The answer is empty, or says what is wrong, without a full
 /// stop.
 inline constexpr const char* kReloadRequest = "reload";
+
+/// The next use of the hot key of the running seldial-uc, which dials nothing then. It ends with
+/// the object. Made and destroyed on one thread.
+class HotKeyTrial {
+ public:
+  /// `used` is called once at most, on another thread, which may be after the object is gone. Null
+  /// when no seldial-uc is running.
+  static std::unique_ptr<HotKeyTrial> start(std::function<void()> used);
+
+  ~HotKeyTrial();
+  HotKeyTrial(const HotKeyTrial&) = delete;
+  HotKeyTrial& operator=(const HotKeyTrial&) = delete;
+
+ private:
+  class Receiver;
+
+  HotKeyTrial() = default;
+
+  std::shared_ptr<Receiver> receiver_;
+};
+
+/// The request of a HotKeyTrial. The answer comes when the hot key has been used.
+inline constexpr const char* kTrialRequest = "try";
 
 }  // namespace seldial

@@ -52,7 +52,8 @@ bool isOurs(const HotKey& hotKey) {
 }
 
 int show(ShortcutWindow& window, const ShortcutOptions& options) {
-  window.setIsOurs(isOurs);
+  window.setOurs(
+      {isOurs, [](std::function<void()> used) { return HotKeyTrial::start(std::move(used)); }});
   window.begin(options.hotKey, options.delay.value_or(kUsualDelay));
   QObject::connect(&window, &QDialog::finished, &window,
                    [](int result) { QCoreApplication::exit(result == QDialog::Accepted ? 0 : 1); });

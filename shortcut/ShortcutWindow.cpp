@@ -40,6 +40,7 @@ ShortcutWindow::ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver
   setWindowTitle(settings != nullptr ? QStringLiteral("Seldial settings")
                                      : QStringLiteral("Seldial shortcut"));
   light_.setSingleShot(true);
+  oursUsed_->setSingleShot(true);
   light_.setInterval(kLightTime);
   auto* const layout = new QGridLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -109,6 +110,11 @@ void ShortcutWindow::connectControls() {
     watched->installEventFilter(this);
   }
   connect(&light_, &QTimer::timeout, this, &ShortcutWindow::showAll);
+  connect(oursUsed_.get(), &QTimer::timeout, this, [this] {
+    if (!oursTrial_) return;
+    lightUp();
+    tryOut();
+  });
 }
 
 void ShortcutWindow::describeControls() {
@@ -202,6 +208,7 @@ bool ShortcutWindow::focusNextPrevChild(bool next) {
 void ShortcutWindow::accept() {
   if (!accept_->isEnabled()) return;
   // Seldial must be able to register it.
+  oursTrial_.reset();
   trial_.giveBack();
   failure_ = deliver_(hotKeyOf(*field_->hotKey()), static_cast<std::uint16_t>(delay_->value()));
   if (!failure_) return QDialog::accept();
@@ -210,15 +217,23 @@ void ShortcutWindow::accept() {
 
 /// Registers the shortcut while it can be tried out. The last result stays shown.
 void ShortcutWindow::tryOut() {
+  oursTrial_.reset();
   if (!isActiveWindow() || field_->isEditing()) {
     trial_.giveBack();
   } else {
     state_ = trial_.take(field_->hotKey());
-    const bool isOurs =
-        state_ == ShortcutState::kHeld && isOurs_ && isOurs_(hotKeyOf(*field_->hotKey()));
-    if (isOurs) state_ = ShortcutState::kOurs;
+    if (state_ == ShortcutState::kHeld) tryOurs();
   }
   showAll();
+}
+
+/// Where Seldial holds it, Seldial tells when it is used.
+void ShortcutWindow::tryOurs() {
+  if (!ours_.holds || !ours_.holds(hotKeyOf(*field_->hotKey()))) return;
+  state_ = ShortcutState::kOurs;
+  oursTrial_ = ours_.tryOut([used = oursUsed_] {
+    QMetaObject::invokeMethod(used.get(), "start", Qt::QueuedConnection);  // from any thread
+  });
 }
 
 void ShortcutWindow::showAll() {
@@ -264,7 +279,7 @@ void ShortcutWindow::showState() {
                         "copy."));
   } else if (state_ == ShortcutState::kOurs) {
     tell(Kind::kPlain, "Seldial uses this shortcut",
-         QStringLiteral("Select a number in another window and press it."));
+         QStringLiteral("Press it and release it: this panel lights up, and nothing is dialled."));
   } else if (state_ == ShortcutState::kHeld) {
     tell(Kind::kWarning, "Another program holds this shortcut",
          QStringLiteral("If that program is Seldial, keep it. Otherwise record another one."));

@@ -28,8 +28,14 @@ class ShortcutWindow : public QDialog {
   using Deliver =
       std::function<std::optional<std::string>(const HotKey& hotKey, std::uint16_t delay)>;
 
-  /// Whether the Seldial of this user holds a hot key that is not free.
-  using IsOurs = std::function<bool(const HotKey& hotKey)>;
+  /// The Seldial of this user.
+  struct Ours {
+    std::function<bool(const HotKey& hotKey)> holds;  ///< whether it holds a hot key
+
+    /// Calls `used` once on any thread, when that hot key is used next, in place of dialling. Ends
+    /// when the result is destroyed.
+    std::function<std::shared_ptr<void>(std::function<void()> used)> tryOut;
+  };
 
   /// `acceptText` is the text of the button that accepts. The dialog is accepted once `deliver` has
   /// succeeded. `settings`, of which the window takes ownership, is shown below the delay; null:
@@ -38,7 +44,7 @@ class ShortcutWindow : public QDialog {
                  QWidget* settings = nullptr);
 
   /// To be called before the window is shown. Without this no shortcut is Seldial's own.
-  void setIsOurs(IsOurs isOurs) { isOurs_ = std::move(isOurs); }
+  void setOurs(Ours ours) { ours_ = std::move(ours); }
 
   /// Sets the shortcut and delay shown at the start. To be called before the window is shown.
   void begin(const std::optional<HotKey>& hotKey, std::uint16_t delay);
@@ -65,13 +71,17 @@ class ShortcutWindow : public QDialog {
   void lightUp();
 
   void tryOut();
+  void tryOurs();
   void showAll();
   void showShortcut();
   void showState();
 
   const platform::KeyboardPorts keyboard_;
   const Deliver deliver_;
-  IsOurs isOurs_;
+  Ours ours_;
+  std::shared_ptr<void> oursTrial_;  ///< while Seldial's own hot key is tried out
+  /// Started when it was used. Whoever still has it on another thread may outlive the window.
+  const std::shared_ptr<QTimer> oursUsed_{new QTimer, [](QTimer* timer) { timer->deleteLater(); }};
   KeycapField* field_;
   QLabel* words_;
   QPushButton* record_;

@@ -70,16 +70,18 @@ class ControlSocket::Receiver final : public GDUnixSocketServerDelegate,
     const std::string line = request.substr(0, end);
     partial_.erase(clientID);
     handler_(line, [weak = weak_from_this(), clientID](const std::string& answer) {
-      if (const auto self = weak.lock()) self->reply(answer, clientID);
+      const auto self = weak.lock();
+      return self && self->reply(answer, clientID);
     });
   }
 
-  void reply(const std::string& answer, const std::string& clientID) {
+  bool reply(const std::string& answer, const std::string& clientID) {
     const auto clients = server_->connectedClients();
     const auto client = clients.find(clientID);
-    if (client == clients.end()) return;
-    server_->sendData(answer, clientID);  // a failure is the asker's, who is gone
+    if (client == clients.end()) return false;
+    const auto sent = server_->sendData(answer, clientID);
     server_->removeAndCloseClient(client->second);
+    return sent == static_cast<std::int64_t>(answer.size());
   }
 
   const std::shared_ptr<GDUnixSocketServer> server_;

@@ -34,9 +34,9 @@ class History {
 /// connect. Made, used and destroyed on the main thread.
 class ControlSocket {
  public:
-  /// Sends the answer and closes the connection. To be called once, on the main thread; it does
-  /// nothing once the socket or the connection is gone.
-  using Reply = std::function<void(const std::string& answer)>;
+  /// Sends the answer and closes the connection. To be called once, on the main thread. False when
+  /// the asker is gone.
+  using Reply = std::function<bool(const std::string& answer)>;
 
   /// Handles a request, on the main thread; it may reply later.
   using Handler = std::function<void(const std::string& request, const Reply& reply)>;

@@ -125,7 +125,7 @@ void Session::dialerWrote(const std::string& line) {
   if (logged->starts_with("Unix socket server listen ok")) {
     sendSetHotKey();
   } else if (*logged == "no number found on pasteboard") {
-    if (dialling_) notDialled("nothing was selected");
+    if (!wasTrial() && dialling_) notDialled("nothing was selected");
   } else if (logged->starts_with("Unix socket server listen failed") ||
              logged->starts_with("Failed to start unix socket server")) {
     fail("seldial cannot listen at " + dialerPath_);
@@ -157,6 +157,7 @@ void Session::received(const std::string& text) {
       fail("seldial did not accept the command: " + message.text);
       break;
     case Message::Kind::MakeCall:
+      if (wasTrial()) break;
       if (dialling_) {
         dialling_->dial(message.text);
       } else {
@@ -250,6 +251,8 @@ void Session::restart() {
 void Session::answer(const std::string& request, const ControlSocket::Reply& reply) {
   if (request == kStatusRequest) {
     reply(statusText());
+  } else if (request == kTrialRequest) {
+    trying_ = reply;
   } else if (request == kHotKeyRequest) {
     reply(hasHotKey_ ? spellingOfHotKey(options_.hotKey).value_or("") : "");
   } else if (request == kReloadRequest) {
@@ -267,7 +270,14 @@ std::string Session::statusText() const {
   return "Hot key:  " + options_.spelling + (hasHotKey_ ? "" : " (not set)") + "\n" +
          "Dials:    " + describedDialling(options_.dialling) + "\n" +
          "Session:  " + variable("XDG_SESSION_TYPE") + ", DISPLAY " + variable("DISPLAY") + "\n" +
-         "Running:  since " + timeText(begun_) + "\n" + history_.text();
+         "Running:  since " + timeText(begun_) + "\n" +
+         (trying_ ? "Next use: is not dialled, the settings show it\n" : "") + history_.text();
+}
+
+/// Whether somebody wanted to know of this use of the hot key, and still does.
+bool Session::wasTrial() {
+  const auto reply = std::exchange(trying_, nullptr);
+  return reply && reply("used\n");
 }
 
 /// Applies the configuration as it is now. The program to start and --conversation stay.
@@ -275,7 +285,8 @@ void Session::reload(const ControlSocket::Reply& reply) {
   std::string error;
   const auto options = reread_(error);
   if (!options || reloading_ || !hasHotKey_) {
-    return reply(!options ? error : "seldial is not ready, please try again");
+    reply(!options ? error : "seldial is not ready, please try again");
+    return;
   }
   previousOptions_ = std::exchange(options_, *options);
   makeDialler();

@@ -58,6 +58,7 @@ class Session : public std::enable_shared_from_this<Session> {
 
   void answer(const std::string& request, const ControlSocket::Reply& reply);
   [[nodiscard]] std::string statusText() const;
+  bool wasTrial();
   void reload(const ControlSocket::Reply& reply);
   void finishReload(const std::string& answer);
 
@@ -90,6 +91,7 @@ class Session : public std::enable_shared_from_this<Session> {
   std::unique_ptr<Dialler> dialling_;  ///< null when numbers are only printed
   History history_;
   ControlSocket::Reply reloading_;  ///< to be told how a reload ended; empty: there is none
+  ControlSocket::Reply trying_;     ///< to be told of the next use; empty: that is dialled
   bool hasHotKey_ = false;
   bool hotKeyWasSet_ = false;  ///< once
   const std::time_t begun_ = std::time(nullptr);

@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
+#include <future>
 
 #include "client/Connection.h"
 #include "tests/support/Sockets.h"
@@ -32,6 +33,22 @@ TEST(Connection, ASeldialThatTakesNobodyIsNotWaitedForForEver) {
   const tests::UcListener seldial(directory.path("in"), 0);
   EXPECT_EQ(sendCommand("first", directory.path("in")), std::nullopt);
   EXPECT_NE(sendCommand("second", directory.path("in")), std::nullopt);
+}
+
+TEST(HotKeyTrial, IsToldOfTheNextUseOnce) {
+  const tests::TemporaryDirectory directory;
+  setenv("XDG_RUNTIME_DIR", directory.path("").c_str(), 1);
+  EXPECT_EQ(HotKeyTrial::start({}), nullptr);
+  const auto client = tests::Peer::listeningAt(directory.path("seldial-uc"));
+  std::promise<void> used;
+  auto trial = HotKeyTrial::start([&used] { used.set_value(); });
+  ASSERT_TRUE(trial);
+  const auto connection = client.accepted();
+  EXPECT_EQ(connection.receive(4), "try\n");
+  EXPECT_TRUE(connection.send("used\n"));
+  used.get_future().wait();
+  trial.reset();
+  EXPECT_EQ(connection.receiveToTheEnd(), "");
 }
 
 TEST(Connection, TheControlSocketIsWhereNobodyElseCanEnter) {

@@ -1,6 +1,7 @@
 // The window as its user drives it, by the keys of a real keyboard.
 #include <QAccessible>
 #include <QLabel>
+#include <thread>
 
 #include "shortcut/ShortcutWindow.h"
 #include "tests/platform/x11/ForeignGrabs.h"
@@ -96,16 +97,28 @@ TEST_F(ShortcutWindowTest, WhatAnotherProgramHoldsIsAWarningAndCanStillBeAccepte
   EXPECT_EQ(statusName(), "Try it here");
 }
 
-TEST_F(ShortcutWindowTest, WhatSeldialHoldsIsNoWarning) {
+TEST_F(ShortcutWindowTest, WhatSeldialHoldsIsNoWarningAndCanBeTried) {
   ASSERT_TRUE(others.take(kKeyD, kControlAlt));
   ASSERT_TRUE(others.take(kKeyK, kControlAlt));
-  isOurs = [](const HotKey& hotKey) { return hotKey == controlAltD(); };
+  std::function<void()> use;
+  ours = {[](const HotKey& hotKey) { return hotKey == controlAltD(); },
+          [&use](std::function<void()> used) {
+            use = std::move(used);
+            return std::make_shared<int>();
+          }};
   open(controlAltD());
   EXPECT_EQ(statusName(), "Seldial uses this shortcut");
   EXPECT_EQ(status()->kind(), StatusPanel::Kind::kPlain);
   EXPECT_TRUE(canAccept());
+  std::thread(use).join();
+  EXPECT_TRUE(comesTrue([this] { return isLit(); }));
+  EXPECT_TRUE(says("Seldial uses this shortcut"));
+  const auto late = use;
   record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
   EXPECT_EQ(statusName(), "Another program holds this shortcut");
+  late();
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(isLit()) << "that shortcut is not tried any more";
 }
 
 TEST_F(ShortcutWindowTest, WhatTheWindowManagerHoldsIsRecordedAndAWarning) {

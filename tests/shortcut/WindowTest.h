@@ -38,7 +38,7 @@ class WindowTest : public testing::Test {
           return deliveryError;
         },
         QStringLiteral("&Use this shortcut"));
-    window->setIsOurs(isOurs);
+    window->setOurs(ours);
     window->begin(hotKey, delay);
     ASSERT_TRUE(activate(*window));
   }
@@ -71,7 +71,7 @@ class WindowTest : public testing::Test {
   }
 
   Keyboard& keyboard = QtDesktop::shared().keyboard;
-  ShortcutWindow::IsOurs isOurs;
+  ShortcutWindow::Ours ours;
   std::optional<std::string> deliveryError;  ///< what the next deliveries fail with
   std::vector<std::string> commands;         ///< what was handed over
   std::unique_ptr<ShortcutWindow> window;

@@ -4,8 +4,10 @@
 
 #include <csignal>
 #include <fstream>
+#include <memory>
 
 #include "tests/support/Sockets.h"
+#include "tests/support/Waiting.h"
 #include "tests/support/desktop/Keyboard.h"
 #include "tests/support/desktop/Keys.h"
 #include "tests/support/desktop/XClient.h"
@@ -18,6 +20,7 @@ namespace {
 using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::MatchesRegex;
+using testing::Not;
 
 /// A client that dials, with a configuration file.
 class Commands : public testing::Test {
@@ -29,20 +32,35 @@ class Commands : public testing::Test {
     return file_;
   }
 
+  /// A connection on which the next use of the hot key will be told.
+  [[nodiscard]] tests::Peer askToTry() const {
+    tests::Peer asker = tests::Peer::connectedTo(client_.socket());
+    EXPECT_TRUE(asker.send("try\n"));
+    EXPECT_TRUE(tests::eventually(
+        [this] { return client_.outputOf({"status"}).find("Next use:") != std::string::npos; }));
+    return asker;
+  }
+
   /// Presses the key with Control and Alt while this is selected.
-  void use(const std::string& selection, std::uint8_t key = tests::kKeyD) {
+  void pressHotKey(const std::string& selection, std::uint8_t key = tests::kKeyD) {
     tests::XClientSettings settings;
     settings.copy = tests::answersWith(selection);
-    const tests::XClient editor(server_.display(), settings);
+    editor_ = std::make_unique<tests::XClient>(server_.display(), settings);
     tests::Keyboard keyboard(server_.display());
     keyboard.press({tests::kKeyLeftControl, tests::kKeyLeftAlt, key});
     keyboard.release({key, tests::kKeyLeftAlt, tests::kKeyLeftControl});
+  }
+
+  /// The same, and waits for the outcome.
+  void use(const std::string& selection, std::uint8_t key = tests::kKeyD) {
+    pressHotKey(selection, key);
     ASSERT_TRUE(client_.process().waitForLine("ialled"));
   }
 
   const tests::TemporaryDirectory directory_;
   const std::string file_ = directory_.path("file");
   tests::XServer server_;
+  std::unique_ptr<tests::XClient> editor_;
   RunningClient client_{{"--config", configure("dial = \"true\"\ndelay = 50\nregion = \"NL\"\n")},
                         server_.environment()};
 };
@@ -82,6 +100,24 @@ TEST_F(Commands, ReloadKeepsTheHotKeyWhenTheNewOneIsRefused) {
               HasSubstr("the hot key ctrl+alt+k was refused: hotkey not set"));
   ASSERT_TRUE(client_.process().waitForLine("Hot key ctrl+alt+d is set: "));
   use("020 123 4567");
+}
+
+TEST_F(Commands, AUseThatIsTriedOutIsNotDialled) {
+  for (const char* const selection : {"020 123 4567", ""}) {
+    const tests::Peer asker = askToTry();
+    pressHotKey(selection);
+    EXPECT_EQ(asker.receiveToTheEnd(), "used\n");
+  }
+  EXPECT_THAT(client_.outputOf({"status"}), Not(HasSubstr("dialled")));
+  use("020 765 4321");
+  EXPECT_THAT(client_.outputOf({"status"}), HasSubstr("called +31207654321"));
+}
+
+TEST_F(Commands, AnAskerThatHasGonePreventsNoCall) {
+  { const tests::Peer asker = askToTry(); }
+  (void)client_.outputOf({"status"});  // it has seen the end of that connection by now
+  use("020 123 4567");
+  EXPECT_THAT(client_.outputOf({"status"}), HasSubstr("called +31201234567"));
 }
 
 TEST_F(Commands, ASecondClientLeavesTheFirstOneItsSocket) {
@@ -149,8 +185,8 @@ TEST(CommandLine, RawSendsStandardInputAsItIs) {
 TEST(CommandLine, ListenPrintsEachMessage) {
   const tests::TemporaryDirectory directory;
   tests::ChildProcess listener({SELDIAL_UC, "listen", directory.path("out")});
-  while (!tests::Peer::connectedTo(directory.path("out")).connected()) {
-  }
+  ASSERT_TRUE(tests::eventually(
+      [&] { return tests::Peer::connectedTo(directory.path("out")).connected(); }));
   EXPECT_EQ(listener.readLine(), "");  // that connection had no message
   tests::sendCommand(directory.path("out"), {"{", "}\n"});
   EXPECT_EQ(listener.readLine(), R"({}\u000a)");

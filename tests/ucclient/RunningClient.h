@@ -45,6 +45,9 @@ class RunningClient {
 
   [[nodiscard]] tests::ChildProcess& process() { return process_; }
 
+  /// The socket on which it answers requests.
+  [[nodiscard]] std::string socket() const { return directory_.path("seldial-uc"); }
+
   /// Whether it has left nothing behind.
   [[nodiscard]] bool directoryIsEmpty() const {
     return std::filesystem::is_empty(directory_.path(""));
