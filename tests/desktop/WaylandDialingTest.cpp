@@ -78,7 +78,8 @@ TEST_F(WaylandDialing, AGtkEntryIsDialledUntilItIsDeselectedAndKeepsItsText) {
   startListening();
   EXPECT_THAT(answerTo(setHotKey(2, kDelay)), IsHotkeyStateTrue());
   ChildProcess zenity({"zenity", "--entry", "--entry-text", kNumber},
-                      {"GDK_BACKEND=wayland", "NO_AT_BRIDGE=1"}, "sudo apt-get install zenity");
+                      {"GDK_BACKEND=wayland", "GSK_RENDERER=cairo", "NO_AT_BRIDGE=1"},
+                      "sudo apt-get install zenity");
   sway.waitForFocus("zenity");
   dial();
   keyboard.tap(KEY_END);

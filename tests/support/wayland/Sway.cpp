@@ -1,5 +1,6 @@
 #include "tests/support/wayland/Sway.h"
 
+#include <strings.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -82,14 +83,17 @@ void Sway::reload(const std::string& configuration) const {
   if (!run("reload")) throw std::runtime_error("sway does not reload its configuration");
 }
 
-void Sway::waitForFocus(const std::string& applicationId) const {
+void Sway::waitForFocus(const std::string& name) const {
   const auto connection = SwayConnection::open(ipc());
   const bool focused = eventually([&] {
     const auto tree = connection ? connection->ask(SwayRequest::kGetTree) : std::nullopt;
     const auto names = platform::wayland::focusedProgram(tree.value_or(""));
-    return std::find(names.begin(), names.end(), applicationId) != names.end();
+    return std::any_of(names.begin(), names.end(), [&](const std::string& id) {
+      return id.size() >= name.size() &&
+             strcasecmp(id.c_str() + id.size() - name.size(), name.c_str()) == 0;
+    });
   });
-  if (!focused) throw std::runtime_error("no window of " + applicationId + " has the focus");
+  if (!focused) throw std::runtime_error("no window of " + name + " has the focus");
 }
 
 void Sway::kill() {

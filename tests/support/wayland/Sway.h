@@ -37,8 +37,9 @@ class Sway {
   /// Reads the configuration again, changed to the given one; returns once that is done.
   void reload(const std::string& configuration = {}) const;
 
-  /// Waits until the window of a program with this application id has the focus.
-  void waitForFocus(const std::string& applicationId) const;
+  /// Waits until the window of a program has the focus. Its application id ends with `name`,
+  /// whatever the case: "zenity" and "org.gnome.Zenity".
+  void waitForFocus(const std::string& name) const;
 
   /// Every connection is lost at once. Returns once it is gone.
   void kill();
