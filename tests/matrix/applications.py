@@ -66,7 +66,7 @@ APPLICATIONS = [
     Application("cool-retro-term", "cool-retro-term", "cool-retro-term -e {show}", "terminal", settle=5),
     Application("zutty", "zutty xfonts-base", "zutty -e {show}", "terminal"),
     Application("Eterm", "eterm xfonts-base", "Eterm -e {show}", "terminal"),
-    Application("tmux in xterm", "tmux xterm", "xterm -e tmux -S {dir}/tmux -f /dev/null new {show}", "terminal"),
+    Application("tmux in xterm", "tmux xterm", "xterm -e tmux -S {dir}/tmux -f {dir}/tmux.conf new {show}", "terminal"),
 ]
 
 TOOLKITS = {
@@ -74,6 +74,7 @@ TOOLKITS = {
                 ".t mark set insert 1.0; focus -force .t\n",
     "entry.tcl": "pack [entry .e -width 60]; .e insert 0 {%(line)s}; focus -force .e\n",
     "notepad.sh": "wineboot --init; exec wine notepad %(text)s\n",
+    "tmux.conf": "set -g destroy-unattached on\n",  # its server ends with the terminal
     "gtk3.py": """import sys, gi
 gi.require_version('Gtk', '3.0')
 from gi.repository import Gtk
