@@ -77,7 +77,8 @@ void UserKeyboard::press(const std::vector<unsigned>& keys) {
 }
 
 void UserKeyboard::release(const std::vector<unsigned>& keys) {
-  for (auto key = keys.rbegin(); key != keys.rend(); ++key) set(*key, false);
+  const std::vector<unsigned> reversed(keys.rbegin(), keys.rend());
+  for (const auto key : reversed) set(key, false);
 }
 
 void UserKeyboard::tap(unsigned key) {
