@@ -57,7 +57,7 @@ TEST_F(Chooser, EscapeChoosesNothing) {
 
 TEST_F(Chooser, TheClientDialsWhatWasChosen) {
   const Softphone phone("phone");
-  RunningClient client({"--dial", phone.path(), "--delay", "50", "--region", "NL"},
+  RunningClient client({"--dial", phone.path(), "--delay", "500", "--region", "NL"},
                        server_.environment());
   (void)client.process().readLine();
   (void)client.process().readLine();  // the hot key is set
@@ -76,7 +76,7 @@ TEST_F(Chooser, TheClientDialsWhatWasChosen) {
 TEST_F(Chooser, TheClientAsksWhereNothingCanBeUndone) {
   const Softphone phone("phone");
   RunningClient client(
-      {"--dial", phone.path(), "--confirm", "undo", "--delay", "50", "--region", "NL"},
+      {"--dial", phone.path(), "--confirm", "undo", "--delay", "500", "--region", "NL"},
       server_.environment());
   ASSERT_TRUE(client.process().waitForLine("is set: "));
   XClientSettings settings;

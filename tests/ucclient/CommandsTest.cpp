@@ -61,7 +61,7 @@ class Commands : public testing::Test {
   const std::string file_ = directory_.path("file");
   tests::XServer server_;
   std::unique_ptr<tests::XClient> editor_;
-  RunningClient client_{{"--config", configure("dial = \"true\"\ndelay = 50\nregion = \"NL\"\n")},
+  RunningClient client_{{"--config", configure("dial = \"true\"\ndelay = 500\nregion = \"NL\"\n")},
                         server_.environment()};
 };
 
@@ -78,7 +78,7 @@ TEST_F(Commands, StatusTellsWhatRunsAndWhatHappened) {
 }
 
 TEST_F(Commands, ReloadAppliesTheConfiguration) {
-  configure("dial = \"true\"\nhotkey = \"ctrl+alt+k\"\ndelay = 50\nregion = \"DE\"\n");
+  configure("dial = \"true\"\nhotkey = \"ctrl+alt+k\"\ndelay = 500\nregion = \"DE\"\n");
   EXPECT_EQ(client_.outputOf({"reload"}), "");
   use("030 23125123", tests::kKeyK);
   EXPECT_THAT(client_.outputOf({"status"}), HasSubstr("called +493023125123"));

@@ -110,7 +110,7 @@ class Undo : public Notifications {
  protected:
   const Softphone phone_{"phone"};
   RunningClient client_{
-      {"--dial", phone_.path(), "--confirm=undo", "--undo-time=60", "--delay=50", "--region=NL"},
+      {"--dial", phone_.path(), "--confirm=undo", "--undo-time=60", "--delay=500", "--region=NL"},
       server_.environment(),
       "/usr/bin:/bin",
       bus_};
@@ -172,16 +172,16 @@ TEST_F(Notifications, ARefusedHotKeyIsShownWithTheReason) {
 }
 
 TEST_F(Notifications, ACallIsShownWithItsNumber) {
-  RunningClient client({"--dial", "true", "--delay", "50", "--region", "NL"}, server_.environment(),
-                       "/usr/bin:/bin", bus_);
+  RunningClient client({"--dial", "true", "--delay", "500", "--region", "NL"},
+                       server_.environment(), "/usr/bin:/bin", bus_);
   use(client, "Tel. 020 123\u00A04567");
   EXPECT_TRUE(monitor_.waitForLine("member=Notify"));
   EXPECT_TRUE(monitor_.waitForLine("string \"Calling +31201234567\""));
 }
 
 TEST_F(Notifications, WhatIsNotDialledIsShownWithTheReason) {
-  RunningClient client({"--dial", "true", "--delay", "50", "--region", "NL"}, server_.environment(),
-                       "/usr/bin:/bin", bus_);
+  RunningClient client({"--dial", "true", "--delay", "500", "--region", "NL"},
+                       server_.environment(), "/usr/bin:/bin", bus_);
   use(client, "hello");
   EXPECT_TRUE(monitor_.waitForLine("string \"Nothing was dialled\""));
   EXPECT_TRUE(monitor_.waitForLine("string \"there is no telephone number in the selection\""));

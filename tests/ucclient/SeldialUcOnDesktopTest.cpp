@@ -34,7 +34,7 @@ TEST_F(SeldialUcOnDesktop, EachNumberIsShownAsItCameAndForPeople) {
   tests::XClientSettings settings;
   settings.copy = tests::answersWith("+31 20 123 4567\n");
   const tests::XClient editor(server_.display(), settings);
-  RunningClient client({"--delay", "100"}, server_.environment());
+  RunningClient client({"--delay", "500"}, server_.environment());
   expectHotKey(client);
   for (int use = 0; use < 2; ++use) {
     pressHotKey();
