@@ -19,21 +19,28 @@ bool isIgnored(int signal) {
 
 void MainThread::post(Task task) {
   const std::lock_guard lock(mutex_);
+  if (stopped_) return;
   tasks_.push_back(std::move(task));
   posted_.notify_one();
 }
 
 void MainThread::run() {
-  while (!stopped_) next()();
+  while (const Task task = next()) task();
 }
 
+// A dropped task may be what keeps this queue alive.
 void MainThread::stop() {
+  std::deque<Task> dropped;  // destroyed after the lock is released
+  const std::lock_guard lock(mutex_);
   stopped_ = true;
+  dropped.swap(tasks_);
 }
 
+/// The next task; empty once stopped.
 MainThread::Task MainThread::next() {
   std::unique_lock lock(mutex_);
-  posted_.wait(lock, [this] { return !tasks_.empty(); });
+  posted_.wait(lock, [this] { return stopped_ || !tasks_.empty(); });
+  if (stopped_) return {};
   Task task = std::move(tasks_.front());
   tasks_.pop_front();
   return task;

@@ -13,7 +13,7 @@ class MainThread {
  public:
   using Task = std::function<void()>;
 
-  /// Any thread. A task posted after stop() never runs.
+  /// Any thread. A task that has not run when stop() is called never does, and is destroyed.
   void post(Task task);
 
   /// Runs tasks until one of them calls stop().
@@ -23,7 +23,7 @@ class MainThread {
  private:
   Task next();
 
-  std::mutex mutex_;  ///< guards tasks_
+  std::mutex mutex_;  ///< guards the members below
   std::condition_variable posted_;
   std::deque<Task> tasks_;
   bool stopped_ = false;
