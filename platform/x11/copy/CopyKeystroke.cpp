@@ -1,6 +1,7 @@
 #include "platform/x11/copy/CopyKeystroke.h"
 
 #include <xcb/xinput.h>
+#include <xcb/xtest.h>
 
 #include <utility>
 
@@ -10,6 +11,19 @@ namespace {
 /// How long the user gets to release the keys: most do, and an application that sees a modifier go
 /// up with XTEST may take that for a keystroke of its own.
 constexpr std::chrono::milliseconds kPatience{250};
+
+/// For keys that this program left down when the server closed its connection: a server that goes
+/// on keeps them down. If there is no server any more, nothing happens.
+void releaseOverNewConnection(const KeySet& keys) {
+  auto* const xcb = xcb_connect(nullptr, nullptr);
+  for (unsigned key = 0; key < keys.size(); ++key) {
+    if (!keys[key]) continue;
+    xcb_test_fake_input(xcb, XCB_KEY_RELEASE, static_cast<xcb_keycode_t>(key), XCB_CURRENT_TIME,
+                        XCB_WINDOW_NONE, 0, 0, 0);
+  }
+  freed(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));  // all are executed
+  xcb_disconnect(xcb);
+}
 
 }  // namespace
 
@@ -87,6 +101,7 @@ void CopyKeystroke::releaseSyntheticKeysExcept(const KeySet& physical) {
 
 void CopyKeystroke::releaseSyntheticKeys() {
   if (synthetic_.none()) return;
+  if (connection_.lost()) return releaseOverNewConnection(synthetic_);
   releaseSyntheticKeysExcept({});
   connection_.synchronise();  // the server drops requests still under way when the client ends
 }

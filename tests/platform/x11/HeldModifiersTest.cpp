@@ -3,6 +3,7 @@
 
 #include "platform/x11/copy/CopyKeystroke.h"
 #include "tests/platform/x11/DialTest.h"
+#include "tests/support/desktop/Xcb.h"
 
 namespace seldial::platform::x11 {
 namespace {
@@ -157,6 +158,24 @@ TEST_F(HeldModifiers, AKeyboardUnpluggedWithItsKeysDownLeavesNothingStuck) {
   keyboard.waitForTypedDown({});
   keyboard.plugIn();
   keyboard.release(kControlAltKeys);
+}
+
+TEST_F(HeldModifiers, AConnectionThatIsClosedLeavesNothingStuck) {
+  const XClient client(server.display());
+  keyboard.press(kControlAltKeys);
+  keyboard.tap(kKeyD);
+  expectDial(1);
+  EXPECT_EQ(keyboard.typedDown(), (KeySetSeen{kKeyLeftControl, kKeyLeftAlt}));
+  auto* const other = tests::connectToServer(server.display());
+  xcb_kill_client(other, port.call([this] { return port.session().connection.window(); }));
+  tests::synchronise(other);
+  xcb_disconnect(other);
+  port.waitForLoss();
+  serverLives = false;  // for us
+  port.call([this] { port.dropClipboard(); });
+  keyboard.waitForTypedDown({});
+  keyboard.release(kControlAltKeys);
+  EXPECT_EQ(keyboard.modifiers(), 0U);
 }
 
 TEST_F(HeldModifiers, AControlPressedMeanwhileStaysPressed) {
