@@ -12,7 +12,7 @@ namespace {
 /// up with XTEST may take that for a keystroke of its own.
 constexpr std::chrono::milliseconds kPatience{250};
 
-/// For keys that this program left down when the server closed its connection: a server that goes
+/// For keys that may have been down when the connection was lost: a server that goes
 /// on keeps them down. If there is no server any more, nothing happens.
 void releaseOverNewConnection(const KeySet& keys) {
   auto* const xcb = xcb_connect(nullptr, nullptr);
@@ -51,15 +51,15 @@ void CopyKeystroke::press() {
   watchKeys();
   releaseHeldKeys();
   const KeyboardMap& map = keyboards_.typingMap();
-  keyboards_.type(map.insert, false);  // another program may have left it down
-  keyboards_.type(map.control, true);
-  keyboards_.type(map.insert, true);
+  type(map.insert, false);  // another program may have left it down
+  type(map.control, true);
+  type(map.insert, true);
 }
 
 void CopyKeystroke::release() {
   const KeyboardMap& map = keyboards_.typingMap();
-  keyboards_.type(map.insert, false);
-  keyboards_.type(map.control, false);
+  type(map.insert, false);
+  type(map.control, false);
   pressHeldModifiersAgain();
 }
 
@@ -84,9 +84,10 @@ void CopyKeystroke::pressHeldModifiersAgain() {
   synthetic_ = std::exchange(taken_, {}) & keyboards_.typingMap().heldModifiers;
   typeAll(synthetic_, true);
   const KeySet physical = keyboards_.down().physical;
+  if (!connection_.lost()) pressed_ = synthetic_;
   if (physical[control] && !synthetic_[control]) {
     synthetic_.set(control);
-    keyboards_.type(control, true);
+    type(control, true);
   }
   underWay_ = false;
   releaseSyntheticKeysExcept(physical);
@@ -100,8 +101,8 @@ void CopyKeystroke::releaseSyntheticKeysExcept(const KeySet& physical) {
 }
 
 void CopyKeystroke::releaseSyntheticKeys() {
-  if (synthetic_.none()) return;
-  if (connection_.lost()) return releaseOverNewConnection(synthetic_);
+  if (connection_.lost() && pressed_.any()) releaseOverNewConnection(pressed_);
+  if (connection_.lost() || synthetic_.none()) return;
   releaseSyntheticKeysExcept({});
   connection_.synchronise();  // the server drops requests still under way when the client ends
 }
@@ -117,7 +118,7 @@ bool CopyKeystroke::handle(const xcb_generic_event_t& event) {
 }
 
 void CopyKeystroke::releasedByUser(xcb_keycode_t key) {
-  if (synthetic_[key]) keyboards_.type(key, false);
+  if (synthetic_[key]) type(key, false);
   synthetic_.reset(key);
   watchKeys();
 }
@@ -133,8 +134,13 @@ void CopyKeystroke::watchKeys() {
 
 void CopyKeystroke::typeAll(const KeySet& keys, bool down) {
   for (unsigned key = 0; key < keys.size(); ++key) {
-    if (keys[key]) keyboards_.type(static_cast<xcb_keycode_t>(key), down);
+    if (keys[key]) type(static_cast<xcb_keycode_t>(key), down);
   }
+}
+
+void CopyKeystroke::type(xcb_keycode_t key, bool down) {
+  if (down) pressed_.set(key);
+  keyboards_.type(key, down);
 }
 
 }  // namespace seldial::platform::x11

@@ -40,6 +40,7 @@ class CopyKeystroke final : public EventHandler {
   void releasedByUser(xcb_keycode_t key);
   void watchKeys();
   void typeAll(const KeySet& keys, bool down);
+  void type(xcb_keycode_t key, bool down);
 
   Connection& connection_;
   EventPump& pump_;
@@ -50,6 +51,7 @@ class CopyKeystroke final : public EventHandler {
   bool changed_ = false;   ///< the user pressed or released a key since it was last checked
   KeySet taken_;           ///< modifiers that press() released though the user holds them
   KeySet synthetic_;       ///< modifiers pressed with XTEST because the user holds them
+  KeySet pressed_;         ///< pressed with XTEST, and not known to be released
 };
 
 }  // namespace seldial::platform::x11
