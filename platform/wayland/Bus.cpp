@@ -1,0 +1,169 @@
+#include "platform/wayland/Bus.h"
+
+#include <poll.h>
+#include <sys/epoll.h>
+#include <sys/timerfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+
+namespace seldial::platform::wayland {
+namespace {
+
+using std::chrono::microseconds;
+using Clock = std::chrono::steady_clock;
+
+constexpr std::uint64_t kNever = UINT64_MAX;
+
+const BusObject kDaemon{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
+
+int handleSignal(sd_bus_message* signal, void* handler, sd_bus_error* /*error*/) {
+  (*static_cast<Bus::SignalHandler*>(handler))(signal);
+  return 0;
+}
+
+/// The instant of a steady_clock, in microseconds, as a timer takes it.
+itimerspec timerAt(std::uint64_t time) {
+  itimerspec setting{};
+  if (time == kNever) return setting;
+  setting.it_value.tv_sec = static_cast<time_t>(time / 1'000'000);
+  // A value of zero would disarm the timer.
+  setting.it_value.tv_nsec = static_cast<long>(time % 1'000'000) * 1000 + 1;
+  return setting;
+}
+
+}  // namespace
+
+std::unique_ptr<Bus> Bus::open(linux_port::MainLoop& loop, std::function<void()> connectionLost) {
+  sd_bus* connection = nullptr;
+  if (sd_bus_open_user(&connection) < 0) return nullptr;
+  std::unique_ptr<Bus> bus(new Bus(connection, loop, std::move(connectionLost)));
+  return bus->isReady() ? std::move(bus) : nullptr;
+}
+
+Bus::Bus(sd_bus* bus, linux_port::MainLoop& loop, std::function<void()> connectionLost)
+    : loop_(loop),
+      connectionLost_(std::move(connectionLost)),
+      bus_(bus),
+      epoll_(epoll_create1(EPOLL_CLOEXEC)),
+      timer_(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {
+  sd_bus_set_method_call_timeout(bus_, microseconds(kPatience).count());
+  epoll_event timer{};
+  timer.events = EPOLLIN;
+  epoll_ctl(epoll_, EPOLL_CTL_ADD, timer_, &timer);
+  epoll_event connection{};
+  epoll_ctl(epoll_, EPOLL_CTL_ADD, sd_bus_get_fd(bus_), &connection);
+  loop_.watch(*this);
+}
+
+Bus::~Bus() {
+  if (watched_) loop_.unwatch(*this);
+  sd_bus_close_unref(bus_);
+  close(timer_);
+  close(epoll_);
+}
+
+/// Waits until the bus has accepted the connection.
+bool Bus::isReady() {
+  const auto deadline = Clock::now() + kPatience;
+  for (;;) {
+    process();
+    if (lost_ || sd_bus_is_ready(bus_) > 0) return !lost_;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+    pollfd waiting{epoll_, POLLIN, 0};
+    if (left.count() <= 0 ||
+        (poll(&waiting, 1, static_cast<int>(left.count())) == -1 && errno != EINTR)) {
+      return false;
+    }
+  }
+}
+
+bool Bus::hasOwner(const std::string& name) {
+  const auto reply = call(kDaemon, "NameHasOwner", "s", name.c_str());
+  int owned = 0;
+  return reply && sd_bus_message_read(reply.get(), "b", &owned) > 0 && owned != 0;
+}
+
+BusMessage Bus::newCall(const BusObject& object, const char* method) {
+  sd_bus_message* message = nullptr;
+  const int result =
+      sd_bus_message_new_method_call(bus_, &message, object.service.c_str(), object.path.c_str(),
+                                     object.interface.c_str(), method);
+  if (result < 0) error_ = std::strerror(-result);
+  return BusMessage(message);
+}
+
+BusMessage Bus::call(BusMessage message) {
+  if (!message) return nullptr;
+  sd_bus_error error = SD_BUS_ERROR_NULL;
+  sd_bus_message* reply = nullptr;
+  const int result = sd_bus_call(bus_, message.get(), 0, &error, &reply);
+  if (result < 0) error_ = error.message != nullptr ? error.message : std::strerror(-result);
+  sd_bus_error_free(&error);
+  return BusMessage(reply);
+}
+
+BusSlot Bus::onSignal(const BusObject& object, const char* signal, SignalHandler handler) {
+  auto owned = std::make_unique<SignalHandler>(std::move(handler));
+  sd_bus_slot* slot = nullptr;
+  const int result =
+      sd_bus_match_signal(bus_, &slot, object.service.c_str(), object.path.c_str(),
+                          object.interface.c_str(), signal, handleSignal, owned.get());
+  if (result < 0) {
+    error_ = std::strerror(-result);
+    return nullptr;
+  }
+  // The slot owns the handler, and sd-bus keeps the slot while it calls the handler.
+  sd_bus_slot_set_destroy_callback(slot,
+                                   [](void* data) { delete static_cast<SignalHandler*>(data); });
+  (void)owned.release();
+  return BusSlot(slot);
+}
+
+void Bus::readable() {
+  process();
+  if (!lost_ || !std::exchange(watched_, false)) return;
+  loop_.unwatch(*this);
+  connectionLost_();
+}
+
+// A call may have read signals while it waited for its reply.
+void Bus::willWait() {
+  process();
+}
+
+bool Bus::readableWhileBlocked() {
+  process();
+  return !lost_;
+}
+
+void Bus::process() {
+  if (lost_) return;
+  int result = 0;
+  do {
+    result = sd_bus_process(bus_, nullptr);
+  } while (result > 0);
+  lost_ = result < 0;
+  prepareWait();
+}
+
+/// Makes epoll_ readable when sd-bus has something to do. After a loss it is readable for good, and
+/// readable() tells of it.
+void Bus::prepareWait() {
+  std::uint64_t time = kNever;
+  sd_bus_get_timeout(bus_, &time);
+  if (lost_) time = 0;
+  const auto setting = timerAt(time);
+  timerfd_settime(timer_, TFD_TIMER_ABSTIME, &setting, nullptr);
+  const int wanted = lost_ ? 0 : sd_bus_get_events(bus_);
+  epoll_event connection{};
+  if ((wanted & POLLIN) != 0) connection.events |= EPOLLIN;
+  if ((wanted & POLLOUT) != 0) connection.events |= EPOLLOUT;
+  if (wanted < 0 || connection.events == events_) return;
+  events_ = connection.events;
+  epoll_ctl(epoll_, EPOLL_CTL_MOD, sd_bus_get_fd(bus_), &connection);
+}
+
+}  // namespace seldial::platform::wayland

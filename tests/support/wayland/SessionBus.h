@@ -1,0 +1,64 @@
+// A private session bus, and a service on it.
+#pragma once
+
+#include <systemd/sd-bus.h>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "tests/support/ChildProcess.h"
+
+namespace seldial::tests {
+
+/// Gone with the test. Throws std::runtime_error when there is no dbus-daemon on this machine; the
+/// text says what to install.
+class SessionBus {
+ public:
+  SessionBus();
+
+  [[nodiscard]] const std::string& address() const { return address_; }
+  /// Makes it the session bus of the test's own process.
+  void enter() const;
+  /// Every connection is lost at once. Returns once it is gone.
+  void kill();
+
+ private:
+  ChildProcess daemon_;
+  const std::string address_;
+};
+
+/// A program on the bus, served by a thread of its own.
+class BusService {
+ public:
+  /// Replies to a call, as sd-bus expects of a filter: 0 leaves the call to others.
+  using Answer = std::function<int(sd_bus_message* call)>;
+
+  /// It has the name once it is constructed. `answer` is called on the thread.
+  BusService(const SessionBus& bus, const std::string& name, Answer answer);
+  ~BusService();
+  BusService(const BusService&) = delete;
+  BusService& operator=(const BusService&) = delete;
+
+  /// Sends a signal; the arguments are those of sd_bus_message_append().
+  template <class... Arguments>
+  void emit(const char* path, const char* interface, const char* signal, const char* types,
+            Arguments... arguments) {
+    const std::lock_guard lock(mutex_);
+    sd_bus_emit_signal(bus_, path, interface, signal, types, arguments...);
+    sd_bus_flush(bus_);
+  }
+
+ private:
+  void run();
+
+  const Answer answer_;
+  sd_bus* bus_ = nullptr;
+  std::mutex mutex_;  ///< guards bus_
+  int stop_;          ///< an eventfd
+  std::thread thread_;
+};
+
+}  // namespace seldial::tests
