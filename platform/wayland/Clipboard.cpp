@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/x11/copy/CurrentLine.h"
+
 namespace seldial::platform::wayland {
 
 void WaylandClipboard::clear() {
@@ -10,7 +12,8 @@ void WaylandClipboard::clear() {
 
 bool WaylandClipboard::copySelection() {
   terminal_ = TerminalKind::kNone;
-  for (const auto& name : focusedProgram_()) {
+  names_ = focusedProgram_();
+  for (const auto& name : names_) {
     if (terminal_ == TerminalKind::kNone) terminal_ = terminalKind(name);
   }
   const bool byCopyKey = terminal_ == TerminalKind::kOther;
@@ -22,6 +25,7 @@ std::optional<std::string> WaylandClipboard::text() {
   auto text = data_.copiedText();
   // Some terminals copy an empty text when nothing is selected.
   if (terminal_ != TerminalKind::kNone && text && text->empty()) return {};
+  if (text && x11::mayBeCurrentLine(names_, *text)) return {};
   return text;
 }
 

@@ -31,7 +31,8 @@ class WaylandClipboard final : public Clipboard {
   DataControl& data_;
   VirtualKeyboard& keyboard_;
   const FocusedProgram focusedProgram_;
-  TerminalKind terminal_ = TerminalKind::kNone;  ///< of the last copy
+  std::vector<std::string> names_;               ///< of the program that copied last
+  TerminalKind terminal_ = TerminalKind::kNone;  ///< its kind
 };
 
 }  // namespace seldial::platform::wayland

@@ -36,7 +36,7 @@ APPLICATIONS = [
     Application("scite", "scite", "scite -code.page=65001 {text}"),
     Application("l3afpad", "l3afpad", "l3afpad {text}"),
     Application("featherpad", "featherpad", "featherpad --standalone {text}"),
-    Application("kate", "kate", "kate --new {text}", settle=5, known="keeps its selection in PRIMARY when a key drops it"),
+    Application("kate", "kate", "kate --new {text}", settle=5, known="copies the current line where nothing is selected; so one line with its newline, as a triple click selects it, is not dialled"),
     Application("Evince", "evince", "evince {pdf}", "reader", settle=4),
     Application("zathura", "zathura zathura-pdf-poppler", "zathura {pdf}", "reader", "drag 1"),
     Application("xpdf", "xpdf", "xpdf {pdf}", "reader", "drag 1"),

@@ -23,11 +23,8 @@ constexpr std::array kApplications{
     "org.wezfurlong.wezterm", "pterm", "qterminal", "rio", "roxterm", "Rxvt", "sakura", "st",
     "st-256color", "stterm", "terminator", "termit", "tilda", "tilix", "URxvt", "UXTerm", "wezterm",
     "x-terminal-emulator", "Xfce4-terminal", "XTerm", "yakuake", "zutty",
-    // Selecting takes PRIMARY. Neither Ctrl+Insert nor Ctrl+C fills CLIPBOARD, or it does with
-    // nothing selected.
+    // Selecting takes PRIMARY. Neither Ctrl+Insert nor Ctrl+C fills CLIPBOARD.
     "Dillo",             // web browser
-    "kate",              // editor; copies the current line when nothing is selected
-    "kwrite",            // the same editor
     "MuPDF",             // document viewer
     "org.pwmt.zathura",  // document viewer
     "Xedit",             // Athena text widget

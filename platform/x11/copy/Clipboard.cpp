@@ -5,6 +5,7 @@
 
 #include "platform/x11/copy/Applications.h"
 #include "platform/x11/copy/CopyKeystroke.h"
+#include "platform/x11/copy/CurrentLine.h"
 #include "platform/x11/copy/FocusedWindow.h"
 #include "platform/x11/copy/PrimarySelection.h"
 #include "platform/x11/copy/SelectionTransfer.h"
@@ -112,14 +113,13 @@ class SelectionClipboard final : public Clipboard {
 
   [[nodiscard]] bool copySelection() override {
     if (!keystroke_.isPossible()) return false;
-    const auto focused = findFocusedWindow(session_->connection);
-    if (isReadFromPrimary(focused.names)) {
-      window_ = focused.window;
-      source_ = primary_.isStaleIn(window_) ? Source::kNothing : Source::kPrimary;
-    } else if (isLeftAlone(focused.names)) {
+    focused_ = findFocusedWindow(session_->connection);
+    if (isReadFromPrimary(focused_.names)) {
+      source_ = primary_.isStaleIn(focused_.window) ? Source::kNothing : Source::kPrimary;
+    } else if (isLeftAlone(focused_.names)) {
       source_ = Source::kNothing;
     } else {
-      if (isWine(focused.names)) letWineNotice();
+      if (isWine(focused_.names)) letWineNotice();
       keystroke_.press();
       keystroke_.release();
     }
@@ -135,8 +135,10 @@ class SelectionClipboard final : public Clipboard {
     const auto owner = ownerOf(connection, selection);
     if (owner == XCB_WINDOW_NONE || owner == connection.window()) return {};
     // A selection in another window than the focused one is not what the user means.
-    if (primary && !areOfOneProgram(connection, window_, owner)) return {};
-    return readSelectionText(connection, session_->pump, selection);
+    if (primary && !areOfOneProgram(connection, focused_.window, owner)) return {};
+    auto text = readSelectionText(connection, session_->pump, selection);
+    if (text && mayBeCurrentLine(focused_.names, *text)) return {};
+    return text;
   }
 
  private:
@@ -148,7 +150,7 @@ class SelectionClipboard final : public Clipboard {
 
   enum class Source {
     kClipboard,
-    kPrimary,  ///< if the program of window_ owns it
+    kPrimary,  ///< if the program of focused_ owns it
     kNothing,  ///< what could be read may be from before
   };
 
@@ -157,7 +159,7 @@ class SelectionClipboard final : public Clipboard {
   PrimarySelection primary_;
   CopyKeystroke keystroke_;
   Source source_ = Source::kClipboard;
-  xcb_window_t window_ = XCB_WINDOW_NONE;  ///< the one whose selection is read
+  FocusedWindow focused_;  ///< the one whose selection is read
 };
 
 }  // namespace

@@ -159,6 +159,20 @@ TEST_F(SwayCopy, AnEmptyTextFromATerminalMeansThatNothingIsSelected) {
   EXPECT_EQ(port->dialled(), Texts{std::nullopt});
 }
 
+TEST_F(SwayCopy, WhatMayBeTheCurrentLineOfAnEditorIsNotDialled) {
+  EditorSettings kate;
+  kate.applicationId = "org.kde.kate";
+  kate.selected = kNumber + "\n";
+  Editor editor(sway.display(), kate);
+  dialCopies(editor);
+  useHotKey();
+  port->waitForDials(1);
+  editor.select(kNumber);
+  useHotKey();
+  port->waitForDials(2);
+  EXPECT_EQ(port->dialled(), (Texts{std::nullopt, kNumber}));
+}
+
 TEST_F(SwayCopy, WithoutAWindowNothingIsFound) {
   tests::ClipboardOwner owner(sway.display());
   owner.own("old");

@@ -32,10 +32,10 @@ TEST(Applications, WineGivesItsWindowsTheNameOfTheProgram) {
   EXPECT_FALSE(isWine({}));
 }
 
-TEST(Applications, ProgramsInWhichNoKeyCopiesOnlyTheSelectionAreReadFromPrimary) {
+TEST(Applications, ProgramsInWhichNoKeyCopiesAreReadFromPrimary) {
   EXPECT_TRUE(isReadFromPrimary({"org.pwmt.zathura", "Zathura"}));
   EXPECT_TRUE(isReadFromPrimary({"win", "Xpdf"}));
-  EXPECT_TRUE(isReadFromPrimary({"kate", "kate"}));
+  EXPECT_FALSE(isReadFromPrimary({"kate", "kate"}));
   EXPECT_FALSE(isReadFromPrimary({"evince", "Evince"}));
   EXPECT_FALSE(isReadFromPrimary({"main", "terminology"}));
 }

@@ -44,6 +44,22 @@ TEST_F(CopyingWithKeys, WithNothingSelectedNothingIsFound) {
   EXPECT_EQ(port.dialled()[0], std::nullopt);
 }
 
+TEST_F(CopyingWithKeys, WhatMayBeTheCurrentLineOfAnEditorIsNotDialled) {
+  std::size_t uses = 0;
+  const auto dialFrom = [&](const std::string& name, const std::string& copied) {
+    XClientSettings settings;
+    settings.wmClass = name;
+    settings.copy = answersWith(copied);
+    const XClient client(server.display(), settings);
+    useHotKey();
+    port.waitForDials(++uses);
+    return port.dialled().back();
+  };
+  EXPECT_EQ(dialFrom("Kate", kNumber + "\n"), std::nullopt);
+  EXPECT_EQ(dialFrom("Kate", kNumber), kNumber);
+  EXPECT_EQ(dialFrom("gedit", kNumber + "\n"), kNumber + "\n");
+}
+
 TEST_F(CopyingWithKeys, WithNoWindowAtAllNothingIsFound) {
   useHotKey();
   port.waitForDials(1);

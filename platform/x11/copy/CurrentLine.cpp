@@ -1,0 +1,43 @@
+#include "platform/x11/copy/CurrentLine.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <array>
+
+namespace seldial::platform::x11 {
+namespace {
+
+constexpr std::array kEditors{
+    // The KTextEditor component.
+    "kate",
+    "kdevelop",
+    "kile",
+    "kwrite",
+    "org.kde.kate",
+    "org.kde.kdevelop",
+    "org.kde.kile",
+    "org.kde.kwrite",
+    // Visual Studio Code and its builds.
+    "code",
+    "code - insiders",
+    "code-oss",
+    "codium",
+    "vscodium",
+    "notepad++.exe",  // under Wine
+    "sublime_text",
+};
+
+bool isEditor(const std::string& name) {
+  return std::any_of(kEditors.begin(), kEditors.end(),
+                     [&](const char* editor) { return strcasecmp(name.c_str(), editor) == 0; });
+}
+
+}  // namespace
+
+bool mayBeCurrentLine(const std::vector<std::string>& names, std::string_view text) {
+  const bool isLine = !text.empty() && text.find('\n') == text.size() - 1;
+  return isLine && std::any_of(names.begin(), names.end(), isEditor);
+}
+
+}  // namespace seldial::platform::x11

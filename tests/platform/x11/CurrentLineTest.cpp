@@ -1,0 +1,25 @@
+#include <gtest/gtest.h>
+
+#include "platform/x11/copy/CurrentLine.h"
+
+namespace seldial::platform::x11 {
+namespace {
+
+TEST(CurrentLine, EndsWithItsOnlyNewline) {
+  const std::vector<std::string> kate{"kate", "Kate"};
+  for (const char* const line : {"4930123\n", "4930123\r\n", "\n"})
+    EXPECT_TRUE(mayBeCurrentLine(kate, line)) << line;
+  for (const char* const selection :
+       {"", "4930123", "4930123\n4930124", "4930123\n4930124\n", "\n1"})
+    EXPECT_FALSE(mayBeCurrentLine(kate, selection)) << selection;
+}
+
+TEST(CurrentLine, IsCopiedByEditorsOfEitherName) {
+  EXPECT_TRUE(mayBeCurrentLine({"window", "KWrite"}, "1\n"));
+  EXPECT_TRUE(mayBeCurrentLine({"org.kde.kate"}, "1\n"));
+  EXPECT_FALSE(mayBeCurrentLine({"gedit", "Gedit"}, "1\n"));
+  EXPECT_FALSE(mayBeCurrentLine({}, "1\n"));
+}
+
+}  // namespace
+}  // namespace seldial::platform::x11
