@@ -1,4 +1,4 @@
-// Socket operations that differ between Linux and macOS: socket flags, writes without SIGPIPE and
+// Socket operations that differ between Linux and macOS: making sockets, writes without SIGPIPE and
 // an accept that can be ended.
 #pragma once
 
@@ -8,11 +8,11 @@
 
 namespace seldial::platform {
 
-/// Sets close-on-exec on a new socket and, on macOS, SO_NOSIGPIPE. Returns `number`; passes on -1
-/// and leaves errno alone then. Any thread.
-int setSocketFlags(int number);
+/// Makes a stream socket of the Unix domain, which is closed on exec and, on macOS, raises no
+/// SIGPIPE. Returns its descriptor, which the caller owns; -1 and errno on failure. Any thread.
+int makeStreamSocket();
 
-/// write(2) without SIGPIPE on sockets, also on those that setSocketFlags() has not seen: returns
+/// write(2) without SIGPIPE on sockets, also on those that this file has not made: returns
 /// the number of bytes written, or -1 and errno (EPIPE if the peer is gone). Blocks as write(2)
 /// does. Any thread.
 std::int64_t writeOnce(int number, const void* bytes, std::size_t size);
@@ -31,7 +31,8 @@ class Acceptor {
   virtual ~Acceptor() = default;
 
   /// accept(2) on the listening socket `number`: blocks until there is a connection and returns
-  /// its descriptor, which the caller then owns. -1 and errno: accept failed, or end() was called.
+  /// its descriptor, which the caller then owns; its flags are those of makeStreamSocket(). -1 and
+  /// errno: accept failed, or end() was called.
   virtual int accept(int number) = 0;
 
   /// Makes every accept() on the listening socket `number` return, present and future ones.

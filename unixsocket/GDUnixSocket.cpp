@@ -163,7 +163,7 @@ bool GDUnixSocket::closeDescriptor(Descriptor::Generation generation, std::optio
 
 std::optional<Error> GDUnixSocket::openSocket() {
   std::optional<Error> failure;
-  const int number = platform::setSocketFlags(::socket(AF_UNIX, SOCK_STREAM, 0));
+  const int number = platform::makeStreamSocket();
   if (number == -1) {
     failure = errorOfFailedCall(GDUnixSocketErrorBadSocket, number);
   }

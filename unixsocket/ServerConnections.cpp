@@ -3,7 +3,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Sockets.h"
 #include "unixsocket/GDUnixSocketServer.h"
 #include "unixsocket/SocketPath.h"
 
@@ -122,7 +121,7 @@ void GDUnixSocketServer::acceptConnections(Descriptor::Generation listening) {
 
 int GDUnixSocketServer::acceptOn(Descriptor::Generation listening) {
   const Descriptor::Use use(descriptor(), listening);
-  return platform::setSocketFlags(use.accept());
+  return use.accept();
 }
 
 /// Waits for the readers of all connections whose peers are gone. They need nothing from any peer:

@@ -1,6 +1,5 @@
 #include "platform/Sockets.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -13,15 +12,14 @@ namespace {
 /// On Linux a listening socket can be shut down, which ends accept() for good.
 class ShutdownAcceptor final : public Acceptor {
  public:
-  int accept(int number) override { return ::accept(number, nullptr, nullptr); }
+  int accept(int number) override { return ::accept4(number, nullptr, nullptr, SOCK_CLOEXEC); }
   void end(int number) override { ::shutdown(number, SHUT_RDWR); }
 };
 
 }  // namespace
 
-int setSocketFlags(int number) {
-  if (number != -1) ::fcntl(number, F_SETFD, FD_CLOEXEC);
-  return number;
+int makeStreamSocket() {
+  return ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
 }
 
 std::int64_t writeOnce(int number, const void* bytes, std::size_t size) {

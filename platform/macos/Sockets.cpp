@@ -27,6 +27,19 @@ void setBlocking(int number) {
   ::fcntl(number, F_SETFL, ::fcntl(number, F_GETFL) & ~O_NONBLOCK);
 }
 
+/// Fails on descriptors that are not sockets, and on a socket that both sides have shut down.
+void disableSigpipe(int number) {
+  const int on = 1;
+  ::setsockopt(number, SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
+}
+
+/// Returns `number`; does nothing with -1, and leaves errno alone then.
+int setSocketFlags(int number) {
+  if (number == -1) return number;
+  disableSigpipe(number);
+  return setCloseOnExec(number);
+}
+
 /// Never blocks in accept(), only in poll(), which also watches a pipe. Closing the write end makes
 /// the read end readable for good, for every present and future poll().
 class PipeAcceptor final : public Acceptor {
@@ -47,7 +60,7 @@ class PipeAcceptor final : public Acceptor {
       accepted = ::accept(number, nullptr, nullptr);
     } while (accepted == -1 && errno == EWOULDBLOCK);  // another thread took it
     if (accepted != -1) setBlocking(accepted);
-    return accepted;
+    return setSocketFlags(accepted);
   }
 
   void end(int /*number*/) override {
@@ -92,23 +105,14 @@ class PipeAcceptor final : public Acceptor {
   int writeEnd_ = -1;
 };
 
-/// Fails on descriptors that are not sockets, and on a socket that both sides have shut down; an
-/// accepted connection inherits the option from its listening socket.
-void disableSigpipe(int number) {
-  const int on = 1;
-  ::setsockopt(number, SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
-}
-
 }  // namespace
 
-int setSocketFlags(int number) {
-  if (number == -1) return number;
-  disableSigpipe(number);
-  return setCloseOnExec(number);
+int makeStreamSocket() {
+  return setSocketFlags(::socket(AF_UNIX, SOCK_STREAM, 0));
 }
 
 std::int64_t writeOnce(int number, const void* bytes, std::size_t size) {
-  disableSigpipe(number);  // for sockets that setSocketFlags() has not seen
+  disableSigpipe(number);  // for sockets that were not made here
   return ::write(number, bytes, size);
 }
 

@@ -111,9 +111,9 @@ int __wrap_listen(int fd, int backlog) {
   return route({"listen", fd}, [&] { return __real_listen(fd, backlog); });
 }
 
-int __real_accept(int fd, sockaddr* address, socklen_t* size);
-int __wrap_accept(int fd, sockaddr* address, socklen_t* size) {
-  return route({"accept", fd}, [&] { return __real_accept(fd, address, size); });
+int __real_accept4(int fd, sockaddr* address, socklen_t* size, int flags);
+int __wrap_accept4(int fd, sockaddr* address, socklen_t* size, int flags) {
+  return route({"accept", fd}, [&] { return __real_accept4(fd, address, size, flags); });
 }
 
 int __real_connect(int fd, const sockaddr* address, socklen_t size);

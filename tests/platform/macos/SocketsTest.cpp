@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -70,6 +71,7 @@ namespace seldial::platform {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 /// A listening socket that connections can be made to.
 struct MacSockets : testing::Test {
@@ -173,7 +175,7 @@ TEST_F(MacSockets, AnAcceptThatLosesItsConnectionToAnotherThreadGoesOnWaiting) {
   ::close(connection);
 }
 
-TEST_F(MacSockets, ThePipeOfAnAcceptorIsNotInherited) {
+TEST_F(MacSockets, WhatAnAcceptorOpensIsNotInherited) {
   const int connection = connected();
   constexpr int kMany = 256;
   std::vector<int> before(kMany);
@@ -183,12 +185,12 @@ TEST_F(MacSockets, ThePipeOfAnAcceptorIsNotInherited) {
   int opened = 0;
   for (int number = 0; number < kMany; ++number) {
     const int flags = ::fcntl(number, F_GETFD);
-    if (before[static_cast<std::size_t>(number)] != -1 || flags == -1 || number == accepted)
-      continue;
+    if (before[static_cast<std::size_t>(number)] != -1 || flags == -1) continue;
     EXPECT_EQ(flags, FD_CLOEXEC) << number;
     ++opened;
   }
-  EXPECT_EQ(opened, 2);
+  EXPECT_EQ(opened, 3) << "the connection and the ends of the pipe";
+  EXPECT_THAT(withoutSignals, ElementsAre(accepted));
   ::close(accepted);
   ::close(connection);
 }
@@ -224,18 +226,25 @@ TEST_F(MacSockets, AnAcceptFailsWhenNoDescriptorIsLeftForThePipe) {
   EXPECT_EQ(error, EMFILE);
 }
 
-TEST_F(MacSockets, SetSocketFlagsSetsCloseOnExecAndNoSigpipe) {
-  const int number = ::socket(AF_UNIX, SOCK_STREAM, 0);
-  EXPECT_EQ(setSocketFlags(number), number);
+TEST_F(MacSockets, ANewSocketIsClosedOnExecAndRaisesNoSigpipe) {
+  const int number = makeStreamSocket();
+  ASSERT_NE(number, -1);
   EXPECT_EQ(::fcntl(number, F_GETFD), FD_CLOEXEC);
   EXPECT_THAT(withoutSignals, ElementsAre(number));
   ::close(number);
 }
 
-TEST_F(MacSockets, SetSocketFlagsPassesOnAFailureAndItsErrno) {
-  errno = EMFILE;
-  EXPECT_EQ(setSocketFlags(-1), -1);
-  EXPECT_EQ(errno, EMFILE);
+TEST_F(MacSockets, ASocketThatCannotBeMadeKeepsItsErrno) {
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit none{0, before.rlim_max};
+  ::setrlimit(RLIMIT_NOFILE, &none);
+  const int number = makeStreamSocket();
+  const int error = errno;
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_EQ(number, -1);
+  EXPECT_EQ(error, EMFILE);
+  EXPECT_THAT(withoutSignals, IsEmpty());
 }
 
 TEST_F(MacSockets, AWriteOnAnUnknownSocketRaisesNoSigpipe) {
