@@ -30,8 +30,6 @@ class Session {
  public:
   Session(std::shared_ptr<linux_port::MainLoop> mainLoop, std::unique_ptr<Display> open)
       : loop_(std::move(mainLoop)), display_(std::move(open)) {
-    display.synchronise();  // tells that the seat has a keyboard
-    display.synchronise();  // tells its keymap
     keyboard.useKeymapOfSeat();
   }
 
@@ -43,7 +41,8 @@ class Session {
   linux_port::MainLoop& loop = *loop_;
   Display& display = *display_;
   DataControl data{display};
-  VirtualKeyboard keyboard{display};
+  SeatKeymap keymap{display};
+  VirtualKeyboard keyboard{display, keymap};
 };
 
 /// A session of sway.
@@ -54,7 +53,7 @@ struct SwaySession : Session {
       : Session(std::move(mainLoop), std::move(open)),
         hotKeys(
             std::move(commands), std::move(events), socketPath, loop,
-            [this](std::uint32_t key) { return keyboard.symbolsOf(key); }, connectionLost) {}
+            [this](std::uint32_t key) { return keymap.symbolsOf(key); }, connectionLost) {}
 
   SwayHotKeys hotKeys;
   WaylandClipboard clipboard{data, keyboard, [this] { return hotKeys.focusedProgram(); }};

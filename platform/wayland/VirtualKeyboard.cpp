@@ -1,13 +1,8 @@
 #include "platform/wayland/VirtualKeyboard.h"
 
-#include <sys/mman.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdlib>
-#include <cstring>
-#include <string_view>
-#include <utility>
 
 #include "virtual-keyboard-unstable-v1-client.h"
 
@@ -16,61 +11,6 @@ namespace {
 
 /// The difference between the key codes of XKB and those of evdev.
 constexpr std::uint32_t kFirstKey = 8;
-
-VirtualKeyboard& self(void* data) {
-  return *static_cast<VirtualKeyboard*>(data);
-}
-
-const wl_seat_listener kSeatListener{
-    [](void* data, wl_seat* /*seat*/, std::uint32_t capabilities) {
-      self(data).capabilitiesChanged(capabilities);
-    },
-    [](void* /*data*/, wl_seat* /*seat*/, const char* /*name*/) {}};
-
-// Without a window there are no events but the keymap.
-const wl_keyboard_listener kKeyboardListener{
-    [](void* data, wl_keyboard* /*keyboard*/, std::uint32_t format, std::int32_t file,
-       std::uint32_t size) { self(data).keymapChanged(format, file, size); },
-    [](void* /*data*/, wl_keyboard* /*keyboard*/, std::uint32_t /*serial*/, wl_surface* /*surface*/,
-       wl_array* /*keys*/) {},
-    [](void* /*data*/, wl_keyboard* /*keyboard*/, std::uint32_t /*serial*/,
-       wl_surface* /*surface*/) {},
-    [](void* /*data*/, wl_keyboard* /*keyboard*/, std::uint32_t /*serial*/, std::uint32_t /*time*/,
-       std::uint32_t /*key*/, std::uint32_t /*state*/) {},
-    [](void* /*data*/, wl_keyboard* /*keyboard*/, std::uint32_t /*serial*/,
-       std::uint32_t /*depressed*/, std::uint32_t /*latched*/, std::uint32_t /*locked*/,
-       std::uint32_t /*group*/) {},
-    [](void* /*data*/, wl_keyboard* /*keyboard*/, std::int32_t /*rate*/, std::int32_t /*delay*/) {
-    }};
-
-/// The text of a file in memory, for as long as this object lives.
-class MappedText {
- public:
-  MappedText(int file, std::uint32_t size)
-      : size_(size),
-        address_(file != -1 && size != 0 ? mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0)
-                                         : MAP_FAILED) {}
-  ~MappedText() {
-    if (address_ != MAP_FAILED) munmap(address_, size_);
-  }
-  MappedText(const MappedText&) = delete;
-  MappedText& operator=(const MappedText&) = delete;
-
-  /// Without the zero at its end; empty when there is none.
-  [[nodiscard]] std::string_view text() const {
-    if (address_ == MAP_FAILED) return {};
-    const auto* const characters = static_cast<const char*>(address_);
-    return {characters, strnlen(characters, size_)};
-  }
-
- private:
-  std::size_t size_;
-  void* address_;
-};
-
-std::shared_ptr<xkb_context> makeContext() {
-  return {xkb_context_new(XKB_CONTEXT_NO_FLAGS), xkb_context_unref};
-}
 
 template <class Visit>
 void visitKeys(xkb_keymap* keymap, Visit visit) {
@@ -87,18 +27,6 @@ bool hasAt(xkb_keymap* keymap, xkb_keycode_t key, xkb_layout_index_t layout,
   const xkb_keysym_t* symbols = nullptr;
   const int count = xkb_keymap_key_get_syms_by_level(keymap, key, layout, level, &symbols);
   return count == 1 && *symbols == wanted;
-}
-
-/// Whether the key has the symbol in any layout, with any modifiers.
-bool hasAnywhere(xkb_keymap* keymap, xkb_keycode_t key, xkb_keysym_t symbol) {
-  for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts_for_key(keymap, key);
-       ++layout) {
-    const auto levels = xkb_keymap_num_levels_for_key(keymap, key, layout);
-    for (xkb_level_index_t level = 0; level < levels; ++level) {
-      if (hasAt(keymap, key, layout, level, symbol)) return true;
-    }
-  }
-  return false;
 }
 
 /// The first key that gives the symbol without a modifier in the first layout, as evdev numbers it.
@@ -119,70 +47,14 @@ std::uint32_t now() {
 
 }  // namespace
 
-KeymapFile::~KeymapFile() {
-  if (file_ != -1) close(file_);
-}
-
-KeymapFile::KeymapFile(KeymapFile&& other) noexcept
-    : file_(std::exchange(other.file_, -1)), size_(std::exchange(other.size_, 0)) {}
-
-KeymapFile& KeymapFile::operator=(KeymapFile&& other) noexcept {
-  std::swap(file_, other.file_);
-  std::swap(size_, other.size_);
-  return *this;
-}
-
-KeymapFile KeymapFile::ofSystem() {
-  const auto context = makeContext();
-  const std::shared_ptr<xkb_keymap> keymap(
-      xkb_keymap_new_from_names(context.get(), nullptr, XKB_KEYMAP_COMPILE_NO_FLAGS),
-      xkb_keymap_unref);
-  if (!keymap) return {};
-  const std::unique_ptr<char, decltype(&std::free)> text(
-      xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1), &std::free);
-  if (!text) return {};
-  const auto size = static_cast<std::uint32_t>(std::strlen(text.get()) + 1);
-  KeymapFile result(memfd_create("keymap", MFD_CLOEXEC), size);
-  if (!result || write(result.file(), text.get(), size) != static_cast<ssize_t>(size)) return {};
-  return result;
-}
-
-std::shared_ptr<xkb_keymap> KeymapFile::read() const {
-  const MappedText mapped(file_, size_);
-  const auto context = makeContext();
-  return {xkb_keymap_new_from_buffer(context.get(), mapped.text().data(), mapped.text().size(),
-                                     XKB_KEYMAP_FORMAT_TEXT_V1, XKB_KEYMAP_COMPILE_NO_FLAGS),
-          xkb_keymap_unref};
-}
-
-bool KeymapFile::equals(const KeymapFile& other) const {
-  if (size_ != other.size_) return false;
-  return MappedText(file_, size_).text() == MappedText(other.file_, other.size_).text();
-}
-
-VirtualKeyboard::VirtualKeyboard(Display& display)
+VirtualKeyboard::VirtualKeyboard(Display& display, const SeatKeymap& keymap)
     : display_(display),
+      seatKeymap_(keymap),
       keyboard_(zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(display.virtualKeyboards(),
-                                                                        display.seat())) {
-  wl_seat_add_listener(display.seat(), &kSeatListener, this);
-}
+                                                                        display.seat())) {}
 
 VirtualKeyboard::~VirtualKeyboard() {
   zwp_virtual_keyboard_v1_destroy(keyboard_.release());
-}
-
-void VirtualKeyboard::capabilitiesChanged(std::uint32_t capabilities) {
-  if ((capabilities & WL_SEAT_CAPABILITY_KEYBOARD) == 0) {
-    seatKeyboard_.reset();
-  } else if (!seatKeyboard_) {
-    seatKeyboard_.reset(wl_seat_get_keyboard(display_.seat()));
-    wl_keyboard_add_listener(seatKeyboard_.get(), &kKeyboardListener, this);
-  }
-}
-
-void VirtualKeyboard::keymapChanged(std::uint32_t format, int file, std::uint32_t size) {
-  KeymapFile keymap(file, size);
-  if (format == WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1) seatKeymap_ = std::move(keymap);
 }
 
 bool VirtualKeyboard::type(Chord chord) {
@@ -208,30 +80,21 @@ void VirtualKeyboard::press(std::uint32_t key) {
   display_.willWait();
 }
 
-// A seat where no key has been pressed may have no keymap.
 bool VirtualKeyboard::useKeymapOfSeat() {
-  if (!seatKeymap_) seatKeymap_ = KeymapFile::ofSystem();
-  if (!seatKeymap_) return false;
-  if (uploaded_ && uploaded_.equals(seatKeymap_)) return true;
-  const auto keymap = seatKeymap_.read();
+  const KeymapFile& file = seatKeymap_.file();
+  if (!file) return false;
+  if (uploaded_ && uploaded_.equals(file)) return true;
+  const auto keymap = file.read();
   if (!keymap) return false;
   const auto control = xkb_keymap_mod_get_index(keymap.get(), XKB_MOD_NAME_CTRL);
   auto left = findKey(keymap.get(), XKB_KEY_Control_L);
   keys_ = {left ? left : findKey(keymap.get(), XKB_KEY_Control_R),
            findKey(keymap.get(), XKB_KEY_Insert), findKey(keymap.get(), XKB_KEY_XF86Copy),
            control != XKB_MOD_INVALID ? 1U << control : 0U};
-  zwp_virtual_keyboard_v1_keymap(keyboard_.get(), WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1,
-                                 seatKeymap_.file(), seatKeymap_.size());
-  uploaded_ = KeymapFile(dup(seatKeymap_.file()), seatKeymap_.size());
+  zwp_virtual_keyboard_v1_keymap(keyboard_.get(), WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file.file(),
+                                 file.size());
+  uploaded_ = KeymapFile(dup(file.file()), file.size());
   return true;
-}
-
-std::function<bool(const std::string& name)> VirtualKeyboard::symbolsOf(std::uint32_t key) const {
-  const auto keymap = seatKeymap_ ? seatKeymap_.read() : KeymapFile::ofSystem().read();
-  return [keymap, key](const std::string& name) {
-    return keymap && hasAnywhere(keymap.get(), key,
-                                 xkb_keysym_from_name(name.c_str(), XKB_KEYSYM_CASE_INSENSITIVE));
-  };
 }
 
 }  // namespace seldial::platform::wayland

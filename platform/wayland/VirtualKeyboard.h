@@ -4,44 +4,15 @@
 // what is typed, and nothing that is typed stays down.
 #pragma once
 
-#include <xkbcommon/xkbcommon.h>
-
 #include <cstdint>
-#include <functional>
-#include <memory>
 #include <optional>
-#include <string>
 
 #include "platform/wayland/Display.h"
+#include "platform/wayland/SeatKeymap.h"
 
 struct zwp_virtual_keyboard_v1;
 
 namespace seldial::platform::wayland {
-
-/// A keymap as compositors pass it: a text in a file.
-class KeymapFile {
- public:
-  KeymapFile() = default;
-  /// Takes over the descriptor.
-  KeymapFile(int file, std::uint32_t size) : file_(file), size_(size) {}
-  ~KeymapFile();
-  KeymapFile(KeymapFile&& other) noexcept;
-  KeymapFile& operator=(KeymapFile&& other) noexcept;
-
-  /// The keymap of a system where nobody has set another. Nothing when there is none.
-  static KeymapFile ofSystem();
-
-  [[nodiscard]] explicit operator bool() const { return file_ != -1; }
-  [[nodiscard]] int file() const { return file_; }
-  [[nodiscard]] std::uint32_t size() const { return size_; }
-  /// The keymap; null when the file does not hold one.
-  [[nodiscard]] std::shared_ptr<xkb_keymap> read() const;
-  [[nodiscard]] bool equals(const KeymapFile& other) const;
-
- private:
-  int file_ = -1;
-  std::uint32_t size_ = 0;  ///< in bytes, with the zero at the end of the text
-};
 
 /// Main thread only.
 class VirtualKeyboard {
@@ -52,9 +23,9 @@ class VirtualKeyboard {
     kCopyKey,        ///< XF86Copy; copies in some programs and means nothing to the others
   };
 
-  /// The display must offer a seat and virtual keyboards, and outlive this object. Call
-  /// display.synchronise() before typing.
-  explicit VirtualKeyboard(Display& display);
+  /// The display must offer a seat and virtual keyboards. It and the keymap must outlive this
+  /// object.
+  VirtualKeyboard(Display& display, const SeatKeymap& keymap);
   ~VirtualKeyboard();
   VirtualKeyboard(const VirtualKeyboard&) = delete;
   VirtualKeyboard& operator=(const VirtualKeyboard&) = delete;
@@ -66,14 +37,6 @@ class VirtualKeyboard {
   /// Types a chord into the focused window. Returns before the application has acted. False, with
   /// nothing typed, when the keymap of the seat has no such keys.
   bool type(Chord chord);
-
-  /// Tells of names of key symbols whether some layout of the seat's keymap has them on this key,
-  /// an X key code.
-  [[nodiscard]] std::function<bool(const std::string& name)> symbolsOf(std::uint32_t key) const;
-
-  // Called by libwayland.
-  void capabilitiesChanged(std::uint32_t capabilities);
-  void keymapChanged(std::uint32_t format, int file, std::uint32_t size);
 
  private:
   /// The keys of the uploaded keymap, as evdev numbers them, and the bit of Control.
@@ -87,9 +50,8 @@ class VirtualKeyboard {
   void press(std::uint32_t key);
 
   Display& display_;
-  Owned<wl_keyboard> seatKeyboard_;  ///< tells the keymap of the seat
+  const SeatKeymap& seatKeymap_;
   Owned<zwp_virtual_keyboard_v1> keyboard_;
-  KeymapFile seatKeymap_;
   KeymapFile uploaded_;
   Keys keys_;
 };
