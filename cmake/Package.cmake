@@ -1,10 +1,10 @@
 # seldial_package(TARGET NAME PC_NAME COMPONENT HEADERS FILE... [REQUIRES MODULE...]
-#   [FINDS PACKAGE... PC_REQUIRES MODULE...]): makes
-# NAME::NAME of a library, and what `cmake --install` (alone: `--component COMPONENT`) puts for
-# programs outside: the headers, which they include as <seldial/COMPONENT/...>, the library, and how
-# CMake (as NAME) and pkg-config (as PC_NAME) find both. The prefix may be moved afterwards. HEADERS are
-# paths in the repository, REQUIRES are the pkg-config modules that the library is linked with; what it is linked
-# with by CMake packages is FINDS for CMake and PC_REQUIRES for pkg-config.
+#   [FINDS PACKAGE... PC_REQUIRES MODULE...] [FRAMEWORKS NAME...]): makes NAME::NAME of a library, and
+# what `cmake --install` (alone: `--component COMPONENT`) installs for programs outside: the headers,
+# which they include as <seldial/COMPONENT/...>, the library, and how CMake (as NAME) and pkg-config (as
+# PC_NAME) find both. The prefix may be moved afterwards. HEADERS are paths in the repository. The library
+# is linked with REQUIRES, modules of pkg-config, with packages that are FINDS for CMake and PC_REQUIRES
+# for pkg-config, and with FRAMEWORKS of macOS.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 set(SELDIAL_PACKAGE_FILES ${CMAKE_CURRENT_LIST_DIR}/package)
@@ -35,7 +35,7 @@ function(_seldial_public_headers folder component)
 endfunction()
 
 function(seldial_package target name pc_name component)
-  cmake_parse_arguments(ARG "" "" "HEADERS;REQUIRES;FINDS;PC_REQUIRES" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "HEADERS;REQUIRES;FINDS;PC_REQUIRES;FRAMEWORKS" ${ARGN})
   add_library(${name}::${name} ALIAS ${target})
   target_compile_features(${target} PUBLIC cxx_std_20)
   set(headers ${CMAKE_CURRENT_BINARY_DIR}/include)
@@ -47,6 +47,9 @@ function(seldial_package target name pc_name component)
     pkg_check_modules(${name}Requires REQUIRED IMPORTED_TARGET ${ARG_REQUIRES})
     target_link_libraries(${target} PRIVATE PkgConfig::${name}Requires)
   endif()
+  list(TRANSFORM ARG_FRAMEWORKS PREPEND "-framework ")
+  target_link_libraries(${target} PUBLIC ${ARG_FRAMEWORKS})
+  list(JOIN ARG_FRAMEWORKS " " frameworks)
   get_target_property(type ${target} TYPE)
   if(type STREQUAL SHARED_LIBRARY)
     set(ARG_REQUIRES "")  # it brings them itself

@@ -3,7 +3,7 @@ add_library(seldial_layouts OBJECT ${SELDIAL_ROOT}/tests/platform/macos/AppleInt
 target_link_libraries(seldial_layouts PRIVATE seldial_options)
 
 # All objects of all libraries, used by a program or not.
-set(libraries seldial_api seldial_app seldial_application seldial_dispatch seldial_hotkey
+set(libraries seldial_api seldial_app seldial_application seldial_carbon seldial_dispatch seldial_hotkey
   seldial_hotkey_appkit seldial_keyboard_layout seldial_posix seldial_client
   seldial_ucclient seldial_unixsocket)
 add_library(seldial_everything SHARED)
