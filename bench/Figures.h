@@ -24,6 +24,8 @@ std::vector<Row> idle();
 std::vector<Row> growth();
 std::vector<Row> heldConnections();
 std::vector<Row> commandMemory();
+/// Its floor is the program without hardening, which the variable SELDIAL_UNHARDENED names.
+std::vector<Row> hardening();
 
 void printHeading();
 void print(const Row& row);

@@ -19,7 +19,7 @@ constexpr Figure kFigures[] = {
     {"roundtrip", &seldial::bench::roundTrip},   {"dial", &seldial::bench::dial},
     {"start", &seldial::bench::start},           {"idle", &seldial::bench::idle},
     {"growth", &seldial::bench::growth},         {"held", &seldial::bench::heldConnections},
-    {"command", &seldial::bench::commandMemory},
+    {"command", &seldial::bench::commandMemory}, {"hardening", &seldial::bench::hardening},
 };
 
 bool isChosen(const std::string& name, const std::vector<std::string>& chosen) {

@@ -112,9 +112,10 @@ void Program::settle() const {
   }
 }
 
-CommandLine seldial() {
-  return [](const UcClient& client) {
-    return std::vector<std::string>{SELDIAL_PROGRAM, "dialerpipename=" + client.dialerSocket(),
+CommandLine seldial(const std::string& program) {
+  return [=](const UcClient& client) {
+    return std::vector<std::string>{program.empty() ? SELDIAL_PROGRAM : program,
+                                    "dialerpipename=" + client.dialerSocket(),
                                     "clientpipename=" + client.clientSocket()};
   };
 }

@@ -45,7 +45,8 @@ class Program {
 /// The command line of a program that uses the sockets of a client.
 using CommandLine = std::function<std::vector<std::string>(const UcClient&)>;
 
-CommandLine seldial();
+/// `program` is its path; the program of this build if that is empty.
+CommandLine seldial(const std::string& program = {});
 CommandLine threadPerConnection(std::size_t answerLength);
 CommandLine listenAndWait();
 CommandLine bareDial(unsigned keyCode, unsigned delay);
