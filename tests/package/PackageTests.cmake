@@ -52,7 +52,6 @@ endfunction()
 # reference_test(NAME LIBRARY): the library's reference can be made, and lacks no public name.
 function(reference_test name library)
   add_test(NAME ${name}.LeavesNoPublicNameOut
-    COMMAND ${CMAKE_COMMAND} -E env SELDIAL_REFERENCE=${CMAKE_CURRENT_BINARY_DIR}/reference
-      doxygen docs/${library}/Doxyfile
-    WORKING_DIRECTORY ${SELDIAL_ROOT})
+    COMMAND ${package_scripts}/make_reference
+      ${library} ${PROJECT_BINARY_DIR} ${CMAKE_CURRENT_BINARY_DIR}/reference)
 endfunction()
