@@ -1,5 +1,6 @@
 #include "shortcut/Answer.h"
 
+#include <QCoreApplication>
 #include <chrono>
 #include <condition_variable>
 #include <map>
@@ -55,10 +56,16 @@ struct CloseServer {
   void operator()(GDUnixSocketServer* server) const { server->close(); }
 };
 
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(Delivery)
+};
+
 std::optional<std::string> failureOf(const std::optional<Message>& answer) {
-  if (!answer) return "Seldial has not answered";
+  if (!answer) return Texts::tr("Seldial has not answered").toStdString();
   if (answer->kind == Message::Kind::HotKeySet) return std::nullopt;
-  return "Seldial refused the shortcut: " + answer->text;
+  return Texts::tr("Seldial refused the shortcut: %1")
+      .arg(QString::fromStdString(answer->text))
+      .toStdString();
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 #include "shortcut/KeycapField.h"
 
 #include <QPainter>
-#include <QStyle>
-#include <QStyleOptionFrame>
 #include <algorithm>
 #include <vector>
 
@@ -18,6 +16,8 @@ constexpr qreal kGap = 0.4;
 constexpr qreal kCapRadius = 0.25;
 
 constexpr int kMargin = 8;
+constexpr qreal kFrameRadius = 3;
+constexpr float kEdgeOpacity = 0.45F;  // enough contrast in every theme
 
 /// One keycap: a rounded frame with a thicker lower edge.
 void paintCap(QPainter& painter, const QRectF& place, const QString& name,
@@ -25,7 +25,7 @@ void paintCap(QPainter& painter, const QRectF& place, const QString& name,
   const qreal height = painter.fontMetrics().height();
   const qreal radius = kCapRadius * height;
   QColor edge = colours.color(QPalette::Text);
-  edge.setAlphaF(0.45F);
+  edge.setAlphaF(kEdgeOpacity);
   painter.setPen(Qt::NoPen);
   painter.setBrush(edge);
   painter.drawRoundedRect(place, radius, radius);
@@ -48,14 +48,21 @@ void KeycapField::setHint(const QString& hint) {
 void KeycapField::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  QStyleOptionFrame frame;
-  initStyleOption(&frame);
-  style()->drawPrimitive(QStyle::PE_PanelLineEdit, &frame, &painter, this);
+  paintFrame(painter);
   if (const auto record = hotKey()) {
     paintKeycaps(painter, keysInWords(*record, *layout_));
   } else if (!isEditing()) {
     paintHint(painter);
   }
+}
+
+/// Not the style's own frame, which can be the colour of the window where contrast is high.
+void KeycapField::paintFrame(QPainter& painter) const {
+  QColor edge = palette().color(isEditing() ? QPalette::Highlight : QPalette::Text);
+  if (!isEditing()) edge.setAlphaF(kEdgeOpacity);
+  painter.setPen(QPen(edge, isEditing() ? 2 : 1));
+  painter.setBrush(palette().brush(QPalette::Base));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kFrameRadius, kFrameRadius);
 }
 
 /// From left to right also where text runs the other way, as the keys are pressed.

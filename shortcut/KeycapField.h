@@ -22,6 +22,7 @@ class KeycapField : public QKHotKeyTextField {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void paintFrame(QPainter& painter) const;
   void paintKeycaps(QPainter& painter, const QStringList& names) const;
   void paintHint(QPainter& painter) const;
 

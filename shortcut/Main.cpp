@@ -1,5 +1,5 @@
 #include <QApplication>
-#include <QIcon>
+#include <QLocale>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -12,6 +12,7 @@
 #include "platform/x11/copy/Clipboard.h"
 #include "shortcut/Answer.h"
 #include "shortcut/Options.h"
+#include "shortcut/Resources.h"
 #include "shortcut/Settings.h"
 #include "shortcut/ShortcutWindow.h"
 
@@ -22,11 +23,15 @@ namespace {
 constexpr const char* kUsualHotKey = "ctrl+alt+d";
 constexpr std::uint16_t kUsualDelay = 500;
 
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(Delivery)
+};
+
 /// Prints the command as one line. Returns what went wrong, if anything.
 std::optional<std::string> printCommand(const std::string& command) {
   const bool printed = std::puts(command.c_str()) >= 0 && std::fflush(stdout) == 0;
   if (printed) return std::nullopt;
-  return "Standard output cannot be written.";
+  return Texts::tr("Standard output cannot be written.").toStdString();
 }
 
 std::optional<std::string> sendToSeldial(const std::string& command,
@@ -62,9 +67,9 @@ int show(ShortcutWindow& window, const ShortcutOptions& options) {
 }
 
 int showShortcut(platform::qt::Desktop& desktop, const ShortcutOptions& options) {
-  ShortcutWindow window(desktop.keyboard(), deliveryFor(options),
-                        options.socket.empty() ? QStringLiteral("&Use this shortcut")
-                                               : QStringLiteral("&Send to Seldial"));
+  ShortcutWindow window(
+      desktop.keyboard(), deliveryFor(options),
+      options.socket.empty() ? Texts::tr("&Use this shortcut") : Texts::tr("&Send to Seldial"));
   return show(window, options);
 }
 
@@ -76,11 +81,13 @@ int showSettings(platform::qt::Desktop& desktop, const ShortcutOptions& options,
       desktop.keyboard(),
       [&](const HotKey& hotKey, std::uint16_t delay) -> std::optional<std::string> {
         auto values = shortcutSettings(hotKey, delay);
-        if (!values) return "This key has no name that could be kept.";
+        if (!values) {
+          return Texts::tr("This key has no name that could be kept.").toStdString();
+        }
         values->merge(panel->values());
         return applySettings(options.configuration, *values, panel->startsAtLogin());
       },
-      QStringLiteral("Sa&ve"), panel);
+      Texts::tr("Sa&ve"), panel);
   return show(window, options);
 }
 
@@ -112,7 +119,8 @@ int run(int argc, char* argv[], const ShortcutOptions& options,
   int ownPath = argc > 0 ? 1 : 0;  // Qt must not read the options
   const QApplication application(ownPath, argv);
   const auto served = desktop->serve();
-  QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("org.seldial.Client")));
+  const auto translators = translateInto(QLocale::system().uiLanguages());
+  QApplication::setWindowIcon(windowIcon());
   return options.settings ? showSettings(*desktop, options, settings)
                           : showShortcut(*desktop, options);
 }

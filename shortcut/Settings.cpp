@@ -25,6 +25,25 @@ constexpr int kFieldWidth = 230;
 /// The value of the item that shows the field for a program. The others are schemes of URIs.
 constexpr const char* kProgram = "program";
 
+/// The texts of the functions here.
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(SettingsPanel)
+};
+
+/// What dialCommandFrom() says, in the user's language.
+QString inWords(const std::string& error) {
+  static constexpr const char* kErrors[] = {
+      QT_TRANSLATE_NOOP("SettingsPanel", "there is no program"),
+      QT_TRANSLATE_NOOP("SettingsPanel", "a quote is not closed, or nothing follows a backslash"),
+      QT_TRANSLATE_NOOP("SettingsPanel", "the program cannot be a part of the selection")};
+  const auto* const known = std::find(std::begin(kErrors), std::end(kErrors), error);
+  return known != std::end(kErrors) ? Texts::tr(*known) : QString::fromStdString(error);
+}
+
+std::optional<std::string> failure(const QString& sentence) {
+  return sentence.toStdString();
+}
+
 /// The settings of the file now, for those names.
 std::optional<SettingValues> presentValues(const std::string& path, const SettingValues& names,
                                            std::string& error) {
@@ -52,13 +71,13 @@ std::optional<std::string> applyLogin(bool startsAtLogin) {
   std::string result;
   const bool done = startsAtLogin ? enableLoginStart(clientPath().toStdString(), result)
                                   : disableLoginStart(result);
-  return done ? std::nullopt : std::optional(result);
+  return done ? std::nullopt : std::optional(result + ".");
 }
 
 std::optional<std::string> startClient(const std::string& path) {
   const bool started = QProcess::startDetached(
       clientPath(), {QStringLiteral("--config"), QString::fromStdString(path)});
-  return started ? std::nullopt : std::optional<std::string>("seldial-uc could not be started");
+  return started ? std::nullopt : failure(Texts::tr("seldial-uc could not be started."));
 }
 
 /// Makes the file's new settings effective, in the running client or in one that is started.
@@ -66,12 +85,12 @@ std::optional<std::string> applyFile(const std::string& path, const SettingValue
                                      bool startsAtLogin) {
   std::string notRunning;
   auto answer = askRunningClient(kReloadRequest, notRunning);
-  if (answer && !answer->empty()) return answer;
+  if (answer && !answer->empty()) return *answer + ".";
   const bool changesLogin = startsAtLogin != seldial::startsAtLogin();
-  auto failure = changesLogin ? applyLogin(startsAtLogin) : std::nullopt;
+  auto failed = changesLogin ? applyLogin(startsAtLogin) : std::nullopt;
   const bool isStarted = answer || (changesLogin && startsBySystemd());
   const bool dials = values.at("dial") || values.at("open");
-  if (failure || isStarted || !dials) return failure;
+  if (failed || isStarted || !dials) return failed;
   return startClient(path);
 }
 
@@ -81,13 +100,13 @@ SettingsPanel::SettingsPanel()
     : action_(new QComboBox(this)),
       program_(new QLineEdit(this)),
       region_(new QLineEdit(this)),
-      login_(new QCheckBox(QStringLiteral("&Start when I log in"), this)) {
-  action_->addItem(QStringLiteral("Nothing yet"), QString());
-  action_->addItem(QStringLiteral("The application for tel: links"), QStringLiteral("tel"));
-  action_->addItem(QStringLiteral("The application for sip: links"), QStringLiteral("sip"));
-  action_->addItem(QStringLiteral("The application for callto: links"), QStringLiteral("callto"));
-  action_->addItem(QStringLiteral("A program"), QString::fromLatin1(kProgram));
-  program_->setPlaceholderText(QStringLiteral("program --call {}"));
+      login_(new QCheckBox(tr("&Start when I log in"), this)) {
+  action_->addItem(tr("Nothing yet"), QString());
+  action_->addItem(tr("The application for tel: links"), QStringLiteral("tel"));
+  action_->addItem(tr("The application for sip: links"), QStringLiteral("sip"));
+  action_->addItem(tr("The application for callto: links"), QStringLiteral("callto"));
+  action_->addItem(tr("A program"), QString::fromLatin1(kProgram));
+  program_->setPlaceholderText(tr("program --call {}"));
   region_->setPlaceholderText(QLocale::system().name().section(QLatin1Char('_'), 1, 1));
   region_->setValidator(new QRegularExpressionValidator(
       QRegularExpression(QStringLiteral("[A-Za-z]{0,2}")), region_));
@@ -96,9 +115,9 @@ SettingsPanel::SettingsPanel()
   layout->setHorizontalSpacing(kSpacing);
   layout->setVerticalSpacing(kSpacing);
   layout->setColumnStretch(0, 1);
-  addRow(*layout, QStringLiteral("&Dial with"), action_);
-  addRow(*layout, QStringLiteral("&Program"), program_);
-  addRow(*layout, QStringLiteral("C&ountry of the numbers"), region_);
+  addRow(*layout, tr("&Dial with"), action_);
+  addRow(*layout, tr("&Program"), program_);
+  addRow(*layout, tr("C&ountry of the numbers"), region_);
   layout->addWidget(login_, layout->rowCount(), 0, 1, -1);
   connect(action_, &QComboBox::currentIndexChanged, this, &SettingsPanel::showProgram);
   describeControls();
@@ -108,26 +127,26 @@ SettingsPanel::SettingsPanel()
 void SettingsPanel::addRow(QGridLayout& layout, const QString& text, QWidget* field) {
   auto* const label = new QLabel(text, this);
   label->setBuddy(field);
-  field->setFixedWidth(kFieldWidth);
+  field->setMinimumWidth(kFieldWidth);
   const int row = layout.rowCount();
   layout.addWidget(label, row, 0);
   layout.addWidget(field, row, 1);
 }
 
 void SettingsPanel::describeControls() {
-  const auto describe = [](QWidget* control, const char* name, const char* text,
-                           const char* description) {
+  const auto describe = [](QWidget* control, const char* name, const QString& text,
+                           const QString& description) {
     control->setObjectName(QString::fromLatin1(name));
-    control->setAccessibleName(QString::fromLatin1(text));
-    control->setAccessibleDescription(QString::fromLatin1(description));
-    control->setToolTip(QString::fromLatin1(description));
+    control->setAccessibleName(text);
+    control->setAccessibleDescription(description);
+    control->setToolTip(description);
   };
-  describe(action_, "action", "Dial with", "What calls the number that was selected.");
-  describe(program_, "program", "Program",
-           "{} stands for the number, {tel} for its tel: URI, {text} for the selected text.");
-  describe(region_, "region", "Country of the numbers",
-           "Two letters, such as NL: where numbers without a country code belong.");
-  describe(login_, "login", "Start when I log in", "Dials in every session from now on.");
+  describe(action_, "action", tr("Dial with"), tr("What calls the number that was selected."));
+  describe(program_, "program", tr("Program"),
+           tr("{} stands for the number, {tel} for its tel: URI, {text} for the selected text."));
+  describe(region_, "region", tr("Country of the numbers"),
+           tr("Two letters, such as NL: where numbers without a country code belong."));
+  describe(login_, "login", tr("Start when I log in"), tr("Dials in every session from now on."));
 }
 
 void SettingsPanel::showProgram() {
@@ -169,16 +188,17 @@ std::optional<std::string> applySettings(const std::string& path, const SettingV
                                          bool startsAtLogin) {
   std::string error;
   if (const auto& command = values.at("dial")) {
-    if (!dialCommandFrom(*command, error)) return "The program cannot be run: " + error + ".";
+    if (!dialCommandFrom(*command, error)) {
+      return failure(Texts::tr("The program cannot be run: %1.").arg(inWords(error)));
+    }
   } else if (startsAtLogin && !values.at("open")) {
-    return "Choose what to dial with first.";
+    return failure(Texts::tr("Choose what to dial with first."));
   }
   const auto before = presentValues(path, values, error);
   if (!before || !writeConfiguration(path, values, error)) return error + ".";
-  const auto failure = applyFile(path, values, startsAtLogin);
-  if (!failure) return std::nullopt;
-  (void)writeConfiguration(path, *before, error);  // the first failure is the one to show
-  return *failure + ".";
+  auto failed = applyFile(path, values, startsAtLogin);
+  if (failed) (void)writeConfiguration(path, *before, error);  // the first failure is shown
+  return failed;
 }
 
 std::optional<SettingValues> shortcutSettings(const HotKey& hotKey, std::uint16_t delay) {

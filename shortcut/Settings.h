@@ -1,6 +1,7 @@
 // The settings of seldial-uc besides the shortcut: how it dials, and whether it starts at login.
 #pragma once
 
+#include <QCoreApplication>
 #include <QWidget>
 #include <map>
 #include <optional>
@@ -22,6 +23,8 @@ using SettingValues = std::map<std::string, std::optional<std::string>>;
 
 /// The controls. Main thread only.
 class SettingsPanel : public QWidget {
+  Q_DECLARE_TR_FUNCTIONS(SettingsPanel)
+
  public:
   SettingsPanel();
 

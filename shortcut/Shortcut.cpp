@@ -1,5 +1,6 @@
 #include "shortcut/Shortcut.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <iterator>
 
@@ -12,6 +13,10 @@ namespace {
 
 using namespace platform;  // NOLINT: keys and modifiers by their short names
 
+struct Texts {
+  Q_DECLARE_TR_FUNCTIONS(Keys)
+};
+
 struct LabelledKey {
   VirtualKey key;
   const char* label;
@@ -19,29 +24,34 @@ struct LabelledKey {
 
 /// Keys that are shown as a glyph, or not at all. All others are named by what they type.
 constexpr LabelledKey kLabels[] = {
-    {kVK_Return, "Return"},
-    {kVK_Tab, "Tab"},
-    {kVK_Space, "Space"},
-    {kVK_Delete, "Backspace"},
-    {kVK_Escape, "Escape"},
-    {kVK_CapsLock, "Caps Lock"},
-    {kVK_ANSI_KeypadClear, "Num Lock"},
-    {kVK_VolumeUp, "Volume Up"},
-    {kVK_VolumeDown, "Volume Down"},
-    {kVK_Mute, "Mute"},
-    {kVK_ANSI_KeypadEnter, "Enter"},
-    {kVK_ContextualMenu, "Menu"},
-    {kVK_Help, "Insert"},
-    {kVK_Home, "Home"},
-    {kVK_PageUp, "Page Up"},
-    {kVK_ForwardDelete, "Delete"},
-    {kVK_End, "End"},
-    {kVK_PageDown, "Page Down"},
-    {kVK_LeftArrow, "Left"},
-    {kVK_RightArrow, "Right"},
-    {kVK_DownArrow, "Down"},
-    {kVK_UpArrow, "Up"},
+    {kVK_Return, QT_TRANSLATE_NOOP("Keys", "Return")},
+    {kVK_Tab, QT_TRANSLATE_NOOP("Keys", "Tab")},
+    {kVK_Space, QT_TRANSLATE_NOOP("Keys", "Space")},
+    {kVK_Delete, QT_TRANSLATE_NOOP("Keys", "Backspace")},
+    {kVK_Escape, QT_TRANSLATE_NOOP("Keys", "Escape")},
+    {kVK_CapsLock, QT_TRANSLATE_NOOP("Keys", "Caps Lock")},
+    {kVK_ANSI_KeypadClear, QT_TRANSLATE_NOOP("Keys", "Num Lock")},
+    {kVK_VolumeUp, QT_TRANSLATE_NOOP("Keys", "Volume Up")},
+    {kVK_VolumeDown, QT_TRANSLATE_NOOP("Keys", "Volume Down")},
+    {kVK_Mute, QT_TRANSLATE_NOOP("Keys", "Mute")},
+    {kVK_ANSI_KeypadEnter, QT_TRANSLATE_NOOP("Keys", "Enter")},
+    {kVK_ContextualMenu, QT_TRANSLATE_NOOP("Keys", "Menu")},
+    {kVK_Help, QT_TRANSLATE_NOOP("Keys", "Insert")},
+    {kVK_Home, QT_TRANSLATE_NOOP("Keys", "Home")},
+    {kVK_PageUp, QT_TRANSLATE_NOOP("Keys", "Page Up")},
+    {kVK_ForwardDelete, QT_TRANSLATE_NOOP("Keys", "Delete")},
+    {kVK_End, QT_TRANSLATE_NOOP("Keys", "End")},
+    {kVK_PageDown, QT_TRANSLATE_NOOP("Keys", "Page Down")},
+    {kVK_LeftArrow, QT_TRANSLATE_NOOP("Keys", "Left")},
+    {kVK_RightArrow, QT_TRANSLATE_NOOP("Keys", "Right")},
+    {kVK_DownArrow, QT_TRANSLATE_NOOP("Keys", "Down")},
+    {kVK_UpArrow, QT_TRANSLATE_NOOP("Keys", "Up")},
 };
+
+/// The labels of the modifiers, so that they are translated too.
+[[maybe_unused]] constexpr const char* kModifierLabels[] = {
+    QT_TRANSLATE_NOOP("Keys", "Ctrl"), QT_TRANSLATE_NOOP("Keys", "Alt"),
+    QT_TRANSLATE_NOOP("Keys", "Shift"), QT_TRANSLATE_NOOP("Keys", "Super")};
 
 constexpr VirtualKey kKeypadKeys[] = {
     kVK_ANSI_KeypadDecimal, kVK_ANSI_KeypadMultiply, kVK_ANSI_KeypadPlus, kVK_ANSI_KeypadDivide,
@@ -55,12 +65,12 @@ QString keyInWords(std::uint16_t keyCode, KeyboardLayout& layout) {
   const auto* const labelled =
       std::find_if(std::begin(kLabels), std::end(kLabels),
                    [=](const LabelledKey& entry) { return entry.key == keyCode; });
-  if (labelled != std::end(kLabels)) return QString::fromLatin1(labelled->label);
+  if (labelled != std::end(kLabels)) return Texts::tr(labelled->label);
   const QString typed = QString::fromStdString(QKStringFromKeyCode(keyCode, 0, layout)).toUpper();
-  if (typed.isEmpty()) return QStringLiteral("key %1").arg(keyCode);
+  if (typed.isEmpty()) return Texts::tr("key %1").arg(keyCode);
   const bool keypad =
       std::find(std::begin(kKeypadKeys), std::end(kKeypadKeys), keyCode) != std::end(kKeypadKeys);
-  return keypad ? QStringLiteral("Keypad ") + typed : typed;
+  return keypad ? Texts::tr("Keypad %1").arg(typed) : typed;
 }
 
 }  // namespace
@@ -68,7 +78,7 @@ QString keyInWords(std::uint16_t keyCode, KeyboardLayout& layout) {
 QStringList keysInWords(const QKHotKey& hotKey, KeyboardLayout& layout) {
   QStringList words;
   for (const auto& modifier : kModifiers) {
-    if ((hotKey.modifierFlags() & modifier.flag) != 0) words << QString::fromLatin1(modifier.label);
+    if ((hotKey.modifierFlags() & modifier.flag) != 0) words << Texts::tr(modifier.label);
   }
   if (!hasOnlyModifiers(hotKey)) words << keyInWords(hotKey.keyCode(), layout);
   return words;

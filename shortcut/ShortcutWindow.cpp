@@ -33,12 +33,11 @@ ShortcutWindow::ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver
       deliver_(std::move(deliver)),
       field_(new KeycapField(keyboard_, this)),
       words_(new QLabel(this)),
-      record_(new QPushButton(QStringLiteral("&Record"), this)),
-      clear_(new QPushButton(QStringLiteral("C&lear"), this)),
+      record_(new QPushButton(tr("&Record"), this)),
+      clear_(new QPushButton(tr("C&lear"), this)),
       delay_(new QSpinBox(this)),
       panel_(new StatusPanel(this)) {
-  setWindowTitle(settings != nullptr ? QStringLiteral("Seldial settings")
-                                     : QStringLiteral("Seldial shortcut"));
+  setWindowTitle(settings != nullptr ? tr("Seldial settings") : tr("Seldial shortcut"));
   light_.setSingleShot(true);
   oursUsed_->setSingleShot(true);
   light_.setInterval(kLightTime);
@@ -62,9 +61,9 @@ ShortcutWindow::ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver
 }
 
 void ShortcutWindow::addShortcut(QGridLayout& layout) {
-  auto* const title = new QLabel(QStringLiteral("Select a number anywhere, then press"), this);
+  auto* const title = new QLabel(tr("Select a number anywhere, then press"), this);
   makeBig(*field_);
-  field_->setHint(QStringLiteral("Click here and press a shortcut"));
+  field_->setHint(tr("Click here and press a shortcut"));
   // The Tab key must not start a recording: there is a button for that.
   field_->setFocusPolicy(Qt::ClickFocus);
   layout.addWidget(title, 0, 0, 1, -1);
@@ -76,7 +75,7 @@ void ShortcutWindow::addShortcut(QGridLayout& layout) {
 }
 
 void ShortcutWindow::addDelay(QGridLayout& layout) {
-  auto* const label = new QLabel(QStringLiteral("&Time to copy the selection"), this);
+  auto* const label = new QLabel(tr("&Time to copy the selection"), this);
   label->setBuddy(delay_);
   delay_->setRange(0, UINT16_MAX);
   delay_->setSingleStep(50);
@@ -89,10 +88,10 @@ void ShortcutWindow::addDelay(QGridLayout& layout) {
 void ShortcutWindow::addButtons(QGridLayout& layout, const QString& acceptText) {
   auto* const box = new QDialogButtonBox(this);
   accept_ = box->addButton(acceptText, QDialogButtonBox::AcceptRole);
-  auto* const cancel = box->addButton(QStringLiteral("&Cancel"), QDialogButtonBox::RejectRole);
+  auto* const cancel = box->addButton(tr("&Cancel"), QDialogButtonBox::RejectRole);
   accept_->setDefault(true);
   cancel->setObjectName(QStringLiteral("cancel"));
-  cancel->setAccessibleDescription(QStringLiteral("Closes the window and changes nothing."));
+  cancel->setAccessibleDescription(tr("Closes the window and changes nothing."));
   connect(box, &QDialogButtonBox::accepted, this, &ShortcutWindow::accept);
   connect(box, &QDialogButtonBox::rejected, this, &ShortcutWindow::reject);
   const int row = layout.rowCount();
@@ -125,20 +124,19 @@ void ShortcutWindow::describeControls() {
   delay_->setObjectName(QStringLiteral("delay"));
   panel_->setObjectName(QStringLiteral("status"));
   accept_->setObjectName(QStringLiteral("accept"));
-  field_->setAccessibleName(QStringLiteral("Shortcut"));
-  record_->setAccessibleName(QStringLiteral("Record a new shortcut"));
-  record_->setAccessibleDescription(QStringLiteral(
-      "Press the new shortcut afterwards. Return keeps it, Escape brings the old one "
-      "back."));
-  clear_->setAccessibleName(QStringLiteral("Clear the shortcut"));
-  clear_->setAccessibleDescription(QStringLiteral("Leaves no shortcut until one is recorded."));
+  field_->setAccessibleName(tr("Shortcut"));
+  record_->setAccessibleName(tr("Record a new shortcut"));
+  record_->setAccessibleDescription(
+      tr("Press the new shortcut afterwards. Return keeps it, Escape brings the old one "
+         "back."));
+  clear_->setAccessibleName(tr("Clear the shortcut"));
+  clear_->setAccessibleDescription(tr("Leaves no shortcut until one is recorded."));
   const auto delay =
-      QStringLiteral("How long the other application gets to copy its selection, in milliseconds.");
-  delay_->setAccessibleName(QStringLiteral("Time to copy the selection"));
+      tr("How long the other application gets to copy its selection, in milliseconds.");
+  delay_->setAccessibleName(tr("Time to copy the selection"));
   delay_->setAccessibleDescription(delay);
   delay_->setToolTip(delay);
-  accept_->setAccessibleDescription(
-      QStringLiteral("Hands the shortcut over and closes the window."));
+  accept_->setAccessibleDescription(tr("Hands the shortcut over and closes the window."));
 }
 
 void ShortcutWindow::begin(const std::optional<HotKey>& hotKey, std::uint16_t delay) {
@@ -248,44 +246,41 @@ void ShortcutWindow::showAll() {
 void ShortcutWindow::showShortcut() {
   const auto hotKey = field_->hotKey();
   const QString words =
-      hotKey ? shortcutInWords(*hotKey, *keyboard_.layout) : QStringLiteral("No shortcut yet");
-  words_->setText(field_->isEditing() ? QStringLiteral("Press the new shortcut…") : words);
+      hotKey ? shortcutInWords(*hotKey, *keyboard_.layout) : tr("No shortcut yet");
+  words_->setText(field_->isEditing() ? tr("Press the new shortcut…") : words);
   field_->setAccessibleDescription(words);
 }
 
 void ShortcutWindow::showState() {
   using Kind = StatusPanel::Kind;
-  const auto tell = [this](Kind kind, const char* headline, const QString& detail) {
-    panel_->tell(kind, QString::fromUtf8(headline), detail);
-  };
   const auto hotKey = field_->hotKey();
   if (field_->isEditing()) {
-    tell(Kind::kPlain, "Recording",
-         QStringLiteral("Return keeps the shortcut, Escape brings the old one back."));
+    panel_->tell(Kind::kPlain, tr("Recording"),
+                 tr("Return keeps the shortcut, Escape brings the old one back."));
   } else if (light_.isActive()) {
-    tell(Kind::kLit, "It works", shortcutInWords(*hotKey, *keyboard_.layout));
+    panel_->tell(Kind::kLit, tr("It works"), shortcutInWords(*hotKey, *keyboard_.layout));
   } else if (failure_) {
-    tell(Kind::kWarning, "The shortcut was not handed over", QString::fromStdString(*failure_));
+    panel_->tell(Kind::kWarning, tr("The shortcut was not handed over"),
+                 QString::fromStdString(*failure_));
   } else if (!hotKey) {
-    tell(Kind::kPlain, "Try it here",
-         QStringLiteral(
-             "Record a shortcut first: modifier keys, such as Ctrl and Alt, and one key."));
+    panel_->tell(Kind::kPlain, tr("Try it here"),
+                 tr("Record a shortcut first: modifier keys, such as Ctrl and Alt, and one key."));
   } else if (hasOnlyModifiers(*hotKey)) {
-    tell(Kind::kWarning, "One key is missing",
-         QStringLiteral("Modifier keys alone cannot be a shortcut. Press them with one more key."));
+    panel_->tell(Kind::kWarning, tr("One key is missing"),
+                 tr("Modifier keys alone cannot be a shortcut. Press them with one more key."));
   } else if (state_ == ShortcutState::kUnusable) {
-    tell(Kind::kWarning, "This desktop cannot use it",
-         QStringLiteral("The keyboard has no such key, or Seldial uses the combination itself to "
-                        "copy."));
+    panel_->tell(Kind::kWarning, tr("This desktop cannot use it"),
+                 tr("The keyboard has no such key, or Seldial uses the combination itself to "
+                    "copy."));
   } else if (state_ == ShortcutState::kOurs) {
-    tell(Kind::kPlain, "Seldial uses this shortcut",
-         QStringLiteral("Press it and release it: this panel lights up, and nothing is dialled."));
+    panel_->tell(Kind::kPlain, tr("Seldial uses this shortcut"),
+                 tr("Press it and release it: this panel lights up, and nothing is dialled."));
   } else if (state_ == ShortcutState::kHeld) {
-    tell(Kind::kWarning, "Another program holds this shortcut",
-         QStringLiteral("If that program is Seldial, keep it. Otherwise record another one."));
+    panel_->tell(Kind::kWarning, tr("Another program holds this shortcut"),
+                 tr("If that program is Seldial, keep it. Otherwise record another one."));
   } else {
-    tell(Kind::kPlain, "Try it here",
-         QStringLiteral("Press the shortcut and release it: this panel lights up."));
+    panel_->tell(Kind::kPlain, tr("Try it here"),
+                 tr("Press the shortcut and release it: this panel lights up."));
   }
 }
 

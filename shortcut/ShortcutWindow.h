@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QDialog>
 #include <QTimer>
 #include <functional>
@@ -23,6 +24,8 @@ namespace seldial {
 /// it is active and not recording, it registers the shortcut itself, so that pressing the shortcut
 /// lights up the panel; at all other times Seldial can register it. Main thread only.
 class ShortcutWindow : public QDialog {
+  Q_DECLARE_TR_FUNCTIONS(ShortcutWindow)
+
  public:
   /// Hands the shortcut over. Returns what went wrong, if anything, in words for the user.
   using Deliver =

@@ -39,7 +39,6 @@ StatusPanel::StatusPanel(QWidget* parent)
   detail_->setWordWrap(true);
   for (auto* const label : {headline_, detail_}) label->setTextFormat(Qt::PlainText);
   auto* const texts = new QVBoxLayout(this);
-  texts->setContentsMargins(kPadding + kSignSize + kPadding, kPadding, kPadding, kPadding);
   texts->setSpacing(kLineGap);
   texts->addStretch();
   texts->addWidget(headline_);
@@ -47,7 +46,20 @@ StatusPanel::StatusPanel(QWidget* parent)
   texts->addStretch();
   // The other controls decide the width of the window.
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
+  keepTextsOffSign();
   makeRoom();
+}
+
+/// A layout mirrors what is in it, but not its margins.
+void StatusPanel::keepTextsOffSign() {
+  QMargins margins(kPadding, kPadding, kPadding, kPadding);
+  const int beside = kPadding + kSignSize + kPadding;
+  if (isRightToLeft()) {
+    margins.setRight(beside);
+  } else {
+    margins.setLeft(beside);
+  }
+  layout()->setContentsMargins(margins);
 }
 
 void StatusPanel::tell(Kind kind, const QString& headline, const QString& detail) {
@@ -84,6 +96,7 @@ void StatusPanel::colourTexts() {
 void StatusPanel::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::PaletteChange) update();
+  if (event->type() == QEvent::LayoutDirectionChange) keepTextsOffSign();
 }
 
 void StatusPanel::paintEvent(QPaintEvent* /*event*/) {

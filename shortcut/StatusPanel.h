@@ -26,6 +26,7 @@ class StatusPanel : public QWidget {
  private:
   void colourTexts();
   void announce();
+  void keepTextsOffSign();
   void makeRoom();
 
   Kind kind_ = Kind::kPlain;

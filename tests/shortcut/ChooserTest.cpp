@@ -22,10 +22,12 @@ class Chooser : public testing::Test {
  protected:
   /// Opens the window and waits until it can be typed into. Its exit status is the line after its
   /// answer.
-  std::unique_ptr<ChildProcess> open(const std::string& numbers) {
+  std::unique_ptr<ChildProcess> open(const std::string& numbers,
+                                     const std::string& locale = "C.UTF-8") {
     auto process = std::make_unique<ChildProcess>(
         std::vector<std::string>{"sh", "-c", "printf '" + numbers + "' | $C; echo status $?"},
-        std::vector<std::string>{server_.environment(), "C=" SELDIAL_CHOOSER_PROGRAM});
+        std::vector<std::string>{server_.environment(), "C=" SELDIAL_CHOOSER_PROGRAM,
+                                 "LC_ALL=" + locale});
     (void)Windows(server_.display()).waitForFocus("seldial-choose");
     return process;
   }
@@ -54,6 +56,15 @@ TEST_F(Chooser, EscapeChoosesNothing) {
   keyboard_.tap(kKeyEscape);
   EXPECT_EQ(window->readLine(), "status 1");
 }
+
+#ifdef SELDIAL_TRANSLATED
+TEST_F(Chooser, SpeaksTheLanguageOfTheSession) {
+  const auto window = open("112\\n", "de_DE.UTF-8");
+  keyboard_.press({kKeyLeftAlt, kKeyA});  // "Anrufen"
+  keyboard_.release({kKeyA, kKeyLeftAlt});
+  EXPECT_EQ(window->readLine(), "0");
+}
+#endif
 
 TEST_F(Chooser, TheClientDialsWhatWasChosen) {
   const Softphone phone("phone");

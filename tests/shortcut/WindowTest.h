@@ -37,7 +37,7 @@ class WindowTest : public testing::Test {
           commands.push_back(setHotKeyCommand(accepted, acceptedDelay));
           return deliveryError;
         },
-        QStringLiteral("&Use this shortcut"));
+        QCoreApplication::translate("Delivery", "&Use this shortcut"));
     window->setOurs(ours);
     window->begin(hotKey, delay);
     ASSERT_TRUE(activate(*window));
