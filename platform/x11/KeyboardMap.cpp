@@ -1,6 +1,7 @@
 #include "platform/x11/KeyboardMap.h"
 
 #define XK_MISCELLANY
+#include <X11/XF86keysym.h>
 #include <X11/keysymdef.h>
 
 #include <algorithm>
@@ -101,6 +102,7 @@ KeyboardMap mapOf(const Answers& answers) {
     if (controls[key]) map.control = static_cast<xcb_keycode_t>(key);
   }
   map.insert = answers.keyFor(XK_Insert);
+  map.copy = answers.keyFor(XF86XK_Copy);
   return map;
 }
 

@@ -1,4 +1,4 @@
-// The modifiers of one keyboard, and the keys for the copy keystroke.
+// The modifiers of one keyboard, and the keys for copy keystrokes.
 #pragma once
 
 #include <xcb/xinput.h>
@@ -39,6 +39,7 @@ struct KeyboardMap {
   KeySet heldModifiers;            ///< those whose modifier is set only while the key is held
   xcb_keycode_t control = 0;       ///< the key to press for Control; 0 when there is none
   xcb_keycode_t insert = 0;        ///< the key to press for Insert; 0 when there is none
+  xcb_keycode_t copy = 0;          ///< the key to press for Copy; 0 when there is none
 };
 
 /// Requests the map of one keyboard from the server, on construction; several can be under way.

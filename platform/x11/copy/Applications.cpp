@@ -45,8 +45,19 @@ bool isReadFromPrimary(const std::vector<std::string>& names) {
                      [&](const char* known) { return isOneOf(known, names); });
 }
 
+// It also drops its selection when a key is typed, and keeps PRIMARY.
+bool copiesByCopyKey(const std::vector<std::string>& names) {
+  return isOneOf("Alacritty", names);
+}
+
 bool isLeftAlone(const std::vector<std::string>& names) {
   return isOneOf("terminology", names);
+}
+
+// Emacs copies the text from the mark to the cursor, active or not. Copying ends an active region,
+// and a region that ends goes to PRIMARY.
+bool takesPrimaryAfterCopying(const std::vector<std::string>& names) {
+  return isOneOf("emacs", names);
 }
 
 bool isWine(const std::vector<std::string>& names) {

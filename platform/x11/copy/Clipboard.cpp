@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstring>
+#include <functional>
+#include <utility>
 
 #include "platform/x11/copy/Applications.h"
 #include "platform/x11/copy/CopyKeystroke.h"
@@ -20,7 +22,9 @@ constexpr std::chrono::milliseconds kWinePause{20};
 /// is one that clipboard managers fill with an old text again.
 class EmptyClipboard final : public EventHandler {
  public:
-  EmptyClipboard(Connection& connection, EventPump& pump) : connection_(connection), pump_(pump) {
+  /// `lost` is called when another client has taken the selection.
+  EmptyClipboard(Connection& connection, EventPump& pump, std::function<void()> lost)
+      : connection_(connection), pump_(pump), lost_(std::move(lost)) {
     pump_.add(*this);
   }
   ~EmptyClipboard() override { pump_.remove(*this); }
@@ -38,6 +42,7 @@ class EmptyClipboard final : public EventHandler {
 
   Connection& connection_;
   EventPump& pump_;
+  const std::function<void()> lost_;
   xcb_timestamp_t since_ = XCB_CURRENT_TIME;
 };
 
@@ -58,6 +63,10 @@ bool EmptyClipboard::handle(const xcb_generic_event_t& event) {
   if (kindOf(event) == XCB_PROPERTY_NOTIFY &&
       as<xcb_property_notify_event_t>(event).window == connection_.window()) {
     since_ = as<xcb_property_notify_event_t>(event).time;
+    return true;
+  }
+  if (kindOf(event) == XCB_SELECTION_CLEAR) {
+    lost_();
     return true;
   }
   if (kindOf(event) != XCB_SELECTION_REQUEST) return false;
@@ -101,8 +110,9 @@ class SelectionClipboard final : public Clipboard {
  public:
   explicit SelectionClipboard(std::shared_ptr<Session> session)
       : session_(std::move(session)),
-        empty_(session_->connection, session_->pump),
         primary_(*session_),
+        empty_(session_->connection, session_->pump,
+               [this] { takenBeforeCopy_ = primary_.timesTaken(); }),
         keystroke_(*session_) {}
 
   void clear() override {
@@ -114,14 +124,15 @@ class SelectionClipboard final : public Clipboard {
   [[nodiscard]] bool copySelection() override {
     if (!keystroke_.isPossible()) return false;
     focused_ = findFocusedWindow(session_->connection);
-    if (isReadFromPrimary(focused_.names)) {
+    if (copiesByCopyKey(focused_.names) && keystroke_.isPossible(CopyChord::kCopyKey)) {
+      type(CopyChord::kCopyKey);
+    } else if (isReadFromPrimary(focused_.names)) {
       source_ = primary_.isStaleIn(focused_.window) ? Source::kNothing : Source::kPrimary;
     } else if (isLeftAlone(focused_.names)) {
       source_ = Source::kNothing;
     } else {
       if (isWine(focused_.names)) letWineNotice();
-      keystroke_.press();
-      keystroke_.release();
+      type(CopyChord::kControlInsert);
     }
     return true;
   }
@@ -137,15 +148,26 @@ class SelectionClipboard final : public Clipboard {
     // A selection in another window than the focused one is not what the user means.
     if (primary && !areOfOneProgram(connection, focused_.window, owner)) return {};
     auto text = readSelectionText(connection, session_->pump, selection);
-    if (text && mayBeCurrentLine(focused_.names, *text)) return {};
+    if (text && mayBeUnselected(*text)) return {};
     return text;
   }
 
  private:
+  void type(CopyChord chord) {
+    keystroke_.press(chord);
+    keystroke_.release();
+  }
+
   /// Wine asks for the targets of the clipboard that it has lost, twice, and forgets a copy that is
   /// made before that is over. No event tells when it is.
   void letWineNotice() {
     session_->pump.serveUntil(EventPump::Clock::now() + kWinePause, [] { return false; });
+  }
+
+  /// Whether a copied text may be one that the application does not show as selected.
+  [[nodiscard]] bool mayBeUnselected(const std::string& text) const {
+    if (mayBeCurrentLine(focused_.names, text)) return true;
+    return takesPrimaryAfterCopying(focused_.names) && primary_.timesTaken() == takenBeforeCopy_;
   }
 
   enum class Source {
@@ -155,11 +177,12 @@ class SelectionClipboard final : public Clipboard {
   };
 
   const std::shared_ptr<Session> session_;
-  EmptyClipboard empty_;
   PrimarySelection primary_;
+  EmptyClipboard empty_;
   CopyKeystroke keystroke_;
   Source source_ = Source::kClipboard;
-  FocusedWindow focused_;  ///< the one whose selection is read
+  FocusedWindow focused_;         ///< the one whose selection is read
+  unsigned takenBeforeCopy_ = 0;  ///< how often PRIMARY was when CLIPBOARD was taken from us
 };
 
 }  // namespace

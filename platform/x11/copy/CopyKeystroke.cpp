@@ -40,26 +40,30 @@ CopyKeystroke::~CopyKeystroke() {
   pump_.remove(*this);
 }
 
-bool CopyKeystroke::isPossible() {
+bool CopyKeystroke::isPossible(CopyChord chord) {
   if (!keyboards_.load()) return false;
   const KeyboardMap& map = keyboards_.typingMap();
-  return map.control != 0 && map.insert != 0;
+  return chord == CopyChord::kCopyKey ? map.copy != 0 : map.control != 0 && map.insert != 0;
 }
 
-void CopyKeystroke::press() {
+void CopyKeystroke::press(CopyChord chord) {
+  chord_ = chord;
   underWay_ = true;
   watchKeys();
   releaseHeldKeys();
   const KeyboardMap& map = keyboards_.typingMap();
-  type(map.insert, false);  // another program may have left it down
-  type(map.control, true);
-  type(map.insert, true);
+  const bool copyKey = chord == CopyChord::kCopyKey;
+  const xcb_keycode_t key = copyKey ? map.copy : map.insert;
+  type(key, false);  // another program may have left it down
+  if (!copyKey) type(map.control, true);
+  type(key, true);
 }
 
 void CopyKeystroke::release() {
   const KeyboardMap& map = keyboards_.typingMap();
-  type(map.insert, false);
-  type(map.control, false);
+  const bool copyKey = chord_ == CopyChord::kCopyKey;
+  type(copyKey ? map.copy : map.insert, false);
+  if (!copyKey) type(map.control, false);
   pressHeldModifiersAgain();
 }
 

@@ -97,6 +97,7 @@ bool PrimarySelection::handle(const xcb_generic_event_t& event) {
 // The time is that of the user's action that the owner names, which may be before a press that has
 // already been reported.
 void PrimarySelection::taken(xcb_timestamp_t time) {
+  ++timesTaken_;
   taken_ = time;
   std::erase_if(presses_, [this](const auto& press) { return !wasTakenBefore(press.second); });
 }

@@ -26,6 +26,9 @@ class PrimarySelection final : public EventHandler {
   /// taken, as far as it was watched.
   [[nodiscard]] bool isStaleIn(xcb_window_t window) const;
 
+  /// How often PRIMARY was taken, as far as it was watched.
+  [[nodiscard]] unsigned timesTaken() const { return timesTaken_; }
+
   bool handle(const xcb_generic_event_t& event) override;
   /// Begins or ends to watch.
   void idle() override;
@@ -41,6 +44,7 @@ class PrimarySelection final : public EventHandler {
   const HotKeyGrabs& hotKeys_;
   bool watching_ = false;
   int takenEvent_ = 0;  ///< the event type of XFixes' SelectionNotify
+  unsigned timesTaken_ = 0;
   std::optional<xcb_timestamp_t>
       taken_;  ///< when PRIMARY was taken; nothing: before it was watched
   /// The last press in each window since then.

@@ -51,6 +51,7 @@ TEST_F(CopyingWithKeys, WhatMayBeTheCurrentLineOfAnEditorIsNotDialled) {
     settings.wmClass = name;
     settings.copy = answersWith(copied);
     const XClient client(server.display(), settings);
+    port.whenBlocking([&] { client.waitForRelease(kKeyInsert); });
     useHotKey();
     port.waitForDials(++uses);
     return port.dialled().back();
@@ -58,6 +59,25 @@ TEST_F(CopyingWithKeys, WhatMayBeTheCurrentLineOfAnEditorIsNotDialled) {
   EXPECT_EQ(dialFrom("Kate", kNumber + "\n"), std::nullopt);
   EXPECT_EQ(dialFrom("Kate", kNumber), kNumber);
   EXPECT_EQ(dialFrom("gedit", kNumber + "\n"), kNumber + "\n");
+}
+
+TEST_F(CopyingWithKeys, WhatEmacsCopiesIsDialledIfItTakesPrimaryToo) {
+  XClientSettings settings;
+  settings.wmClass = "Emacs";
+  {
+    XClient client(server.display(), settings);
+    client.own("PRIMARY", answersWith(kNumber));  // before the copy counts as little as never
+    port.whenBlocking([&] { client.waitForRelease(kKeyInsert); });
+    useHotKey();
+    port.waitForDials(1);
+    EXPECT_EQ(port.dialled()[0], std::nullopt);
+    EXPECT_EQ(client.copies(), 1);
+  }
+  settings.takesPrimary = true;
+  const XClient client(server.display(), settings);
+  port.whenBlocking([&] { client.waitForRelease(kKeyInsert); });
+  useHotKey();
+  expectDial(2);
 }
 
 TEST_F(CopyingWithKeys, WithNoWindowAtAllNothingIsFound) {

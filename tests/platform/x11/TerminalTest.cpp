@@ -52,6 +52,32 @@ TEST_F(Terminal, IsRecognisedUnderThePointerWhereNoWindowHasTheFocus) {
   expectNothingTyped(client);
 }
 
+TEST_F(Terminal, AlacrittyGetsTheCopyKeyAndItsOldSelectionIsNotRead) {
+  auto settings = terminal();
+  settings.wmClass = "Alacritty";
+  settings.copyKey = true;
+  XClient client(server.display(), settings);
+  client.own("PRIMARY", answersWith("old"));
+  port.whenBlocking([&] { client.waitForRelease(kKeyCopy); });
+  useHotKey();
+  expectDial(1);
+  EXPECT_EQ(typedInto(client), (Typed{{kKeyCopy, 0}}));
+}
+
+TEST_F(Terminal, AlacrittyIsReadFromPrimaryWhereNoKeyCopies) {
+  ASSERT_TRUE(port.call([&] { return port.clipboard().copySelection(); }));
+  keyboard.remap(kKeyCopy, 0);
+  port.settle();
+  port.settle();
+  auto settings = terminal();
+  settings.wmClass = "Alacritty";
+  XClient client(server.display(), settings);
+  client.own("PRIMARY", answersWith(kNumber));
+  useHotKey();
+  expectDial(1);
+  expectNothingTyped(client);
+}
+
 TEST_F(Terminal, OneWhoseSelectionMayBeOldIsLeftAlone) {
   auto settings = terminal();
   settings.wmClass = "terminology";

@@ -31,6 +31,7 @@ enum Key : std::uint8_t {
   kKeyInsert = 118,
   kKeyLeftSuper = 133,
   kKeyMenu = 135,
+  kKeyCopy = 141,
 };
 
 /// What applications see of the modifiers.

@@ -174,9 +174,13 @@ void XClient::handle(const xcb_generic_event_t& event) {
 
 void XClient::key(const xcb_key_press_event_t& event, bool pressed) {
   const unsigned chord = event.state & (kStateShift | kStateControl | kStateAlt | kStateSuper);
-  const bool copy =
-      settings_.copies && pressed && event.detail == kKeyInsert && chord == kStateControl;
+  const bool isCopy = settings_.copyKey ? event.detail == kKeyCopy && chord == 0
+                                        : event.detail == kKeyInsert && chord == kStateControl;
+  const bool copy = settings_.copies && pressed && isCopy;
   if (copy) selections_->own(clipboard_, event.time, settings_.copy);
+  if (copy && settings_.takesPrimary) {
+    selections_->own(XCB_ATOM_PRIMARY, event.time, settings_.copy);
+  }
   const std::lock_guard lock(mutex_);
   if (copy) ++copies_;
   keys_.push_back({event.detail, event.state, pressed});

@@ -23,6 +23,8 @@ struct XClientSettings {
   std::string wmClass = "Editor";
   Answers copy = answersWith("+31 20 123 4567");  ///< what a copy puts on the clipboard
   bool copies = true;           ///< whether Ctrl+Insert copies; no other chord ever does
+  bool copyKey = false;         ///< whether the key Copy does so instead
+  bool takesPrimary = false;    ///< after copying it takes PRIMARY
   bool endsWhenSilent = false;  ///< the program dies in the middle of an incremental transfer
   bool focusOnChild = false;    ///< the focus is on a child window, which has no class of its own
   std::string machine;          ///< WM_CLIENT_MACHINE, unless empty
