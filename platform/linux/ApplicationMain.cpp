@@ -3,6 +3,7 @@
 
 #include "platform/Ports.h"
 #include "platform/linux/Application.h"
+#include "platform/linux/BackgroundQueue.h"
 #include "platform/linux/NoDesktop.h"
 #include "platform/linux/WaylandModule.h"
 #include "platform/x11/Desktop.h"
@@ -28,6 +29,8 @@ void tuneAllocator() {
   // Large blocks go back to the system when they are freed. By default the first that is freed
   // raises this limit, and later ones stay with the process.
   mallopt(M_MMAP_THRESHOLD, 128 * 1024);
+  // It is quiet then: return the memory of the last burst to the system.
+  linux_port::setBackgroundThreadEndAction([] { malloc_trim(0); });
 }
 
 }  // namespace

@@ -1,9 +1,9 @@
 #include "platform/linux/BackgroundQueue.h"
 
-#include <malloc.h>
 #include <pthread.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <thread>
@@ -50,7 +50,16 @@ class BlockedSignals {
   sigset_t before_{};
 };
 
+std::atomic<void (*)()>& threadEndAction() {
+  static std::atomic<void (*)()> action{nullptr};
+  return action;
+}
+
 }  // namespace
+
+void setBackgroundThreadEndAction(void (*action)()) {
+  threadEndAction() = action;
+}
 
 void ThreadPerTaskQueue::async(Task task) {
   if (const auto worker = assign(task)) {
@@ -111,7 +120,7 @@ void ThreadPerTaskQueue::runTasks() {
   while (const Task task = nextTask(worker)) {
     task();
   }
-  malloc_trim(0);  // it is quiet now: return the memory of the last burst to the system
+  if (auto* const action = threadEndAction().load()) action();
 }
 
 /// The next task for the calling thread; empty if none came in time.

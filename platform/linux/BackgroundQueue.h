@@ -42,4 +42,8 @@ class ThreadPerTaskQueue final : public BackgroundQueue {
   std::deque<Task> waiting_;  ///< tasks whose thread has not started yet
 };
 
+/// Sets what each background thread of the process does before it ends for lack of tasks; nothing
+/// by default. Any thread.
+void setBackgroundThreadEndAction(void (*action)());
+
 }  // namespace seldial::platform::linux_port

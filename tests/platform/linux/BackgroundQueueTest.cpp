@@ -115,6 +115,14 @@ TEST(BackgroundQueue, ATaskWhoseThreadIsRefusedRunsSoonAfter) {
   EXPECT_EQ(refusedThreads, 0);
 }
 
+TEST(BackgroundQueue, AThreadThatEndsRunsTheEndActionFirst) {
+  static std::atomic<bool> ran = false;
+  linux_port::setBackgroundThreadEndAction([] { ran = true; });
+  sharedBackgroundQueue()->async([] {});
+  EXPECT_TRUE(tests::eventually([] { return ran.load(); }));
+  linux_port::setBackgroundThreadEndAction(nullptr);
+}
+
 TEST(BackgroundQueue, EveryTaskOfABurstRunsOnce) {
   constexpr int kTasks = 20000;
   std::promise<void> done;
