@@ -44,8 +44,7 @@ class Owner {
 
   void own(xcb_atom_t selection) {
     xcb_set_selection_owner(xcb_, window_, selection, XCB_CURRENT_TIME);
-    std::free(
-        xcb_get_selection_owner_reply(xcb_, xcb_get_selection_owner(xcb_, selection), nullptr));
+    synchronise();
   }
 
   void serve(std::string_view script) {
@@ -57,14 +56,21 @@ class Owner {
     });
   }
 
+  /// The server must have executed all requests of the reader: an old one would be taken for the
+  /// next input's.
   void stop() {
     over_ = true;
     thread_.join();
+    synchronise();
     while (const auto event = freed(xcb_poll_for_event(xcb_))) {
     }
   }
 
  private:
+  void synchronise() {
+    std::free(xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr));
+  }
+
   bool awaitRequest() {
     return await(
         [](const xcb_generic_event_t& event) { return kindOf(event) == XCB_SELECTION_REQUEST; });
@@ -249,6 +255,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     answer = transfer.ask(atoms.clipboard, atoms.utf8String, end);
     if (answer && !honest) answer = transfer.ask(atoms.clipboard, XCB_ATOM_STRING, end);
   }
+  desktop->connection->synchronise();
   desktop->owner->stop();
   CHECK(!desktop->connection->lost());
   if (honest) checkHonest(script.substr(1), answer);
