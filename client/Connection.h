@@ -31,8 +31,9 @@ inline constexpr const char* kStatusRequest = "status";  ///< the answer is for 
 /// The answer is the usual spelling of the hot key that is set; empty if there is none.
 inline constexpr const char* kHotKeyRequest = "hotkey";
 /// To read the configuration again. The answer is empty, or says what is wrong, without a full
-/// stop.
+/// stop; with kReloadNote in front, what does not take effect at once though nothing is wrong.
 inline constexpr const char* kReloadRequest = "reload";
+inline constexpr const char* kReloadNote = "note: ";
 
 /// The next use of the hot key of the running seldial-uc, which dials nothing then. It ends with
 /// the object. Made and destroyed on one thread.

@@ -1,5 +1,7 @@
 #include <QApplication>
 #include <QLocale>
+#include <QTimer>
+#include <chrono>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -9,8 +11,10 @@
 #include "client/Options.h"
 #include "hotkey/QKHotKeyCenter.h"
 #include "platform/qt/Desktop.h"
+#include "platform/x11/Desktop.h"
 #include "platform/x11/copy/Clipboard.h"
 #include "shortcut/Answer.h"
+#include "shortcut/CopyTest.h"
 #include "shortcut/Options.h"
 #include "shortcut/Resources.h"
 #include "shortcut/Settings.h"
@@ -22,6 +26,9 @@ namespace {
 // Those of seldial-uc.
 constexpr const char* kUsualHotKey = "ctrl+alt+d";
 constexpr std::uint16_t kUsualDelay = 500;
+
+/// Longer than any copy takes on a busy machine.
+constexpr std::chrono::seconds kTestLimit{30};
 
 struct Texts {
   Q_DECLARE_TR_FUNCTIONS(Delivery)
@@ -91,6 +98,23 @@ int showSettings(platform::qt::Desktop& desktop, const ShortcutOptions& options,
   return show(window, options);
 }
 
+/// Types the hot key in a window with a selected text. Whoever wants to know what Seldial copies
+/// then ends this program when it is known.
+int testCopy(platform::qt::Desktop& desktop, const ShortcutOptions& options) {
+  CopyTestWindow window(options.testCopy, [&] {
+    const HotKey& hotKey = *options.hotKey;
+    if (!platform::x11::typeHotKey(*desktop.session(), hotKey.virtualKey, hotKey.modifierFlags)) {
+      QCoreApplication::exit(1);
+    }
+  });
+  QTimer limit;
+  QObject::connect(&limit, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+  limit.start(kTestLimit);
+  QObject::connect(&window, &QDialog::finished, [] { QCoreApplication::exit(1); });
+  window.show();
+  return QCoreApplication::exec();
+}
+
 /// Adds what the configuration file has to what the command line has not. False when it is wrong.
 bool addConfiguration(ShortcutOptions& options, const std::vector<Setting>& settings,
                       std::string& error) {
@@ -121,6 +145,7 @@ int run(int argc, char* argv[], const ShortcutOptions& options,
   const auto served = desktop->serve();
   const auto translators = translateInto(QLocale::system().uiLanguages());
   QApplication::setWindowIcon(windowIcon());
+  if (!options.testCopy.empty()) return testCopy(*desktop, options);
   return options.settings ? showSettings(*desktop, options, settings)
                           : showShortcut(*desktop, options);
 }

@@ -16,6 +16,10 @@ class Reader final : public OptionReader {
       fail("--print, --socket and --settings cannot be used together");
       return std::nullopt;
     }
+    if (!options_.testCopy.empty() && !options_.hotKey) {
+      fail("--test-copy needs --hotkey");
+      return std::nullopt;
+    }
     if (options_.socket.empty() && !options_.client.empty()) {
       fail("--client needs --socket");
       return std::nullopt;
@@ -26,7 +30,7 @@ class Reader final : public OptionReader {
  private:
   [[nodiscard]] bool takesValue(const std::string& name) const override {
     return name == "--hotkey" || name == "--delay" || name == "--socket" || name == "--config" ||
-           name == "--client";
+           name == "--client" || name == "--test-copy";
   }
 
   bool setFlag(const std::string& name) override {
@@ -39,6 +43,7 @@ class Reader final : public OptionReader {
   bool setValue(const std::string& name, const std::string& value) override {
     if (name == "--hotkey") return setHotKey(value);
     if (name == "--config") return setConfiguration(value);
+    if (name == "--test-copy") return setTestCopy(value);
     if (name == "--delay") return setDelay(value);
     return setPath(name, value, name == "--client" ? options_.client : options_.socket);
   }
@@ -60,6 +65,11 @@ class Reader final : public OptionReader {
     path = value;
     const bool usable = GDUnixSocketClient::initWithSocketPath(value) != nullptr;
     return usable ? true : fail(name + " takes a standardised path with a slash, not " + value);
+  }
+
+  bool setTestCopy(const std::string& value) {
+    options_.testCopy = value;
+    return !value.empty() || fail("--test-copy needs a text");
   }
 
   bool setConfiguration(const std::string& value) {
@@ -95,6 +105,8 @@ sets it, sends it to seldial, or keeps it with the other settings of seldial-uc.
                   one key, such as d, 7, f5, space, left or keypad0
   --delay MS      how long the other application gets to copy its selection, from 0
                   to 65535 milliseconds, 500 if not given
+  --test-copy TEXT  show a selected text and type the shortcut there, as seldial-uc
+                  check does to try out whether Seldial can copy
   --help          print this text
 
 Exit status: 0 when the shortcut was handed over; 1 when the window was closed

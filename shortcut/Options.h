@@ -19,6 +19,7 @@ struct ShortcutOptions {
   std::string client;         ///< where its answer is waited for; empty: it is not
   bool settings = false;      ///< write the configuration of seldial-uc
   std::string configuration;  ///< its file; empty: the usual one
+  std::string testCopy;       ///< a text for a CopyTestWindow; empty: another window is meant
   bool help = false;
 };
 

@@ -85,7 +85,8 @@ std::optional<std::string> applyFile(const std::string& path, const SettingValue
                                      bool startsAtLogin) {
   std::string notRunning;
   auto answer = askRunningClient(kReloadRequest, notRunning);
-  if (answer && !answer->empty()) return *answer + ".";
+  const bool isRefused = answer && !answer->empty() && !answer->starts_with(kReloadNote);
+  if (isRefused) return *answer + ".";
   const bool changesLogin = startsAtLogin != seldial::startsAtLogin();
   auto failed = changesLogin ? applyLogin(startsAtLogin) : std::nullopt;
   const bool isStarted = answer || (changesLogin && startsBySystemd());

@@ -3,11 +3,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "client/Connection.h"
@@ -15,9 +14,9 @@
 #include "client/Options.h"
 #include "client/Protocol.h"
 #include "platform/System.h"
-#include "ucclient/ChildProcess.h"
-#include "ucclient/MainThread.h"
+#include "ucclient/KeyHolders.h"
 #include "ucclient/Places.h"
+#include "ucclient/Trial.h"
 
 namespace seldial {
 namespace {
@@ -40,106 +39,115 @@ bool isProgram(const std::string& program) {
   return false;
 }
 
-/// One seldial of its own, for as long as it takes to set the hot key once.
-class Trial {
- public:
-  explicit Trial(const Options& options) : options_(options) {}
-
-  /// Seldial's answer; nothing when there is none, and `failure` says why.
-  std::optional<Message> run(const std::string& program, std::string& failure) {
-    const auto directory = PrivateDirectory::makeUnder(PrivateDirectory::usualParents());
-    path_ = directory ? directory->file("dialer") : "";
-    const auto seldial =
-        ChildProcess::start({program, "-jsonlog", "dialerpipename=" + path_},
-                            {[this, main = mainThread_](const std::string& line) {
-                               main->post([this, line] { wrote(line); });
-                             },
-                             [main = mainThread_] { main->post([main] { main->stop(); }); }},
-                            failure);
-    if (!seldial) return std::nullopt;
-    mainThread_->run();
-    seldial->signal(SIGTERM);
-    const int status = seldial->wait();
-    if (!answer_ && failure_.empty()) failure_ = "seldial " + describedExitStatus(status);
-    failure = failure_;
-    return answer_;
-  }
-
- private:
-  void wrote(const std::string& line) {
-    const auto logged = loggedMessage(line);
-    if (logged && logged->starts_with("Unix socket server listen ok")) {
-      const auto failed = sendCommand(setHotKeyCommand(options_.hotKey, options_.delay), path_);
-      if (!failed) return;
-      failure_ = *failed;
-      return mainThread_->stop();
-    }
-    const Message message = messageFromJSON(line);
-    if (message.kind == Message::Kind::Unknown) return;
-    answer_ = message;
-    mainThread_->stop();
-  }
-
-  const Options& options_;
-  const std::shared_ptr<MainThread> mainThread_ = std::make_shared<MainThread>();
-  std::string path_;
-  std::string failure_;
-  std::optional<Message> answer_;
-};
-
-/// Prints one line for each thing that was looked at.
+/// Prints one line for each thing that was looked at, and where to read on.
 class Report {
  public:
-  void tell(bool isGood, const std::string& what, const std::string& text) {
+  /// `section` is the heading in the manual's page that helps where it is not good.
+  void tell(bool isGood, const std::string& what, const std::string& text,
+            const char* section = nullptr) {
     std::printf("%-5s %-14s %s\n", isGood ? "ok" : "wrong", what.c_str(), text.c_str());
     isGood_ = isGood_ && isGood;
+    if (!isGood && section != nullptr) sections_.insert(section);
   }
 
-  [[nodiscard]] bool isGood() const { return isGood_; }
+  /// Prints the sections. Returns whether all is good.
+  [[nodiscard]] bool finish() const {
+    for (const std::string& section : sections_) {
+      std::printf("see   docs/troubleshooting.md#%s\n", section.c_str());
+    }
+    return isGood_;
+  }
 
  private:
   bool isGood_ = true;
+  std::set<std::string> sections_;
 };
+
+constexpr const char* kRefused = "the-answer-is-hotkey-not-set";
+constexpr const char* kNotFound = "no-number-is-found";
+constexpr const char* kEnded = "seldial-ends";
+constexpr const char* kNotDialled = "seldial-uc-does-not-dial";
 
 void checkSession(Report& report) {
   const std::string type = variable("XDG_SESSION_TYPE");
   const std::string display = variable("DISPLAY");
-  report.tell(!display.empty() || !variable("WAYLAND_DISPLAY").empty(), "session",
-              (type.empty() ? "of unknown type" : type) + ", " +
-                  (display.empty() ? "DISPLAY is not set" : "DISPLAY " + display));
+  const std::string wayland = variable("WAYLAND_DISPLAY");
+  const std::string desktop = variable("XDG_CURRENT_DESKTOP");
+  std::string text = type.empty() ? "of unknown type" : type;
+  if (!desktop.empty()) text += ", " + desktop;
+  if (!wayland.empty()) text += ", WAYLAND_DISPLAY " + wayland;
+  text += display.empty() ? ", DISPLAY is not set" : ", DISPLAY " + display;
+  report.tell(!display.empty() || !wayland.empty(), "session", text, kRefused);
   report.tell(!variable("DBUS_SESSION_BUS_ADDRESS").empty() || !variable("XDG_RUNTIME_DIR").empty(),
-              "notifications", "over the session bus");
+              "notifications", "over the session bus", kNotDialled);
+}
+
+std::string likelyReasons() {
+  if (variable("DISPLAY").empty() && variable("WAYLAND_DISPLAY").empty()) {
+    return "There is no desktop";
+  }
+  std::string names;
+  for (const std::string& holder : likelyKeyHolders())
+    names += (names.empty() ? "" : ", ") + holder;
+  if (names.empty()) return "Another program has it, or the keyboard has no such key";
+  return "These programs run and take hot keys: " + names +
+         ". Or another program has it, or the keyboard has no such key";
+}
+
+void tellCopy(Report& report, const Trial& trial, const std::string& window) {
+  if (window.empty()) {
+    report.tell(true, "copy", "not tried: that needs seldial-shortcut and an X11 session");
+  } else if (trial.copyFailure()) {
+    report.tell(false, "copy", *trial.copyFailure(), kNotFound);
+  } else {
+    report.tell(true, "copy", "a selected text was copied");
+  }
+}
+
+/// Tries the copy, and the hot key too unless the running client holds it.
+void tryOut(Report& report, const Options& options, const std::string& program, bool isHeld) {
+  // Nobody uses this one.
+  std::string why;
+  const HotKey spare = hotKeyFromSpelling("ctrl+alt+shift+super+f12", why).value_or(HotKey());
+  const std::string shortcut = findProgram("seldial-shortcut", ownDirectory());
+  const bool canShow = variable("WAYLAND_DISPLAY").empty() && isProgram(shortcut);
+  const std::string window = canShow ? shortcut : "";
+  Trial trial(isHeld ? spare : options.hotKey, options.delay, window);
+  const auto answer = trial.run(program, why);
+  if (!answer) {
+    report.tell(false, "hot key", why, kEnded);
+  } else if (answer->kind == Message::Kind::HotKeySet) {
+    if (!isHeld) report.tell(true, "hot key", options.spelling + " is free");
+    tellCopy(report, trial, window);
+  } else {
+    report.tell(false, "hot key",
+                options.spelling + " is refused: " + answer->text + ". " + likelyReasons(),
+                kRefused);
+  }
 }
 
 void checkHotKey(Report& report, const Options& options) {
   const std::string program =
       options.seldial.empty() ? findSeldial(ownDirectory()) : options.seldial;
-  report.tell(isProgram(program), "program", program);
+  report.tell(isProgram(program), "program", program, kNotDialled);
   std::string why;
   const auto running = askRunningClient(kHotKeyRequest, why);
   report.tell(true, "client", running ? "seldial-uc is running" : why);
-  if (running && *running == spellingOfHotKey(options.hotKey)) {
-    return report.tell(true, "hot key", options.spelling + " is held by the running seldial-uc");
-  }
-  const auto answer = Trial(options).run(program, why);
-  if (!answer) return report.tell(false, "hot key", why);
-  if (answer->kind == Message::Kind::HotKeySet) {
-    return report.tell(true, "hot key", options.spelling + " is free");
-  }
-  report.tell(false, "hot key",
-              options.spelling + " is refused: " + answer->text +
-                  ". Often the desktop's own shortcuts, the input method or a clipboard manager "
-                  "have it. Or there is no such key");
+  const bool isHeld = running && *running == spellingOfHotKey(options.hotKey);
+  if (isHeld) report.tell(true, "hot key", options.spelling + " is held by the running seldial-uc");
+  tryOut(report, options, program, isHeld);
 }
 
 void checkDialling(Report& report, const DialSettings& dialling) {
   const std::string program = dialling.scheme.empty() && dialling.dials() ? dialling.command.front()
                                                                           : platform::uriOpener();
   if (!dialling.dials()) {
-    report.tell(false, "dialling", "neither dial nor open is set: numbers are only printed");
+    report.tell(false, "dialling", "neither dial nor open is set: numbers are only printed",
+                kNotDialled);
   } else {
     report.tell(isProgram(program), "dialling",
-                isProgram(program) ? "by " + program : "there is no program " + program);
+                isProgram(program) ? "by " + program : "there is no program " + program,
+                kNotDialled);
   }
   report.tell(true, "region", dialling.region.empty() ? "none" : dialling.region);
 }
@@ -155,7 +163,7 @@ bool checkEverything(const Options& options) {
   checkHotKey(report, options);
   checkDialling(report, options.dialling);
   report.tell(true, "login", startsAtLogin() ? "seldial-uc starts" : "seldial-uc does not start");
-  return report.isGood();
+  return report.finish();
 }
 
 }  // namespace seldial

@@ -41,8 +41,9 @@ int showStatus(const Arguments& /*arguments*/) {
 int reload(const Arguments& /*arguments*/) {
   std::string error;
   const auto answer = askRunningClient(kReloadRequest, error);
-  if (!answer || !answer->empty()) return fail(answer.value_or(error));
-  return 0;
+  if (!answer) return fail(error);
+  if (answer->starts_with(kReloadNote)) return std::puts(answer->c_str()) < 0 ? 1 : 0;
+  return answer->empty() ? 0 : fail(*answer);
 }
 
 /// Becomes the window.

@@ -32,7 +32,7 @@ class Console {
   [[nodiscard]] bool broken() const;
 
  private:
-  const bool conversation_;
+  bool conversation_;
 };
 
 /// `text` fit for one line on a terminal: each control character (C0, U+007F and C1) becomes \u and

@@ -53,6 +53,12 @@ Session::Session(Options options, Reread reread)
   makeDialler();
 }
 
+void Session::apply(Options options) {
+  options_ = std::move(options);
+  console_ = Console(options_.conversation);
+  makeDialler();
+}
+
 void Session::makeDialler() {
   dialling_.reset();
   if (!options_.dialling.dials()) return;
@@ -173,7 +179,7 @@ void Session::received(const std::string& text) {
 void Session::hotKeyWasSet() {
   hasHotKey_ = hotKeyWasSet_ = true;
   console_.hotKeySet(options_.spelling);
-  finishReload("");
+  finishReload(reloadNote_);
 }
 
 /// After a reload the previous hot key is set again.
@@ -185,8 +191,7 @@ void Session::hotKeyWasRefused(const std::string& why) {
     return fail(sentence);
   }
   console_.error(sentence);
-  options_ = previousOptions_;
-  makeDialler();
+  apply(previousOptions_);
   finishReload(sentence);
   sendSetHotKey();
 }
@@ -280,7 +285,7 @@ bool Session::wasTrial() {
   return reply && reply("used\n");
 }
 
-/// Applies the configuration as it is now. The program to start and --conversation stay.
+/// Applies the configuration as it is now. Another program is started only when this one ends.
 void Session::reload(const ControlSocket::Reply& reply) {
   std::string error;
   const auto options = reread_(error);
@@ -288,8 +293,13 @@ void Session::reload(const ControlSocket::Reply& reply) {
     reply(!options ? error : "seldial is not ready, please try again");
     return;
   }
-  previousOptions_ = std::exchange(options_, *options);
-  makeDialler();
+  const bool sameProgram = options->seldial == options_.seldial;
+  reloadNote_ = sameProgram ? ""
+                            : kReloadNote + std::string(
+                                                "the new seldial is used when "
+                                                "seldial-uc is started again");
+  previousOptions_ = options_;
+  apply(*options);
   reloading_ = reply;
   sendSetHotKey();
 }

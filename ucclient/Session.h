@@ -36,6 +36,7 @@ class Session : public std::enable_shared_from_this<Session> {
   [[nodiscard]] std::function<void()> endRequest();
 
  private:
+  void apply(Options options);
   void makeDialler();
   void answerRequests();
   bool makeDirectory();
@@ -80,7 +81,7 @@ class Session : public std::enable_shared_from_this<Session> {
   Options options_;
   Options previousOptions_;  ///< while a reload waits for the hot key
   const Reread reread_;
-  const Console console_;
+  Console console_;
   const std::shared_ptr<MainThread> mainThread_ = std::make_shared<MainThread>();
   // In this order: the child ends first, then the socket closes, then the directory goes.
   std::unique_ptr<PrivateDirectory> directory_;
@@ -91,6 +92,7 @@ class Session : public std::enable_shared_from_this<Session> {
   std::unique_ptr<Dialler> dialling_;  ///< null when numbers are only printed
   History history_;
   ControlSocket::Reply reloading_;  ///< to be told how a reload ended; empty: there is none
+  std::string reloadNote_;          ///< the answer when it went well
   ControlSocket::Reply trying_;     ///< to be told of the next use; empty: that is dialled
   bool hasHotKey_ = false;
   bool hotKeyWasSet_ = false;  ///< once

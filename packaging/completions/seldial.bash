@@ -40,8 +40,8 @@ _seldial_shortcut() {
   COMPREPLY=()
   case $previous in
     --socket | --client | --config) _seldial_files "$word" ;;
-    --hotkey | --delay) ;;
-    *) _seldial_words '--print --socket --client --settings --config --hotkey --delay --help' "$word" ;;
+    --hotkey | --delay | --test-copy) ;;
+    *) _seldial_words '--print --socket --client --settings --config --hotkey --delay --test-copy --help' "$word" ;;
   esac
 }
 

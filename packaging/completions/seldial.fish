@@ -37,4 +37,5 @@ complete -c seldial-shortcut -l settings -d 'show and write the configuration of
 complete -c seldial-shortcut -l config -r -F -d 'the configuration file'
 complete -c seldial-shortcut -l hotkey -x -d 'the shortcut to start with'
 complete -c seldial-shortcut -l delay -x -d 'how long the other application gets to copy'
+complete -c seldial-shortcut -l test-copy -x -d 'show this text and type the shortcut there'
 complete -c seldial-shortcut -l help -d 'print a help text'

@@ -39,6 +39,7 @@ _seldial_shortcut() {
     '--config[the configuration file]:file:_files' \
     '--hotkey[the shortcut to start with]:keys' \
     '--delay[how long the other application gets to copy]:milliseconds' \
+    '--test-copy[show this text and type the shortcut there]:text' \
     '--help[print a help text]'
 }
 

@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>CopyTestWindow</name>
+    <message>
+        <source>Seldial check</source>
+        <translation>Seldial-Prüfung</translation>
+    </message>
+    <message>
+        <source>Seldial tries to copy this text.</source>
+        <translation>Seldial versucht, diesen Text zu kopieren.</translation>
+    </message>
+</context>
+<context>
     <name>Delivery</name>
     <message>
         <source>Seldial has not answered</source>

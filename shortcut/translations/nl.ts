@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="nl" sourcelanguage="en">
 <context>
+    <name>CopyTestWindow</name>
+    <message>
+        <source>Seldial check</source>
+        <translation>Seldial-controle</translation>
+    </message>
+    <message>
+        <source>Seldial tries to copy this text.</source>
+        <translation>Seldial probeert deze tekst te kopiëren.</translation>
+    </message>
+</context>
+<context>
     <name>Delivery</name>
     <message>
         <source>Seldial has not answered</source>

@@ -14,6 +14,7 @@
 #include "tests/support/desktop/Keys.h"
 #include "tests/support/desktop/Windows.h"
 #include "tests/support/desktop/XServer.h"
+#include "tests/ucclient/Nonsense.h"
 
 namespace seldial {
 namespace {
@@ -240,6 +241,22 @@ TEST_F(ShortcutProcess, HelpNeedsNoDesktop) {
   const auto process = run("$S --help", {"DISPLAY="});
   EXPECT_THAT(process->readLine(), StartsWith("usage: seldial-shortcut "));
   EXPECT_EQ(process->wait(), 0);
+}
+
+TEST_F(ShortcutProcess, NonsenseIsSaidAndEndsWithAStatus) {
+  Nonsense(SELDIAL_SHORTCUT_PROGRAM).tryAll();
+}
+
+TEST_F(ShortcutProcess, TheClientsCheckCopiesATextInAWindow) {
+  const auto check = [](const std::string& options) {
+    ChildProcess process({"sh", "-c", SELDIAL_UC " check --delay 2000 --dial true " + options},
+                         {server->environment(), "XDG_CONFIG_HOME=/nowhere"});
+    std::string output;
+    for (const std::string& line : process.restOfLines()) output += line + "\n";
+    return output;
+  };
+  EXPECT_THAT(check("--hotkey ctrl+alt+k"),
+              HasSubstr("\nok    copy           a selected text was"));
 }
 
 TEST_F(ShortcutProcess, ACommandLineThatMakesNoSenseIsSaidAndEndsWithStatus2) {

@@ -2,9 +2,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <csignal>
 #include <fstream>
 #include <memory>
+#include <regex>
+#include <set>
 
 #include "tests/support/Sockets.h"
 #include "tests/support/Waiting.h"
@@ -12,6 +15,7 @@
 #include "tests/support/desktop/Keys.h"
 #include "tests/support/desktop/XClient.h"
 #include "tests/support/desktop/XServer.h"
+#include "tests/ucclient/Nonsense.h"
 #include "tests/ucclient/RunningClient.h"
 
 namespace seldial {
@@ -84,6 +88,13 @@ TEST_F(Commands, ReloadAppliesTheConfiguration) {
   EXPECT_THAT(client_.outputOf({"status"}), HasSubstr("called +493023125123"));
 }
 
+TEST_F(Commands, ReloadSaysWhatItDoesNotApplyAtOnce) {
+  configure("dial = \"true\"\nseldial = \"/nowhere/seldial\"\nconversation = true\n");
+  EXPECT_EQ(client_.outputOf({"reload"}),
+            "note: the new seldial is used when seldial-uc is started again\n");
+  EXPECT_TRUE(client_.process().waitForLine("dialer → {"));
+}
+
 TEST_F(Commands, ReloadWithNonsenseChangesNothing) {
   configure("dial = \"true\"\ndelay = true\n");
   EXPECT_EQ(client_.outputOf({"reload"}),
@@ -139,7 +150,8 @@ TEST_F(Commands, TheEndOfTheClientIsTheEndOfItsSocket) {
 TEST_F(Commands, CheckKnowsThatTheRunningClientHoldsTheHotKey) {
   const std::string output = client_.outputOf({"check", "--config", file_});
   EXPECT_THAT(output, HasSubstr("\nok    hot key        ctrl+alt+d is held by the running "
-                                "seldial-uc\nok    dialling       by true\n"));
+                                "seldial-uc\n"));
+  EXPECT_THAT(output, HasSubstr("\nok    dialling       by true\n"));
   EXPECT_THAT(client_.outputOf({"check", "--config", file_, "--hotkey", "ctrl+alt+k"}),
               HasSubstr("ok    hot key        ctrl+alt+k is free\n"));
 }
@@ -149,6 +161,7 @@ TEST_F(Commands, CheckTellsWhatIsWrong) {
   ASSERT_TRUE(other.process().waitForLine("is set: "));
   const std::string refused = client_.outputOf({"check", "--hotkey", "ctrl+alt+k"});
   EXPECT_THAT(refused, HasSubstr("wrong hot key        ctrl+alt+k is refused: hotkey not set. "));
+  EXPECT_THAT(refused, HasSubstr("take hot keys: seldial (set by another client). Or another"));
   EXPECT_THAT(refused, HasSubstr("wrong dialling       neither dial nor open is set"));
   EXPECT_THAT(refused, HasSubstr("\nstatus 1\n"));
   EXPECT_THAT(client_.outputOf({"check", "--config", file_, "--dial", "/nowhere/phone"}),
@@ -157,6 +170,42 @@ TEST_F(Commands, CheckTellsWhatIsWrong) {
               HasSubstr("wrong hot key        cannot start /nowhere/seldial: No such file"));
   EXPECT_THAT(client_.outputOf({"check", "--hotkey=f5", "--seldial", "/bin/false"}),
               HasSubstr("wrong hot key        seldial ended with status 1\n"));
+}
+
+/// The headings of the page, as links name them.
+std::set<std::string> sectionsOfTroubleshooting() {
+  std::ifstream page(SELDIAL_DOCS "/troubleshooting.md");
+  std::set<std::string> sections;
+  for (std::string line; std::getline(page, line);) {
+    if (!line.starts_with("## ")) continue;
+    std::string section;
+    for (const char letter : line.substr(3)) {
+      const auto byte = static_cast<unsigned char>(letter);
+      if (letter == ' ' || letter == '-') section += '-';
+      if (std::isalnum(byte) != 0) section += static_cast<char>(std::tolower(byte));
+    }
+    sections.insert(section);
+  }
+  return sections;
+}
+
+TEST_F(Commands, CheckNamesSectionsThatThePageHas) {
+  const auto sections = sectionsOfTroubleshooting();
+  const std::regex link("see +docs/troubleshooting.md#([^\n]+)");
+  std::set<std::string> named;
+  for (const auto& arguments :
+       {std::vector<std::string>{"--hotkey=ctrl+help"}, {"--hotkey=f5", "--seldial=/bin/false"}}) {
+    auto command = arguments;
+    command.insert(command.begin(), "check");
+    const std::string output = client_.outputOf(command);
+    for (std::sregex_iterator it(output.begin(), output.end(), link), end; it != end; ++it) {
+      named.insert((*it)[1]);
+    }
+  }
+  EXPECT_THAT(named, testing::ElementsAre("seldial-ends", "seldial-uc-does-not-dial",
+                                          "the-answer-is-hotkey-not-set"));
+  EXPECT_THAT(sections, testing::IsSupersetOf(named));
+  EXPECT_THAT(sections, testing::Contains("no-number-is-found")) << "named when a copy fails";
 }
 
 /// Commands for which no client has to run.
@@ -208,6 +257,19 @@ TEST(CommandLine, NothingIsEnabledThatWouldNotDial) {
             "seldial-uc: nothing would be dialled: set dial or open in "
             "/nowhere/seldial/seldial-uc.toml\nstatus 1\n");
   EXPECT_EQ(outputOf({"disable"}), "seldial-uc does not start at login\n");
+}
+
+TEST(CommandLine, NonsenseIsSaidAndDialsNothing) {
+  const Nonsense nonsense(SELDIAL_UC);
+  nonsense.tryAll();
+  for (const char* const command : {"enable", "status", "reload", "press", "settings", "send",
+                                    "raw", "listen", "check", "nonsense", "", "-x", "--"}) {
+    nonsense.expectRefusal({command, "--nonsense"});
+    if (std::string(command) != "check") nonsense.expectRefusal({command});
+  }
+  nonsense.expectRefusal({"disable", "--nonsense"});
+  nonsense.expectRefusal({"send", "nonsense"});
+  nonsense.expectRefusal({"listen", std::string(5000, '/')});
 }
 
 TEST(CommandLine, WrongArgumentsOfCommandsAreReported) {

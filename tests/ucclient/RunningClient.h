@@ -48,6 +48,9 @@ class RunningClient {
   /// The socket on which it answers requests.
   [[nodiscard]] std::string socket() const { return directory_.path("seldial-uc"); }
 
+  /// Where its sockets lie.
+  [[nodiscard]] std::string directory() const { return directory_.path(""); }
+
   /// Whether it has left nothing behind.
   [[nodiscard]] bool directoryIsEmpty() const {
     return std::filesystem::is_empty(directory_.path(""));

@@ -4,8 +4,11 @@
 #include <sys/stat.h>
 
 #include <csignal>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <memory>
+#include <sstream>
 
 #include "tests/support/desktop/Keyboard.h"
 #include "tests/support/desktop/Keys.h"
@@ -85,6 +88,37 @@ TEST_F(SeldialUcDials, WhatIsNotDialledIsExplainedAndNeverShown) {
   client.expectLine(beginning + "nothing was selected");
   use("x", false);
   client.expectLine(beginning + "nothing was selected");
+}
+
+/// Whether a file below the directory has that text.
+bool isInFiles(const std::string& directory, const std::string& text) {
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(directory)) {
+    std::ostringstream content;
+    if (entry.is_regular_file()) content << std::ifstream(entry.path()).rdbuf();
+    if (content.str().find(text) != std::string::npos) return true;
+  }
+  return false;
+}
+
+TEST_F(SeldialUcDials, NoNumberIsLeftInAnOutputOrAFile) {
+  const Softphone phone("phone");
+  const tests::TemporaryDirectory home;
+  setenv("HOME", home.path("").c_str(), 1);
+  RunningClient& client = start({"--dial", phone.path(), "--confirm", "never"});
+  use("020 123 4567");
+  EXPECT_EQ(phone.called(), "[+31201234567]");
+  client.expectLine("Dialled.");
+  use("020 123 4567 or 020 765 4567");
+  ASSERT_TRUE(client.process().waitForLine("nothing was dialled"));
+  EXPECT_NE(client.outputOf({"status"}).find("called +31201234567"), std::string::npos);
+  EXPECT_EQ(client.outputOf({"reload"}), "");
+  for (const std::string& directory : {home.path(""), client.directory()}) {
+    EXPECT_FALSE(isInFiles(directory, "4567"));
+  }
+  client.process().signal(SIGTERM);
+  for (const std::string& line : client.process().restOfLines()) {
+    EXPECT_EQ(line.find("4567"), std::string::npos) << line;
+  }
 }
 
 TEST_F(SeldialUcDials, AProgramThatFailsIsReported) {

@@ -1,0 +1,88 @@
+// Every option of a program with values that make no sense.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace seldial {
+
+/// Runs a program without a desktop. What would dial leaves a mark.
+class Nonsense {
+ public:
+  explicit Nonsense(std::string program) : program_(std::move(program)) {}
+
+  /// Each option that the help text has, with each value, ends with a sentence and dials nothing.
+  void tryAll(const std::vector<std::string>& command = {}) const {
+    const auto help = run({"--help"});
+    EXPECT_EQ(help.status, 0);
+    const std::set<std::string> options = optionsOf(help.output);
+    EXPECT_GT(options.size(), 5U) << help.output;
+    for (const std::string& option : options) {
+      for (const std::string& value : values())
+        expectRefusal(with(command, {option + "=" + value}));
+      expectRefusal(with(command, {option + "x"}));
+    }
+    EXPECT_FALSE(std::filesystem::exists(mark_)) << "something was dialled";
+  }
+
+  /// A program's name, then what is wrong.
+  void expectRefusal(const std::vector<std::string>& arguments) const {
+    const auto result = run(arguments);
+    std::string commandLine;
+    for (const std::string& argument : arguments) commandLine += argument.substr(0, 50) + " ";
+    EXPECT_TRUE(result.status == 1 || result.status == 2) << commandLine << result.status;
+    EXPECT_TRUE(std::regex_search(result.output, std::regex("(^|\n)seldial(-[a-z]+)?: [^\n]+")) ||
+                result.output.find("\nwrong ") != std::string::npos)
+        << commandLine << result.output;
+  }
+
+ private:
+  struct Result {
+    std::string output;
+    int status;
+  };
+
+  static std::vector<std::string> with(std::vector<std::string> command,
+                                       const std::vector<std::string>& more) {
+    command.insert(command.end(), more.begin(), more.end());
+    return command;
+  }
+
+  std::vector<std::string> values() const {
+    return {"", "nonsense", "--help", "$(touch " + mark_ + ");'\"", std::string(5000, '9')};
+  }
+
+  static std::set<std::string> optionsOf(const std::string& text) {
+    const std::regex option("--[a-z][a-z-]+");
+    std::set<std::string> found;
+    for (std::sregex_iterator it(text.begin(), text.end(), option), end; it != end; ++it) {
+      found.insert(it->str());
+    }
+    return found;
+  }
+
+  [[nodiscard]] Result run(const std::vector<std::string>& arguments) const {
+    tests::ChildProcess process(
+        with({program_}, arguments),
+        {"DISPLAY=", "WAYLAND_DISPLAY", "XDG_CONFIG_HOME=/nowhere", "TMPDIR=/tmp",
+         "XDG_RUNTIME_DIR=" + directory_.path(""), "DBUS_SESSION_BUS_ADDRESS=disabled:"},
+        {}, {tests::Streams::Errors::kWithOutput, {}});
+    std::string output;
+    for (const std::string& line : process.restOfLines()) output += line + "\n";
+    return {output, process.wait()};
+  }
+
+  const std::string program_;
+  const tests::TemporaryDirectory directory_;
+  const std::string mark_ = directory_.path("mark");
+};
+
+}  // namespace seldial

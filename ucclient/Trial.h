@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "client/Protocol.h"
+#include "ucclient/ChildProcess.h"
+#include "ucclient/MainThread.h"
+
+namespace seldial {
+
+/// One seldial of its own, for as long as it takes to set a hot key and to use it once. Main thread
+/// only.
+class Trial {
+ public:
+  /// `delay` is the read delay in milliseconds. `window` is the program that shows the text to copy
+  /// and uses the hot key there, seldial-shortcut; empty: the hot key is only set.
+  Trial(const HotKey& hotKey, std::uint16_t delay, std::string window)
+      : hotKey_(hotKey), delay_(delay), window_(std::move(window)) {}
+
+  /// Runs `program` as seldial. Its answer; nothing when there is none, and `failure` says why,
+  /// without a full stop. To be called once.
+  std::optional<Message> run(const std::string& program, std::string& failure);
+
+  /// What went wrong with the copy, if anything, without a full stop.
+  [[nodiscard]] const std::optional<std::string>& copyFailure() const { return copyFailure_; }
+
+ private:
+  void wrote(const std::string& line);
+  void setHotKey();
+  void useHotKey();
+  void endWith(const std::string& copyFailure);
+
+  const HotKey hotKey_;
+  const std::uint16_t delay_;
+  const std::string window_;
+  const std::shared_ptr<MainThread> mainThread_ = std::make_shared<MainThread>();
+  std::unique_ptr<ChildProcess> copying_;
+  std::string path_;
+  std::string failure_;
+  std::optional<Message> answer_;
+  std::optional<std::string> copyFailure_;
+};
+
+}  // namespace seldial
