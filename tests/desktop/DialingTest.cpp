@@ -117,6 +117,15 @@ TEST_F(Dialing, ANewHotKeyReplacesTheOldOne) {
   EXPECT_THAT(client.nextMessage(), IsMakeCall(kNumber));
 }
 
+TEST_F(Dialing, TheSameHotKeySentAgainIsOneHotKey) {
+  const XClient editor(server.display());
+  for (int i = 0; i < 3; ++i) EXPECT_THAT(answerTo(setHotKey(2)), IsHotkeyStateTrue());
+  use();
+  EXPECT_THAT(client.nextMessage(), IsMakeCall(kNumber));
+  EXPECT_THAT(answerTo(R"({"command":"SetHotKey"})"),
+              IsHotkeyStateFalse("invalid virtual key value"));
+}
+
 TEST_F(Dialing, ARejectedCommandLeavesNoHotKey) {
   const XClient editor(server.display());
   EXPECT_THAT(answerTo(setHotKey(2)), IsHotkeyStateTrue());

@@ -9,16 +9,21 @@ class Application(NamedTuple):
     name: str
     packages: str
     command: str     # {text} {html} {pdf}: files to open; {show}: a program for a terminal; {dir}
-    kind: str = "text"  # text, entry (one line), page, terminal; reader: no key selects
-    select: str = "double"  # how the mouse selects: a double click, or a drag with a button
+    # text, entry (one line), page, terminal; reader: no key selects; cell: something is always selected
+    kind: str = "text"
+    select: str = "double"  # how the mouse selects: a click, a double click, or a drag with a button
     settle: float = 1.5  # seconds until it has drawn its text
-    all: str = "a"  # selects everything, with Control
+    all: str = "^a"  # the keys that select everything; ^: with Control
+    drop: str = "Home"  # the keys that drop that selection
+    once: bool = False  # copying drops the selection
     known: str = ""  # why a result is not the expected one
 
 
+OWN_SELECTION = "the program in the terminal draws the selection; the terminal has none"
+
 APPLICATIONS = [
-    Application("Tk text", "tk", "wish {dir}/text.tcl", all="/"),
-    Application("Tk entry", "tk", "wish {dir}/entry.tcl", "entry", all="/"),
+    Application("Tk text", "tk", "wish {dir}/text.tcl", all="^/"),
+    Application("Tk entry", "tk", "wish {dir}/entry.tcl", "entry", all="^/"),
     Application("GTK 3 text", "gir1.2-gtk-3.0 python3-gi", "/usr/bin/python3 {dir}/gtk3.py text"),
     Application("GTK 3 entry", "gir1.2-gtk-3.0 python3-gi", "/usr/bin/python3 {dir}/gtk3.py entry", "entry"),
     Application("GTK 3 label", "gir1.2-gtk-3.0 python3-gi", "/usr/bin/python3 {dir}/gtk3.py label", "reader", known="copies with Ctrl+C alone, which ends programs elsewhere"),
@@ -28,8 +33,14 @@ APPLICATIONS = [
     Application("Qt 5 line", "python3-pyqt5", "/usr/bin/python3 {dir}/qt.py PyQt5 entry", "entry"),
     Application("Qt 6 text", "python3-pyqt6", "/usr/bin/python3 {dir}/qt.py PyQt6 text"),
     Application("Qt 6 line", "python3-pyqt6", "/usr/bin/python3 {dir}/qt.py PyQt6 entry", "entry"),
+    Application("Swing text", "default-jdk", "java {dir}/Swing.java text", settle=6),
+    Application("Swing field", "default-jdk", "java {dir}/Swing.java entry", "entry", settle=6),
     Application("Chromium page", "chromium", "chromium --no-sandbox --no-first-run --user-data-dir={dir}/c {html}", "page", settle=6),
     Application("Firefox page", "firefox-esr", "firefox-esr --new-instance --profile {dir} {html}", "page", settle=8),
+    Application("WebKitGTK page", "gir1.2-webkit2-4.1 python3-gi", "/usr/bin/python3 {dir}/webkit.py", "page", settle=5),
+    Application("LibreOffice Writer", "libreoffice-writer libreoffice-gtk3", "sh {dir}/office.sh writer {text}", settle=12),
+    Application("LibreOffice Calc", "libreoffice-calc libreoffice-gtk3", "sh {dir}/office.sh calc {csv}", "cell", "click", settle=12),
+    Application("Thunderbird", "thunderbird", "thunderbird {mail}", "page", settle=12),
     Application("mousepad", "mousepad", "mousepad --disable-server {text}"),
     Application("gedit", "gedit", "gedit --standalone {text}", settle=3),
     Application("geany", "geany", "geany -i {text}", settle=3),
@@ -37,7 +48,11 @@ APPLICATIONS = [
     Application("l3afpad", "l3afpad", "l3afpad {text}"),
     Application("featherpad", "featherpad", "featherpad --standalone {text}"),
     Application("kate", "kate", "kate --new {text}", settle=5, known="copies the current line where nothing is selected; so one line with its newline, as a triple click selects it, is not dialled"),
+    Application("kwrite", "kwrite", "kwrite {text}", settle=5, known="the same editor as kate"),
+    Application("Emacs", "emacs-gtk", "emacs -Q {text}", settle=4, all="^x h", drop="^g", once=True),
+    Application("gvim", "vim-gtk3", "gvim -f -u NONE {text}", "reader", known="does not copy with a key, and takes PRIMARY while it drops a selection, so that an old text looks new"),
     Application("Evince", "evince", "evince {pdf}", "reader", settle=4),
+    Application("Okular", "okular", "sh {dir}/okular.sh {pdf}", "reader", "drag 1", settle=6),
     Application("zathura", "zathura zathura-pdf-poppler", "zathura {pdf}", "reader", "drag 1"),
     Application("xpdf", "xpdf", "xpdf {pdf}", "reader", "drag 1"),
     Application("mupdf", "mupdf", "mupdf {pdf}", "reader", "drag 3"),
@@ -67,6 +82,9 @@ APPLICATIONS = [
     Application("zutty", "zutty xfonts-base", "zutty -e {show}", "terminal"),
     Application("Eterm", "eterm xfonts-base", "Eterm -e {show}", "terminal"),
     Application("tmux in xterm", "tmux xterm", "xterm -e tmux -S {dir}/tmux -f {dir}/tmux.conf new {show}", "terminal"),
+    Application("tmux with mouse in xterm", "tmux xterm", "xterm -e tmux -S {dir}/tmux -f {dir}/tmux-mouse.conf new {show}", "terminal", known=OWN_SELECTION),
+    Application("vim with mouse in xterm", "vim xterm", "xterm -e vim -u NONE -N -S {dir}/mouse.vim {text}", "reader", known=OWN_SELECTION),
+    Application("mcedit in xterm", "mc xterm", "xterm -e mcedit {text}", "reader", known=OWN_SELECTION),
 ]
 
 TOOLKITS = {
@@ -74,6 +92,44 @@ TOOLKITS = {
                 ".t mark set insert 1.0; focus -force .t\n",
     "entry.tcl": "pack [entry .e -width 60]; .e insert 0 {%(line)s}; focus -force .e\n",
     "notepad.sh": "wineboot --init; exec wine notepad %(text)s\n",
+    "tmux-mouse.conf": "set -g mouse on\nset -g destroy-unattached on\n",
+    "mouse.vim": "set mouse=a\n",
+    "office.sh": """mkdir -p ~/.config/libreoffice/4/user
+cat > ~/.config/libreoffice/4/user/registrymodifications.xcu <<'END'
+<?xml version="1.0" encoding="UTF-8"?>
+<oor:items xmlns:oor="http://openoffice.org/2001/registry" xmlns:xs="http://www.w3.org/2001/XMLSchema">
+<item oor:path="/org.openoffice.Office.Common/Misc"><prop oor:name="ShowTipOfTheDay" oor:op="fuse"><value>false</value></prop></item>
+<item oor:path="/org.openoffice.Office.Common/Misc"><prop oor:name="FirstRun" oor:op="fuse"><value>false</value></prop></item>
+</oor:items>
+END
+[ $1 = writer ] && filter='Text (encoded):UTF8' || filter='CSV:44,34,76,1'
+exec soffice --nologo --norestore "--infilter=$filter" --$1 $2
+""",
+    "okular.sh": "mkdir -p ~/.config; printf '[PageView]\\nMouseMode=TextSelect\\n' > ~/.config/okularpartrc\n"
+                 "exec okular $1\n",
+    "Swing.java": """import java.nio.file.*;
+import javax.swing.*;
+class Swing {
+    public static void main(String[] arguments) throws Exception {
+        String text = new String(Files.readAllBytes(Paths.get("%(text)s")), "UTF-8");
+        JFrame window = new JFrame();
+        window.add(arguments[0].equals("text") ? new JScrollPane(new JTextArea(text)) : new JTextField("%(line)s"));
+        window.setSize(500, arguments[0].equals("text") ? 300 : 80);
+        window.setVisible(true);
+    }
+}
+""",
+    "webkit.py": """import gi
+gi.require_version('Gtk', '3.0')
+gi.require_version('WebKit2', '4.1')
+from gi.repository import Gtk, WebKit2
+window = Gtk.Window(default_width=700, default_height=500)
+view = WebKit2.WebView()
+view.load_uri('file://%(html)s')
+window.add(view)
+window.show_all()
+Gtk.main()
+""",
     "tmux.conf": "set -g destroy-unattached on\n",  # its server ends with the terminal
     "gtk3.py": """import sys, gi
 gi.require_version('Gtk', '3.0')

@@ -8,8 +8,9 @@ import subprocess
 import threading
 import time
 
-CONTROL, ALT, KEY_D, KEY_HOME = 37, 64, 40, 110  # X key codes
-KEYS = {"a": 38, "/": 61}
+CONTROL, ALT, KEY_K = 37, 64, 45  # X key codes
+HOT_KEY = (CONTROL, ALT, KEY_K)  # no window manager holds it
+KEYS = {"a": 38, "g": 42, "h": 43, "x": 53, "/": 61, "Home": 110}
 
 
 def eventually(condition, seconds=30.0):
@@ -40,8 +41,10 @@ class User:
     """Plays the keys of the physical keyboard, and the mouse."""
 
     def __init__(self, display):
-        from Xlib import X, display as connection
+        from Xlib import X, display as connection, ext
         from Xlib.protocol import rq
+        # python-xlib takes the events of another extension for those of this one, on some servers.
+        ext.__extensions__ = [known for known in ext.__extensions__ if known[0] != "XFIXES"]
         self.X, self.display = X, connection.Display(display)
 
         class FakeInput(rq.Request):
@@ -53,8 +56,10 @@ class User:
         self.request = FakeInput
         self.first = self.display.query_extension("XInputExtension").first_event
         slave_keyboard = 4
-        self.keyboard = next(device.deviceid for device in self.display.xinput_query_device(0).devices
-                             if device.use == slave_keyboard and "XTEST" not in device.name)
+        keyboards = [device for device in self.display.xinput_query_device(0).devices
+                     if device.use == slave_keyboard]
+        keyboards.sort(key=lambda device: "XTEST" in device.name)  # for a server that has no other
+        self.keyboard = keyboards[0].deviceid
 
     def fake(self, event, detail, device=0, x=0, y=0, after=1):
         """`after`: milliseconds that the server waits."""
@@ -76,6 +81,23 @@ class User:
         self.press(*modifiers, key)
         self.release(key, *modifiers)
         time.sleep(0.3)
+
+    def type(self, keys):
+        """Keys one after another; ^: with Control."""
+        for key in keys.split():
+            self.tap(KEYS[key.lstrip("^")], *([CONTROL] if key.startswith("^") else []))
+
+    def pixels(self, place):
+        """What is shown there."""
+        root = self.display.screen().root
+        return root.get_image(place[0] - 60, place[1] - 12, 120, 24, self.X.ZPixmap, 0xFFFFFFFF).data
+
+    def keyboard_is_free(self):
+        root, now = self.display.screen().root, self.X.CurrentTime
+        free = root.grab_keyboard(False, self.X.GrabModeAsync, self.X.GrabModeAsync, now) == 0
+        self.display.ungrab_keyboard(now)
+        self.display.sync()
+        return free
 
     def move(self, place):
         self.fake(self.X.MotionNotify, 0, x=place[0], y=place[1])
@@ -110,7 +132,7 @@ class User:
         window = self.display.get_input_focus().focus
         if isinstance(window, int):
             return None
-        while window.get_wm_class() is None:
+        while window.get_wm_class() is None or window.get_geometry().width < 10:  # Java's is one pixel
             window = window.query_tree().parent
             if not window:
                 return None
@@ -138,34 +160,35 @@ class Seldial:
                     self.results.append(json.loads(line)["number"])
                 elif "no number found" in line:
                     self.results.append(None)
-                elif '"HotkeyState"' in line:
+                elif '"HotkeyState"' in line and '"result":true' in line:
                     self.registered += 1
                 self.changed.notify_all()
 
     def register(self, delay):
-        """Ctrl+Alt+D."""
+        """Ctrl+Alt+K."""
         before = self.registered
         with socket.socket(socket.AF_UNIX) as connection:
             connection.connect(self.path)
             connection.sendall(b'{"command":"SetHotKey","modifierCtrl":true,"modifierAlt":true,'
-                               b'"virtualkey":2,"readdelay":%d}' % delay)
+                               b'"virtualkey":40,"readdelay":%d}' % delay)
         with self.changed:
-            self.changed.wait_for(lambda: self.registered > before, 30)
+            if not self.changed.wait_for(lambda: self.registered > before, 30):
+                raise RuntimeError("the hot key is refused")
 
     def dial(self, user, way="last"):
         """Uses the hot key and returns the dialled text; None when nothing was found."""
         count = len(self.results)
-        user.press(CONTROL, ALT, KEY_D)
+        user.press(*HOT_KEY)
         if way == "modifiers first":
             user.release(CONTROL, ALT)
             time.sleep(0.05)
-            user.release(KEY_D)
+            user.release(KEY_K)
         else:
-            user.release(KEY_D)
+            user.release(KEY_K)
             if way == "held":
                 time.sleep(1)
             user.release(ALT, CONTROL)
         with self.changed:
             if not self.changed.wait_for(lambda: len(self.results) > count, 30):
-                return "no answer"
+                raise RuntimeError("the hot key does nothing")
         return self.results[count]

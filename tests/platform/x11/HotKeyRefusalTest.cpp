@@ -51,6 +51,14 @@ TEST_F(HotKeyRefusal, ACombinationThatAnotherProgramHoldsIsRefused) {
   EXPECT_TRUE(port.registerHotKey(kVK_ANSI_D, kHotKeyControl));
 }
 
+TEST_F(HotKeyRefusal, ARegisteredCombinationIsRefusedToOthersAndStillWorks) {
+  ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
+  ForeignGrabs other(server.display());
+  EXPECT_FALSE(other.take(kKeyD, kStateControl | kStateAlt));
+  useHotKey();
+  port.waitForReleases(1);
+}
+
 TEST_F(HotKeyRefusal, ACombinationHeldInOneStateOfTheLocksIsRefusedAndNothingOfItKept) {
   ForeignGrabs other(server.display());
   ASSERT_TRUE(other.take(kKeyD, kStateControl | kStateAlt | kStateNumLock));
