@@ -40,7 +40,9 @@ std::unique_ptr<Bus> Bus::open(linux_port::MainLoop& loop, std::function<void()>
   sd_bus* connection = nullptr;
   if (sd_bus_open_user(&connection) < 0) return nullptr;
   std::unique_ptr<Bus> bus(new Bus(connection, loop, std::move(connectionLost)));
-  return bus->isReady() ? std::move(bus) : nullptr;
+  // Connected means that the bus has accepted us.
+  const bool ready = bus->waitFor([&] { return sd_bus_is_ready(connection) > 0; }, kPatience);
+  return ready ? std::move(bus) : nullptr;
 }
 
 Bus::Bus(sd_bus* bus, linux_port::MainLoop& loop, std::function<void()> connectionLost)
@@ -65,18 +67,15 @@ Bus::~Bus() {
   close(epoll_);
 }
 
-/// Waits until the bus has accepted the connection.
-bool Bus::isReady() {
-  const auto deadline = Clock::now() + kPatience;
+bool Bus::waitFor(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+  const auto deadline = Clock::now() + limit;
   for (;;) {
     process();
-    if (lost_ || sd_bus_is_ready(bus_) > 0) return !lost_;
+    if (lost_ || condition()) return !lost_;
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
-    pollfd waiting{epoll_, POLLIN, 0};
-    if (left.count() <= 0 ||
-        (poll(&waiting, 1, static_cast<int>(left.count())) == -1 && errno != EINTR)) {
-      return false;
-    }
+    if (left.count() <= 0 || loop_.interrupted()) return false;
+    pollfd waiting[]{{epoll_, POLLIN, 0}, {loop_.interruption(), POLLIN, 0}};
+    if (poll(waiting, 2, static_cast<int>(left.count())) == -1 && errno != EINTR) return false;
   }
 }
 

@@ -75,6 +75,10 @@ class Bus final : public linux_port::EventSource {
   [[nodiscard]] BusSlot onSignal(const BusObject& object, const char* signal,
                                  SignalHandler handler);
 
+  /// Serves the bus until `condition` holds. False when it does not hold within `limit`, the
+  /// connection is lost, or the program is to end.
+  bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds limit);
+
   [[nodiscard]] int descriptor() const override { return epoll_; }
   void readable() override;
   void willWait() override;
@@ -82,7 +86,6 @@ class Bus final : public linux_port::EventSource {
 
  private:
   Bus(sd_bus* bus, linux_port::MainLoop& loop, std::function<void()> connectionLost);
-  bool isReady();
   void process();
   void prepareWait();
 

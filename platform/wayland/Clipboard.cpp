@@ -17,8 +17,7 @@ bool WaylandClipboard::copySelection() {
     if (terminal_ == TerminalKind::kNone) terminal_ = terminalKind(name);
   }
   const bool byCopyKey = terminal_ == TerminalKind::kOther;
-  return keyboard_.type(byCopyKey ? VirtualKeyboard::Chord::kCopyKey
-                                  : VirtualKeyboard::Chord::kControlInsert);
+  return keys_.type(byCopyKey ? Chord::kCopyKey : Chord::kControlInsert);
 }
 
 std::optional<std::string> WaylandClipboard::text() {

@@ -1,4 +1,5 @@
-// The copy on Wayland: the clipboard by data control, the copy keystroke by a virtual keyboard.
+// The copy on Wayland: the clipboard by data control, the copy keystroke by what the compositor
+// lets us type with.
 #pragma once
 
 #include <functional>
@@ -6,9 +7,9 @@
 #include <vector>
 
 #include "platform/Clipboard.h"
+#include "platform/wayland/CopyKeys.h"
 #include "platform/wayland/DataControl.h"
 #include "platform/wayland/Terminals.h"
-#include "platform/wayland/VirtualKeyboard.h"
 
 namespace seldial::platform::wayland {
 
@@ -20,8 +21,8 @@ using FocusedProgram = std::function<std::vector<std::string>()>;
 /// A terminal that cannot be made to copy like that copies nothing. Main thread only.
 class WaylandClipboard final : public Clipboard {
  public:
-  WaylandClipboard(DataControl& data, VirtualKeyboard& keyboard, FocusedProgram focusedProgram)
-      : data_(data), keyboard_(keyboard), focusedProgram_(std::move(focusedProgram)) {}
+  WaylandClipboard(DataControl& data, CopyKeys& keys, FocusedProgram focusedProgram)
+      : data_(data), keys_(keys), focusedProgram_(std::move(focusedProgram)) {}
 
   void clear() override;
   [[nodiscard]] bool copySelection() override;
@@ -29,7 +30,7 @@ class WaylandClipboard final : public Clipboard {
 
  private:
   DataControl& data_;
-  VirtualKeyboard& keyboard_;
+  CopyKeys& keys_;
   const FocusedProgram focusedProgram_;
   std::vector<std::string> names_;               ///< of the program that copied last
   TerminalKind terminal_ = TerminalKind::kNone;  ///< its kind

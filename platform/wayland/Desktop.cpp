@@ -4,11 +4,17 @@
 #include <utility>
 
 #include "platform/Output.h"
+#include "platform/PressSocket.h"
+#include "platform/System.h"
 #include "platform/linux/NoDesktop.h"
 #include "platform/wayland/Clipboard.h"
+#include "platform/wayland/FakeKeyboard.h"
 #include "platform/wayland/FocusedToplevel.h"
+#include "platform/wayland/KWinHotKeys.h"
+#include "platform/wayland/PlasmaWindows.h"
 #include "platform/wayland/PressHotKeys.h"
 #include "platform/wayland/SwayHotKeys.h"
+#include "platform/wayland/VirtualKeyboard.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -25,13 +31,11 @@ std::function<void()> once(std::function<void()> function) {
   };
 }
 
-/// A connection to a compositor, and everything that copying needs of it.
+/// A connection to a compositor, and what every session needs of it.
 class Session {
  public:
   Session(std::shared_ptr<linux_port::MainLoop> mainLoop, std::unique_ptr<Display> open)
-      : loop_(std::move(mainLoop)), display_(std::move(open)) {
-    keyboard.useKeymapOfSeat();
-  }
+      : loop_(std::move(mainLoop)), display_(std::move(open)) {}
 
  private:
   const std::shared_ptr<linux_port::MainLoop> loop_;
@@ -40,9 +44,8 @@ class Session {
  public:
   linux_port::MainLoop& loop = *loop_;
   Display& display = *display_;
-  DataControl data{display};
   SeatKeymap keymap{display};
-  VirtualKeyboard keyboard{display, keymap};
+  DataControl data{display};
 };
 
 /// A session of sway.
@@ -55,6 +58,7 @@ struct SwaySession : Session {
             std::move(commands), std::move(events), socketPath, loop,
             [this](std::uint32_t key) { return keymap.symbolsOf(key); }, connectionLost) {}
 
+  VirtualKeyboard keyboard{display, keymap};
   SwayHotKeys hotKeys;
   WaylandClipboard clipboard{data, keyboard, [this] { return hotKeys.focusedProgram(); }};
 };
@@ -65,21 +69,50 @@ struct PressSession : Session {
                const std::string& name)
       : Session(std::move(mainLoop), std::move(open)), hotKeys(loop, name) {}
 
+  VirtualKeyboard keyboard{display, keymap};
   PressHotKeys hotKeys;
   WaylandClipboard clipboard{data, keyboard, [this] { return activeApplications(display); }};
 };
 
-/// What a program can do nothing without; null when nothing is missing.
-const char* missingFrom(const Display& display) {
+/// A session of KWin, with Plasma or without.
+struct KWinSession : Session {
+  KWinSession(std::shared_ptr<linux_port::MainLoop> mainLoop, std::unique_ptr<Display> open,
+              std::unique_ptr<Bus> openBus)
+      : Session(std::move(mainLoop), std::move(open)), bus(std::move(openBus)) {
+    shortcuts.listen([this](const std::string& action) { probe.pressed(action); },
+                     [this](const std::string& action) { hotKeys.released(action); });
+    keymap.whenChanged([this] { hotKeys.keymapChanged(); });
+  }
+
+  const std::unique_ptr<Bus> bus;
+  GlobalAccel shortcuts{*bus};
+  HotKeyClaims claims{sharedRuntimeDirectory(), GlobalAccel::kService};
+  ModifierProbe probe{loop,   *bus,   shortcuts,
+                      claims, keymap, [this](std::uint32_t key) { keyboard.tap(key); }};
+  FakeKeyboard keyboard{display, keymap, [this] { return probe.waitUntilUp(); }};
+  PlasmaWindows windows{display};
+  KWinHotKeys hotKeys{loop, shortcuts, claims, probe, keymap};
+  WaylandClipboard clipboard{data, keyboard, [this] { return windows.activeApplications(); }};
+};
+
+/// What a program can do nothing without; empty when nothing is missing.
+std::string missingFrom(const Display& display) {
   if (display.seat() == nullptr) return "a seat";
   if (display.dataControl() == nullptr) {
     return "the data control (zwlr_data_control_manager_v1), so no selection can be read";
   }
-  if (display.virtualKeyboards() == nullptr) {
+  if (display.isKWin() && (display.fakeInput() == nullptr || display.plasmaWindows() == nullptr)) {
+    return "the permission for Seldial to type. Install Seldial's package, or a file "
+           "~/.local/share/applications/org.seldial.Seldial.desktop with the lines Exec=" +
+           executablePath() +
+           " and X-KDE-Wayland-Interfaces=org_kde_kwin_fake_input,"
+           "org_kde_plasma_window_management, and start Seldial again";
+  }
+  if (!display.isKWin() && display.virtualKeyboards() == nullptr) {
     return "virtual keyboards (zwp_virtual_keyboard_manager_v1), so no application can be made to "
            "copy";
   }
-  return nullptr;
+  return {};
 }
 
 std::string sessionName() {
@@ -87,9 +120,30 @@ std::string sessionName() {
   return name.empty() ? environment("WAYLAND_DISPLAY") : name;
 }
 
-DesktopPorts refuseEverything() {
+DesktopPorts refuseEverything(const std::string& missing) {
+  printError("seldial: the Wayland session " + sessionName() + " lacks " + missing +
+             "; there will be no hot key");
   return {std::make_shared<linux_port::NoHotKeyEvents>(),
           std::make_shared<linux_port::NoClipboard>()};
+}
+
+/// The ports of a session, which lives as long as one of them.
+template <class SomeSession>
+DesktopPorts portsOf(const std::shared_ptr<SomeSession>& session) {
+  return {{session, &session->hotKeys}, {session, &session->clipboard}, [session] {
+            session->hotKeys.unregisterAll();
+          }};
+}
+
+DesktopPorts connectToKWin(const std::shared_ptr<linux_port::MainLoop>& loop,
+                           std::unique_ptr<Display> display,
+                           const std::function<void()>& connectionLost) {
+  auto bus = Bus::open(*loop, connectionLost);
+  if (!bus || !bus->hasOwner(GlobalAccel::kService)) {
+    return refuseEverything("the service for global shortcuts (" +
+                            std::string(GlobalAccel::kService) + ") on the session bus");
+  }
+  return portsOf(std::make_shared<KWinSession>(loop, std::move(display), std::move(bus)));
 }
 
 }  // namespace
@@ -98,25 +152,17 @@ DesktopPorts connect(int socket, const std::shared_ptr<linux_port::MainLoop>& lo
                      std::function<void()> connectionLost) {
   const auto lost = once(std::move(connectionLost));
   auto display = std::make_unique<Display>(socket, *loop, lost);
-  if (const char* const missing = missingFrom(*display)) {
-    printError("seldial: the Wayland session " + sessionName() + " lacks " + missing +
-               "; there will be no hot key");
-    return refuseEverything();
-  }
+  const std::string missing = missingFrom(*display);
+  if (!missing.empty()) return refuseEverything(missing);
+  if (display->isKWin()) return connectToKWin(loop, std::move(display), lost);
   const std::string path = environment("SWAYSOCK");
   auto commands = SwayConnection::open(path);
   auto events = SwayConnection::open(path);
   if (!commands || !events) {
-    const auto session = std::make_shared<PressSession>(loop, std::move(display), sessionName());
-    return {{session, &session->hotKeys}, {session, &session->clipboard}, [session] {
-              session->hotKeys.stopListening();
-            }};
+    return portsOf(std::make_shared<PressSession>(loop, std::move(display), sessionName()));
   }
-  const auto session = std::make_shared<SwaySession>(loop, std::move(display), std::move(commands),
-                                                     std::move(events), path, lost);
-  return {{session, &session->hotKeys}, {session, &session->clipboard}, [session] {
-            session->hotKeys.unregisterAll();
-          }};
+  return portsOf(std::make_shared<SwaySession>(loop, std::move(display), std::move(commands),
+                                               std::move(events), path, lost));
 }
 
 }  // namespace seldial::platform::wayland

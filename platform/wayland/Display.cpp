@@ -6,6 +6,8 @@
 #include <cstring>
 #include <utility>
 
+#include "kwin-fake-input-client.h"
+#include "plasma-window-list-client.h"
 #include "virtual-keyboard-unstable-v1-client.h"
 #include "wlr-data-control-unstable-v1-client.h"
 #include "wlr-foreign-toplevel-management-unstable-v1-client.h"
@@ -29,12 +31,26 @@ const wl_callback_listener kSyncListener{
       *static_cast<bool*>(done) = true;
     }};
 
+/// Version 4 brought keys to KWin's fake input, and to its list of windows the way to destroy what
+/// was asked for.
+constexpr std::uint32_t kKWinVersion = 4;
+
+/// Offered by KWin to every program, and by no other compositor.
+constexpr const char* kOnlyInKWin = "org_kde_plasma_shell";
+
+/// A global as the compositor announces it.
+struct Global {
+  std::uint32_t name;
+  const char* interface;
+  std::uint32_t version;
+};
+
 /// Binds the global if it has the wanted interface and is the first that does.
 template <class Proxy>
-void bindFirst(Owned<Proxy>& global, const wl_interface& wanted, wl_registry* registry,
-               std::uint32_t name, const char* interface) {
-  if (global || std::strcmp(interface, wanted.name) != 0) return;
-  global.reset(static_cast<Proxy*>(wl_registry_bind(registry, name, &wanted, kVersion)));
+void bindFirst(Owned<Proxy>& proxy, const wl_interface& wanted, wl_registry* registry,
+               const Global& global, std::uint32_t version = kVersion) {
+  if (proxy || global.version < version || std::strcmp(global.interface, wanted.name) != 0) return;
+  proxy.reset(static_cast<Proxy*>(wl_registry_bind(registry, global.name, &wanted, version)));
 }
 
 }  // namespace
@@ -57,6 +73,8 @@ Display::Display(int socket, linux_port::MainLoop& loop, std::function<void()> c
 
 Display::~Display() {
   if (watched_) loop_.unwatch(*this);
+  plasmaWindows_.reset();
+  fakeInput_.reset();
   dataControl_.reset();
   virtualKeyboards_.reset();
   seat_.reset();
@@ -67,11 +85,15 @@ Display::~Display() {
 }
 
 void Display::globalAppeared(wl_registry* registry, std::uint32_t name, const char* interface,
-                             std::uint32_t /*version*/) {
-  bindFirst(seat_, wl_seat_interface, registry, name, interface);
-  bindFirst(dataControl_, zwlr_data_control_manager_v1_interface, registry, name, interface);
-  bindFirst(virtualKeyboards_, zwp_virtual_keyboard_manager_v1_interface, registry, name,
-            interface);
+                             std::uint32_t version) {
+  const Global global{name, interface, version};
+  bindFirst(seat_, wl_seat_interface, registry, global);
+  bindFirst(dataControl_, zwlr_data_control_manager_v1_interface, registry, global);
+  bindFirst(virtualKeyboards_, zwp_virtual_keyboard_manager_v1_interface, registry, global);
+  bindFirst(fakeInput_, org_kde_kwin_fake_input_interface, registry, global, kKWinVersion);
+  bindFirst(plasmaWindows_, org_kde_plasma_window_management_interface, registry, global,
+            kKWinVersion);
+  if (std::strcmp(interface, kOnlyInKWin) == 0) isKWin_ = true;
   if (std::strcmp(interface, zwlr_foreign_toplevel_manager_v1_interface.name) == 0) {
     toplevelsName_ = name;
   }

@@ -10,6 +10,8 @@
 
 #include "platform/linux/MainLoop.h"
 
+struct org_kde_kwin_fake_input;
+struct org_kde_plasma_window_management;
 struct zwlr_data_control_manager_v1;
 struct zwlr_foreign_toplevel_manager_v1;
 struct zwp_virtual_keyboard_manager_v1;
@@ -52,6 +54,14 @@ class Display final : public linux_port::EventSource {
     return virtualKeyboards_.get();
   }
 
+  /// Whether it is KWin.
+  [[nodiscard]] bool isKWin() const { return isKWin_; }
+  // What KWin offers to programs whose .desktop file asks for it.
+  [[nodiscard]] org_kde_kwin_fake_input* fakeInput() const { return fakeInput_.get(); }
+  [[nodiscard]] org_kde_plasma_window_management* plasmaWindows() const {
+    return plasmaWindows_.get();
+  }
+
   /// The list of windows, which the compositor sends to each that binds it; null where it offers
   /// none.
   [[nodiscard]] zwlr_foreign_toplevel_manager_v1* bindToplevels();
@@ -83,6 +93,9 @@ class Display final : public linux_port::EventSource {
   Owned<wl_seat> seat_;
   Owned<zwlr_data_control_manager_v1> dataControl_;
   Owned<zwp_virtual_keyboard_manager_v1> virtualKeyboards_;
+  bool isKWin_ = false;
+  Owned<org_kde_kwin_fake_input> fakeInput_;
+  Owned<org_kde_plasma_window_management> plasmaWindows_;
 };
 
 }  // namespace seldial::platform::wayland

@@ -41,7 +41,7 @@ PressHotKeys::PressHotKeys(linux_port::MainLoop& loop, std::string session)
     : loop_(loop), session_(std::move(session)) {}
 
 PressHotKeys::~PressHotKeys() {
-  stopListening();
+  unregisterAll();
 }
 
 std::optional<HotKeyRef> PressHotKeys::registerHotKey(std::uint32_t keyCode,
@@ -66,7 +66,7 @@ bool PressHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t /*modifiers*
 void PressHotKeys::unregisterHotKey(HotKeyRef ref) {
   std::erase_if(registrations_,
                 [ref](const auto& registration) { return registration.ref == ref; });
-  if (registrations_.empty()) stopListening();
+  if (registrations_.empty()) unregisterAll();
 }
 
 /// The claim says that a socket file which is there is a killed program's.
@@ -81,7 +81,7 @@ bool PressHotKeys::listen() {
   return true;
 }
 
-void PressHotKeys::stopListening() {
+void PressHotKeys::unregisterAll() {
   registrations_.clear();
   if (socket_ == -1) return;
   loop_.unwatch(*this);

@@ -32,7 +32,7 @@ class PressHotKeys final : public HotKeyEvents, public linux_port::EventSource {
   [[nodiscard]] bool canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) override;
 
   /// Waits for presses no longer; the program ends.
-  void stopListening();
+  void unregisterAll();
 
   [[nodiscard]] int descriptor() const override { return socket_; }
   void readable() override;

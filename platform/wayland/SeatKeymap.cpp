@@ -12,6 +12,9 @@
 namespace seldial::platform::wayland {
 namespace {
 
+/// The difference between the key codes of XKB and those of evdev.
+constexpr std::uint32_t kFirstKey = 8;
+
 SeatKeymap& self(void* data) {
   return *static_cast<SeatKeymap*>(data);
 }
@@ -67,6 +70,16 @@ std::shared_ptr<xkb_context> makeContext() {
   return {xkb_context_new(XKB_CONTEXT_NO_FLAGS), xkb_context_unref};
 }
 
+template <class Visit>
+void visitKeys(xkb_keymap* keymap, Visit visit) {
+  xkb_keymap_key_for_each(
+      keymap,
+      [](xkb_keymap* /*keymap*/, xkb_keycode_t key, void* function) {
+        (*static_cast<Visit*>(function))(key);
+      },
+      &visit);
+}
+
 bool hasAt(xkb_keymap* keymap, xkb_keycode_t key, xkb_layout_index_t layout,
            xkb_level_index_t level, xkb_keysym_t wanted) {
   const xkb_keysym_t* symbols = nullptr;
@@ -84,6 +97,15 @@ bool hasAnywhere(xkb_keymap* keymap, xkb_keycode_t key, xkb_keysym_t symbol) {
     }
   }
   return false;
+}
+
+/// The first key that gives the symbol without a modifier in the first layout, as evdev numbers it.
+std::optional<std::uint32_t> findKey(xkb_keymap* keymap, xkb_keysym_t symbol) {
+  std::optional<std::uint32_t> found;
+  visitKeys(keymap, [&](xkb_keycode_t key) {
+    if (!found && key >= kFirstKey && hasAt(keymap, key, 0, 0, symbol)) found = key - kFirstKey;
+  });
+  return found;
 }
 
 }  // namespace
@@ -129,6 +151,13 @@ bool KeymapFile::equals(const KeymapFile& other) const {
   return MappedText(file_, size_).text() == MappedText(other.file_, other.size_).text();
 }
 
+ChordKeys chordKeys(xkb_keymap& keymap) {
+  const auto control = xkb_keymap_mod_get_index(&keymap, XKB_MOD_NAME_CTRL);
+  const auto left = findKey(&keymap, XKB_KEY_Control_L);
+  return {left ? left : findKey(&keymap, XKB_KEY_Control_R), findKey(&keymap, XKB_KEY_Insert),
+          findKey(&keymap, XKB_KEY_XF86Copy), control != XKB_MOD_INVALID ? 1U << control : 0U};
+}
+
 SeatKeymap::SeatKeymap(Display& display) : display_(display) {
   wl_seat_add_listener(display.seat(), &kSeatListener, this);
   display.synchronise();  // tells that the seat has a keyboard
@@ -151,12 +180,13 @@ void SeatKeymap::capabilitiesChanged(std::uint32_t capabilities) {
 
 void SeatKeymap::keymapChanged(std::uint32_t format, int file, std::uint32_t size) {
   KeymapFile keymap(file, size);
-  if (format == WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1) file_ = std::move(keymap);
+  if (format != WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1 || file_.equals(keymap)) return;
+  file_ = std::move(keymap);
+  if (changed_) changed_();
 }
 
 std::function<bool(const std::string& name)> SeatKeymap::symbolsOf(std::uint32_t key) const {
-  const auto keymap = file().read();
-  return [keymap, key](const std::string& name) {
+  return [keymap = file().read(), key](const std::string& name) {
     return keymap && hasAnywhere(keymap.get(), key,
                                  xkb_keysym_from_name(name.c_str(), XKB_KEYSYM_CASE_INSENSITIVE));
   };

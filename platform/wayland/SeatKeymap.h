@@ -1,4 +1,4 @@
-// The keymap of a seat: which symbols the user's layouts put on which key.
+// The keymap of the user's seat: what its keys mean in the layouts that the user has chosen.
 #pragma once
 
 #include <xkbcommon/xkbcommon.h>
@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/wayland/Display.h"
@@ -37,6 +38,16 @@ class KeymapFile {
   std::uint32_t size_ = 0;  ///< in bytes, with the zero at the end of the text
 };
 
+/// The keys that copying needs, as evdev numbers them, and the bit of Control among the modifiers.
+struct ChordKeys {
+  std::optional<std::uint32_t> control;
+  std::optional<std::uint32_t> insert;
+  std::optional<std::uint32_t> copy;
+  std::uint32_t controlBit = 0;
+};
+
+[[nodiscard]] ChordKeys chordKeys(xkb_keymap& keymap);
+
 /// Follows the keymap of the seat, which needs neither a window nor the focus. Main thread only.
 class SeatKeymap {
  public:
@@ -46,9 +57,12 @@ class SeatKeymap {
   SeatKeymap(const SeatKeymap&) = delete;
   SeatKeymap& operator=(const SeatKeymap&) = delete;
 
-  /// As the compositor told it last. A seat where no key has been pressed may have none; then the
-  /// keymap of the system. Nothing when there is neither.
+  /// As the compositor sent it last. A seat where no key has been pressed may have none: then the
+  /// system's, and nothing when there is none either.
   [[nodiscard]] const KeymapFile& file() const;
+
+  /// Called whenever the compositor sends a keymap that differs from the one before.
+  void whenChanged(std::function<void()> handler) { changed_ = std::move(handler); }
 
   /// Tells of names of key symbols whether some layout has them on this key, an X key code.
   [[nodiscard]] std::function<bool(const std::string& name)> symbolsOf(std::uint32_t key) const;
@@ -63,8 +77,9 @@ class SeatKeymap {
 
  private:
   Display& display_;
-  Owned<wl_keyboard> keyboard_;
+  Owned<wl_keyboard> keyboard_;  ///< tells the keymap
   mutable KeymapFile file_;
+  std::function<void()> changed_;
 };
 
 }  // namespace seldial::platform::wayland

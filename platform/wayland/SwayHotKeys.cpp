@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <filesystem>
 #include <utility>
@@ -98,12 +97,7 @@ std::optional<HotKeyRef> SwayHotKeys::registerHotKey(std::uint32_t keyCode, std:
 }
 
 bool SwayHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
-  constexpr std::array kLocks{kVK_CapsLock, kVK_ANSI_KeypadClear};  // the second is Num Lock
-  const bool isLock = std::find(kLocks.begin(), kLocks.end(), keyCode) != kLocks.end();
-  // Ctrl+Insert is what makes an application copy: the binding would take it.
-  const bool copies = keyCode == kVK_Help && (modifiers & kHotKeyModifiers) == kHotKeyControl;
-  return x11::keyAtPosition(keyCode) && !isModifierKey(static_cast<std::uint16_t>(keyCode)) &&
-         !isLock && !copies;
+  return canBeBound(keyCode, modifiers);
 }
 
 bool SwayHotKeys::isFree(const SwayCombination& combination) {

@@ -1,6 +1,5 @@
 // The connection to the session bus: calls, signals, and its end.
 #include <gmock/gmock.h>
-#include <poll.h>
 
 #include "platform/wayland/Bus.h"
 #include "tests/support/Waiting.h"
@@ -21,17 +20,6 @@ class BusTest : public testing::Test {
   }
 
   void SetUp() override { ASSERT_TRUE(bus); }
-
-  /// Runs the loop, which sleeps between events.
-  void serveUntil(const std::function<bool()>& condition) {
-    const auto limit = std::chrono::milliseconds(tests::kTimeLimit).count();
-    for (;;) {
-      loop.serve();
-      if (condition()) return;
-      pollfd waiting{loop.descriptor(), POLLIN, 0};
-      ASSERT_EQ(poll(&waiting, 1, static_cast<int>(limit)), 1) << "nothing happens";
-    }
-  }
 
   void emit(int number) { echo.emit("/echo", "org.test.Echo", "Said", "i", number); }
 
@@ -90,7 +78,7 @@ TEST_F(BusTest, SignalsArriveWhileTheLoopSleepsAndWhileItBlocks) {
   const auto slot = listen(heard);
   ASSERT_TRUE(slot);
   emit(1);
-  serveUntil([&] { return heard.size() == 1; });
+  tests::serveUntil(loop, [&] { return heard.size() == 1; });
   emit(2);
   ASSERT_TRUE(tests::eventually([&] {
     loop.block(std::chrono::milliseconds(1));
@@ -119,13 +107,13 @@ TEST_F(BusTest, AHandlerMayDropItsSlotAndCallMethods) {
   const auto other = listen(all);
   emit(1);
   emit(2);
-  serveUntil([&] { return all.size() == 2; });
+  tests::serveUntil(loop, [&] { return all.size() == 2; });
   EXPECT_THAT(heard, ElementsAre(0));
 }
 
 TEST_F(BusTest, TheEndOfTheBusIsToldOnceAndCallsFail) {
   session.kill();
-  serveUntil([&] { return losses > 0; });
+  tests::serveUntil(loop, [&] { return losses > 0; });
   loop.serve();
   EXPECT_EQ(losses, 1);
   EXPECT_FALSE(bus->call(kEcho, "Twice", "i", 1));

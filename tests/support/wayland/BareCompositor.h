@@ -1,4 +1,4 @@
-// A compositor that offers nothing.
+// A compositor that offers nothing, or no more than a seat without devices.
 #pragma once
 
 #include <wayland-server.h>
@@ -10,8 +10,10 @@ namespace seldial::tests {
 
 class BareCompositor {
  public:
+  enum class Offer { kNothing, kSeat };
+
   /// It answers at this path once it is constructed.
-  explicit BareCompositor(const std::string& socketPath);
+  explicit BareCompositor(const std::string& socketPath, Offer offer = Offer::kNothing);
   ~BareCompositor();
   BareCompositor(const BareCompositor&) = delete;
   BareCompositor& operator=(const BareCompositor&) = delete;

@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "tests/support/Waiting.h"
+
 namespace seldial::tests {
 namespace {
 
@@ -18,6 +20,15 @@ int answerCall(sd_bus_message* message, void* answer, sd_bus_error* /*error*/) {
 }
 
 }  // namespace
+
+void serveUntil(platform::linux_port::MainLoop& loop, const std::function<bool()>& condition) {
+  for (loop.serve(); !condition(); loop.serve()) {
+    pollfd waiting{loop.descriptor(), POLLIN, 0};
+    const auto limit = std::chrono::milliseconds(kTimeLimit).count();
+    if (poll(&waiting, 1, static_cast<int>(limit)) == 0)
+      throw std::runtime_error("nothing happens");
+  }
+}
 
 SessionBus::SessionBus()
     : daemon_({"dbus-daemon", "--session", "--nofork", "--print-address"}, {},

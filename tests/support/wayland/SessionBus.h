@@ -9,9 +9,14 @@
 #include <string>
 #include <thread>
 
+#include "platform/linux/MainLoop.h"
 #include "tests/support/ChildProcess.h"
 
 namespace seldial::tests {
+
+/// Runs the loop, which sleeps between events, until `condition` holds. Throws std::runtime_error
+/// when nothing happens for kTimeLimit.
+void serveUntil(platform::linux_port::MainLoop& loop, const std::function<bool()>& condition);
 
 /// Gone with the test. Throws std::runtime_error when there is no dbus-daemon on this machine; the
 /// text says what to install.

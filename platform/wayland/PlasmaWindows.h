@@ -1,0 +1,34 @@
+// Which program has the focus under KWin.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/wayland/Display.h"
+
+namespace seldial::platform::wayland {
+
+/// Notes only that windows appear; what they are is requested when it is needed, so that nothing
+/// else wakes the program up. Main thread only.
+class PlasmaWindows {
+ public:
+  /// The display must outlive this object. Where it offers no list of windows to this program, none
+  /// is active.
+  explicit PlasmaWindows(Display& display);
+  PlasmaWindows(const PlasmaWindows&) = delete;
+  PlasmaWindows& operator=(const PlasmaWindows&) = delete;
+
+  /// The application id, or the window class on Xwayland, of the active window. Takes two round
+  /// trips.
+  [[nodiscard]] std::vector<std::string> activeApplications();
+
+  // Called by libwayland.
+  void appeared(std::uint32_t id) { ids_.push_back(id); }
+
+ private:
+  Display& display_;
+  std::vector<std::uint32_t> ids_;  ///< of all windows, and of those gone since the last request
+};
+
+}  // namespace seldial::platform::wayland

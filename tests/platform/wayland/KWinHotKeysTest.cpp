@@ -1,0 +1,248 @@
+// Hot keys as global shortcuts of Plasma, and how held modifiers are found, against a double of the
+// service.
+#include <gmock/gmock.h>
+#include <sys/mman.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+#include "platform/wayland/KWinHotKeys.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/wayland/BareCompositor.h"
+#include "tests/support/wayland/FakeGlobalAccel.h"
+
+namespace seldial::platform::wayland {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Key;
+using testing::Not;
+using testing::Pair;
+
+constexpr std::uint32_t kControlAlt = kHotKeyControl | kHotKeyOption;
+constexpr int kD = 0x0c000044;          ///< Ctrl+Alt+D
+constexpr int kCyrillicD = 0x0c000412;  ///< the same place on a Russian keyboard
+constexpr int kProbe = 0x010000ad;      ///< the key by which held modifiers are found
+constexpr int kControlProbe = 0x050000ad;
+const std::string kAction = "Ctrl+Alt+40";
+
+/// Everything that one program has under KWin, except for the clipboard.
+class Program {
+ public:
+  Program(linux_port::MainLoop& loop, const std::string& display, const std::string& runtime)
+      : loop_(loop),
+        display_(connectTo(display), loop, [] {}),
+        claims_(runtime, "kglobalaccel"),
+        bus_(Bus::open(loop, [] {})) {
+    shortcuts_.listen([this](const std::string& action) { probe.pressed(action); },
+                      [this](const std::string& action) { hotKeys.released(action); });
+    keymap_.whenChanged([this] { hotKeys.keymapChanged(); });
+    hotKeys.installReleasedHandler(
+        [this](const HotKeyReleased& event) { released.push_back(event.hotKeyID.id); });
+  }
+
+  /// What the compositor tells when the user chooses other layouts.
+  void useLayouts(const char* layouts) {
+    const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
+        xkb_context_new(XKB_CONTEXT_NO_FLAGS), &xkb_context_unref);
+    xkb_rule_names names{};
+    names.layout = layouts;
+    const std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap(
+        xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS),
+        &xkb_keymap_unref);
+    const std::unique_ptr<char, decltype(&std::free)> text(
+        xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1), &std::free);
+    const int file = memfd_create("keymap", MFD_CLOEXEC);
+    const auto size = std::strlen(text.get()) + 1;
+    ASSERT_EQ(write(file, text.get(), size), static_cast<ssize_t>(size));
+    keymap_.keymapChanged(WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file, static_cast<std::uint32_t>(size));
+  }
+
+ private:
+  static int connectTo(const std::string& path) {
+    wl_display* const display = wl_display_connect(path.c_str());
+    const int socket = dup(wl_display_get_fd(display));
+    wl_display_disconnect(display);
+    return socket;
+  }
+
+  linux_port::MainLoop& loop_;
+  Display display_;
+  SeatKeymap keymap_{display_};
+  HotKeyClaims claims_;
+  std::unique_ptr<Bus> bus_;
+  GlobalAccel shortcuts_{*bus_};
+
+ public:
+  std::function<void()> tapped = [] {};  ///< the key of the probe was typed
+  ModifierProbe probe{loop_,   *bus_,   shortcuts_,
+                      claims_, keymap_, [this](std::uint32_t /*key*/) { tapped(); }};
+  KWinHotKeys hotKeys{loop_, shortcuts_, claims_, probe, keymap_};
+  std::vector<std::uint32_t> released;
+};
+
+class KWinHotKeysTest : public testing::Test {
+ protected:
+  KWinHotKeysTest() {
+    session.enter();
+    program = start();
+  }
+
+  std::unique_ptr<Program> start() {
+    return std::make_unique<Program>(loop, directory.path("wayland-0"), directory.path("seldial"));
+  }
+
+  tests::TemporaryDirectory directory;
+  tests::BareCompositor compositor{directory.path("wayland-0"),
+                                   tests::BareCompositor::Offer::kSeat};
+  tests::SessionBus session;
+  tests::FakeGlobalAccel plasma{session};
+  linux_port::MainLoop loop;
+  std::unique_ptr<Program> program;
+};
+
+TEST_F(KWinHotKeysTest, AReleaseIsToldOnceWithItsID) {
+  ASSERT_TRUE(program->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {0, 7}));
+  ASSERT_TRUE(program->hotKeys.registerHotKey(kVK_F5, 0, {0, 8}));
+  EXPECT_THAT(plasma.actions(), Contains(Pair(kAction, ElementsAre(kD))));
+  plasma.press(kD);
+  plasma.release(kD);
+  plasma.press(0x01000034);
+  plasma.release(0x01000034);
+  tests::serveUntil(loop, [&] { return program->released.size() == 2; });
+  EXPECT_THAT(program->released, ElementsAre(7, 8));
+}
+
+TEST_F(KWinHotKeysTest, WhatAnotherProgramHasIsRefusedAndLeavesNothing) {
+  plasma.take(kD);
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(program->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {}));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("another program"));
+  EXPECT_THAT(plasma.actions(), IsEmpty());
+  EXPECT_TRUE(program->hotKeys.registerHotKey(kVK_ANSI_F, kControlAlt, {}));
+}
+
+TEST_F(KWinHotKeysTest, WhatCannotBeAHotKeyIsRefused) {
+  for (const std::uint32_t key : {kVK_Control, kVK_CapsLock, kVK_ANSI_Keypad1, kVK_JIS_Eisu}) {
+    EXPECT_FALSE(program->hotKeys.registerHotKey(key, kHotKeyOption, {})) << key;
+  }
+  EXPECT_FALSE(program->hotKeys.registerHotKey(kVK_Help, kHotKeyControl, {})) << "copies";
+  EXPECT_FALSE(program->hotKeys.registerHotKey(kVK_F5, kControlAlt, {})) << "another console";
+  EXPECT_THAT(plasma.actions(), IsEmpty());
+}
+
+TEST_F(KWinHotKeysTest, TheLastHotKeyTakesEverythingAlongWhenItIsGivenBack) {
+  const auto first = program->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {});
+  const auto second = program->hotKeys.registerHotKey(kVK_F5, 0, {});
+  ASSERT_TRUE(first && second);
+  program->hotKeys.unregisterHotKey(*first);
+  EXPECT_THAT(plasma.actions(), Not(Contains(Key(kAction))));
+  program->hotKeys.unregisterHotKey(*second);
+  EXPECT_THAT(plasma.actions(), IsEmpty());
+}
+
+TEST_F(KWinHotKeysTest, TheEndOfTheProgramGivesEverythingBack) {
+  ASSERT_TRUE(program->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {}));
+  program.reset();
+  EXPECT_THAT(plasma.actions(), IsEmpty());
+}
+
+TEST_F(KWinHotKeysTest, ASecondProgramGetsOtherCombinationsOnly) {
+  const auto ref = program->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {});
+  ASSERT_TRUE(ref);
+  const auto other = start();
+  EXPECT_THAT(plasma.actions(), Contains(Key(kAction))) << "it is held, not abandoned";
+  EXPECT_FALSE(other->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {}));
+  EXPECT_TRUE(other->hotKeys.registerHotKey(kVK_ANSI_F, kControlAlt, {}));
+  program->hotKeys.unregisterHotKey(*ref);
+  EXPECT_TRUE(other->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {}));
+}
+
+TEST_F(KWinHotKeysTest, WhatAKilledProgramLeftIsGivenBackAtTheNextStart) {
+  plasma.leave(kAction, {kD});
+  plasma.leave("modifiers up 188", {kProbe});
+  const auto next = start();
+  EXPECT_THAT(plasma.actions(), IsEmpty());
+  EXPECT_TRUE(next->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {}));
+}
+
+TEST_F(KWinHotKeysTest, OtherLayoutsGiveThePlaceOtherCodes) {
+  ASSERT_TRUE(program->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {0, 7}));
+  program->useLayouts("ru");
+  EXPECT_THAT(plasma.actions(), Contains(Pair(kAction, ElementsAre(kCyrillicD))));
+  program->useLayouts("us,ru");
+  EXPECT_THAT(plasma.actions(), Contains(Pair(kAction, ElementsAre(kD, kCyrillicD))));
+  plasma.release(kCyrillicD);
+  tests::serveUntil(loop, [&] { return !program->released.empty(); });
+}
+
+TEST_F(KWinHotKeysTest, ACombinationThatIsLostToALayoutComesBackWithTheNext) {
+  ASSERT_TRUE(program->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {}));
+  plasma.take(kCyrillicD);
+  testing::internal::CaptureStderr();
+  program->useLayouts("ru");
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("new keyboard layout"));
+  EXPECT_THAT(plasma.actions(), Not(Contains(Key(kAction))));
+  program->useLayouts("us");
+  EXPECT_THAT(plasma.actions(), Contains(Pair(kAction, ElementsAre(kD))));
+}
+
+class ModifierProbeTest : public KWinHotKeysTest {
+ protected:
+  void SetUp() override { ASSERT_TRUE(program->probe.open()); }
+};
+
+TEST_F(ModifierProbeTest, WithNothingHeldOneTypedKeyIsEnough) {
+  int taps = 0;
+  program->tapped = [&] {
+    ++taps;
+    plasma.press(kProbe);
+  };
+  EXPECT_TRUE(program->probe.waitUntilUp());
+  EXPECT_EQ(taps, 1);
+}
+
+TEST_F(ModifierProbeTest, HeldModifiersAreWaitedFor) {
+  int taps = 0;
+  program->tapped = [&] { plasma.press(++taps < 3 ? kControlProbe : kProbe); };
+  EXPECT_TRUE(program->probe.waitUntilUp());
+  EXPECT_EQ(taps, 3);
+}
+
+TEST_F(ModifierProbeTest, TheEndOfTheProgramEndsTheWait) {
+  program->tapped = [&] {
+    plasma.press(kControlProbe);
+    loop.interrupt();
+  };
+  EXPECT_FALSE(program->probe.waitUntilUp());
+}
+
+TEST_F(ModifierProbeTest, WithoutAnAnswerNothingCountsAsUp) {
+  program->tapped = [&] { session.kill(); };
+  EXPECT_FALSE(program->probe.waitUntilUp());
+  program->probe.close();
+  EXPECT_FALSE(program->probe.waitUntilUp()) << "it has no key";
+}
+
+TEST_F(ModifierProbeTest, EveryCombinationOfModifiersIsNoticed) {
+  const auto actions = plasma.actions();
+  EXPECT_THAT(actions, Contains(Pair("modifiers up 188", ElementsAre(kProbe))));
+  EXPECT_EQ(actions.at("modifiers held 188").size(), 15U);
+}
+
+TEST_F(ModifierProbeTest, AKeyThatSomebodyUsesIsLeftAlone) {
+  program->probe.close();
+  plasma.take(kControlProbe);
+  ASSERT_TRUE(program->probe.open());
+  EXPECT_THAT(plasma.actions(), Contains(Pair("modifiers up 187", ElementsAre(kProbe - 1))));
+  EXPECT_THAT(plasma.actions(), Not(Contains(Key("modifiers up 188"))));
+}
+
+}  // namespace
+}  // namespace seldial::platform::wayland
