@@ -1,4 +1,4 @@
-// The page docs/integrating.md and the tests of this folder agree.
+// The pages docs/integrating.md and docs/troubleshooting.md and the tests of this folder agree.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -7,6 +7,7 @@
 #include <iterator>
 #include <regex>
 #include <set>
+#include <sstream>
 #include <string>
 
 namespace seldial::tests {
@@ -28,24 +29,43 @@ std::string testNameOf(const std::string& statement) {
   return name;
 }
 
-std::set<std::string> statementsOfPage() {
-  std::ifstream file(SELDIAL_PAGE);
-  std::string page(std::istreambuf_iterator<char>(file), {});
-  page.erase(0, page.find("\n## "));  // the introduction explains the bold type
+std::string page(const std::string& name) {
+  std::ifstream file(SELDIAL_DOCS "/" + name);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::set<std::string> statements() {
+  std::string text = page("integrating.md");
+  text.erase(0, text.find("\n## "));  // the introduction explains the bold type
   static const std::regex bold(R"(\*\*([^*]+)\*\*)");
   std::set<std::string> names;
-  for (std::sregex_iterator match(page.begin(), page.end(), bold), end; match != end; ++match) {
+  for (std::sregex_iterator match(text.begin(), text.end(), bold), end; match != end; ++match) {
     names.insert(testNameOf((*match)[1]));
   }
   return names;
 }
 
-std::set<std::string> tests() {
+/// The symptoms; where there is none, because it is that of the line above, the cause.
+std::set<std::string> symptoms() {
+  std::istringstream lines(page("troubleshooting.md"));
+  static const std::regex row(R"(\| ([^|]*)\| ([^|]*)\|.*)");
+  std::set<std::string> names;
+  for (std::string line; std::getline(lines, line);) {
+    std::smatch cells;
+    if (!std::regex_match(line, cells, row) || cells[1] == "Symptom ") continue;
+    const bool isNew = names.insert(testNameOf(cells.length(1) > 0 ? cells[1] : cells[2])).second;
+    EXPECT_TRUE(isNew) << line << " has the name of another entry";
+  }
+  return names;
+}
+
+/// The names of the tests whose suite's name begins so.
+std::set<std::string> testsOf(const std::string& suites) {
   std::set<std::string> names;
   const auto& all = *testing::UnitTest::GetInstance();
   for (int suite = 0; suite < all.total_test_suite_count(); ++suite) {
     const auto& tests = *all.GetTestSuite(suite);
-    if (!std::string(tests.name()).starts_with("Integrating")) continue;
+    if (!std::string(tests.name()).starts_with(suites)) continue;
     for (int test = 0; test < tests.total_test_count(); ++test) {
       names.insert(tests.GetTestInfo(test)->name());
     }
@@ -54,8 +74,13 @@ std::set<std::string> tests() {
 }
 
 TEST(IntegrationPage, EachStatementIsATestAndEachTestAStatement) {
-  EXPECT_THAT(statementsOfPage(), testing::SizeIs(testing::Gt(20)));
-  EXPECT_EQ(statementsOfPage(), tests());
+  EXPECT_THAT(statements(), testing::SizeIs(testing::Gt(20)));
+  EXPECT_EQ(statements(), testsOf("Integrating"));
+}
+
+TEST(PageOfTroubleshooting, EachEntryIsATestAndEachTestAnEntry) {
+  EXPECT_THAT(symptoms(), testing::SizeIs(testing::Gt(20)));
+  EXPECT_EQ(symptoms(), testsOf("Troubleshooting"));
 }
 
 }  // namespace
