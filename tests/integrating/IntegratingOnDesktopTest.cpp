@@ -13,7 +13,7 @@ class IntegratingOnDesktop : public ProgramOnDesktop {
 };
 
 TEST_F(IntegratingOnDesktop, AMakeCallMayComeBeforeAnAnswer) {
-  const XClient editor(server.display());
+  const Terminal terminal(server.display());
   expectSet(setHotKey(kVirtualKeyD, 500));
   press();
   ASSERT_TRUE(process->waitForLine("> hot key pressed (pasteboard)"));
@@ -119,7 +119,7 @@ TEST_F(IntegratingOnDesktop, InstancesWithPathsOfTheirOwnDoNotDisturbEachOther) 
 }
 
 TEST_F(IntegratingOnDesktop, TheFirstOneKeepsItsHotKey) {
-  const XClient editor(server.display());
+  const Terminal terminal(server.display());
   expectSet(setHotKey(kVirtualKeyD));
   SeldialProcess second({"-log", "dialerpipename=" + in}, server.display());
   ASSERT_TRUE(second.waitForLine("listen ok"));

@@ -26,6 +26,25 @@ inline std::string setHotKey(int virtualKey, int delay = 300) {
          std::to_string(virtualKey) + R"(,"readdelay":)" + std::to_string(delay) + "}";
 }
 
+/// A terminal in which a text is selected, which Seldial reads. An editor would have to copy it,
+/// and on a busy machine that may take longer than the delay.
+class Terminal {
+ public:
+  explicit Terminal(const std::string& display, const std::string& text = "+31 20 123 4567")
+      : window(display, settings()) {
+    window.own("PRIMARY", answersWith(text));
+  }
+
+  XClient window;
+
+ private:
+  static XClientSettings settings() {
+    XClientSettings settings;
+    settings.wmClass = "XTerm";
+    return settings;
+  }
+};
+
 class ProgramOnDesktop : public ProgramTest {
  protected:
   /// Presses and releases Ctrl+Alt+D.
@@ -39,7 +58,7 @@ class ProgramOnDesktop : public ProgramTest {
     EXPECT_THAT(answerTo(command).value_or("nothing"), testing::HasSubstr("\"result\":true"));
   }
 
-  /// The next message is a call of what an XClient copies by default.
+  /// The next message is a call of what is selected by default.
   void expectCall() const {
     EXPECT_THAT(client.nextMessage().value_or("nothing"),
                 testing::HasSubstr(R"("number":"+31 20 123 4567")"));

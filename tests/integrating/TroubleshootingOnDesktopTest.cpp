@@ -67,32 +67,32 @@ TEST_F(TroubleshootingOnDesktop, EverythingIsRefusedAndStandardErrorSaysTheXServ
 }
 
 TEST_F(TroubleshootingOnDesktop, TheLogHasNoLineHotKeyPressed) {
-  XClient editor(server.display());
-  expectSet(setHotKey(kVirtualKeyD));
-  editor.grabKeyboard(true);  // as an open menu does
+  Terminal terminal(server.display());
+  expectSet(setHotKey(kVirtualKeyD, 0));
+  terminal.window.grabKeyboard(true);  // as an open menu does
   press();
-  editor.waitForRelease(kKeyD);
+  terminal.window.waitForRelease(kKeyD);
   EXPECT_TRUE(isSilentAbout("hot key pressed"));
-  editor.grabKeyboard(false);
+  terminal.window.grabKeyboard(false);
   press();
   expectCall();
 }
 
 TEST_F(TroubleshootingOnDesktop, ALaterSetHotKeyWasRefusedWhichLeavesNoHotKey) {
-  const XClient editor(server.display());
-  expectSet(setHotKey(kVirtualKeyD));
+  const Terminal terminal(server.display());
+  expectSet(setHotKey(kVirtualKeyD, 0));
   EXPECT_THAT(answerTo(setHotKey(kVirtualKeyShift)), IsHotkeyStateFalse("hotkey not set"));
   press();
-  editor.waitForRelease(kKeyD);
+  terminal.window.waitForRelease(kKeyD);
   EXPECT_TRUE(isSilentAbout("hot key pressed"));
-  expectSet(setHotKey(kVirtualKeyD));
+  expectSet(setHotKey(kVirtualKeyD, 0));
   press();
   expectCall();
 }
 
 TEST_F(TroubleshootingOnDesktop, TheKeysAreStillHeldTheHotKeyActsWhenItIsReleased) {
-  const XClient editor(server.display());
-  expectSet(setHotKey(kVirtualKeyD));
+  const Terminal terminal(server.display());
+  expectSet(setHotKey(kVirtualKeyD, 0));
   keyboard.press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
   EXPECT_TRUE(isSilentAbout("hot key pressed"));
   keyboard.release({kKeyD, kKeyLeftAlt, kKeyLeftControl});
@@ -108,10 +108,10 @@ TEST_F(TroubleshootingOnDesktop, TheLogHasHotKeyPressedThenNoNumberFound) {
 }
 
 TEST_F(TroubleshootingOnDesktop, TheLogHasConnectFailedAfterAMakeCall) {
-  const XClient editor(server.display());
+  const Terminal terminal(server.display());
   out = directory.path("later");
   startListening(server.display());
-  sendCommand(in, {setHotKey(kVirtualKeyD)});
+  sendCommand(in, {setHotKey(kVirtualKeyD, 0)});
   ASSERT_TRUE(process->waitForLine("\"result\":true"));
   press();
   EXPECT_TRUE(process->waitForLine("MakeCall"));
@@ -141,11 +141,11 @@ TEST_F(TroubleshootingOnDesktop, NoNumberIsFoundAnywhereNotEvenInTheWindowOfSeld
 }
 
 TEST_F(TroubleshootingOnDesktop, NoNumberIsFoundInOneProgram) {
-  expectSet(setHotKey(kVirtualKeyD));
+  expectSet(setHotKey(kVirtualKeyD, 0));
   const XClient deaf(server.display(), silent());
   press();
   EXPECT_TRUE(process->waitForLine(kNothingFound));
-  const XClient editor(server.display());
+  const Terminal terminal(server.display());
   press();
   expectCall();
 }
@@ -160,19 +160,20 @@ TEST_F(TroubleshootingOnDesktop, NoNumberIsFoundInASlowProgramSometimes) {
 }
 
 TEST_F(TroubleshootingOnDesktop, NoNumberIsFoundInATerminal) {
-  XClientSettings settings;
-  settings.wmClass = "XTerm";
-  XClient terminal(server.display(), settings);
+  Terminal terminal(server.display());
+  const auto select = [&terminal] {
+    terminal.window.own("PRIMARY", answersWith("+31 20 123 4567"));
+  };
   expectSet(setHotKey(kVirtualKeyD, 0));
-  for (int selections = 0; selections < 2; ++selections) {
-    terminal.own("PRIMARY", settings.copy);
-    press();
-    expectCall();
-  }
+  press();
+  expectCall();  // from now on, Seldial watches selections and clicks
+  select();
+  press();
+  expectCall();
   keyboard.click(10, 10);
   press();
   EXPECT_TRUE(process->waitForLine(kNothingFound));
-  terminal.own("PRIMARY", settings.copy);
+  select();
   press();
   expectCall();
 }
@@ -183,10 +184,11 @@ TEST_F(TroubleshootingOnDesktop, ItEndsWithStatus1AndTheConnectionToTheXServerIs
   EXPECT_THAT(process->errors(), testing::HasSubstr("the connection to the X server is lost"));
 }
 
-/// seldial-uc, and an editor in which a national number is selected.
+/// seldial-uc, and a terminal in which a national number is selected.
 class TroubleshootingTheClient : public testing::Test {
  protected:
-  RunningClient& start(const std::vector<std::string>& arguments) {
+  RunningClient& start(std::vector<std::string> arguments) {
+    arguments.insert(arguments.end(), {"--delay", "0"});
     client_.emplace(arguments, server_.environment());
     client_->expectLine(R"({"response":"HotkeyState","result":true})");
     (void)client_->process().readLine();  // the same for people
@@ -200,14 +202,8 @@ class TroubleshootingTheClient : public testing::Test {
   }
 
  private:
-  static XClientSettings nationalNumber() {
-    XClientSettings settings;
-    settings.copy = answersWith("020 123 4567");
-    return settings;
-  }
-
   XServer server_;
-  XClient editor_{server_.display(), nationalNumber()};
+  Terminal terminal_{server_.display(), "020 123 4567"};
   std::optional<RunningClient> client_;
 };
 
