@@ -8,6 +8,7 @@
 namespace seldial::platform::x11 {
 namespace {
 
+/// Seen in Kate, KWrite and Qt Creator; the others document it.
 constexpr std::array kEditors{
     // The KTextEditor component.
     "kate",
@@ -24,11 +25,19 @@ constexpr std::array kEditors{
     "code-oss",
     "codium",
     "vscodium",
+    "atom",
+    "pulsar",
     "notepad++.exe",  // under Wine
+    "org.qt-project.qtcreator",
+    "qtcreator",
     "sublime_text",
 };
 
+/// "jetbrains-idea" and so on.
+constexpr std::string_view kJetBrains = "jetbrains-";
+
 bool isEditor(const std::string& name) {
+  if (strncasecmp(name.c_str(), kJetBrains.data(), kJetBrains.size()) == 0) return true;
   return std::any_of(kEditors.begin(), kEditors.end(),
                      [&](const char* editor) { return strcasecmp(name.c_str(), editor) == 0; });
 }

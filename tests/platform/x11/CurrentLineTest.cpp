@@ -17,6 +17,8 @@ TEST(CurrentLine, EndsWithItsOnlyNewline) {
 TEST(CurrentLine, IsCopiedByEditorsOfEitherName) {
   EXPECT_TRUE(mayBeCurrentLine({"window", "KWrite"}, "1\n"));
   EXPECT_TRUE(mayBeCurrentLine({"org.kde.kate"}, "1\n"));
+  EXPECT_TRUE(mayBeCurrentLine({"sun-awt-X11-XFramePeer", "jetbrains-idea-ce"}, "1\n"));
+  EXPECT_FALSE(mayBeCurrentLine({"jetbrain"}, "1\n"));
   EXPECT_FALSE(mayBeCurrentLine({"gedit", "Gedit"}, "1\n"));
   EXPECT_FALSE(mayBeCurrentLine({}, "1\n"));
 }
