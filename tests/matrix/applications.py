@@ -51,7 +51,7 @@ APPLICATIONS = [
     Application("kwrite", "kwrite", "kwrite {text}", settle=5, known="as kate"),
     Application("Qt Creator", "qtcreator", "qtcreator -noload Welcome {text}", settle=20, known="as kate"),
     Application("Emacs", "emacs-gtk", "emacs -Q {text}", settle=4, all="^x h", drop="^g", once=True),
-    Application("gvim", "vim-gtk3", "gvim -f -u NONE {text}", "reader", known="does not copy with a key, and takes PRIMARY while it drops a selection, so that an old text looks new"),
+    Application("gvim", "vim-gtk3", "gvim -f -u NONE {text}", "reader", known="no key copies without harm, and it takes PRIMARY while it drops a selection, so that an old text looks new"),
     Application("Evince", "evince", "evince {pdf}", "reader", settle=4),
     Application("Okular", "okular", "sh {dir}/okular.sh {pdf}", "reader", "drag 1", settle=6),
     Application("zathura", "zathura zathura-pdf-poppler", "zathura {pdf}", "reader", "drag 1"),

@@ -10,9 +10,7 @@ namespace seldial::platform::x11 {
 namespace {
 
 // Not in this table:
-// - gvim takes PRIMARY again while it drops a selection, so an old text would look fresh.
 // - GTK labels look like any GTK window, and others keep PRIMARY after a key dropped the selection.
-// - Terminology takes PRIMARY again too; but as a terminal it must not be typed into.
 // - A process with a pseudo-terminal is not taken for a terminal: editors and file managers with a
 //   terminal pane have one too, and copy to the clipboard.
 constexpr std::array kApplications{
@@ -51,7 +49,11 @@ bool copiesByCopyKey(const std::vector<std::string>& names) {
 }
 
 bool isLeftAlone(const std::vector<std::string>& names) {
-  return isOneOf("terminology", names);
+  // They take PRIMARY again while they drop a selection, so an old text would look fresh.
+  // Terminology is a terminal, and Ctrl+Insert makes Vim insert what is typed next.
+  constexpr std::array kLeftAlone{"gvim", "neovide", "nvim-qt", "terminology"};
+  return std::any_of(kLeftAlone.begin(), kLeftAlone.end(),
+                     [&](const char* known) { return isOneOf(known, names); });
 }
 
 // Emacs copies the text from the mark to the cursor, active or not. Copying ends an active region,

@@ -24,6 +24,13 @@ TEST(Applications, AWindowWithoutNamesIsNone) {
   EXPECT_FALSE(isReadFromPrimary({"", ""}));
 }
 
+TEST(Applications, OneIsLeftAloneWhereAKeyDoesHarmAndPrimaryMayBeOld) {
+  EXPECT_TRUE(isLeftAlone({"main", "terminology"}));
+  EXPECT_TRUE(isLeftAlone({"gvim", "Gvim"}));
+  EXPECT_FALSE(isLeftAlone({"emacs", "Emacs"}));
+  EXPECT_FALSE(isLeftAlone({}));
+}
+
 TEST(Applications, WineGivesItsWindowsTheNameOfTheProgram) {
   EXPECT_TRUE(isWine({"notepad.exe", "notepad.exe"}));
   EXPECT_TRUE(isWine({"SETUP.EXE", "Wine"}));
