@@ -39,8 +39,10 @@ def table(head, rows):
 
 
 def write(page, rows, columns):
-    """What was not tried keeps its row."""
+    """What was not tried keeps its row, and the page its part about Wayland, which is written by hand."""
     old = page.read_text(encoding="utf-8").splitlines() if page.exists() else []
+    by_hand = old[old.index("## Wayland"):] if "## Wayland" in old else []
+    old = old[:len(old) - len(by_hand)]
     known = {line[2:].split(" | ")[0]: line[2:-2].split(" | ") for line in old if line.startswith("| ")}
     known |= {row[0]: row for row in rows}
     release = subprocess.run(["lsb_release", "-ds"], capture_output=True, text=True, check=False).stdout
@@ -50,5 +52,5 @@ def write(page, rows, columns):
         PAGE.format(date=datetime.date.today(), release=release.strip() or "Debian"),
         *table(["Application", *columns, "delay"], pick(APPLICATIONS)), "",
         *notes(APPLICATIONS), "", *SECOND,
-        *table(["Surrounding", "kind", *TRIED], pick(SURROUNDINGS)), "", *notes(SURROUNDINGS)]).rstrip() + "\n",
+        *table(["Surrounding", "kind", *TRIED], pick(SURROUNDINGS)), "", *notes(SURROUNDINGS), *([""] if notes(SURROUNDINGS) else []), *by_hand]).rstrip() + "\n",
         encoding="utf-8")

@@ -1,0 +1,175 @@
+"""A private desktop of an ordinary user, and Seldial on it, for scripts/test-desktops."""
+import json
+import os
+import queue
+import shutil
+import signal
+import socket
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent.parent
+NOBODY = 65534
+
+
+def eventually(condition, limit=20):
+    end = time.monotonic() + limit
+    while not condition():
+        if time.monotonic() > end:
+            return False
+        time.sleep(0.01)
+    return True
+
+
+class Session:
+    """A session bus and a compositor, which start() starts. Derived classes say how to play the user."""
+
+    preset = "debug"
+
+    def __init__(self):
+        self.directory = tempfile.mkdtemp(prefix="seldial-", dir="/tmp")
+        self.processes = []
+        self.environment = {
+            "PATH": os.environ["PATH"], "HOME": self.directory, "XDG_RUNTIME_DIR": self.directory,
+            "XDG_DATA_HOME": self.directory + "/data", "XDG_CONFIG_HOME": self.directory + "/config",
+            "XDG_SESSION_TYPE": "wayland", "LANG": "C.UTF-8",
+            "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.directory}/bus"}
+        os.chmod(self.directory, 0o700)
+        self.own(self.directory)
+        self.program = self.copy(ROOT / f"build/{self.preset}/app/seldial")
+        self.copy(ROOT / f"build/{self.preset}/app/seldial-wayland.so")
+
+    def __enter__(self):
+        self.run(["dbus-daemon", "--session", "--nofork",
+                  "--address=" + self.environment["DBUS_SESSION_BUS_ADDRESS"]])
+        if not eventually(lambda: os.path.exists(self.directory + "/bus")):
+            raise RuntimeError("no session bus")
+        self.start()
+        return self
+
+    def __exit__(self, *_):
+        for process in reversed(self.processes):
+            if process.poll() is None:
+                process.kill()
+            process.wait()
+        shutil.rmtree(self.directory, ignore_errors=True)
+
+    def own(self, path):
+        """Gives what this script has made to the user of the session."""
+        if os.geteuid() == 0:
+            for folder, _, files in os.walk(path):
+                for name in [folder] + [os.path.join(folder, file) for file in files]:
+                    os.chown(name, NOBODY, NOBODY, follow_symlinks=False)
+
+    def copy(self, path):
+        copied = shutil.copy(path, self.directory)
+        os.chmod(copied, 0o755)
+        return copied
+
+    def run(self, command, env_without=(), stderr=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+            **arguments):
+        """Starts a program of the session. Capital letters are variables."""
+        variables = {key: value for key, value in arguments.items() if key.isupper()}
+        options = {key: value for key, value in arguments.items() if not key.isupper()}
+        environment = {**self.environment, **variables}
+        for name in env_without:
+            environment.pop(name, None)
+        if os.geteuid() == 0:
+            command = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups"] + command
+        process = subprocess.Popen(command, env=environment, stderr=stderr, stdout=stdout,
+                                   cwd=self.directory, **options)
+        self.processes.append(process)
+        return process
+
+    def call(self, *command):
+        """Runs a program to its end and returns its output; empty when it fails."""
+        process = self.run(list(command), stdout=subprocess.PIPE, text=True)
+        output, _ = process.communicate(timeout=60)
+        return output if process.returncode == 0 else ""
+
+    def owns(self, name):
+        return "true" in self.call(
+            "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
+            "--method", "org.freedesktop.DBus.NameHasOwner", name)
+
+
+class Window:
+    """A window with a text, which has the focus when it is constructed."""
+
+    def __init__(self, session, toolkit, text):
+        self.process = session.run(
+            ["/usr/bin/python3", str(session.copy(ROOT / "tests/desktops/window.py")), toolkit, text],
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, GDK_BACKEND="wayland",
+            QT_QPA_PLATFORM="wayland")
+        if "ready" not in self.process.stdout.readline():
+            raise RuntimeError(f"no window of {toolkit}")
+
+    def ask(self, line):
+        self.process.stdin.write(line + "\n")
+        self.process.stdin.flush()
+        answer = "ready"
+        while answer == "ready":  # it got the focus again
+            answer = self.process.stdout.readline().rstrip("\n")
+        time.sleep(0.1)  # the compositor knows the selection
+        return answer
+
+    def close(self):
+        self.process.kill()
+        self.process.wait()
+
+
+class Seldial:
+    """The program. Its results are the texts that it dialled, None where it found nothing."""
+
+    def __init__(self, session):
+        self.session = session
+        self.pipe = session.directory + "/seldial-commands"
+        self.lines = queue.Queue()
+        self.process = session.run([session.program, "-log", "dialerpipename=" + self.pipe],
+                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        self.thread = threading.Thread(target=self._read, daemon=True)
+        self.thread.start()
+        self.expect("listen ok")
+
+    def _read(self):
+        for line in self.process.stdout:
+            self.lines.put((time.monotonic(), line.rstrip("\n")))
+
+    def expect(self, *parts, limit=20):
+        """The time and the text of the next line that contains one of them."""
+        end = time.monotonic() + limit
+        while True:
+            try:
+                at, line = self.lines.get(timeout=max(0.001, end - time.monotonic()))
+            except queue.Empty:
+                raise RuntimeError(f"no {' or '.join(parts)!r} from Seldial") from None
+            if "--verbose" in sys.argv:
+                print("    |", line)
+            if any(part in line for part in parts):
+                return at, line
+
+    def register(self, virtual_key=2, modifiers=("Ctrl", "Alt"), delay=100):
+        """Whether the hot key is set. Virtual key 2 is the place of D."""
+        command = {"command": "SetHotKey", "virtualkey": virtual_key, "readdelay": delay}
+        for name in ("Alt", "Command", "Ctrl", "Shift"):
+            command["modifier" + name] = name in modifiers
+        with socket.socket(socket.AF_UNIX) as connection:
+            connection.connect(self.pipe)
+            connection.sendall(json.dumps(command).encode())
+        return json.loads(self.expect('"HotkeyState"')[1])["result"]
+
+    def result(self, limit=20):
+        """When and what the next use of the hot key dialled."""
+        at, line = self.expect('"MakeCall"', "no number found", limit=limit)
+        return at, json.loads(line)["number"] if "MakeCall" in line else None
+
+    def stop(self, number=signal.SIGTERM):
+        self.process.send_signal(number)
+        status = self.process.wait(timeout=20)
+        if os.path.exists(self.pipe):
+            os.remove(self.pipe)
+        return status
