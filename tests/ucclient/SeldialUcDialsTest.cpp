@@ -25,7 +25,7 @@ class SeldialUcDials : public testing::Test {
   /// Starts the client and returns once its hot key is set.
   RunningClient& start(std::vector<std::string> arguments,
                        const std::string& path = "/usr/bin:/bin") {
-    arguments.insert(arguments.end(), {"--delay", "500", "--region", "NL"});
+    arguments.insert(arguments.end(), {"--delay", "1000", "--region", "NL"});
     client_ = std::make_unique<RunningClient>(arguments, server_.environment(), path);
     client_->expectLine(R"({"response":"HotkeyState","result":true})");
     (void)client_->process().readLine();  // the same for people
