@@ -127,7 +127,7 @@ class SelectionClipboard final : public Clipboard {
     if (copiesByCopyKey(focused_.names) && keystroke_.isPossible(CopyChord::kCopyKey)) {
       type(CopyChord::kCopyKey);
     } else if (isReadFromPrimary(focused_.names)) {
-      source_ = primary_.isStaleIn(focused_.window) ? Source::kNothing : Source::kPrimary;
+      source_ = Source::kPrimary;
     } else if (isLeftAlone(focused_.names)) {
       source_ = Source::kNothing;
     } else {
@@ -145,8 +145,7 @@ class SelectionClipboard final : public Clipboard {
         primary ? xcb_atom_t{XCB_ATOM_PRIMARY} : connection.atoms().clipboard;
     const auto owner = ownerOf(connection, selection);
     if (owner == XCB_WINDOW_NONE || owner == connection.window()) return {};
-    // A selection in another window than the focused one is not what the user means.
-    if (primary && !areOfOneProgram(connection, focused_.window, owner)) return {};
+    if (primary && !isSelectionOfFocused(owner)) return {};
     auto text = readSelectionText(connection, session_->pump, selection);
     if (text && mayBeUnselected(*text)) return {};
     return text;
@@ -162,6 +161,14 @@ class SelectionClipboard final : public Clipboard {
   /// made before that is over. No event tells when it is.
   void letWineNotice() {
     session_->pump.serveUntil(EventPump::Clock::now() + kWinePause, [] { return false; });
+  }
+
+  /// Whether PRIMARY is what is selected in the focused window. A busy program takes PRIMARY some
+  /// time after the click that selects, so this is asked as late as possible.
+  [[nodiscard]] bool isSelectionOfFocused(xcb_window_t owner) const {
+    session_->pump.handleArrived();
+    return !primary_.isStaleIn(focused_.window) &&
+           areOfOneProgram(session_->connection, focused_.window, owner);
   }
 
   /// Whether a copied text may be one that the application does not show as selected.

@@ -57,6 +57,12 @@ TEST_F(DroppedSelection, ASelectionThatAClickMakesIsDialled) {
   EXPECT_EQ(dial(), std::nullopt);
 }
 
+TEST_F(DroppedSelection, ASelectionThatABusyTerminalTakesLateIsDialled) {
+  keyboard.click(10, 10);
+  port.whenBlocking([&] { client.own("PRIMARY", answersWith("+49 30 1")); });
+  EXPECT_EQ(dial(), "+49 30 1");
+}
+
 TEST_F(DroppedSelection, AClickOnAnotherWindowOfTheSameProgramDropsNothing) {
   const XClient over(server.display(), terminal());
   keyboard.click(10, 10);
