@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/x11/copy/Applications.h"
 #include "platform/x11/copy/CurrentLine.h"
 
 namespace seldial::platform::wayland {
@@ -13,6 +14,8 @@ void WaylandClipboard::clear() {
 bool WaylandClipboard::copySelection() {
   terminal_ = TerminalKind::kNone;
   names_ = focusedProgram_();
+  // Whether Emacs copied what it shows as selected is not known here.
+  if (x11::isLeftAlone(names_) || x11::takesPrimaryAfterCopying(names_)) return true;
   for (const auto& name : names_) {
     if (terminal_ == TerminalKind::kNone) terminal_ = terminalKind(name);
   }

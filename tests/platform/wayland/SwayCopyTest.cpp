@@ -173,6 +173,22 @@ TEST_F(SwayCopy, WhatMayBeTheCurrentLineOfAnEditorIsNotDialled) {
   EXPECT_EQ(port->dialled(), (Texts{std::nullopt, kNumber}));
 }
 
+TEST_F(SwayCopy, NothingIsTypedWhereACopyMayBeOldOrDoesHarm) {
+  port->dialOnRelease([] {});
+  std::size_t dials = 0;
+  for (const char* const name : {"emacs", "gvim"}) {
+    EditorSettings settings;
+    settings.applicationId = name;
+    Editor editor(sway.display(), settings);
+    useHotKey();
+    port->waitForDials(++dials);
+    EXPECT_EQ(port->dialled().back(), std::nullopt);
+    keyboard.tap(KEY_A);
+    editor.waitForKey(KEY_A);
+    EXPECT_EQ(editor.keys(), (std::vector<EditorKey>{{KEY_A, 0}}));
+  }
+}
+
 TEST_F(SwayCopy, WithoutAWindowNothingIsFound) {
   tests::ClipboardOwner owner(sway.display());
   owner.own("old");
