@@ -49,7 +49,7 @@ APPLICATIONS = [
     Application("featherpad", "featherpad", "featherpad --standalone {text}"),
     Application("kate", "kate", "kate --new {text}", settle=5, known="copies the current line where nothing is selected; so one line with its newline, as a triple click selects it, is not dialled"),
     Application("kwrite", "kwrite", "kwrite {text}", settle=5, known="as kate"),
-    Application("Qt Creator", "qtcreator", "qtcreator -noload Welcome {text}", settle=20, known="as kate"),
+    Application("Qt Creator", "qtcreator", "qtcreator -noload Welcome {text}", settle=20, known="as kate; the only line of a document is dialled where nothing is selected"),
     Application("Emacs", "emacs-gtk", "emacs -Q {text}", settle=4, all="^x h", drop="^g", once=True),
     Application("gvim", "vim-gtk3", "gvim -f -u NONE {text}", "reader", known="no key copies without harm, and it takes PRIMARY while it drops a selection, so that an old text looks new"),
     Application("Evince", "evince", "evince {pdf}", "reader", settle=4),

@@ -35,10 +35,14 @@ SURROUNDINGS = [
     Surrounding("Xorg, xrdp driver", "xserver-xorg-core xorgxrdp", "X server",
                 "Xorg -displayfd 1 -config xrdp/xorg.conf -noreset -nolisten tcp -logfile {dir}/xorg.log"),
     Surrounding("i3lock", "i3lock", "screen locker", "i3lock --nofork"),
+    Surrounding("xscreensaver", "xscreensaver", "screen locker", "sh {dir}/xscreensaver.sh"),
 ]
 
 FILES = {
     "i3.conf": "focus_follows_mouse no\n",  # without a key of its own
+    # It refuses to lock the screen of root, but blanks it.
+    "xscreensaver.sh": "xscreensaver --no-splash & until xscreensaver-command -time; do sleep 0.5; done\n"
+                       "xscreensaver-command -lock || xscreensaver-command -activate; wait\n",
     "dummy.conf": """Section "Device"
     Identifier "card"
     Driver "dummy"

@@ -45,7 +45,9 @@ bool isEditor(const std::string& name) {
 }  // namespace
 
 bool mayBeCurrentLine(const std::vector<std::string>& names, std::string_view text) {
-  const bool isLine = !text.empty() && text.find('\n') == text.size() - 1;
+  const auto newline = text.find('\n');
+  const bool isOnly = newline != std::string_view::npos && text.rfind('\n') == newline;
+  const bool isLine = isOnly && (newline == 0 || newline == text.size() - 1);
   return isLine && std::any_of(names.begin(), names.end(), isEditor);
 }
 

@@ -5,12 +5,12 @@
 namespace seldial::platform::x11 {
 namespace {
 
-TEST(CurrentLine, EndsWithItsOnlyNewline) {
+TEST(CurrentLine, BeginsOrEndsWithItsOnlyNewline) {
   const std::vector<std::string> kate{"kate", "Kate"};
-  for (const char* const line : {"4930123\n", "4930123\r\n", "\n"})
+  for (const char* const line : {"4930123\n", "4930123\r\n", "\n", "\n4930123"})
     EXPECT_TRUE(mayBeCurrentLine(kate, line)) << line;
   for (const char* const selection :
-       {"", "4930123", "4930123\n4930124", "4930123\n4930124\n", "\n1"})
+       {"", "4930123", "4930123\n4930124", "4930123\n4930124\n", "\n1\n"})
     EXPECT_FALSE(mayBeCurrentLine(kate, selection)) << selection;
 }
 
