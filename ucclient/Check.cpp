@@ -1,5 +1,3 @@
-#include "ucclient/Check.h"
-
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,7 +12,9 @@
 #include "client/Options.h"
 #include "client/Protocol.h"
 #include "platform/System.h"
+#include "ucclient/Commands.h"
 #include "ucclient/KeyHolders.h"
+#include "ucclient/Options.h"
 #include "ucclient/Places.h"
 #include "ucclient/Trial.h"
 

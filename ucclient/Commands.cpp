@@ -13,7 +13,6 @@
 #include "client/Options.h"
 #include "platform/PressSocket.h"
 #include "platform/System.h"
-#include "ucclient/Check.h"
 #include "ucclient/Console.h"
 #include "ucclient/MainThread.h"
 #include "ucclient/MessageListener.h"

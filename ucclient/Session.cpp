@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <thread>
 #include <utility>
 
@@ -41,11 +40,6 @@ std::string inPlainWords(const std::string& failReason) {
          " (another program holds it, the keyboard has no such key, or there is no desktop)";
 }
 
-std::string describedDialling(const DialSettings& settings) {
-  if (!settings.scheme.empty()) return "opens " + settings.scheme + ": URIs";
-  return settings.command.empty() ? "no, prints only" : "runs " + settings.command.front();
-}
-
 }  // namespace
 
 Session::Session(Options options, Reread reread)
@@ -78,16 +72,6 @@ int Session::run() {
 
 std::function<void()> Session::endRequest() {
   return onMainThread(&Session::endRequested);
-}
-
-/// Without a control socket everything else works.
-void Session::answerRequests() {
-  const std::string path = controlSocketPath();
-  if (path.empty()) return;
-  control_ = ControlSocket::listenAt(
-      path, mainThread_, [this](const std::string& request, const ControlSocket::Reply& reply) {
-        answer(request, reply);
-      });
 }
 
 bool Session::makeDirectory() {
@@ -251,61 +235,6 @@ void Session::restart() {
   if (ending_ || startDialer()) return;
   status_ = 1;
   mainThread_->stop();
-}
-
-void Session::answer(const std::string& request, const ControlSocket::Reply& reply) {
-  if (request == kStatusRequest) {
-    reply(statusText());
-  } else if (request == kTrialRequest) {
-    trying_ = reply;
-  } else if (request == kHotKeyRequest) {
-    reply(hasHotKey_ ? spellingOfHotKey(options_.hotKey).value_or("") : "");
-  } else if (request == kReloadRequest) {
-    reload(reply);
-  } else {
-    reply("there is no request " + printable(request));
-  }
-}
-
-std::string Session::statusText() const {
-  const auto variable = [](const char* name) {
-    const char* const value = std::getenv(name);
-    return std::string(value != nullptr && value[0] != '\0' ? value : "none");
-  };
-  return "Hot key:  " + options_.spelling + (hasHotKey_ ? "" : " (not set)") + "\n" +
-         "Dials:    " + describedDialling(options_.dialling) + "\n" +
-         "Session:  " + variable("XDG_SESSION_TYPE") + ", DISPLAY " + variable("DISPLAY") + "\n" +
-         "Running:  since " + timeText(begun_) + "\n" +
-         (trying_ ? "Next use: is not dialled, the settings show it\n" : "") + history_.text();
-}
-
-/// Whether somebody wanted to know of this use of the hot key, and still does.
-bool Session::wasTrial() {
-  const auto reply = std::exchange(trying_, nullptr);
-  return reply && reply("used\n");
-}
-
-/// Applies the configuration as it is now. Another program is started only when this one ends.
-void Session::reload(const ControlSocket::Reply& reply) {
-  std::string error;
-  const auto options = reread_(error);
-  if (!options || reloading_ || !hasHotKey_) {
-    reply(!options ? error : "seldial is not ready, please try again");
-    return;
-  }
-  const bool sameProgram = options->seldial == options_.seldial;
-  reloadNote_ = sameProgram ? ""
-                            : kReloadNote + std::string(
-                                                "the new seldial is used when "
-                                                "seldial-uc is started again");
-  previousOptions_ = options_;
-  apply(*options);
-  reloading_ = reply;
-  sendSetHotKey();
-}
-
-void Session::finishReload(const std::string& answer) {
-  if (const auto reply = std::exchange(reloading_, nullptr)) reply(answer);
 }
 
 void Session::end(int status) {
