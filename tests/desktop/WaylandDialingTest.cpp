@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "tests/support/SeldialProcess.h"
+#include "tests/support/TerminalProgram.h"
 #include "tests/support/wayland/BareCompositor.h"
 #include "tests/support/wayland/Editor.h"
 #include "tests/support/wayland/Sway.h"
@@ -92,18 +93,9 @@ TEST_F(WaylandDialing, AGtkEntryIsDialledUntilItIsDeselectedAndKeepsItsText) {
 
 TEST_F(WaylandDialing, ATerminalsSelectionIsDialledAndNothingReachesTheProgramInside) {
   startListening();
-  const NamedPipe pipe;
-  // The terminal answers where its cursor is, so what was written before is on its screen.
-  const TemporaryFile script("exec 3>'" + pipe.path() +
-                             "'\n"
-                             "stty raw -echo\n"
-                             "printf '4930123\\033[6n'\n"
-                             "dd bs=1 count=6 of=/dev/null 2>/dev/null\n"
-                             "echo shown >&3\n"
-                             "dd bs=1 count=1 2>/dev/null >&3\n"
-                             "echo >&3\n");
-  const ChildProcess foot({"foot", "sh", script.path()}, {}, "sudo apt-get install foot");
-  ChildProcess inside({"cat", pipe.path()});
+  TerminalProgram inside;
+  const ChildProcess foot({"foot", inside.command()[0], inside.command()[1]}, {},
+                          "sudo apt-get install foot");
   EXPECT_EQ(inside.readLine(), "shown");
   sway.waitForFocus("foot");
   EXPECT_THAT(answerTo(setHotKey(2, 100)), IsHotkeyStateTrue());

@@ -1,6 +1,7 @@
 // Dialling from programs that people use: Tk, GTK 3 and a terminal, under a window manager.
 #include "tests/platform/x11/X11Test.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/TerminalProgram.h"
 #include "tests/support/desktop/Windows.h"
 
 namespace seldial::platform::x11 {
@@ -75,19 +76,9 @@ TEST_F(RealPrograms, AGtkEntryIsDialledAndKeepsItsText) {
 }
 
 TEST_F(RealPrograms, ATerminalsSelectionIsDialledAndNothingReachesTheProgramInside) {
-  const NamedPipe pipe;
-  // The terminal answers where its cursor is, so what was written before is on its screen.
-  const TemporaryFile script("exec 3>'" + pipe.path() +
-                             "'\n"
-                             "stty raw -echo\n"
-                             "printf '4930123\\033[6n'\n"
-                             "dd bs=1 count=6 of=/dev/null 2>/dev/null\n"
-                             "echo shown >&3\n"
-                             "dd bs=1 count=1 2>/dev/null >&3\n"
-                             "echo >&3\n");
-  const ChildProcess xterm({"xterm", "-e", "sh", script.path()}, {server.environment()},
-                           "sudo apt-get install xterm");
-  ChildProcess inside({"cat", pipe.path()});
+  TerminalProgram inside;
+  const ChildProcess xterm({"xterm", "-e", inside.command()[0], inside.command()[1]},
+                           {server.environment()}, "sudo apt-get install xterm");
   EXPECT_EQ(inside.readLine(), "shown");
   const auto window = windows.waitForFocus("XTerm");
   windows.click(window, 5, 5, 2);  // on the first character, whatever the font
