@@ -1,4 +1,4 @@
-// JSON values, and how they are read from and written as text.
+// JSON values, how they are read from and written as text, and whether a text is valid UTF-8.
 #pragma once
 
 #include <cstdint>
@@ -84,5 +84,9 @@ class JSONValue {
 /// and tab as \n, \r and \t, other control characters including U+007F as \u and four lower-case
 /// hexadecimal digits. Everything else is raw UTF-8.
 [[nodiscard]] std::optional<std::string> writeJSON(const JSONDictionary& dictionary);
+
+/// Whether `bytes` are valid UTF-8: no overlong form, no surrogate, nothing above U+10FFFF and no
+/// incomplete character. Empty is valid. Any thread.
+[[nodiscard]] bool isValidUTF8(std::string_view bytes);
 
 }  // namespace seldial

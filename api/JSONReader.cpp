@@ -6,7 +6,6 @@
 
 #include "api/JSON.h"
 #include "api/JSONTokens.h"
-#include "api/Utf8.h"
 
 namespace seldial {
 namespace {

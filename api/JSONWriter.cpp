@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "api/JSON.h"
-#include "api/Utf8.h"
 
 namespace seldial {
 namespace {

@@ -1,7 +1,7 @@
-#include "api/Utf8.h"
-
 #include <cstdint>
 #include <cstring>
+
+#include "api/JSON.h"
 
 namespace seldial {
 namespace {

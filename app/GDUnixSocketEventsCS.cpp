@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "api/FatalError.h"
-#include "api/Utf8.h"
+#include "api/JSON.h"
 #include "app/AppDelegate.h"
 
 namespace seldial {

@@ -1,8 +1,69 @@
 #include "client/Options.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace seldial {
+namespace {
+
+bool hasPlaceholder(const std::string& word) {
+  return std::any_of(
+      kDialPlaceholders.begin(), kDialPlaceholders.end(),
+      [&word](const char* placeholder) { return word.find(placeholder) != std::string::npos; });
+}
+
+/// Splits text into words; see dialCommandFrom().
+class WordSplitter {
+ public:
+  explicit WordSplitter(const std::string& text) : text_(text) {}
+
+  /// False when a quote is not closed, or nothing follows the last backslash.
+  bool split() {
+    for (next_ = 0; next_ < text_.size(); ++next_) {
+      const char letter = text_[next_];
+      if (quote_ == '\0' && (letter == ' ' || letter == '\t' || letter == '\n')) {
+        endWord();
+      } else if (!add(letter)) {
+        return false;
+      }
+    }
+    endWord();
+    return quote_ == '\0';
+  }
+
+  [[nodiscard]] const std::vector<std::string>& words() const { return words_; }
+
+ private:
+  bool add(char letter) {
+    inWord_ = true;
+    if (letter == quote_) {
+      quote_ = '\0';
+    } else if (quote_ == '\0' && (letter == '\'' || letter == '"')) {
+      quote_ = letter;
+    } else if (letter == '\\' && quote_ != '\'') {
+      if (++next_ == text_.size()) return false;
+      word_ += text_[next_];
+    } else {
+      word_ += letter;
+    }
+    return true;
+  }
+
+  void endWord() {
+    if (inWord_) words_.push_back(word_);
+    inWord_ = false;
+    word_.clear();
+  }
+
+  const std::string& text_;
+  std::size_t next_ = 0;
+  char quote_ = '\0';
+  bool inWord_ = false;  // also of an empty word in quotes
+  std::string word_;
+  std::vector<std::string> words_;
+};
+
+}  // namespace
 
 bool OptionReader::readAll() {
   while (next_ < arguments_.size()) {
@@ -31,6 +92,26 @@ std::optional<std::uint16_t> delayFrom(const std::string& text) {
   const long value = std::strtol(text.c_str(), nullptr, 10);
   if (value > UINT16_MAX) return std::nullopt;
   return static_cast<std::uint16_t>(value);
+}
+
+std::optional<std::vector<std::string>> dialCommandFrom(const std::string& text,
+                                                        std::string& error) {
+  WordSplitter splitter(text);
+  if (!splitter.split()) {
+    error = "a quote is not closed, or nothing follows a backslash";
+    return std::nullopt;
+  }
+  std::vector<std::string> words = splitter.words();
+  if (words.empty() || words.front().empty()) {
+    error = "there is no program";
+    return std::nullopt;
+  }
+  if (hasPlaceholder(words.front())) {
+    error = "the program cannot be a part of the selection";
+    return std::nullopt;
+  }
+  if (std::none_of(words.begin(), words.end(), hasPlaceholder)) words.emplace_back("{}");
+  return words;
 }
 
 std::string configurationHome() {

@@ -1,6 +1,8 @@
-// Reading a command line, and where the configuration is kept.
+// What the command lines of both programs have in common: reading options, the values that some of
+// them take, and where the configuration is kept.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -47,6 +49,17 @@ class OptionReader {
 
 /// Milliseconds as --delay takes them: up to five digits and nothing else, at most 65535.
 [[nodiscard]] std::optional<std::uint16_t> delayFrom(const std::string& text);
+
+/// What stands in a command for the number as dialled, for its "tel" URI, and for the selection.
+inline constexpr std::array kDialPlaceholders{"{}", "{tel}", "{text}"};
+
+/// Splits a command line into words at blanks. Quotes (' and ") keep blanks in a word, and a
+/// backslash keeps the next character, except between single quotes. Nothing else is special: no
+/// variables, no patterns, no operators. A command without a placeholder gets "{}" as its last
+/// word. Nothing when there is no program or a quote is not closed; `error` then says why, without
+/// a full stop.
+[[nodiscard]] std::optional<std::vector<std::string>> dialCommandFrom(const std::string& text,
+                                                                      std::string& error);
 
 /// The user's directory for configuration: XDG_CONFIG_HOME, or ".config" in HOME. Empty when
 /// neither is an absolute path.

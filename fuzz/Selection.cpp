@@ -15,7 +15,7 @@
 #include <string_view>
 #include <thread>
 
-#include "api/Utf8.h"
+#include "api/JSON.h"
 #include "fuzz/Check.h"
 #include "platform/linux/MainLoop.h"
 #include "platform/x11/copy/SelectionText.h"

@@ -9,5 +9,5 @@ else()
   set(port ${SELDIAL_ROOT}/platform/linux)
 endif()
 seldial_library(seldial_dispatch
-  ${port}/BackgroundQueue.cpp ${port}/Sockets.cpp ${port}/System.cpp ${SELDIAL_ROOT}/platform/posix/Output.cpp
+  ${port}/BackgroundQueue.cpp ${port}/System.cpp ${SELDIAL_ROOT}/platform/posix/Output.cpp
   LINK Threads::Threads)

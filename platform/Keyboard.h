@@ -15,8 +15,8 @@ class KeyboardLayout {
  public:
   virtual ~KeyboardLayout() = default;
 
-  /// The characters that a key types in the layout of this moment, as UTF-8. Nothing when it types
-  /// none (a dead key, for example) or there is no layout. `keyCode` is a VirtualKey;
+  /// The characters that a key types in the current layout, as UTF-8. Nothing when it types none
+  /// (a dead key, for example) or there is no layout. `keyCode` is a VirtualKey;
   /// `modifierKeyState` are HotKeyModifier bits, unshifted. A layout expects modifiers eight bits
   /// lower, so the result is the key's plain character on every desktop; this is kept on purpose.
   [[nodiscard]] virtual std::optional<std::string> translate(std::uint16_t keyCode,
@@ -43,7 +43,7 @@ class RecordingKeyboard {
   ///
   /// A key that carries a modifier in the user's layout is a modifier key (kFlagsChanged) wherever
   /// it is; one that is not in that modifier's own place gets the code of the left key of the
-  /// modifier. Nothing for a key without a virtual key code and for a lock that goes up.
+  /// modifier. Nothing for a key without a virtual key code, or for a lock key that is released.
   virtual std::optional<KeyEvent> read(std::uint32_t key, std::uint32_t state, bool pressed) = 0;
 };
 

@@ -12,14 +12,14 @@ namespace seldial::platform {
 /// A pipe that is full because nobody reads it delays a line by at most a second. That line and
 /// those after it are dropped, without a wait, until there is room again; then one line on standard
 /// error says how many. Of a long line that was dropped, the beginning may have been written; it
-/// ends with a line break. A closed output or a full disk loses the line: there is nobody to tell.
+/// ends with a line break. If the output is closed or the disk is full, the line is lost silently.
 /// Any thread.
 void printLine(std::string_view line);
 
 /// Writes `line` and a line break to standard error, and drops it if there is no room. Any thread.
 void printError(std::string_view line);
 
-/// Says on standard error how many lines standard output has lost, unless that has been said.
+/// Reports on standard error how many lines standard output has lost since the last report.
 void reportLostLines();
 
 /// What the functions above do, for any descriptor. Any thread.

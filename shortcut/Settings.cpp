@@ -13,8 +13,8 @@
 #include <algorithm>
 
 #include "client/Connection.h"
-#include "client/DialCommand.h"
 #include "client/LoginStart.h"
+#include "client/Options.h"
 
 namespace seldial {
 namespace {

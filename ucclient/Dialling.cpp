@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "client/DialCommand.h"
+#include "client/Options.h"
 #include "platform/System.h"
 
 namespace seldial {

@@ -6,7 +6,6 @@
 #include <map>
 
 #include "client/Configuration.h"
-#include "client/DialCommand.h"
 #include "client/Options.h"
 #include "platform/System.h"
 

@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/Sockets.h"
+#include "platform/System.h"
 
 namespace seldial {
 

@@ -11,7 +11,6 @@
 #include <utility>
 
 #include "platform/Output.h"
-#include "platform/Sockets.h"
 #include "platform/System.h"
 #include "unixsocket/SocketPath.h"
 

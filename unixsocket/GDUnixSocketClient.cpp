@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "platform/Sockets.h"
+#include "platform/System.h"
 #include "unixsocket/SocketPath.h"
 
 namespace seldial {

@@ -19,6 +19,6 @@
 
 @end
 
-/// The cell of a QKHotKeyTextField. Its field editor is the shared QKHotKeyTextFieldEditor.
+/// The cell of a QKHotKeyTextField. All of them share one field editor.
 @interface QKHotKeyTextFieldCell : NSTextFieldCell
 @end

@@ -7,25 +7,53 @@
 namespace seldial {
 
 /// The editing of hot key fields that share one text editor, as those of an AppKit program do:
-/// which of them the editor works for. Fields are held weakly. Main thread only.
+/// which of them the editor works for. Fields are held weakly. Main thread only. It needs no
+/// AppKit.
 class QKSharedEditing {
  public:
   /// The editor was asked for by this field; null for none. While a field is being edited, another
   /// one waits for begin(), and the same one changes nothing: toolkits ask for the editor also
   /// without the intent to edit.
-  void setHotKeyField(const std::shared_ptr<QKHotKeyEditedField>& field);
+  void setHotKeyField(const std::shared_ptr<QKHotKeyEditedField>& field) {
+    if (isEditing_ && field) {
+      next_ = field;
+    } else {
+      edit(field);
+    }
+  }
 
   /// The editor has got the focus in the field that asked for it last.
-  void begin();
+  void begin() {
+    const auto next = next_.lock();
+    if (next && next != field_.lock()) edit(next);
+    next_.reset();
+    isEditing_ = true;
+    editing_.begin();
+  }
+
   /// The editor has lost the focus, or its place in a window.
-  void end();
+  void end() {
+    // In another window, the next field asks before this one has lost the focus.
+    const auto next = next_.lock() != field_.lock() ? next_ : std::weak_ptr<QKHotKeyEditedField>();
+    edit(nullptr);
+    next_ = next;
+    isEditing_ = false;
+  }
 
   /// Applies the event to the edited field. False when there is no such field, or no longer: then
   /// the editor should give up the focus.
-  [[nodiscard]] bool processHotkeyEvent(const platform::KeyEvent& event);
+  [[nodiscard]] bool processHotkeyEvent(const platform::KeyEvent& event) {
+    if (field_.expired()) return false;
+    editing_.processHotkeyEvent(event);
+    return true;
+  }
 
  private:
-  void edit(const std::shared_ptr<QKHotKeyEditedField>& field);
+  void edit(const std::shared_ptr<QKHotKeyEditedField>& field) {
+    field_ = field;
+    next_.reset();
+    editing_.setHotKeyField(field);
+  }
 
   QKHotKeyEditing editing_;
   std::weak_ptr<QKHotKeyEditedField> field_;  ///< the one in editing_

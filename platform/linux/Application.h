@@ -1,4 +1,4 @@
-// The application object on Linux.
+// The application object on Linux, and how it ends.
 #pragma once
 
 #include <functional>
@@ -12,8 +12,7 @@
 
 namespace seldial::platform::linux_port {
 
-/// Runs the delegate on the main loop until terminate() is called or a signal ends it, see
-/// TerminationSignals.
+/// Runs the delegate on the main loop until terminate() is called or a signal ends it.
 class LinuxApplication final : public platform::Application {
  public:
   LinuxApplication(std::vector<std::string> arguments, std::shared_ptr<MainLoop> loop);
@@ -26,7 +25,16 @@ class LinuxApplication final : public platform::Application {
   void terminateWithStatus(int status);
 
   /// Runs the application to its end, calls `disconnect` and gives up the delegate. Returns the
-  /// exit status.
+  /// exit status. One of posix_port::terminationSignals(), which must be blocked in every thread,
+  /// ends it in every state of the main thread:
+  ///
+  /// - The first signal ends the main loop after the tasks that were posted before it.
+  /// - A second later, or with a second signal, what the main thread waits for is interrupted: see
+  ///   MainLoop::interrupt() and ApplicationDelegate::applicationMustEnd().
+  /// - Half a second after that (a fifth after a second signal), or with a third signal, the
+  ///   process ends with status 0, whatever the main thread is doing.
+  ///
+  /// Throws std::system_error when the system has no descriptor left.
   int run(
       std::shared_ptr<ApplicationDelegate> delegate,
       const std::function<void()>& disconnect = [] {});

@@ -1,29 +1,108 @@
-// Where the desktop of a Linux program is chosen.
+// The entry of the program on Linux, where its desktop is chosen: Wayland where the session runs on
+// it, otherwise X11.
+//
+// The Wayland port is a module that is loaded in a Wayland session only, so that the program on X11
+// loads none of the libraries that it needs.
+#include <dlfcn.h>
 #include <malloc.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+#include "platform/Output.h"
 #include "platform/Ports.h"
+#include "platform/System.h"
 #include "platform/linux/Application.h"
 #include "platform/linux/BackgroundQueue.h"
 #include "platform/linux/NoDesktop.h"
-#include "platform/linux/WaylandModule.h"
+#include "platform/wayland/Desktop.h"
 #include "platform/x11/Desktop.h"
 #include "platform/x11/copy/Clipboard.h"
 
 namespace seldial::platform {
 namespace {
 
-DesktopPorts connect(const std::shared_ptr<linux_port::MainLoop>& loop,
-                     std::function<void()> connectionLost) {
-  if (auto ports = linux_port::connectToWayland(loop, connectionLost)) return *std::move(ports);
-  if (const auto session = x11::connect(loop, std::move(connectionLost))) {
-    return {x11::hotKeyEvents(session), x11::makeClipboard(session)};
+using linux_port::MainLoop;
+
+std::string environment(const char* name) {
+  const char* const value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+/// A connection to the compositor that WAYLAND_DISPLAY names, a path or a file in the runtime
+/// directory; -1 when none answers.
+int connectToCompositor() {
+  std::string path = environment("WAYLAND_DISPLAY");
+  if (path.empty()) return -1;
+  if (path[0] != '/') path = environment("XDG_RUNTIME_DIR") + "/" + path;
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (path.size() >= sizeof address.sun_path) return -1;
+  path.copy(address.sun_path, path.size());
+  const int number = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (number == -1) return -1;
+  if (connect(number, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) return number;
+  close(number);
+  return -1;
+}
+
+/// The function in the module, beside the program in a build or where it is installed; null after
+/// one line on standard error.
+wayland::ConnectFunction* loadModule() {
+  const std::string program = executablePath();
+  const std::string folder = program.substr(0, program.rfind('/') + 1);
+  std::string error;
+  for (const std::string place : {"", SELDIAL_MODULE_DIRECTORY}) {
+    const std::string path = folder + place + wayland::kModuleName;
+    if (access(path.c_str(), F_OK) != 0) continue;
+    void* const module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    void* const function =
+        module != nullptr ? dlsym(module, wayland::kConnectFunctionName) : nullptr;
+    if (function != nullptr) return reinterpret_cast<wayland::ConnectFunction*>(function);
+    error = dlerror();
   }
+  printError("seldial: this is a Wayland session, and " + std::string(wayland::kModuleName) +
+             " cannot be loaded (" + (error.empty() ? "it is not installed" : error) +
+             "); there will be no hot key");
+  return nullptr;
+}
+
+DesktopPorts noDesktop() {
   return {std::make_shared<linux_port::NoHotKeyEvents>(),
           std::make_shared<linux_port::NoClipboard>()};
 }
 
-/// Before any other thread is started. Not in programs of the libraries, whose allocator is their
-/// own concern.
+/// The ports of the Wayland session whose compositor answers at WAYLAND_DISPLAY; nothing when there
+/// is none. Without the module the ports refuse everything, and X11 is not tried: Xwayland, which
+/// the session may have as well, reports no key that goes to a Wayland window.
+std::optional<DesktopPorts> connectToWayland(const std::shared_ptr<MainLoop>& loop,
+                                             const std::function<void()>& connectionLost) {
+  const int socket = connectToCompositor();
+  if (socket == -1) return {};
+  DesktopPorts ports = noDesktop();
+  if (auto* const connectIn = loadModule()) {
+    connectIn(socket, loop, connectionLost, ports);
+  } else {
+    close(socket);
+  }
+  return ports;
+}
+
+DesktopPorts connectDesktop(const std::shared_ptr<MainLoop>& loop,
+                            std::function<void()> connectionLost) {
+  if (auto ports = connectToWayland(loop, connectionLost)) return *std::move(ports);
+  if (const auto session = x11::connect(loop, std::move(connectionLost))) {
+    return {x11::hotKeyEvents(session), x11::makeClipboard(session)};
+  }
+  return noDesktop();
+}
+
+/// Call it before any other thread is started. Programs of the libraries decide for themselves how
+/// to allocate.
 void tuneAllocator() {
   mallopt(M_ARENA_MAX, 1);  // threads come and go, and each would keep an arena
   // Large blocks go back to the system when they are freed. By default the first that is freed
@@ -37,7 +116,7 @@ void tuneAllocator() {
 
 int applicationMain(int argc, char* const argv[], const MakeApplicationDelegate& makeDelegate) {
   tuneAllocator();
-  return linux_port::runApplication(argc, argv, makeDelegate, connect);
+  return linux_port::runApplication(argc, argv, makeDelegate, connectDesktop);
 }
 
 }  // namespace seldial::platform

@@ -1,22 +1,21 @@
-#include "platform/macos/Application.h"
-
 #include <dispatch/dispatch.h>
 #include <mach-o/dyld.h>
 #include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <climits>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <utility>
 
+#include "platform/Output.h"
 #include "platform/System.h"
-#include "platform/macos/Clipboard.h"
 #include "platform/macos/Cocoa.h"
+#include "platform/macos/Desktop.h"
 #include "platform/macos/DispatchedTask.h"
 #include "platform/macos/HotKeyEvents.h"
 #include "platform/posix/ProcessSetUp.h"
@@ -59,7 +58,7 @@ void restartUnderRealPath(char* const argv[]) {
   if (!S_ISLNK(status.st_mode)) return;
   const std::string path = executablePath();
   execv(path.c_str(), argv);
-  std::perror(path.c_str());
+  printError(path + ": " + errorText(errno));
 }
 
 namespace {

@@ -4,8 +4,8 @@
 
 #include <memory>
 
-#include "platform/macos/Application.h"
 #include "platform/macos/Cocoa.h"
+#include "platform/macos/Desktop.h"
 #include "platform/posix/ProcessSetUp.h"
 
 using namespace seldial::platform;

@@ -1,5 +1,3 @@
-#include "platform/macos/Clipboard.h"
-
 #include <ApplicationServices/ApplicationServices.h>
 
 #include <memory>
@@ -8,6 +6,7 @@
 #include "platform/Output.h"
 #include "platform/VirtualKeys.h"
 #include "platform/macos/Cocoa.h"
+#include "platform/macos/Desktop.h"
 
 namespace seldial::platform::macos {
 namespace {

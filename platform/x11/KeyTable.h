@@ -6,8 +6,8 @@
 
 namespace seldial::platform::x11 {
 
-/// The X key code for a virtual key code, on keyboards that speak evdev. Nothing where no keyboard
-/// has such a key or X cannot number it.
+/// The X key code for a virtual key code, where the server uses evdev's key codes. Nothing where no
+/// keyboard has such a key or its code is too large for X.
 std::optional<std::uint8_t> keyAtPosition(std::uint32_t virtualKeyCode);
 
 /// The virtual key code for a key code of an X server, or of another display server that adds 8 to

@@ -1,4 +1,4 @@
-#include "platform/x11/KeyboardMap.h"
+#include "platform/x11/Keyboards.h"
 
 #define XK_MISCELLANY
 #include <X11/XF86keysym.h>

@@ -1,6 +1,5 @@
-#include "platform/x11/RecordedKeys.h"
-
 #include "platform/x11/KeyTable.h"
+#include "platform/x11/Keyboards.h"
 
 namespace seldial::platform::x11 {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "platform/x11/Desktop.h"
 #include "platform/x11/HotKeyGrabs.h"
-#include "platform/x11/RecordedKeys.h"
+#include "platform/x11/Keyboards.h"
 
 namespace seldial::platform::x11 {
 

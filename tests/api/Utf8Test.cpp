@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "api/Utf8.h"
+#include "api/JSON.h"
 
 namespace seldial {
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "client/DialCommand.h"
+#include "client/Options.h"
 #include "ucclient/Dialling.h"
 
 namespace seldial {

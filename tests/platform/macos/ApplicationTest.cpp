@@ -1,7 +1,6 @@
 #include <chrono>
 
-#include "platform/macos/Application.h"
-#include "platform/macos/Clipboard.h"
+#include "platform/macos/Desktop.h"
 #include "platform/macos/HotKeyEvents.h"
 #include "tests/platform/macos/AppleTest.h"
 

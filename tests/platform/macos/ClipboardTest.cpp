@@ -1,4 +1,4 @@
-#include "platform/macos/Clipboard.h"
+#include "platform/macos/Desktop.h"
 #include "tests/platform/macos/AppleTest.h"
 
 namespace seldial::platform::macos {

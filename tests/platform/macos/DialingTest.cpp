@@ -5,7 +5,7 @@
 #include "hotkey/QKHotKey.h"
 #include "hotkey/QKHotKeyCenter.h"
 #include "platform/VirtualKeys.h"
-#include "platform/macos/Application.h"
+#include "platform/macos/Desktop.h"
 #include "platform/macos/HotKeyEvents.h"
 #include "tests/platform/macos/AppleTest.h"
 #include "tests/support/CapturedOutput.h"

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "platform/BackgroundQueue.h"
-#include "platform/macos/Application.h"
+#include "platform/macos/Desktop.h"
 #include "tests/platform/macos/AppleTest.h"
 
 namespace seldial::platform::macos {

@@ -18,7 +18,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Sockets.h"
+#include "platform/System.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <cstdlib>
 
 #include "platform/System.h"
-#include "platform/macos/Application.h"
+#include "platform/macos/Desktop.h"
 #include "tests/platform/macos/AppleTest.h"
 #include "tests/support/TemporaryDirectory.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "api/Utf8.h"
+#include "api/JSON.h"
 #include "platform/x11/copy/SelectionText.h"
 
 namespace seldial::platform::x11 {

@@ -1,11 +1,13 @@
-// The program as a macOS application: its process, its main queue and its ports.
+// The program on the macOS desktop: its process, its main queue, the clipboard and its ports.
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/Application.h"
+#include "platform/Clipboard.h"
 #include "platform/MainQueue.h"
 
 namespace seldial::platform::macos {
@@ -29,6 +31,19 @@ class DispatchMainQueue final : public platform::MainQueue {
   void async(Task task) override;
   [[nodiscard]] bool isMainThread() const override;
 };
+
+/// The general pasteboard, and Command-C posted with Core Graphics. The system silently drops
+/// posted events until the user has consented.
+class MacClipboard final : public platform::Clipboard {
+ public:
+  void clear() override;
+  [[nodiscard]] bool copySelection() override;
+  [[nodiscard]] std::optional<std::string> text() override;
+};
+
+/// Lets macOS ask the user for the consent to post keys, unless it has been given; then also writes
+/// one line to standard error. Returns at once. Main thread.
+void requestConsent();
 
 /// The ports of macOS. `arguments` is the command line, the path of the program first. The first
 /// hot key that is registered asks for the consent that copying needs, see requestConsent(). Main

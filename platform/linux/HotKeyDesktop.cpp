@@ -1,12 +1,23 @@
-#include "platform/ServedDesktop.h"
-
+// How programs of the hot key library reach the desktop: through applicationMain(), which runs the
+// main loop for them, or with a ServedDesktop in a loop of their own. They copy nothing.
 #include <utility>
 
-#include "platform/linux/MainLoop.h"
+#include "platform/Ports.h"
+#include "platform/ServedDesktop.h"
+#include "platform/linux/Application.h"
+#include "platform/linux/NoDesktop.h"
 #include "platform/x11/Desktop.h"
 
 namespace seldial::platform {
 namespace {
+
+DesktopPorts connectDesktop(const std::shared_ptr<linux_port::MainLoop>& loop,
+                            std::function<void()> connectionLost) {
+  if (const auto session = x11::connect(loop, std::move(connectionLost))) {
+    return {x11::hotKeyEvents(session), nullptr};
+  }
+  return {std::make_shared<linux_port::NoHotKeyEvents>(), nullptr};
+}
 
 class ConnectedDesktop final : public ServedDesktop {
  public:
@@ -30,6 +41,10 @@ class ConnectedDesktop final : public ServedDesktop {
 };
 
 }  // namespace
+
+int applicationMain(int argc, char* const argv[], const MakeApplicationDelegate& makeDelegate) {
+  return linux_port::runApplication(argc, argv, makeDelegate, connectDesktop);
+}
 
 std::unique_ptr<ServedDesktop> ServedDesktop::connect(std::function<void()> connectionLost) {
   auto desktop = std::make_unique<ConnectedDesktop>(std::move(connectionLost));
