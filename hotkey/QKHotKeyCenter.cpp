@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/Output.h"
+
 namespace seldial {
 
 namespace {
@@ -146,7 +148,7 @@ void QKHotKeyCenter::hotKeyReleased(const platform::HotKeyReleased& released) {
   if (!center) return;
   auto named = center->hotKeysMatching(
       [&](const QKHotKey& hotKey) { return hotKey.hotKeyID == released.hotKeyID.id; });
-  if (named.size() > 1) hotKeyEvents()->logError("ERROR!");
+  if (named.size() > 1 && !hotKeyEvents()->logError("ERROR!")) platform::printError("ERROR!");
   if (named.empty()) return;
   const QKHotKey& hotKey = **named.begin();
   QKKeyEvent event = released.event;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <optional>
 
@@ -11,8 +10,8 @@ namespace seldial::platform {
 
 /// Identifies a registration in the events that it causes.
 struct HotKeyID {
-  std::uint32_t signature = 0;  ///< whose registration it is
-  std::uint32_t id = 0;         ///< which of them
+  std::uint32_t signature = 0;  ///< the same for all hot keys of one owner
+  std::uint32_t id = 0;         ///< which of the owner's hot keys
 };
 
 /// The port's handle of one registration, opaque to others.
@@ -50,9 +49,9 @@ class HotKeyEvents {
     return true;
   }
 
-  /// Writes a line about an error of the program itself to the system log, or to standard error on
-  /// a desktop that has none.
-  virtual void logError(const char* line) { (void)std::fprintf(stderr, "%s\n", line); }
+  /// Writes a line about an error of the program itself to the system log. False on a desktop that
+  /// has no such log; nothing is written then.
+  virtual bool logError(const char* /*line*/) { return false; }
 };
 
 }  // namespace seldial::platform

@@ -74,8 +74,9 @@ void CarbonHotKeyEvents::unregisterHotKey(HotKeyRef ref) {
       reinterpret_cast<EventHotKeyRef>(ref));  // NOLINT(performance-no-int-to-ptr)
 }
 
-void CarbonHotKeyEvents::logError(const char* line) {
+bool CarbonHotKeyEvents::logError(const char* line) {
   logToSystem(line);
+  return true;
 }
 
 }  // namespace seldial::platform::macos

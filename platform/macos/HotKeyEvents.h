@@ -18,7 +18,7 @@ class CarbonHotKeyEvents final : public platform::HotKeyEvents {
   std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                           HotKeyID hotKeyID) override;
   void unregisterHotKey(HotKeyRef ref) override;
-  void logError(const char* line) override;
+  bool logError(const char* line) override;
 
  private:
   std::function<void()> firstRegistered_;  ///< empty once it was called

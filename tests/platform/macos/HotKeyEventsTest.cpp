@@ -81,7 +81,7 @@ TEST_F(MacHotKeyEvents, CallFirstRegisteredOnce) {
 }
 
 TEST_F(MacHotKeyEvents, LogErrorsToTheSystem) {
-  events.logError("ERROR!");
+  EXPECT_TRUE(events.logError("ERROR!"));
   EXPECT_THAT(apple().calls, ElementsAre("NSLog ERROR!"));
 }
 
