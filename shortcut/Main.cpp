@@ -103,7 +103,8 @@ int showSettings(platform::qt::Desktop& desktop, const ShortcutOptions& options,
 int testCopy(platform::qt::Desktop& desktop, const ShortcutOptions& options) {
   CopyTestWindow window(options.testCopy, [&] {
     const HotKey& hotKey = *options.hotKey;
-    if (!platform::x11::typeHotKey(*desktop.session(), hotKey.virtualKey, hotKey.modifierFlags)) {
+    if (!platform::x11::typeHotKey(*desktop.hotKeyEvents(), hotKey.virtualKey,
+                                   hotKey.modifierFlags)) {
       QCoreApplication::exit(1);
     }
   });
@@ -137,7 +138,7 @@ int run(int argc, char* argv[], const ShortcutOptions& options,
     return 1;
   }
   QKHotKeyCenter::setHotKeyEvents(desktop->hotKeyEvents());
-  platform::x11::reserveCopyKeystroke(*desktop->session());
+  platform::x11::reserveCopyKeystroke(*desktop->hotKeyEvents());
   // Shortcuts are recorded through X11, also on a desktop that offers Wayland too.
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
   int ownPath = argc > 0 ? 1 : 0;  // Qt must not read the options

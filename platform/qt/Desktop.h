@@ -4,15 +4,9 @@
 #include <QObject>
 #include <functional>
 #include <memory>
+#include <utility>
 
-#include "platform/Keyboard.h"
-
-namespace seldial::platform {
-class HotKeyEvents;
-namespace x11 {
-class Session;
-}
-}  // namespace seldial::platform
+#include "platform/ServedDesktop.h"
 
 namespace seldial::platform::qt {
 
@@ -20,25 +14,25 @@ namespace seldial::platform::qt {
 /// and to record them in its fields. One in a process; main thread only.
 class Desktop {
  public:
-  virtual ~Desktop() = default;
-
   /// Connects to the server that DISPLAY names; null where there is none. Call it before making the
   /// QApplication, which ends the program where there is no server. `connectionLost` is called
   /// once, from the event loop, when the server goes away.
   static std::unique_ptr<Desktop> connect(std::function<void()> connectionLost);
 
   /// The port for QKHotKeyCenter::setHotKeyEvents().
-  [[nodiscard]] virtual std::shared_ptr<HotKeyEvents> hotKeyEvents() = 0;
+  [[nodiscard]] std::shared_ptr<HotKeyEvents> hotKeyEvents() { return served_->hotKeyEvents(); }
 
   /// The ports for fields in which hot keys are shown and recorded.
-  [[nodiscard]] virtual KeyboardPorts keyboard() = 0;
-
-  /// What the desktop is connected by.
-  [[nodiscard]] virtual std::shared_ptr<x11::Session> session() = 0;
+  [[nodiscard]] KeyboardPorts keyboard() { return served_->keyboard(); }
 
   /// Serves the ports for as long as the result lives. Make it after the QApplication; destroy it
   /// before that and before this object.
-  [[nodiscard]] virtual std::unique_ptr<QObject> serve() = 0;
+  [[nodiscard]] std::unique_ptr<QObject> serve();
+
+ private:
+  explicit Desktop(std::unique_ptr<ServedDesktop> served) : served_(std::move(served)) {}
+
+  const std::unique_ptr<ServedDesktop> served_;
 };
 
 }  // namespace seldial::platform::qt

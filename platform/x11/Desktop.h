@@ -28,8 +28,10 @@ std::shared_ptr<HotKeyEvents> hotKeyEvents(const std::shared_ptr<Session>& sessi
 std::shared_ptr<RecordingKeyboard> recordingKeyboard(const std::shared_ptr<Session>& session);
 
 /// Types a hot key, as if the user pressed and released its keys: a key code and ModifierFlag bits.
-/// Nothing is typed, and the result is false, where the keyboard lacks one of the keys.
-[[nodiscard]] bool typeHotKey(Session& session, std::uint16_t keyCode, std::uint64_t modifierFlags);
+/// Nothing is typed, and the result is false, where the keyboard lacks one of the keys. `hotKeys`
+/// are those of a session.
+[[nodiscard]] bool typeHotKey(HotKeyEvents& hotKeys, std::uint16_t keyCode,
+                              std::uint64_t modifierFlags);
 
 /// Whether an event of an X connection says that a window has lost, or regained, the keyboard to a
 /// grab while the focus stays where it is. A hot key that is pressed is such a grab.

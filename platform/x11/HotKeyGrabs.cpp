@@ -23,6 +23,16 @@ std::vector<std::uint16_t> variants(std::uint16_t mask, std::uint8_t locks) {
   return result;
 }
 
+/// A key that carries one of these modifiers; 0 when there is none.
+xcb_keycode_t carrierOf(const KeyboardMap& map, std::uint8_t modifiers) {
+  for (std::size_t bit = 0; bit < map.carriers.size(); ++bit) {
+    for (unsigned key = 0; (modifiers >> bit & 1) != 0 && key < map.carriers[bit].size(); ++key) {
+      if (map.carriers[bit][key]) return static_cast<xcb_keycode_t>(key);
+    }
+  }
+  return 0;
+}
+
 }  // namespace
 
 HotKeyGrabs::HotKeyGrabs(Connection& connection, EventPump& pump, MainQueue& queue,
@@ -52,7 +62,7 @@ std::optional<HotKeyGrabs::Combination> HotKeyGrabs::combinationFor(std::uint32_
   const auto key = keyAtPosition(keyCode);
   if (!key || !keyboards_.load() || keyboards_.map().modifiers[*key]) return {};
   const auto mask = keyboards_.map().masks.stateFor(modifiers);
-  if (!mask || isReserved_(*key, *mask)) return {};
+  if (!mask || isReserved_(keyboards_, *key, *mask)) return {};
   return Combination{*key, *mask};
 }
 
@@ -67,7 +77,7 @@ void HotKeyGrabs::unregisterHotKey(HotKeyRef ref) {
 }
 
 bool HotKeyGrabs::isFree(xcb_keycode_t key, std::uint16_t mask) const {
-  return !isReserved_(key, mask) &&
+  return !isReserved_(keyboards_, key, mask) &&
          std::none_of(registrations_.begin(), registrations_.end(), [&](const Registration& other) {
            return other.key == key && other.mask == mask;
          });
@@ -155,6 +165,23 @@ void HotKeyGrabs::post(const Registration& registration, const xcb_key_press_eve
   queue_.async([handler = handler_, released] {
     if (*handler) (*handler)(released);
   });
+}
+
+bool HotKeyGrabs::type(std::uint16_t keyCode, std::uint64_t modifierFlags) {
+  if (!keyboards_.load()) return false;
+  const KeyboardMap& map = keyboards_.typingMap();
+  std::vector<xcb_keycode_t> keys;
+  for (std::size_t i = 0; i < kModifiers.size(); ++i) {
+    if ((modifierFlags & kModifiers[i].flag) != 0)
+      keys.push_back(carrierOf(map, map.masks.bits[i]));
+  }
+  keys.push_back(keyAtPosition(keyCode).value_or(0));
+  if (std::find(keys.begin(), keys.end(), 0) != keys.end()) return false;
+  for (const auto key : keys) keyboards_.type(key, true);
+  std::for_each(keys.rbegin(), keys.rend(),
+                [&](xcb_keycode_t key) { keyboards_.type(key, false); });
+  xcb_flush(connection_.xcb());
+  return true;
 }
 
 }  // namespace seldial::platform::x11

@@ -24,7 +24,8 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   void installReleasedHandler(ReleasedHandler handler) override { *handler_ = std::move(handler); }
 
   /// Tells whether a key with modifiers, both as the server numbers them, is reserved.
-  using IsReserved = std::function<bool(xcb_keycode_t key, std::uint16_t modifiers)>;
+  using IsReserved =
+      std::function<bool(const Keyboards& keyboards, xcb_keycode_t key, std::uint16_t modifiers)>;
 
   /// Refuses from now on what `isReserved` says: combinations that the program types itself and
   /// that its own grab would catch. It is asked again whenever the layout has changed.
@@ -35,6 +36,9 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
                                           HotKeyID hotKeyID) override;
   void unregisterHotKey(HotKeyRef ref) override;
   [[nodiscard]] bool canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) override;
+
+  /// Types a hot key; see typeHotKey().
+  [[nodiscard]] bool type(std::uint16_t keyCode, std::uint64_t modifierFlags);
 
   [[nodiscard]] bool anyRegistered() const { return !registrations_.empty(); }
 
@@ -70,7 +74,7 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   Connection& connection_;
   MainQueue& queue_;
   Keyboards& keyboards_;
-  IsReserved isReserved_ = [](xcb_keycode_t, std::uint16_t) { return false; };
+  IsReserved isReserved_ = [](const Keyboards&, xcb_keycode_t, std::uint16_t) { return false; };
   std::shared_ptr<ReleasedHandler> handler_ = std::make_shared<ReleasedHandler>();
   std::vector<Registration> registrations_;
   std::uint8_t locks_ = 0;  ///< as grabbed

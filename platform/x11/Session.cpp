@@ -2,13 +2,10 @@
 
 #include <xcb/xinput.h>
 
-#include <algorithm>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "platform/Output.h"
-#include "platform/x11/KeyTable.h"
 #include "platform/x11/Xcb.h"
 
 namespace seldial::platform::x11 {
@@ -31,16 +28,6 @@ bool isXwayland(const Connection& connection) {
     if (name.substr(0, kDevices.size()) == kDevices) return true;
   }
   return false;
-}
-
-/// A key that carries one of these modifiers; 0 when there is none.
-xcb_keycode_t carrierOf(const KeyboardMap& map, std::uint8_t modifiers) {
-  for (std::size_t bit = 0; bit < map.carriers.size(); ++bit) {
-    for (unsigned key = 0; (modifiers >> bit & 1) != 0 && key < map.carriers[bit].size(); ++key) {
-      if (map.carriers[bit][key]) return static_cast<xcb_keycode_t>(key);
-    }
-  }
-  return 0;
 }
 
 }  // namespace
@@ -67,25 +54,12 @@ std::shared_ptr<Session> connect(std::shared_ptr<linux_port::MainLoop> loop,
                                    std::move(connectionLost));
 }
 
-bool typeHotKey(Session& session, std::uint16_t keyCode, std::uint64_t modifierFlags) {
-  if (!session.keyboards.load()) return false;
-  const KeyboardMap& map = session.keyboards.typingMap();
-  std::vector<xcb_keycode_t> keys;
-  for (std::size_t i = 0; i < kModifiers.size(); ++i) {
-    if ((modifierFlags & kModifiers[i].flag) != 0)
-      keys.push_back(carrierOf(map, map.masks.bits[i]));
-  }
-  keys.push_back(keyAtPosition(keyCode).value_or(0));
-  if (std::find(keys.begin(), keys.end(), 0) != keys.end()) return false;
-  for (const auto key : keys) session.keyboards.type(key, true);
-  std::for_each(keys.rbegin(), keys.rend(),
-                [&](xcb_keycode_t key) { session.keyboards.type(key, false); });
-  xcb_flush(session.connection.xcb());
-  return true;
-}
-
 std::shared_ptr<HotKeyEvents> hotKeyEvents(const std::shared_ptr<Session>& session) {
   return {session, &session->hotKeys};
+}
+
+bool typeHotKey(HotKeyEvents& hotKeys, std::uint16_t keyCode, std::uint64_t modifierFlags) {
+  return static_cast<HotKeyGrabs&>(hotKeys).type(keyCode, modifierFlags);
 }
 
 std::shared_ptr<RecordingKeyboard> recordingKeyboard(const std::shared_ptr<Session>& session) {

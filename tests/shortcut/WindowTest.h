@@ -23,7 +23,7 @@ using namespace tests;  // NOLINT: keys and keyboards by their short names
 class WindowTest : public testing::Test {
  protected:
   static void SetUpTestSuite() {
-    platform::x11::reserveCopyKeystroke(*QtDesktop::shared().ports().session());
+    platform::x11::reserveCopyKeystroke(*QtDesktop::shared().ports().hotKeyEvents());
   }
   void TearDown() override {
     window.reset();

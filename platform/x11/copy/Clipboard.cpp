@@ -195,13 +195,13 @@ class SelectionClipboard final : public Clipboard {
 }  // namespace
 
 std::shared_ptr<Clipboard> makeClipboard(const std::shared_ptr<Session>& session) {
-  reserveCopyKeystroke(*session);
+  reserveCopyKeystroke(session->hotKeys);
   return std::make_shared<SelectionClipboard>(session);
 }
 
-void reserveCopyKeystroke(Session& session) {
-  session.hotKeys.reserve(
-      [&keyboards = session.keyboards](xcb_keycode_t key, std::uint16_t modifiers) {
+void reserveCopyKeystroke(HotKeyEvents& hotKeys) {
+  static_cast<HotKeyGrabs&>(hotKeys).reserve(
+      [](const Keyboards& keyboards, xcb_keycode_t key, std::uint16_t modifiers) {
         return key == keyboards.typingMap().insert &&
                modifiers == keyboards.map().masks.bits[kControlModifier];
       });

@@ -5,6 +5,10 @@
 
 #include "platform/Clipboard.h"
 
+namespace seldial::platform {
+class HotKeyEvents;
+}
+
 namespace seldial::platform::x11 {
 
 class Session;
@@ -13,9 +17,9 @@ class Session;
 /// every key that it still holds down is released. Main thread only.
 std::shared_ptr<Clipboard> makeClipboard(const std::shared_ptr<Session>& session);
 
-/// From now on the session refuses the copy keystroke as a hot key: the grab would take it from the
-/// application that is to copy. For a program that only tries hot keys out; makeClipboard() does it
-/// for one that copies.
-void reserveCopyKeystroke(Session& session);
+/// From now on `hotKeys`, those of a session, refuse the copy keystroke: the grab would take it
+/// from the application that is to copy. For a program that only tries hot keys out;
+/// makeClipboard() does it for one that copies.
+void reserveCopyKeystroke(HotKeyEvents& hotKeys);
 
 }  // namespace seldial::platform::x11
