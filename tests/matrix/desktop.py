@@ -92,6 +92,11 @@ class User:
         root = self.display.screen().root
         return root.get_image(place[0] - 60, place[1] - 12, 120, 24, self.X.ZPixmap, 0xFFFFFFFF).data
 
+    def window_manager(self):
+        """Whether one is at work."""
+        name = self.display.intern_atom("_NET_SUPPORTING_WM_CHECK")
+        return self.display.screen().root.get_full_property(name, self.X.AnyPropertyType) is not None
+
     def keyboard_is_free(self):
         root, now = self.display.screen().root, self.X.CurrentTime
         free = root.grab_keyboard(False, self.X.GrabModeAsync, self.X.GrabModeAsync, now) == 0

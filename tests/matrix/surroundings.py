@@ -17,7 +17,7 @@ XVFB = "Xvfb -displayfd 1 -screen 0 1000x700x24 -noreset -nolisten tcp"
 SURROUNDINGS = [
     Surrounding("i3", "i3-wm", "window manager", "i3 -c {dir}/i3.conf"),
     Surrounding("kwin_x11", "kwin-x11", "window manager", "dbus-run-session -- kwin_x11"),
-    Surrounding("marco", "marco", "window manager", "dbus-run-session -- marco"),
+    Surrounding("marco", "marco mate-settings-daemon-common", "window manager", "dbus-run-session -- marco"),
     Surrounding("metacity", "metacity", "window manager", "dbus-run-session -- metacity"),
     Surrounding("mutter", "mutter", "window manager", "dbus-run-session -- mutter --x11"),
     Surrounding("xfwm4", "xfwm4", "window manager", "dbus-run-session -- xfwm4"),
