@@ -104,6 +104,12 @@ void tellCopy(Report& report, const Trial& trial, const std::string& window) {
   }
 }
 
+/// Whether the desktop asks the user about each hot key that a program wants.
+bool asksForHotKeys() {
+  return !variable("WAYLAND_DISPLAY").empty() &&
+         variable("XDG_CURRENT_DESKTOP").find("GNOME") != std::string::npos;
+}
+
 /// Tries the copy, and the hot key too unless the running client holds it.
 void tryOut(Report& report, const Options& options, const std::string& program, bool isHeld) {
   // Nobody uses this one.
@@ -135,7 +141,11 @@ void checkHotKey(Report& report, const Options& options) {
   report.tell(true, "client", running ? "seldial-uc is running" : why);
   const bool isHeld = running && *running == spellingOfHotKey(options.hotKey);
   if (isHeld) report.tell(true, "hot key", options.spelling + " is held by the running seldial-uc");
-  tryOut(report, options, program, isHeld);
+  if (isHeld && asksForHotKeys()) {
+    report.tell(true, "copy", "not tried: GNOME would ask about a hot key for the trial");
+  } else {
+    tryOut(report, options, program, isHeld);
+  }
 }
 
 void checkDialling(Report& report, const DialSettings& dialling) {

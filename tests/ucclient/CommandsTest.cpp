@@ -156,6 +156,12 @@ TEST_F(Commands, CheckKnowsThatTheRunningClientHoldsTheHotKey) {
               HasSubstr("ok    hot key        ctrl+alt+k is free\n"));
 }
 
+TEST_F(Commands, CheckAsksGnomeForNoSecondHotKey) {
+  EXPECT_THAT(client_.outputOf({"check", "--config", file_},
+                               {"WAYLAND_DISPLAY=nowhere", "XDG_CURRENT_DESKTOP=Debian:GNOME"}),
+              HasSubstr("\nok    copy           not tried: GNOME would ask about a hot key"));
+}
+
 TEST_F(Commands, CheckTellsWhatIsWrong) {
   RunningClient other({"--hotkey", "ctrl+alt+k"}, server_.environment());
   ASSERT_TRUE(other.process().waitForLine("is set: "));

@@ -33,8 +33,11 @@ class RunningClient {
 
   /// Runs another client beside it, such as "status". Returns its output, with a line for its exit
   /// status unless that is 0.
-  [[nodiscard]] std::string outputOf(const std::vector<std::string>& arguments) const {
-    tests::ChildProcess command(commandLine(arguments), environment_, {}, kStreams);
+  [[nodiscard]] std::string outputOf(const std::vector<std::string>& arguments,
+                                     const std::vector<std::string>& variables = {}) const {
+    auto environment = environment_;
+    environment.insert(environment.end(), variables.begin(), variables.end());
+    tests::ChildProcess command(commandLine(arguments), environment, {}, kStreams);
     std::string output;
     for (const std::string& line : command.restOfLines()) output += line + "\n";
     const int status = command.wait();
