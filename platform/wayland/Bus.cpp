@@ -36,6 +36,18 @@ itimerspec timerAt(std::uint64_t time) {
 
 }  // namespace
 
+bool visitDictionary(sd_bus_message* message,
+                     const std::function<bool(const std::string&)>& visit) {
+  if (sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, "{sv}") <= 0) return false;
+  while (sd_bus_message_enter_container(message, SD_BUS_TYPE_DICT_ENTRY, "sv") > 0) {
+    const char* key = nullptr;
+    if (sd_bus_message_read(message, "s", &key) <= 0) return false;
+    if (!visit(key) && sd_bus_message_skip(message, "v") <= 0) return false;
+    if (sd_bus_message_exit_container(message) < 0) return false;
+  }
+  return sd_bus_message_exit_container(message) >= 0;
+}
+
 std::unique_ptr<Bus> Bus::open(linux_port::MainLoop& loop, std::function<void()> connectionLost) {
   sd_bus* connection = nullptr;
   if (sd_bus_open_user(&connection) < 0) return nullptr;
@@ -79,6 +91,11 @@ bool Bus::waitFor(const std::function<bool()>& condition, std::chrono::milliseco
   }
 }
 
+std::string Bus::uniqueName() const {
+  const char* name = nullptr;
+  return sd_bus_get_unique_name(bus_, &name) >= 0 ? name : "";
+}
+
 bool Bus::hasOwner(const std::string& name) {
   const auto reply = call(kDaemon, "NameHasOwner", "s", name.c_str());
   int owned = 0;
@@ -105,11 +122,26 @@ BusMessage Bus::call(BusMessage message) {
 }
 
 BusSlot Bus::onSignal(const BusObject& object, const char* signal, SignalHandler handler) {
+  return addMatch("type='signal',sender='" + object.service + "',path='" + object.path +
+                      "',interface='" + object.interface + "',member='" + signal + "'",
+                  std::move(handler));
+}
+
+BusSlot Bus::onOwnerChange(const std::string& name, std::function<void(bool owned)> handler) {
+  return addMatch(
+      "type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
+      "member='NameOwnerChanged',arg0='" +
+          name + "'",
+      [handler = std::move(handler)](sd_bus_message* signal) {
+        const char* owner = "";
+        if (sd_bus_message_read(signal, "sss", nullptr, nullptr, &owner) > 0) handler(*owner != 0);
+      });
+}
+
+BusSlot Bus::addMatch(const std::string& rule, SignalHandler handler) {
   auto owned = std::make_unique<SignalHandler>(std::move(handler));
   sd_bus_slot* slot = nullptr;
-  const int result =
-      sd_bus_match_signal(bus_, &slot, object.service.c_str(), object.path.c_str(),
-                          object.interface.c_str(), signal, handleSignal, owned.get());
+  const int result = sd_bus_add_match(bus_, &slot, rule.c_str(), handleSignal, owned.get());
   if (result < 0) {
     error_ = std::strerror(-result);
     return nullptr;
@@ -117,7 +149,7 @@ BusSlot Bus::onSignal(const BusObject& object, const char* signal, SignalHandler
   // The slot owns the handler, and sd-bus keeps the slot while it calls the handler.
   sd_bus_slot_set_destroy_callback(slot,
                                    [](void* data) { delete static_cast<SignalHandler*>(data); });
-  (void)owned.release();
+  owned.release();
   return BusSlot(slot);
 }
 

@@ -31,6 +31,11 @@ struct BusObject {
   std::string interface;
 };
 
+/// Calls `visit` with each key of a dictionary from texts to variants, which comes next in the
+/// message. `visit` reads the variant or leaves it, and tells which. False when the message is
+/// malformed.
+bool visitDictionary(sd_bus_message* message, const std::function<bool(const std::string&)>& visit);
+
 /// One connection. Main thread only. Once it is lost, calls fail at once.
 class Bus final : public linux_port::EventSource {
  public:
@@ -79,6 +84,13 @@ class Bus final : public linux_port::EventSource {
   /// connection is lost, or the program is to end.
   bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds limit);
 
+  /// Calls `handler` when a program takes this name or gives it up, like onSignal().
+  [[nodiscard]] BusSlot onOwnerChange(const std::string& name,
+                                      std::function<void(bool owned)> handler);
+
+  /// The name of this connection on the bus, ":1.42"; empty when it is lost.
+  [[nodiscard]] std::string uniqueName() const;
+
   [[nodiscard]] int descriptor() const override { return epoll_; }
   void readable() override;
   void willWait() override;
@@ -86,6 +98,7 @@ class Bus final : public linux_port::EventSource {
 
  private:
   Bus(sd_bus* bus, linux_port::MainLoop& loop, std::function<void()> connectionLost);
+  BusSlot addMatch(const std::string& rule, SignalHandler handler);
   void process();
   void prepareWait();
 

@@ -1,41 +1,18 @@
 #include "platform/wayland/DataControl.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <string_view>
+#include <iterator>
 #include <utility>
-#include <vector>
 
-#include "platform/x11/copy/SelectionText.h"
+#include "platform/wayland/ClipboardText.h"
 #include "wlr-data-control-unstable-v1-client.h"
 
 namespace seldial::platform::wayland {
 namespace {
-
-using std::chrono::milliseconds;
-using Clock = std::chrono::steady_clock;
-
-/// The types of UTF-8 text, best first. All are one text; programs differ in what they offer.
-constexpr std::array kTextTypes{"text/plain;charset=utf-8", "text/plain;charset=UTF-8",
-                                "UTF8_STRING", "text/plain"};
-
-/// What our empty clipboard offers: a clipboard without any type is one that clipboard managers
-/// fill with an old text again.
-constexpr const char* kEmptyType = "application/x-seldial-empty";
-
-/// How long an owner may take for each piece of the text.
-constexpr milliseconds kPatience{1000};
-
-/// How long all of it may take: the main thread waits, and an owner can send byte by byte.
-constexpr milliseconds kTimeLimit{5000};
-
-/// The longest text that is read.
-constexpr std::size_t kMostBytes = std::size_t{256} * 1024 * 1024;
 
 DataControl& self(void* data) {
   return *static_cast<DataControl*>(data);
@@ -65,25 +42,6 @@ const zwlr_data_control_source_v1_listener kSourceListener{
 
 }  // namespace
 
-std::optional<std::string> readToEnd(int pipe, Clock::time_point deadline) {
-  std::string text;
-  std::vector<char> buffer(64UL * 1024);
-  for (auto left = deadline - Clock::now(); left.count() > 0; left = deadline - Clock::now()) {
-    pollfd readable{pipe, POLLIN, 0};
-    const auto patience = std::min<Clock::duration>(left, kPatience);
-    const int ready =
-        poll(&readable, 1, static_cast<int>(std::chrono::ceil<milliseconds>(patience).count()));
-    if (ready == -1 && errno == EINTR) continue;
-    if (ready != 1) return {};
-    const auto count = read(pipe, buffer.data(), buffer.size());
-    if (count == 0) return text;
-    if (count == -1 && errno == EINTR) continue;
-    if (count == -1 || static_cast<std::size_t>(count) > kMostBytes - text.size()) return {};
-    text.append(buffer.data(), static_cast<std::size_t>(count));
-  }
-  return {};
-}
-
 DataControl::DataControl(Display& display)
     : display_(display),
       device_(zwlr_data_control_manager_v1_get_data_device(display.dataControl(), display.seat())) {
@@ -102,7 +60,7 @@ bool DataControl::takeEmpty() {
   // The previous source, if there still is one, is cancelled and destroyed then.
   empty_ = zwlr_data_control_manager_v1_create_data_source(display_.dataControl());
   zwlr_data_control_source_v1_add_listener(empty_, &kSourceListener, this);
-  zwlr_data_control_source_v1_offer(empty_, kEmptyType);
+  zwlr_data_control_source_v1_offer(empty_, kEmptyClipboardType);
   zwlr_data_control_device_v1_set_selection(device_.get(), empty_);
   // The clipboard's changes up to our own are told before this returns.
   taken_ = display_.synchronise() && empty_ != nullptr && device_ != nullptr;
@@ -113,10 +71,8 @@ bool DataControl::takeEmpty() {
 std::optional<std::string> DataControl::copiedText() {
   if (!taken_ || !display_.synchronise()) return {};
   const bool copied = empty_ == nullptr && changed_ && clipboard_ != nullptr;
-  if (!copied || offers_[clipboard_] == kTextTypes.size()) return {};
-  auto text = receive(kTextTypes[offers_[clipboard_]]);
-  if (text) text = x11::repairedUtf8(*std::move(text));
-  return text;
+  if (!copied || offers_[clipboard_] == std::size(kTextTypes)) return {};
+  return receive(kTextTypes[offers_[clipboard_]]);
 }
 
 std::optional<std::string> DataControl::receive(const char* type) {
@@ -125,20 +81,19 @@ std::optional<std::string> DataControl::receive(const char* type) {
   zwlr_data_control_offer_v1_receive(clipboard_, type, pipe[1]);
   display_.synchronise();  // the descriptor has been sent
   close(pipe[1]);
-  auto text = readToEnd(pipe[0], Clock::now() + kTimeLimit);
+  auto text = readClipboardText(pipe[0]);
   close(pipe[0]);
   return text;
 }
 
 void DataControl::offerCreated(zwlr_data_control_offer_v1* offer) {
-  offers_[offer] = kTextTypes.size();
+  offers_[offer] = std::size(kTextTypes);
   zwlr_data_control_offer_v1_add_listener(offer, &kOfferListener, this);
 }
 
 void DataControl::offerHasType(zwlr_data_control_offer_v1* offer, const char* type) {
-  const auto* const found = std::find(kTextTypes.begin(), kTextTypes.end(), std::string_view(type));
   auto& best = offers_[offer];
-  best = std::min(best, static_cast<std::size_t>(found - kTextTypes.begin()));
+  best = std::min(best, textTypeRank(type));
 }
 
 void DataControl::clipboardChanged(zwlr_data_control_offer_v1* offer) {

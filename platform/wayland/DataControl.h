@@ -2,7 +2,6 @@
 // clipboard managers.
 #pragma once
 
-#include <chrono>
 #include <map>
 #include <optional>
 #include <string>
@@ -14,10 +13,6 @@ struct zwlr_data_control_offer_v1;
 struct zwlr_data_control_source_v1;
 
 namespace seldial::platform::wayland {
-
-/// Reads a pipe to its end. Nothing when a second passes without a piece, the end is not reached by
-/// `deadline`, it is more than 256 MiB, or a read fails.
-std::optional<std::string> readToEnd(int pipe, std::chrono::steady_clock::time_point deadline);
 
 /// Main thread only.
 class DataControl {

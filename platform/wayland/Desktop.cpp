@@ -10,6 +10,8 @@
 #include "platform/wayland/Clipboard.h"
 #include "platform/wayland/FakeKeyboard.h"
 #include "platform/wayland/FocusedToplevel.h"
+#include "platform/wayland/GnomeClipboard.h"
+#include "platform/wayland/GnomeHotKeys.h"
 #include "platform/wayland/KWinHotKeys.h"
 #include "platform/wayland/PlasmaWindows.h"
 #include "platform/wayland/PressHotKeys.h"
@@ -95,6 +97,22 @@ struct KWinSession : Session {
   WaylandClipboard clipboard{data, keyboard, [this] { return windows.activeApplications(); }};
 };
 
+/// A session of GNOME.
+struct GnomeSession {
+  GnomeSession(std::shared_ptr<linux_port::MainLoop> mainLoop, std::unique_ptr<Display> open,
+               std::unique_ptr<Bus> sessionBus)
+      : loop(std::move(mainLoop)), display(std::move(open)), bus(std::move(sessionBus)) {}
+
+  const std::shared_ptr<linux_port::MainLoop> loop;
+  const std::unique_ptr<Display> display;
+  const std::unique_ptr<Bus> bus;
+  SeatKeymap keymap{*display};
+  MutterRemote remote{*bus};
+  GnomeHotKeys hotKeys{*loop, *bus, remote,
+                       [this](std::uint32_t key) { return keymap.symbolName(key); }};
+  GnomeClipboard clipboard{remote, runningPrograms};
+};
+
 /// What a program can do nothing without; empty when nothing is missing.
 std::string missingFrom(const Display& display) {
   if (display.seat() == nullptr) return "a seat";
@@ -120,9 +138,12 @@ std::string sessionName() {
   return name.empty() ? environment("WAYLAND_DISPLAY") : name;
 }
 
-DesktopPorts refuseEverything(const std::string& missing) {
-  printError("seldial: the Wayland session " + sessionName() + " lacks " + missing +
-             "; there will be no hot key");
+std::string lacks(const std::string& missing) {
+  return "the Wayland session " + sessionName() + " lacks " + missing;
+}
+
+DesktopPorts refuseEverything(const std::string& reason) {
+  printError("seldial: " + reason + "; there will be no hot key");
   return {std::make_shared<linux_port::NoHotKeyEvents>(),
           std::make_shared<linux_port::NoClipboard>()};
 }
@@ -140,10 +161,20 @@ DesktopPorts connectToKWin(const std::shared_ptr<linux_port::MainLoop>& loop,
                            const std::function<void()>& connectionLost) {
   auto bus = Bus::open(*loop, connectionLost);
   if (!bus || !bus->hasOwner(GlobalAccel::kService)) {
-    return refuseEverything("the service for global shortcuts (" +
-                            std::string(GlobalAccel::kService) + ") on the session bus");
+    return refuseEverything(lacks("the service for global shortcuts (" +
+                                  std::string(GlobalAccel::kService) + ") on the session bus"));
   }
   return portsOf(std::make_shared<KWinSession>(loop, std::move(display), std::move(bus)));
+}
+
+DesktopPorts connectToGnome(const std::shared_ptr<linux_port::MainLoop>& loop,
+                            std::unique_ptr<Display> display, std::unique_ptr<Bus> bus) {
+  if (!PortalShortcuts::isOffered(*bus)) {
+    return refuseEverything(
+        "GNOME gives programs hot keys from version 48 on, with xdg-desktop-portal and "
+        "xdg-desktop-portal-gnome");
+  }
+  return portsOf(std::make_shared<GnomeSession>(loop, std::move(display), std::move(bus)));
 }
 
 }  // namespace
@@ -153,7 +184,14 @@ DesktopPorts connect(int socket, const std::shared_ptr<linux_port::MainLoop>& lo
   const auto lost = once(std::move(connectionLost));
   auto display = std::make_unique<Display>(socket, *loop, lost);
   const std::string missing = missingFrom(*display);
-  if (!missing.empty()) return refuseEverything(missing);
+  if (!missing.empty()) {
+    // Mutter offers no data control.
+    auto bus = display->seat() != nullptr ? Bus::open(*loop, lost) : nullptr;
+    if (bus && MutterRemote::isOffered(*bus)) {
+      return connectToGnome(loop, std::move(display), std::move(bus));
+    }
+    return refuseEverything(lacks(missing));
+  }
   if (display->isKWin()) return connectToKWin(loop, std::move(display), lost);
   const std::string path = environment("SWAYSOCK");
   auto commands = SwayConnection::open(path);

@@ -6,7 +6,7 @@
 #include <atomic>
 #include <thread>
 
-#include "platform/wayland/DataControl.h"
+#include "platform/wayland/ClipboardText.h"
 #include "tests/support/Waiting.h"
 
 namespace seldial::platform::wayland {

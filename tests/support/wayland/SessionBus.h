@@ -51,8 +51,16 @@ class BusService {
   template <class... Arguments>
   void emit(const char* path, const char* interface, const char* signal, const char* types,
             Arguments... arguments) {
+    use([=](sd_bus* bus) {
+      sd_bus_emit_signal(bus, path, interface, signal, types, arguments...);
+    });
+  }
+
+  /// Sends what `task` puts into the connection. No call is answered meanwhile.
+  template <class Task>
+  void use(Task task) {
     const std::lock_guard lock(mutex_);
-    sd_bus_emit_signal(bus_, path, interface, signal, types, arguments...);
+    task(bus_);
     sd_bus_flush(bus_);
   }
 

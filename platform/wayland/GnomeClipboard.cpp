@@ -1,0 +1,87 @@
+#include "platform/wayland/GnomeClipboard.h"
+
+#include <strings.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "platform/Output.h"
+#include "platform/wayland/Terminals.h"
+#include "platform/x11/copy/Applications.h"
+#include "platform/x11/copy/CurrentLine.h"
+
+namespace seldial::platform::wayland {
+namespace {
+
+bool isOurs(const std::filesystem::path& process) {
+  struct stat status {};
+  return stat(process.c_str(), &status) == 0 && status.st_uid == geteuid();
+}
+
+/// Whether each keystroke that copies does harm in it, or copies what is not selected.
+bool isLeftAlone(const std::string& name) {
+  constexpr std::string_view kEmacs = "emacs";  // emacs-gtk, emacs-pgtk
+  return x11::isLeftAlone({name}) || strncasecmp(name.c_str(), kEmacs.data(), kEmacs.size()) == 0;
+}
+
+bool isOtherTerminal(const std::string& name) {
+  return terminalKind(name) == TerminalKind::kOther;
+}
+
+}  // namespace
+
+std::vector<std::string> runningPrograms() {
+  std::vector<std::string> programs;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
+    const std::string number = entry.path().filename();
+    if (std::isdigit(static_cast<unsigned char>(number[0])) == 0 || !isOurs(entry.path())) continue;
+    std::string name;
+    std::getline(std::ifstream(entry.path() / "comm"), name);
+    if (!name.empty()) programs.push_back(std::move(name));
+  }
+  return programs;
+}
+
+void GnomeClipboard::clear() {
+  taken_ = remote_.open() && remote_.takeClipboard();
+}
+
+bool GnomeClipboard::copySelection() {
+  if (!taken_) return false;
+  programs_ = runningPrograms_();
+  const auto alone = std::find_if(programs_.begin(), programs_.end(), isLeftAlone);
+  if (alone != programs_.end()) {
+    tell("while " + *alone + " runs, nothing is copied under GNOME");
+    return true;
+  }
+  const auto terminal = std::find_if(programs_.begin(), programs_.end(), isOtherTerminal);
+  if (terminal == programs_.end()) {
+    told_.clear();
+    return remote_.type(XKB_KEY_Insert, true);
+  }
+  tell("while " + *terminal + " runs, only programs that know the Copy key are copied from");
+  return remote_.type(XKB_KEY_XF86Copy);
+}
+
+/// One line on standard error, unless it is the last one again.
+void GnomeClipboard::tell(const std::string& line) {
+  if (std::exchange(told_, line) != line) printError("seldial: " + line);
+}
+
+std::optional<std::string> GnomeClipboard::text() {
+  auto text = std::exchange(taken_, false) ? remote_.copiedText() : std::nullopt;
+  remote_.close();
+  // Terminals copy an empty text when nothing is selected.
+  if (text && (text->empty() || x11::mayBeCurrentLine(programs_, *text))) return {};
+  return text;
+}
+
+}  // namespace seldial::platform::wayland

@@ -1,0 +1,40 @@
+// The copy under GNOME: keys and clipboard by Mutter.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/Clipboard.h"
+#include "platform/wayland/MutterRemote.h"
+
+namespace seldial::platform::wayland {
+
+/// The names of the user's running programs.
+[[nodiscard]] std::vector<std::string> runningPrograms();
+
+/// GNOME does not tell which window has the focus, so any running program may have it. While a
+/// terminal runs that takes Ctrl+Insert for input, the copy keystroke is the Copy key, which types
+/// nothing anywhere, but which fewer applications know; while a program runs in which each
+/// keystroke does harm, nothing is typed. Main thread only.
+class GnomeClipboard final : public Clipboard {
+ public:
+  /// `remote` must outlive this object; its session ends with text().
+  GnomeClipboard(MutterRemote& remote, std::function<std::vector<std::string>()> runningPrograms)
+      : remote_(remote), runningPrograms_(std::move(runningPrograms)) {}
+
+  void clear() override;
+  [[nodiscard]] bool copySelection() override;
+  [[nodiscard]] std::optional<std::string> text() override;
+
+ private:
+  void tell(const std::string& line);
+
+  MutterRemote& remote_;
+  const std::function<std::vector<std::string>()> runningPrograms_;
+  std::vector<std::string> programs_;  ///< during the last copy
+  bool taken_ = false;
+  std::string told_;  ///< what the user knows
+};
+
+}  // namespace seldial::platform::wayland

@@ -1,0 +1,182 @@
+#include "platform/wayland/GnomeHotKeys.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "platform/Output.h"
+#include "platform/x11/KeyTable.h"
+
+namespace seldial::platform::wayland {
+namespace {
+
+using std::chrono::milliseconds;
+
+/// The shortcut that tells that no modifier is down. Keyboards for PCs lack its key; it is F18 of
+/// others.
+constexpr const char* kModifiersUp = "modifiers-up";
+constexpr const char* kModifiersUpTrigger = "XF86Launch9";
+constexpr xkb_keysym_t kModifiersUpKey = XKB_KEY_XF86Launch9;
+
+/// Between two times that its key is typed. An answer takes about 5 ms.
+constexpr milliseconds kInterval{25};
+
+/// How long modifiers may be held before the use counts as abandoned.
+constexpr std::chrono::seconds kLongestUse{10};
+
+}  // namespace
+
+GnomeHotKeys::GnomeHotKeys(linux_port::MainLoop& loop, Bus& bus, MutterRemote& remote,
+                           SymbolName symbolName)
+    : loop_(loop),
+      remote_(remote),
+      symbolName_(std::move(symbolName)),
+      timer_(loop),
+      portal_(bus, {[this](const std::string& id, std::uint64_t time) { activated(id, time); },
+                    [this](const std::string& id) { deactivated(id); },
+                    [this](PortalShortcuts::Answer answer) { tellAnswer(answer); }}) {}
+
+std::optional<HotKeyRef> GnomeHotKeys::registerHotKey(std::uint32_t keyCode,
+                                                      std::uint32_t modifiers, HotKeyID hotKeyID) {
+  if (!canBeHotKey(keyCode, modifiers)) return {};
+  registrations_.push_back({++lastRef_, hotKeyID, triggerOf(keyCode, modifiers)});
+  told_.clear();
+  const auto answer = bindAll();
+  tellAnswer(answer);
+  if (answer != PortalShortcuts::Answer::kRefused) return lastRef_;
+  unregisterHotKey(lastRef_);
+  return {};
+}
+
+bool GnomeHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
+  constexpr std::array kLocks{kVK_CapsLock, kVK_ANSI_KeypadClear};  // the second is Num Lock
+  const bool isLock = std::find(kLocks.begin(), kLocks.end(), keyCode) != kLocks.end();
+  if (isLock || isModifierKey(static_cast<std::uint16_t>(keyCode))) return false;
+  const auto trigger = triggerOf(keyCode, modifiers);
+  // The second is what makes an application copy.
+  return !trigger.empty() && trigger != kModifiersUpTrigger && trigger != "CTRL+Insert";
+}
+
+void GnomeHotKeys::unregisterHotKey(HotKeyRef ref) {
+  std::erase_if(registrations_,
+                [ref](const auto& registration) { return registration.ref == ref; });
+  if (registrations_.empty()) return unregisterAll();
+  bindAll();
+}
+
+void GnomeHotKeys::unregisterAll() {
+  registrations_.clear();
+  endUse();
+  portal_.release();
+}
+
+/// The combination as the portal spells it; empty when the key is none or gives no symbol.
+std::string GnomeHotKeys::triggerOf(std::uint32_t keyCode, std::uint32_t modifiers) const {
+  constexpr std::array<std::pair<std::uint32_t, const char*>, 4> kNames{
+      {{kHotKeyControl, "CTRL+"},
+       {kHotKeyOption, "ALT+"},
+       {kHotKeyShift, "SHIFT+"},
+       {kHotKeyCommand, "LOGO+"}}};
+  const auto key = x11::keyAtPosition(keyCode);
+  const std::string symbol = key ? symbolName_(*key) : std::string();
+  if (symbol.empty()) return {};
+  std::string trigger;
+  for (const auto& [modifier, name] : kNames) {
+    if ((modifiers & modifier) != 0) trigger += name;
+  }
+  return trigger + symbol;
+}
+
+PortalShortcuts::Answer GnomeHotKeys::bindAll() {
+  endUse();
+  std::vector<PortalShortcut> shortcuts{
+      {kModifiersUp, "Tells Seldial that no key is held (leave as it is)", kModifiersUpTrigger}};
+  for (const auto& registration : registrations_) {
+    shortcuts.push_back({registration.trigger, "Call the selected number", registration.trigger});
+  }
+  return portal_.bind(std::move(shortcuts));
+}
+
+void GnomeHotKeys::tellAnswer(PortalShortcuts::Answer answer) {
+  if (answer == PortalShortcuts::Answer::kAsked) {
+    return tell("GNOME asks the user to allow the hot key; it works once that is done");
+  }
+  if (answer == PortalShortcuts::Answer::kRefused) {
+    return tell("GNOME does not give the hot key: " + portal_.error());
+  }
+  std::string keys;
+  for (const auto& registration : registrations_) {
+    const auto key = portal_.triggerOf(registration.trigger);
+    keys += keys.empty() ? "" : ", ";
+    keys += key.empty() ? "none" : key;
+  }
+  if (portal_.triggerOf(kModifiersUp).empty()) {
+    return tell(std::string("GNOME lacks the shortcut ") + kModifiersUpTrigger +
+                " of Seldial, without which the hot key does not work; add it in GNOME's settings");
+  }
+  tell("GNOME has the hot key: " + keys);
+}
+
+/// One line on standard error. GNOME reports a change more than once.
+void GnomeHotKeys::tell(const std::string& line) {
+  if (std::exchange(told_, line) != line) printError("seldial: " + line);
+}
+
+/// Whether the user has to hold modifiers for it. The portal's texts are "Press <Control>d" in
+/// GNOME 48, and of the kind "Ctrl+D" elsewhere.
+bool GnomeHotKeys::hasModifiers(const std::string& id) const {
+  return portal_.triggerOf(id).find_first_of("<+") != std::string::npos;
+}
+
+/// Comes again and again while the key is held.
+void GnomeHotKeys::activated(const std::string& id, std::uint64_t time) {
+  if (id == kModifiersUp) return modifiersAreUp(time);
+  if (use_) {
+    use_->pressed = time;
+    return;
+  }
+  const auto found =
+      std::find_if(registrations_.begin(), registrations_.end(),
+                   [&](const auto& registration) { return registration.trigger == id; });
+  if (found == registrations_.end()) return;
+  if (!remote_.open()) {
+    return tell("GNOME lets no program type, so nothing can be copied");
+  }
+  use_ = Use{found->hotKeyID, id, time, false, Clock::now() + kLongestUse};
+  if (hasModifiers(id)) return askForModifiers();
+  timer_.start(kLongestUse, [this] { endUse(); });
+}
+
+void GnomeHotKeys::deactivated(const std::string& id) {
+  if (!use_ || use_->id != id || std::exchange(use_->released, true)) return;
+  askForModifiers();
+}
+
+/// Types the second shortcut until it is one.
+void GnomeHotKeys::askForModifiers() {
+  if (Clock::now() > use_->deadline || !remote_.type(kModifiersUpKey)) {
+    tell("GNOME does not tell that the keys of the hot key were let go");
+    return endUse();
+  }
+  timer_.start(kInterval, [this] { askForModifiers(); });
+}
+
+/// An answer that is older than the press is one to a use before.
+void GnomeHotKeys::modifiersAreUp(std::uint64_t time) {
+  if (!use_ || time < use_->pressed || (!use_->released && !hasModifiers(use_->id))) return;
+  HotKeyReleased released;
+  released.hotKeyID = use_->hotKeyID;
+  released.event.timestamp = std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
+  timer_.stop();
+  use_.reset();
+  loop_.async([handler = handler_, released] {
+    if (*handler) (*handler)(released);
+  });
+}
+
+void GnomeHotKeys::endUse() {
+  timer_.stop();
+  if (std::exchange(use_, std::nullopt)) remote_.close();
+}
+
+}  // namespace seldial::platform::wayland

@@ -1,0 +1,313 @@
+#include "tests/support/wayland/FakeGnome.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <utility>
+
+namespace seldial::tests {
+namespace {
+
+constexpr const char* kPortalPath = "/org/freedesktop/portal/desktop";
+constexpr const char* kShortcuts = "org.freedesktop.portal.GlobalShortcuts";
+constexpr const char* kRequest = "org.freedesktop.portal.Request";
+constexpr const char* kSession = "org.freedesktop.portal.Session";
+constexpr const char* kRemotePath = "/org/gnome/Mutter/RemoteDesktop/Session/u1";
+constexpr const char* kRemoteSession = "org.gnome.Mutter.RemoteDesktop.Session";
+
+bool isCall(sd_bus_message* call, const char* interface, const char* method) {
+  return sd_bus_message_is_method_call(call, interface, method) > 0;
+}
+
+/// The path that a portal makes of the caller's name and a token.
+std::string pathOf(const char* kind, sd_bus_message* call, const std::string& token) {
+  std::string sender = sd_bus_message_get_sender(call) + 1;
+  for (auto& character : sender) {
+    if (character == '.') character = '_';
+  }
+  return std::string(kPortalPath) + "/" + kind + "/" + sender + "/" + token;
+}
+
+/// The texts of a dictionary that comes next.
+std::map<std::string, std::string> readTexts(sd_bus_message* message) {
+  std::map<std::string, std::string> texts;
+  sd_bus_message_enter_container(message, SD_BUS_TYPE_ARRAY, "{sv}");
+  while (sd_bus_message_enter_container(message, SD_BUS_TYPE_DICT_ENTRY, "sv") > 0) {
+    const char* key = "";
+    const char* value = "";
+    sd_bus_message_read(message, "s", &key);
+    sd_bus_message_read(message, "v", "s", &value);
+    texts[key] = value;
+    sd_bus_message_exit_container(message);
+  }
+  sd_bus_message_exit_container(message);
+  return texts;
+}
+
+void appendShortcuts(sd_bus_message* message, const std::map<std::string, std::string>& shortcuts) {
+  sd_bus_message_open_container(message, SD_BUS_TYPE_ARRAY, "(sa{sv})");
+  for (const auto& [id, trigger] : shortcuts) {
+    sd_bus_message_append(message, "(sa{sv})", id.c_str(), 2, "description", "s", "a shortcut",
+                          "trigger_description", "s", trigger.c_str());
+  }
+  sd_bus_message_close_container(message);
+}
+
+}  // namespace
+
+FakeGnome::FakeGnome(const SessionBus& bus)
+    : portal_(bus, "org.freedesktop.portal.Desktop",
+              [this](sd_bus_message* call) { return answerPortal(call); }),
+      mutter_(bus, "org.gnome.Mutter.RemoteDesktop",
+              [this](sd_bus_message* call) { return answerMutter(call); }) {}
+
+int FakeGnome::answerPortal(sd_bus_message* call) {
+  if (isCall(call, "org.freedesktop.DBus.Properties", "Get")) {
+    return sd_bus_reply_method_return(call, "v", "u", 1);
+  }
+  if (isCall(call, "org.freedesktop.host.portal.Registry", "Register")) {
+    const std::lock_guard lock(mutex_);
+    return known_ ? sd_bus_reply_method_return(call, "")
+                  : sd_bus_reply_method_errorf(call, "org.freedesktop.portal.Error.Failed",
+                                               "App info not found");
+  }
+  if (isCall(call, kShortcuts, "CreateSession")) return createPortalSession(call);
+  if (isCall(call, kShortcuts, "BindShortcuts")) return bindShortcuts(call);
+  if (isCall(call, kSession, "Close") || isCall(call, kRequest, "Close")) {
+    const std::lock_guard lock(mutex_);
+    bound_.clear();
+    return sd_bus_reply_method_return(call, "");
+  }
+  return 0;
+}
+
+int FakeGnome::createPortalSession(sd_bus_message* call) {
+  const auto options = readTexts(call);
+  const auto request = pathOf("request", call, options.at("handle_token"));
+  const auto session = pathOf("session", call, options.at("session_handle_token"));
+  {
+    const std::lock_guard lock(mutex_);
+    session_ = session;
+  }
+  // The answer may well come before the reply.
+  sd_bus_emit_signal(sd_bus_message_get_bus(call), request.c_str(), kRequest, "Response", "ua{sv}",
+                     0, 1, "session_handle", "s", session.c_str());
+  return sd_bus_reply_method_return(call, "o", request.c_str());
+}
+
+int FakeGnome::bindShortcuts(sd_bus_message* call) {
+  const std::lock_guard lock(mutex_);
+  const char* session = nullptr;
+  sd_bus_message_read(call, "o", &session);
+  sd_bus_message_enter_container(call, SD_BUS_TYPE_ARRAY, "(sa{sv})");
+  bound_.clear();
+  while (sd_bus_message_enter_container(call, SD_BUS_TYPE_STRUCT, "sa{sv}") > 0) {
+    const char* id = nullptr;
+    sd_bus_message_read(call, "s", &id);
+    const auto trigger = readTexts(call).at("preferred_trigger");
+    bound_[id] = chosen_.contains(id) ? chosen_[id] : trigger;
+    sd_bus_message_exit_container(call);
+  }
+  sd_bus_message_exit_container(call);
+  const char* window = nullptr;
+  sd_bus_message_read(call, "s", &window);
+  request_ = pathOf("request", call, readTexts(call).at("handle_token"));
+  const int result = sd_bus_reply_method_return(call, "o", request_.c_str());
+  if (consent_ != Consent::kAsked) {
+    respond(sd_bus_message_get_bus(call), consent_ == Consent::kGiven);
+  }
+  return result;
+}
+
+/// With the code of a failure in both cases, as GNOME 48 does.
+void FakeGnome::respond(sd_bus* bus, bool allow) {
+  if (!allow) bound_.clear();
+  sd_bus_message* signal = nullptr;
+  sd_bus_message_new_signal(bus, &signal, request_.c_str(), kRequest, "Response");
+  sd_bus_message_append(signal, "u", 2);
+  sd_bus_message_open_container(signal, SD_BUS_TYPE_ARRAY, "{sv}");
+  if (allow) {
+    sd_bus_message_open_container(signal, SD_BUS_TYPE_DICT_ENTRY, "sv");
+    sd_bus_message_append(signal, "s", "shortcuts");
+    sd_bus_message_open_container(signal, SD_BUS_TYPE_VARIANT, "a(sa{sv})");
+    appendShortcuts(signal, bound_);
+    sd_bus_message_close_container(signal);
+    sd_bus_message_close_container(signal);
+  }
+  sd_bus_message_close_container(signal);
+  sd_bus_send(bus, signal, nullptr);
+  sd_bus_message_unref(signal);
+}
+
+void FakeGnome::setConsent(Consent consent) {
+  const std::lock_guard lock(mutex_);
+  consent_ = consent;
+}
+
+void FakeGnome::answer(bool allow) {
+  portal_.use([&](sd_bus* bus) {
+    const std::lock_guard lock(mutex_);
+    respond(bus, allow);
+  });
+}
+
+void FakeGnome::setTrigger(const std::string& id, const std::string& description) {
+  portal_.use([&](sd_bus* bus) {
+    const std::lock_guard lock(mutex_);
+    chosen_[id] = description;
+    if (!bound_.contains(id)) return;
+    bound_[id] = description;
+    sd_bus_message* signal = nullptr;
+    sd_bus_message_new_signal(bus, &signal, kPortalPath, kShortcuts, "ShortcutsChanged");
+    sd_bus_message_append(signal, "o", session_.c_str());
+    appendShortcuts(signal, bound_);
+    sd_bus_send(bus, signal, nullptr);
+    sd_bus_message_unref(signal);
+  });
+}
+
+void FakeGnome::forgetApplication() {
+  const std::lock_guard lock(mutex_);
+  known_ = false;
+}
+
+void FakeGnome::closePortalSession() {
+  portal_.use([&](sd_bus* bus) {
+    const std::lock_guard lock(mutex_);
+    bound_.clear();
+    sd_bus_emit_signal(bus, session_.c_str(), kSession, "Closed", "a{sv}", 0);
+  });
+}
+
+std::map<std::string, std::string> FakeGnome::bound() const {
+  const std::lock_guard lock(mutex_);
+  return bound_;
+}
+
+void FakeGnome::holdModifiers(bool held) {
+  const std::lock_guard lock(mutex_);
+  modifiersHeld_ = held;
+}
+
+void FakeGnome::press(const std::string& id) {
+  tell("Activated", id);
+}
+
+void FakeGnome::release(const std::string& id) {
+  tell("Deactivated", id);
+}
+
+/// Also answers the question whether modifiers are down.
+void FakeGnome::tell(const char* signal, const std::string& id) {
+  portal_.use([&](sd_bus* bus) {
+    const std::lock_guard lock(mutex_);
+    if (!bound_.contains(id)) return;
+    sd_bus_emit_signal(bus, kPortalPath, kShortcuts, signal, "osta{sv}", session_.c_str(),
+                       id.c_str(), ++time_, 0);
+  });
+}
+
+void FakeGnome::answerModifiers(int milliseconds) {
+  portal_.use([&](sd_bus* bus) {
+    const std::lock_guard lock(mutex_);
+    sd_bus_emit_signal(bus, kPortalPath, kShortcuts, "Activated", "osta{sv}", session_.c_str(),
+                       "modifiers-up", time_ + static_cast<std::uint64_t>(milliseconds), 0);
+  });
+}
+
+void FakeGnome::select(std::optional<std::string> text) {
+  const std::lock_guard lock(mutex_);
+  selection_ = std::move(text);
+}
+
+void FakeGnome::setCopiedType(const std::string& type) {
+  const std::lock_guard lock(mutex_);
+  copiedType_ = type;
+}
+
+std::vector<std::string> FakeGnome::typed() const {
+  const std::lock_guard lock(mutex_);
+  return typed_;
+}
+
+std::size_t FakeGnome::questions() const {
+  const std::lock_guard lock(mutex_);
+  return questions_;
+}
+
+bool FakeGnome::isRemoteSessionOpen() const {
+  const std::lock_guard lock(mutex_);
+  return remoteOpen_;
+}
+
+void FakeGnome::refuseRemoteSessions() {
+  const std::lock_guard lock(mutex_);
+  remoteRefused_ = true;
+}
+
+int FakeGnome::answerMutter(sd_bus_message* call) {
+  if (isCall(call, kRemoteSession, "NotifyKeyboardKeysym")) return keyNotified(call);
+  if (isCall(call, kRemoteSession, "SelectionRead")) return readSelection(call);
+  const std::lock_guard lock(mutex_);
+  if (isCall(call, "org.gnome.Mutter.RemoteDesktop", "CreateSession")) {
+    if (remoteRefused_) return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_ACCESS_DENIED, "no");
+    return sd_bus_reply_method_return(call, "o", kRemotePath);
+  }
+  if (isCall(call, kRemoteSession, "EnableClipboard")) {
+    sd_bus_emit_signal(sd_bus_message_get_bus(call), kRemotePath, kRemoteSession,
+                       "SelectionOwnerChanged", "a{sv}", 2, "mime-types", "(as)", 1,
+                       "application/x-seldial-empty", "session-is-owner", "b", 1);
+    return sd_bus_reply_method_return(call, "");
+  }
+  const bool start = isCall(call, kRemoteSession, "Start");
+  if (!start && !isCall(call, kRemoteSession, "Stop")) return 0;
+  remoteOpen_ = start;
+  return sd_bus_reply_method_return(call, "");
+}
+
+int FakeGnome::keyNotified(sd_bus_message* call) {
+  std::uint32_t key = 0;
+  int down = 0;
+  sd_bus_message_read(call, "ub", &key, &down);
+  bool answer = false;
+  {
+    const std::lock_guard lock(mutex_);
+    if (key == XKB_KEY_Control_L) controlDown_ = down != 0;
+    const bool isQuestion = key == XKB_KEY_XF86Launch9;
+    if (down != 0 && isQuestion) {
+      answer = !modifiersHeld_;
+      ++questions_;
+    } else if (down != 0 && key != XKB_KEY_Control_L) {
+      std::array<char, 64> name{};
+      xkb_keysym_get_name(key, name.data(), name.size());
+      typed_.push_back((modifiersHeld_ ? "held+" : "") +
+                       std::string(controlDown_ ? "Control+" : "") + name.data());
+      if (typed_.back() == "Control+Insert" && selection_) {
+        sd_bus_emit_signal(sd_bus_message_get_bus(call), kRemotePath, kRemoteSession,
+                           "SelectionOwnerChanged", "a{sv}", 2, "mime-types", "(as)", 2,
+                           "text/html", copiedType_.c_str(), "session-is-owner", "b", 0);
+      }
+    }
+  }
+  if (answer) tell("Activated", "modifiers-up");
+  return sd_bus_reply_method_return(call, "");
+}
+
+int FakeGnome::readSelection(sd_bus_message* call) {
+  const char* type = nullptr;
+  sd_bus_message_read(call, "s", &type);
+  const std::lock_guard lock(mutex_);
+  std::array<int, 2> pipe{};
+  if (type != copiedType_ || !selection_ || pipe2(pipe.data(), O_CLOEXEC) != 0) {
+    return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "there is no %s", type);
+  }
+  const auto written = write(pipe[1], selection_->data(), selection_->size());
+  close(pipe[1]);
+  const int result = written >= 0 ? sd_bus_reply_method_return(call, "h", pipe[0]) : -EIO;
+  close(pipe[0]);
+  return result;
+}
+
+}  // namespace seldial::tests
