@@ -113,7 +113,7 @@ BusMessage Bus::newCall(const BusObject& object, const char* method) {
 
 BusMessage Bus::call(BusMessage message) {
   if (!message) return nullptr;
-  sd_bus_error error = SD_BUS_ERROR_NULL;
+  sd_bus_error error{};
   sd_bus_message* reply = nullptr;
   const int result = sd_bus_call(bus_, message.get(), 0, &error, &reply);
   if (result < 0) error_ = error.message != nullptr ? error.message : std::strerror(-result);
