@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <optional>
+#include <string_view>
 #include <utility>
 
 namespace seldial::platform::wayland {
@@ -14,6 +14,10 @@ constexpr const char* kComponentTitle = "Seldial";
 const BusObject kShortcuts{GlobalAccel::kService, "/kglobalaccel", "org.kde.KGlobalAccel"};
 const BusObject kOwnComponent{GlobalAccel::kService, "/component/seldial",
                               "org.kde.kglobalaccel.Component"};
+
+/// KWin itself, and what its description says before the version of Qt.
+const BusObject kKWin{"org.kde.KWin", "/KWin", "org.kde.KWin"};
+constexpr std::string_view kBeforeQtVersion = "Qt Version: ";
 
 /// Flags of setShortcutKeys: the program is there now; its keys win over those stored before.
 constexpr std::uint32_t kSetPresent = 2;
@@ -92,6 +96,19 @@ bool GlobalAccel::set(const std::string& action, const std::string& title,
 
 void GlobalAccel::remove(const std::string& action) {
   bus_.call(kShortcuts, "unregister", "ss", kComponent, action.c_str());
+}
+
+int GlobalAccel::qtVersion() {
+  if (qtVersion_ != 0) return qtVersion_;
+  const auto reply = bus_.call(kKWin, "supportInformation", "");
+  const char* description = nullptr;
+  std::string_view text;
+  if (reply && sd_bus_message_read(reply.get(), "s", &description) > 0) text = description;
+  const auto found = text.find(kBeforeQtVersion);
+  const bool isOlder =
+      found == text.npos || text.substr(found + kBeforeQtVersion.size()).starts_with('5');
+  qtVersion_ = isOlder ? 5 : 6;
+  return qtVersion_;
 }
 
 std::vector<std::string> GlobalAccel::actions() {

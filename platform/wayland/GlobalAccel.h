@@ -32,6 +32,9 @@ class GlobalAccel {
   bool set(const std::string& action, const std::string& title, const std::vector<int>& keys);
   void remove(const std::string& action);
 
+  /// The major version of Qt that the service uses, which changed the codes of some keys.
+  [[nodiscard]] int qtVersion();
+
   /// The actions that there are, also those of other programs of this kind.
   [[nodiscard]] std::vector<std::string> actions();
 
@@ -39,6 +42,7 @@ class GlobalAccel {
   Bus& bus_;
   BusSlot pressed_;
   BusSlot released_;
+  int qtVersion_ = 0;  ///< 0: not asked yet
 };
 
 }  // namespace seldial::platform::wayland

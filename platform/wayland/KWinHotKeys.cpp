@@ -85,7 +85,8 @@ bool KWinHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
 bool KWinHotKeys::set(Registration& registration) {
   const auto keymap = keymap_.file().read();
   auto codes =
-      keymap ? qtKeys(*keymap, registration.key, registration.modifiers) : std::vector<int>();
+      keymap ? qtKeys(*keymap, registration.key, registration.modifiers, shortcuts_.qtVersion())
+             : std::vector<int>();
   if (codes == registration.codes) return !codes.empty();
   registration.codes.clear();
   if (codes.empty()) {

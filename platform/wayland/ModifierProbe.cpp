@@ -32,14 +32,14 @@ std::string heldAction(std::uint32_t key) {
 }
 
 /// The codes of the key with each combination of modifiers but none; empty where one has no code.
-std::vector<int> codesWithModifiers(xkb_keymap& keymap, xkb_keycode_t key) {
+std::vector<int> codesWithModifiers(xkb_keymap& keymap, xkb_keycode_t key, int qtVersion) {
   std::vector<int> codes;
   for (unsigned combination = 1; combination < 1U << kModifiers.size(); ++combination) {
     std::uint32_t modifiers = 0;
     for (std::size_t i = 0; i < kModifiers.size(); ++i) {
       if ((combination >> i & 1U) != 0) modifiers |= kModifiers[i].hotKeyModifier;
     }
-    const auto more = qtKeys(keymap, key, modifiers);
+    const auto more = qtKeys(keymap, key, modifiers, qtVersion);
     if (more.empty()) return {};
     codes.insert(codes.end(), more.begin(), more.end());
   }
@@ -71,8 +71,8 @@ bool ModifierProbe::open() {
 
 /// False when the keymap does not have the key or another program uses it.
 bool ModifierProbe::take(xkb_keymap& keymap, std::uint32_t key) {
-  const auto alone = qtKeys(keymap, key + kFirstKey, 0);
-  const auto withModifiers = codesWithModifiers(keymap, key + kFirstKey);
+  const auto alone = qtKeys(keymap, key + kFirstKey, 0, shortcuts_.qtVersion());
+  const auto withModifiers = codesWithModifiers(keymap, key + kFirstKey, shortcuts_.qtVersion());
   // A modifier that does not change the code would not be noticed.
   for (const int code : withModifiers) {
     if (std::find(alone.begin(), alone.end(), code) != alone.end()) return false;

@@ -28,11 +28,16 @@ struct SymbolRange {
   int qtKey;  ///< of the first
 };
 
+constexpr int kLaunch0 = 0x010000a2;
+
+/// In Qt 5, the first two of these codes are other keys.
+constexpr int kLaunchKeysInQt5 = 2;
+
 constexpr auto kRanges = std::to_array<SymbolRange>({
     {XKB_KEY_F1, XKB_KEY_F35, 0x01000030},
     {XKB_KEY_Left, XKB_KEY_Page_Down, 0x01000012},
     {XKB_KEY_dead_grave, XKB_KEY_dead_horn, 0x01001250},
-    {XKB_KEY_XF86Launch0, XKB_KEY_XF86LaunchF, 0x010000a4},
+    {XKB_KEY_XF86Launch0, XKB_KEY_XF86LaunchF, kLaunch0},
     {XKB_KEY_Escape, XKB_KEY_Escape, 0x01000000},
     {XKB_KEY_Tab, XKB_KEY_Tab, 0x01000001},
     // KWin looks for Tab when Shift makes another symbol of it.
@@ -54,11 +59,14 @@ bool isLetter(xkb_keysym_t symbol) {
 }
 
 /// 0 where Qt has no code.
-int qtKey(xkb_keysym_t symbol) {
+int qtKey(xkb_keysym_t symbol, int qtVersion) {
   const auto* const range = std::find_if(kRanges.begin(), kRanges.end(), [=](const auto& one) {
     return one.first <= symbol && symbol <= one.last;
   });
-  if (range != kRanges.end()) return range->qtKey + static_cast<int>(symbol - range->first);
+  if (range != kRanges.end()) {
+    const bool moved = range->qtKey == kLaunch0 && qtVersion < 6;
+    return range->qtKey + static_cast<int>(symbol - range->first) + (moved ? kLaunchKeysInQt5 : 0);
+  }
   const auto character = static_cast<int>(xkb_keysym_to_utf32(symbol));
   const auto upper = static_cast<int>(xkb_keysym_to_utf32(xkb_keysym_to_upper(symbol)));
   if (character < ' ') return 0;
@@ -94,17 +102,18 @@ int qtBits(xkb_keymap& keymap, xkb_state& state, xkb_keycode_t key, std::uint32_
 
 }  // namespace
 
-std::vector<int> qtKeys(xkb_keymap& keymap, xkb_keycode_t key, std::uint32_t modifiers) {
+std::vector<int> qtKeys(xkb_keymap& keymap, xkb_keycode_t key, std::uint32_t modifiers,
+                        int qtVersion) {
   const std::unique_ptr<xkb_state, decltype(&xkb_state_unref)> state(xkb_state_new(&keymap),
                                                                      &xkb_state_unref);
   std::vector<int> keys;
   for (xkb_layout_index_t layout = 0; state && layout < xkb_keymap_num_layouts(&keymap); ++layout) {
     xkb_state_update_mask(state.get(), maskOf(keymap, modifiers), 0, 0, 0, 0, layout);
     const auto symbol = xkb_state_key_get_one_sym(state.get(), key);
-    if (qtKey(symbol) == 0) continue;
+    if (qtKey(symbol, qtVersion) == 0) continue;
     int bits = qtBits(keymap, *state, key, modifiers);
     if (symbol == XKB_KEY_ISO_Left_Tab) bits |= 0x02000000;
-    const int code = qtKey(symbol) | bits;
+    const int code = qtKey(symbol, qtVersion) | bits;
     if (std::find(keys.begin(), keys.end(), code) == keys.end()) keys.push_back(code);
   }
   return keys;

@@ -10,8 +10,9 @@
 namespace seldial::platform::wayland {
 
 /// The codes under which KWin knows a key, an X key code, while the modifiers (HotKeyModifier bits)
-/// are held, in every layout of the keymap, each code once. Empty where it has none.
+/// are held, in every layout of the keymap, each code once. Empty where it has none. `qtVersion` is
+/// the major version of Qt that KWin uses.
 [[nodiscard]] std::vector<int> qtKeys(xkb_keymap& keymap, xkb_keycode_t key,
-                                      std::uint32_t modifiers);
+                                      std::uint32_t modifiers, int qtVersion);
 
 }  // namespace seldial::platform::wayland

@@ -8,6 +8,12 @@ from session import ROOT, Session, eventually
 
 EVDEV = {"ctrl": 29, "alt": 56, "shift": 42, "super": 125, "d": 32, "a": 30, "end": 107, "f5": 63, "2": 3}
 
+# Without a menu KWin finds no .desktop file. Plasma's own is in another package than KWin.
+MENU = """<!DOCTYPE Menu PUBLIC "-//freedesktop//DTD Menu 1.0//EN"
+ "http://www.freedesktop.org/standards/menu-spec/1.0/menu.dtd">
+<Menu><Name>Applications</Name><DefaultAppDirs/><Include><All/></Include></Menu>
+"""
+
 DESKTOP_FILE = """[Desktop Entry]
 Type=Application
 Name=Test
@@ -24,6 +30,7 @@ class KWin(Session):
 
     def start(self):
         user = self.copy(ROOT / f"build/{self.preset}/tests/desktops/seldial_kwin_user")
+        self.write("config/menus/applications.menu", MENU)
         self.allow(user)
         self.allow(self.program)
         # A copy has no file capabilities, which cannot be had everywhere.
@@ -41,11 +48,7 @@ class KWin(Session):
 
     def allow(self, program):
         """Lets the program type, and see which window is active."""
-        folder = self.directory + "/data/applications"
-        os.makedirs(folder, exist_ok=True)
-        with open(f"{folder}/{os.path.basename(program)}.desktop", "w") as file:
-            file.write(DESKTOP_FILE.format(program))
-        self.own(self.directory + "/data")
+        self.write(f"data/applications/{os.path.basename(program)}.desktop", DESKTOP_FILE.format(program))
 
     def forbid(self, program):
         os.remove(f"{self.directory}/data/applications/{os.path.basename(program)}.desktop")
@@ -60,11 +63,7 @@ class KWin(Session):
 
     def layouts(self, layouts):
         """As System Settings does."""
-        folder = self.directory + "/config"
-        os.makedirs(folder, exist_ok=True)
-        with open(folder + "/kxkbrc", "w") as file:
-            file.write(f"[Layout]\nUse=true\nLayoutList={layouts}\n")
-        self.own(folder)
+        self.write("config/kxkbrc", f"[Layout]\nUse=true\nLayoutList={layouts}\n")
         self.call("gdbus", "emit", "--session", "--object-path", "/Layouts", "--signal",
                   "org.kde.keyboard.reloadConfig")
         time.sleep(0.5)

@@ -65,6 +65,13 @@ class Session:
                 for name in [folder] + [os.path.join(folder, file) for file in files]:
                     os.chown(name, NOBODY, NOBODY, follow_symlinks=False)
 
+    def write(self, name, text):
+        """A file of the user."""
+        file = Path(self.directory, name)
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_text(text, encoding="utf-8")
+        self.own(Path(self.directory, name.split("/")[0]))
+
     def copy(self, path):
         copied = shutil.copy(path, self.directory)
         os.chmod(copied, 0o755)
@@ -152,7 +159,7 @@ class Seldial:
             if any(part in line for part in parts):
                 return at, line
 
-    def register(self, virtual_key=2, modifiers=("Ctrl", "Alt"), delay=100):
+    def register(self, virtual_key=2, modifiers=("Ctrl", "Alt"), delay=300):
         """Whether the hot key is set. Virtual key 2 is the place of D."""
         command = {"command": "SetHotKey", "virtualkey": virtual_key, "readdelay": delay}
         for name in ("Alt", "Command", "Ctrl", "Shift"):

@@ -236,6 +236,16 @@ TEST_F(ModifierProbeTest, EveryCombinationOfModifiersIsNoticed) {
   EXPECT_EQ(actions.at("modifiers held 188").size(), 15U);
 }
 
+TEST_F(ModifierProbeTest, ItsCodeIsThatOfTheVersionOfQt) {
+  program->probe.close();
+  const tests::BusService kwin(session, "org.kde.KWin", [](sd_bus_message* call) {
+    return sd_bus_reply_method_return(call, "s", "Version: 6.3.6\nQt Version: 6.8.2\n");
+  });
+  const auto next = start();
+  ASSERT_TRUE(next->probe.open());
+  EXPECT_THAT(plasma.actions(), Contains(Pair("modifiers up 188", ElementsAre(kProbe - 2))));
+}
+
 TEST_F(ModifierProbeTest, AKeyThatSomebodyUsesIsLeftAlone) {
   program->probe.close();
   plasma.take(kControlProbe);

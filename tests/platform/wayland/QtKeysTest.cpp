@@ -16,7 +16,8 @@ constexpr int kControl = 0x04000000;
 constexpr int kAlt = 0x08000000;
 constexpr int kMeta = 0x10000000;
 
-std::vector<int> keysIn(const char* layouts, std::uint32_t virtualKey, std::uint32_t modifiers) {
+std::vector<int> keysIn(const char* layouts, std::uint32_t virtualKey, std::uint32_t modifiers,
+                        int qtVersion = 5) {
   const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
       xkb_context_new(XKB_CONTEXT_NO_FLAGS), &xkb_context_unref);
   xkb_rule_names names{};
@@ -24,7 +25,7 @@ std::vector<int> keysIn(const char* layouts, std::uint32_t virtualKey, std::uint
   const std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap(
       xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS),
       &xkb_keymap_unref);
-  return qtKeys(*keymap, *x11::keyAtPosition(virtualKey), modifiers);
+  return qtKeys(*keymap, *x11::keyAtPosition(virtualKey), modifiers, qtVersion);
 }
 
 TEST(QtKeys, ALetterIsTheLayoutsCapitalLetter) {
@@ -65,6 +66,13 @@ TEST(QtKeys, KeysWithoutACharacterAreTheSameEverywhere) {
   EXPECT_THAT(keysIn("fr", kVK_ANSI_LeftBracket, kHotKeyControl),
               ElementsAre(kControl | 0x01001252))
       << "a dead circumflex";
+}
+
+TEST(QtKeys, SomeDependOnTheVersionOfQt) {
+  // In the usual keymap F16 is XF86Launch7.
+  EXPECT_THAT(keysIn("us", kVK_F16, 0, 5), ElementsAre(0x010000ab));
+  EXPECT_THAT(keysIn("us", kVK_F16, 0, 6), ElementsAre(0x010000a9));
+  EXPECT_THAT(keysIn("us", kVK_ANSI_D, 0, 6), ElementsAre('D'));
 }
 
 TEST(QtKeys, WhatTheCompositorKeepsForItselfHasNone) {
