@@ -56,7 +56,7 @@ std::optional<std::string> readToEnd(int pipe, Clock::time_point deadline) {
 
 std::optional<std::string> readClipboardText(int pipe) {
   auto text = readToEnd(pipe, Clock::now() + kTimeLimit);
-  if (text) text = x11::repairedUtf8(*std::move(text));
+  if (text) text = x11::repairedUtf8(x11::withoutTerminator(*std::move(text)));
   return text;
 }
 

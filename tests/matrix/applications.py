@@ -41,6 +41,7 @@ APPLICATIONS = [
     Application("LibreOffice Writer", "libreoffice-writer libreoffice-gtk3", "sh {dir}/office.sh writer {text}", settle=12),
     Application("LibreOffice Calc", "libreoffice-calc libreoffice-gtk3", "sh {dir}/office.sh calc {csv}", "cell", "click", settle=12),
     Application("Thunderbird", "thunderbird", "thunderbird {mail}", "page", settle=12),
+    Application("AbiWord", "abiword", "abiword {text}", settle=5),
     Application("mousepad", "mousepad", "mousepad --disable-server {text}"),
     Application("gedit", "gedit", "gedit --standalone {text}", settle=3),
     Application("geany", "geany", "geany -i {text}", settle=3),

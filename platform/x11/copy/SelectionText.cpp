@@ -101,6 +101,11 @@ std::string utf8FromLatin1(const std::string& latin1) {
   return utf8;
 }
 
+std::string withoutTerminator(std::string text) {
+  if (text.ends_with('\0')) text.pop_back();
+  return text;
+}
+
 std::string repairedUtf8(std::string text) {
   std::size_t valid = validLength(text);
   if (valid == text.size()) return text;

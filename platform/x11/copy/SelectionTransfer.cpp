@@ -37,6 +37,7 @@ std::optional<std::string> readSelectionText(Connection& connection, EventPump& 
   for (const auto target : {atoms.utf8String, atoms.utf8PlainText, xcb_atom_t{XCB_ATOM_STRING}}) {
     auto answer = transfer.ask(selection, target, deadline);
     if (!answer) return {};
+    answer->bytes = withoutTerminator(std::move(answer->bytes));
     // An owner may answer with another type than it was asked for; the type counts.
     if (answer->type == XCB_ATOM_STRING) return utf8FromLatin1(answer->bytes);
     if (answer->type == atoms.utf8String || answer->type == atoms.utf8PlainText) {

@@ -85,6 +85,12 @@ TEST_F(ClipboardTest, ATextIsReadExactly) {
   }
 }
 
+TEST_F(ClipboardTest, TheEndOfACStringIsNoText) {
+  XClient client(server.display());
+  client.own("CLIPBOARD", answersWith(std::string("4930123\0", 8)));
+  EXPECT_EQ(port.text(), "4930123");
+}
+
 TEST_F(ClipboardTest, AnEmptyTextIsAText) {
   XClient client(server.display());
   client.own("CLIPBOARD", answersWith(""));

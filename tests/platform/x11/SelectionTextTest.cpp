@@ -17,6 +17,12 @@ TEST(SelectionText, ValidTextStaysAsItIs) {
   EXPECT_EQ(repairedUtf8(std::string(1, '\0')), std::string(1, '\0'));
 }
 
+TEST(SelectionText, OneZeroByteAtTheEndIsNoText) {
+  EXPECT_EQ(withoutTerminator(std::string("4930123\0", 8)), "4930123");
+  EXPECT_EQ(withoutTerminator(std::string("a\0b\0\0", 5)), std::string("a\0b\0", 4));
+  EXPECT_EQ(withoutTerminator(""), "");
+}
+
 TEST(SelectionText, SurrogatesEncodedOneByOneAreJoined) {
   EXPECT_EQ(repairedUtf8("call \xED\xA0\xBD\xED\xB8\x80 now"), "call \xF0\x9F\x98\x80 now");
   EXPECT_EQ(repairedUtf8("\xED\xA0\x80\xED\xB0\x80"), "\xF0\x90\x80\x80");
