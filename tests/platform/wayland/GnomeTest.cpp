@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -329,7 +330,7 @@ TEST(GnomePortTest, AGnomeWithoutShortcutsOfThePortalIsRefused) {
 
 TEST(RunningProgramsTest, AreKnownByTheirNames) {
   const tests::TemporaryDirectory directory;
-  const std::string name = "seldial-sleeper";
+  const std::string name = "seldial-" + std::to_string(getpid());  // nobody else's
   EXPECT_THAT(runningPrograms(), Not(Contains(name)));
   const std::string path = directory.path(name);
   std::filesystem::copy_file("/bin/sleep", path);
