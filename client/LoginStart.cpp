@@ -1,5 +1,6 @@
 #include "client/LoginStart.h"
 
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -32,18 +33,27 @@ bool exists(const std::string& path) {
   return access(path.c_str(), F_OK) == 0;
 }
 
-/// Runs "systemctl --user" to its end. Its errors are on standard error.
-bool systemctl(std::vector<std::string> arguments) {
+/// Whether the errors of systemctl are shown, on standard error.
+enum class Errors { kShown, kHidden };
+
+/// Runs "systemctl --user" to its end.
+bool systemctl(std::vector<std::string> arguments, Errors errors = Errors::kShown) {
   std::vector<std::string> command{"systemctl", "--user", "--quiet"};
   command.insert(command.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
   pointers.reserve(command.size() + 1);
   for (std::string& word : command) pointers.push_back(word.data());
   pointers.push_back(nullptr);
-  pid_t process = 0;
-  if (posix_spawnp(&process, pointers[0], nullptr, nullptr, pointers.data(), environ) != 0) {
-    return false;
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  if (errors == Errors::kHidden) {
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
   }
+  pid_t process = 0;
+  const int failed =
+      posix_spawnp(&process, pointers[0], &actions, nullptr, pointers.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  if (failed != 0) return false;
   int status = 0;
   while (waitpid(process, &status, 0) == -1 && errno == EINTR) {
   }
@@ -52,7 +62,7 @@ bool systemctl(std::vector<std::string> arguments) {
 
 /// Whether units that belong to the graphical session are started with it.
 bool systemdRunsSession() {
-  return systemctl({"is-active", "graphical-session.target"});
+  return systemctl({"is-active", "graphical-session.target"}, Errors::kHidden);
 }
 
 bool writeFile(const std::string& path, const std::string& content, std::string& result) {

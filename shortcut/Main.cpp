@@ -28,7 +28,7 @@ constexpr const char* kUsualHotKey = "ctrl+alt+d";
 constexpr std::uint16_t kUsualDelay = 500;
 
 /// Longer than any copy takes on a busy machine.
-constexpr std::chrono::seconds kTestLimit{30};
+constexpr std::chrono::seconds kTestLimit{10};
 
 struct Texts {
   Q_DECLARE_TR_FUNCTIONS(Delivery)
