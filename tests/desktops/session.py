@@ -29,6 +29,16 @@ class Session:
     """A session bus and a compositor, which start() starts. Derived classes say how to play the user."""
 
     preset = "debug"
+    counts_uses = True  # also while the modifiers stay down
+    held_for_seven_seconds = False
+    data_control = True
+
+    @classmethod
+    def missing(cls):
+        """Why it cannot be tried on this system; None when it can."""
+
+    def consent(self, shortcut, key):
+        """The user allows a shortcut, where the desktop asks for that."""
 
     def __init__(self):
         self.directory = tempfile.mkdtemp(prefix="seldial-", dir="/tmp")

@@ -1,0 +1,92 @@
+"""GNOME without a screen, for scripts/test-desktops."""
+import os
+import re
+import subprocess
+import sys
+import time
+
+from session import ROOT, Session, eventually
+
+DESKTOP_FILE = """[Desktop Entry]
+Type=Application
+Name=Seldial
+Exec={}
+NoDisplay=true
+"""
+SHORTCUTS = "org.gnome.settings-daemon.global-shortcuts"
+
+
+class Gnome(Session):
+    name = "GNOME"
+    packages = "gnome-shell xdg-desktop-portal xdg-desktop-portal-gnome gnome-control-center gnome-settings-daemon"
+    user_target = "seldial"  # the user is a script
+    counts_uses = False
+    held_for_seven_seconds = True  # dials
+    data_control = False
+
+    @classmethod
+    def missing(cls):
+        """Why it cannot be tried on this system; None when it can."""
+        policy = subprocess.run(["apt-cache", "policy", "gnome-shell"], capture_output=True, text=True).stdout
+        version = re.search(r"Candidate: (\d+)", policy)
+        return None if version and int(version[1]) >= 48 else "this system has no GNOME 48"
+
+    def start(self):
+        self.environment["XDG_CURRENT_DESKTOP"] = "GNOME"
+        self.environment["XDG_SESSION_DESKTOP"] = "gnome"
+        # gnome-shell wants a system bus; an empty one does.
+        system = f"unix:path={self.directory}/system"
+        self.run(["dbus-daemon", "--session", "--nofork", "--address=" + system])
+        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = system
+        if not eventually(lambda: os.path.exists(self.directory + "/system")):
+            raise RuntimeError("no system bus")
+        self.allow(self.program)
+        self.process = self.run(["gnome-shell", "--headless", "--no-x11", "--virtual-monitor", "1280x800",
+                                 "--wayland-display", "wayland-0"], LIBGL_ALWAYS_SOFTWARE="1")
+        if not eventually(lambda: self.owns("org.gnome.Mutter.RemoteDesktop"), 60):
+            raise RuntimeError("there is no Mutter")
+        self.environment["WAYLAND_DISPLAY"] = "wayland-0"
+        self.user = self.run(["/usr/bin/python3", str(self.copy(ROOT / "tests/desktops/gnome_user.py"))],
+                             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=sys.stderr, text=True)
+        self.keys("+shift -shift")  # the seat has a keyboard before there is a window
+        # gnome-shell opens it once it has started.
+        if not eventually(lambda: "true" in self.overview("Get"), 60) or not eventually(self.leave_overview):
+            raise RuntimeError("gnome-shell does not start")
+        self.run(["/usr/libexec/xdg-desktop-portal-gnome"])
+        if not eventually(lambda: self.owns("org.freedesktop.impl.portal.desktop.gnome"), 60):
+            raise RuntimeError("no portal of GNOME")
+        self.run(["/usr/libexec/xdg-desktop-portal"])
+        if not eventually(lambda: self.owns("org.freedesktop.portal.Desktop"), 60):
+            raise RuntimeError("no portal")
+        time.sleep(2)  # the overview has faded out
+
+    def overview(self, method, *value):
+        return self.call("gdbus", "call", "--session", "--dest", "org.gnome.Shell", "--object-path",
+                         "/org/gnome/Shell", "--method", "org.freedesktop.DBus.Properties." + method,
+                         "org.gnome.Shell", "OverviewActive", *value)
+
+    def leave_overview(self):
+        self.overview("Set", "<false>")
+        return "false" in self.overview("Get")
+
+    def allow(self, program):
+        """The portal knows the program."""
+        folder = self.directory + "/data/applications"
+        os.makedirs(folder, exist_ok=True)
+        with open(folder + "/org.seldial.Seldial.desktop", "w") as file:
+            file.write(DESKTOP_FILE.format(program))
+        self.own(self.directory + "/data")
+
+    def consent(self, shortcut, key):
+        """What GNOME stores when the user allows a shortcut with this key in its dialog."""
+        path = "/org/gnome/settings-daemon/global-shortcuts/org.seldial.Seldial/"
+        entries = ", ".join(f"('{name}', {{'shortcuts': <['{keys}']>, 'description': <'test'>}})"
+                            for name, keys in ((shortcut, key), ("modifiers-up", "XF86Launch9")))
+        self.call("gsettings", "set", SHORTCUTS, "applications", "['org.seldial.Seldial']")
+        self.call("gsettings", "set", f"{SHORTCUTS}.application:{path}", "shortcuts", f"[{entries}]")
+
+    def keys(self, text):
+        """Presses and releases keys: "+ctrl +d 50 -d -ctrl"; returns the time of the last."""
+        self.user.stdin.write(text + "\n")
+        self.user.stdin.flush()
+        return float(self.user.stdout.readline())

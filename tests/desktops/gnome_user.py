@@ -1,0 +1,27 @@
+"""The keyboard of GNOME's user, for scripts/test-desktops. Reads lines such as "+ctrl +d 50 -d -ctrl" (a number is a
+pause in milliseconds), and answers each with the time of its last key."""
+import sys
+import time
+
+from gi.repository import Gio, GLib
+
+EVDEV = {"ctrl": 29, "alt": 56, "shift": 42, "super": 125, "d": 32, "a": 30, "end": 107, "f5": 63, "2": 3}
+MUTTER = "org.gnome.Mutter.RemoteDesktop"
+
+bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+
+
+def call(path, interface, method, arguments=None):
+    return bus.call_sync(MUTTER, path, interface, method, arguments, None, 0, 20000, None)
+
+
+session = call("/org/gnome/Mutter/RemoteDesktop", MUTTER, "CreateSession").unpack()[0]
+call(session, MUTTER + ".Session", "Start")
+for line in sys.stdin:
+    for word in line.split():
+        if word[0] in "+-":
+            call(session, MUTTER + ".Session", "NotifyKeyboardKeycode",
+                 GLib.Variant("(ub)", (EVDEV[word[1:]], word[0] == "+")))
+        else:
+            time.sleep(int(word) / 1000)
+    print(time.monotonic(), flush=True)
