@@ -1,4 +1,4 @@
-// The configuration file of seldial-uc: TOML, one setting for each option of its command line.
+// What a user sets up for seldial-uc once: its configuration file, and its start at login.
 #pragma once
 
 #include <map>
@@ -7,6 +7,8 @@
 #include <vector>
 
 namespace seldial {
+
+// The configuration file is TOML, with one setting for each option of the command line.
 
 /// One setting of a configuration file.
 struct Setting {
@@ -28,5 +30,27 @@ struct Setting {
 [[nodiscard]] bool writeConfiguration(
     const std::string& path, const std::map<std::string, std::optional<std::string>>& values,
     std::string& error);
+
+// The start at login is a unit of systemd's user manager where that runs the desktop session, or
+// else an entry in the desktop's autostart directory. Both are files in the user's own
+// configuration. Not on macOS. One thread.
+
+/// Whether enableLoginStart() has been called, and disableLoginStart() not since then.
+[[nodiscard]] bool startsAtLogin();
+
+/// Whether systemd starts it then, and not the desktop's autostart.
+[[nodiscard]] bool startsBySystemd();
+
+/// Makes `program`, an absolute path, start at each login, and under systemd also now, unless it is
+/// running. `result` becomes a sentence that says what was done or, if that is false, why not;
+/// without a full stop.
+bool enableLoginStart(const std::string& program, std::string& result);
+
+/// Undoes that; under systemd it also ends the program. `result` as above.
+bool disableLoginStart(std::string& result);
+
+/// The text of the unit and of the autostart entry that start `program`.
+[[nodiscard]] std::string loginUnit(const std::string& program);
+[[nodiscard]] std::string autostartEntry(const std::string& program);
 
 }  // namespace seldial

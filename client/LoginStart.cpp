@@ -1,5 +1,3 @@
-#include "client/LoginStart.h"
-
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -11,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "client/Configuration.h"
 #include "client/Connection.h"
 #include "client/Options.h"
 

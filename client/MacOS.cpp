@@ -1,6 +1,5 @@
 // What the clients do without on macOS: the configuration file and the start at login.
 #include "client/Configuration.h"
-#include "client/LoginStart.h"
 
 namespace seldial {
 

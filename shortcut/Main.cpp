@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "client/Configuration.h"
 #include "client/Connection.h"
-#include "client/LoginStart.h"
 #include "client/Options.h"
 #include "hotkey/QKHotKeyCenter.h"
 #include "platform/qt/Desktop.h"

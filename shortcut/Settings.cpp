@@ -13,7 +13,6 @@
 #include <algorithm>
 
 #include "client/Connection.h"
-#include "client/LoginStart.h"
 #include "client/Options.h"
 
 namespace seldial {

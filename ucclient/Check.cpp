@@ -7,8 +7,8 @@
 #include <set>
 #include <string>
 
+#include "client/Configuration.h"
 #include "client/Connection.h"
-#include "client/LoginStart.h"
 #include "client/Options.h"
 #include "client/Protocol.h"
 #include "platform/System.h"

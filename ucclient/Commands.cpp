@@ -8,8 +8,8 @@
 #include <iterator>
 #include <memory>
 
+#include "client/Configuration.h"
 #include "client/Connection.h"
-#include "client/LoginStart.h"
 #include "client/Options.h"
 #include "platform/PressSocket.h"
 #include "platform/System.h"

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "platform/x11/copy/Applications.h"
-#include "platform/x11/copy/CurrentLine.h"
 
 namespace seldial::platform::wayland {
 

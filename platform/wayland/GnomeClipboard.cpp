@@ -15,7 +15,6 @@
 #include "platform/Output.h"
 #include "platform/wayland/Terminals.h"
 #include "platform/x11/copy/Applications.h"
-#include "platform/x11/copy/CurrentLine.h"
 
 namespace seldial::platform::wayland {
 namespace {

@@ -8,7 +8,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "client/LoginStart.h"
+#include "client/Configuration.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryDirectory.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "client/LoginStart.h"
+#include "client/Configuration.h"
 
 namespace seldial {
 namespace {

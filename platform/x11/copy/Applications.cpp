@@ -30,10 +30,45 @@ constexpr std::array kApplications{
     "Xpdf",              // document viewer
 };
 
+/// Editors that copy the line of the cursor when nothing is selected. Seen in Kate, KWrite and Qt
+/// Creator; the others document it.
+constexpr std::array kEditors{
+    // The KTextEditor component.
+    "kate",
+    "kdevelop",
+    "kile",
+    "kwrite",
+    "org.kde.kate",
+    "org.kde.kdevelop",
+    "org.kde.kile",
+    "org.kde.kwrite",
+    // Visual Studio Code and its builds.
+    "code",
+    "code - insiders",
+    "code-oss",
+    "codium",
+    "vscodium",
+    "atom",
+    "pulsar",
+    "notepad++.exe",  // under Wine
+    "org.qt-project.qtcreator",
+    "qtcreator",
+    "sublime_text",
+};
+
+/// The beginning of names such as "jetbrains-idea".
+constexpr std::string_view kJetBrains = "jetbrains-";
+
 bool isOneOf(const char* known, const std::vector<std::string>& names) {
   return std::any_of(names.begin(), names.end(), [known](const std::string& name) {
     return strcasecmp(name.c_str(), known) == 0;
   });
+}
+
+bool isEditor(const std::string& name) {
+  if (strncasecmp(name.c_str(), kJetBrains.data(), kJetBrains.size()) == 0) return true;
+  return std::any_of(kEditors.begin(), kEditors.end(),
+                     [&](const char* editor) { return strcasecmp(name.c_str(), editor) == 0; });
 }
 
 }  // namespace
@@ -68,6 +103,13 @@ bool isWine(const std::vector<std::string>& names) {
     return name.size() > kSuffix.size() &&
            strcasecmp(name.c_str() + name.size() - kSuffix.size(), kSuffix.data()) == 0;
   });
+}
+
+bool mayBeCurrentLine(const std::vector<std::string>& names, std::string_view text) {
+  const auto newline = text.find('\n');
+  const bool isOnly = newline != std::string_view::npos && text.rfind('\n') == newline;
+  const bool isLine = isOnly && (newline == 0 || newline == text.size() - 1);
+  return isLine && std::any_of(names.begin(), names.end(), isEditor);
 }
 
 }  // namespace seldial::platform::x11

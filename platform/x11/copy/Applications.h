@@ -1,13 +1,15 @@
-// Applications in which the copy keystroke alone does not tell what is selected.
+// Applications in which the copy keystroke alone does not tell what is selected. Their names are
+// compared without case.
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace seldial::platform::x11 {
 
 /// Whether a window with these WM_CLASS names belongs to an application in which the copy keystroke
-/// does harm or copies nothing; case is ignored.
+/// does harm or copies nothing.
 bool isReadFromPrimary(const std::vector<std::string>& names);
 
 /// Whether it belongs to a terminal that copies with the key Copy, and does not hand that key to
@@ -24,5 +26,12 @@ bool takesPrimaryAfterCopying(const std::vector<std::string>& names);
 
 /// Whether a window with these WM_CLASS names is that of a Windows program under Wine.
 bool isWine(const std::vector<std::string>& names);
+
+/// Whether `text`, copied in a program with these names (WM_CLASS or application id), may be the
+/// line of the cursor instead of a selection: some editors copy it when nothing is selected. Such a
+/// text ends with its only newline; Qt Creator puts it in front of the last line. A line selected
+/// together with its newline, as by a triple click, looks the same. The only line of a document in
+/// Qt Creator is not noticed.
+bool mayBeCurrentLine(const std::vector<std::string>& names, std::string_view text);
 
 }  // namespace seldial::platform::x11

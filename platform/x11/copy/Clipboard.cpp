@@ -7,7 +7,6 @@
 
 #include "platform/x11/copy/Applications.h"
 #include "platform/x11/copy/CopyKeystroke.h"
-#include "platform/x11/copy/CurrentLine.h"
 #include "platform/x11/copy/FocusedWindow.h"
 #include "platform/x11/copy/PrimarySelection.h"
 #include "platform/x11/copy/SelectionTransfer.h"

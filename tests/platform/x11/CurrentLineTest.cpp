@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/x11/copy/CurrentLine.h"
+#include "platform/x11/copy/Applications.h"
 
 namespace seldial::platform::x11 {
 namespace {
