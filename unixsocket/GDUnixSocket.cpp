@@ -170,7 +170,7 @@ std::optional<Error> GDUnixSocket::openSocket() {
   const int before = descriptor_.take();
   if (before != -1) ::close(before);
   descriptor_.store(number);
-  // No longer closed, or the next close would do nothing.
+  // Not closed any more: otherwise the next close would do nothing.
   if (number != -1) state_ = GDUnixSocketStateIdle;
   return failure;
 }

@@ -37,7 +37,8 @@ void setSendTimeoutOf(int number, milliseconds timeout) {
   ::setsockopt(number, SOL_SOCKET, SO_SNDTIMEO, &value, sizeof value);
 }
 
-/// Waits until the socket can be written to, or its peer is gone. False: not before the deadline.
+/// Waits until the socket can be written to, or its peer is gone. False when the deadline passes
+/// first.
 bool waitUntilWritable(int number, Clock::time_point deadline) {
   constexpr milliseconds kLongest = std::chrono::hours(1);
   for (;;) {

@@ -9,7 +9,7 @@
 namespace seldial {
 namespace {
 
-/// Threads wait at it until it is opened, once and for all.
+/// Threads wait at it until it is opened; it never closes again.
 class Gate {
  public:
   void open() SELDIAL_EXCLUDES(mutex_) {

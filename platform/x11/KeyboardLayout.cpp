@@ -16,7 +16,7 @@
 namespace seldial::platform {
 namespace {
 
-/// Frees what xkbcommon and XCB made.
+/// Frees objects of xkbcommon and XCB.
 struct Release {
   void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
   void operator()(xkb_context* context) const { xkb_context_unref(context); }
@@ -34,7 +34,7 @@ xkb_mod_mask_t shownLocks(xkb_keymap* keymap) {
   return numLock == XKB_MOD_INVALID ? 0 : xkb_mod_mask_t{1} << numLock;
 }
 
-/// Such as the keypad's Enter types: nothing to show.
+/// Whether it is a control character, as the keypad's Enter types: there is nothing to show.
 bool isControl(char character) {
   return static_cast<unsigned char>(character) < ' ' || character == '\x7F';
 }

@@ -43,7 +43,7 @@ std::vector<std::string> namesIn(const xcb_get_property_reply_t& property) {
 }
 
 /// Whether the program runs on another machine. The process that the X server knows is then one
-/// that forwards connections, maybe of several programs.
+/// that forwards connections, possibly for several programs.
 bool isRemote(const Connection& connection, xcb_window_t window) {
   auto* const xcb = connection.xcb();
   const auto cookie = xcb_get_property(xcb, 0, window, XCB_ATOM_WM_CLIENT_MACHINE,

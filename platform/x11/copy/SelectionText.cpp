@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::uint32_t kReplacement = 0xFFFD;
 
-/// What a text begins with.
+/// The first character of a text, decoded.
 struct Piece {
   std::size_t length = 0;  ///< in bytes; at least 1
   std::uint32_t code = 0;
@@ -19,7 +19,7 @@ bool isSurrogate(const Piece& piece) {
   return piece.complete && piece.code >= 0xD800 && piece.code <= 0xDFFF;
 }
 
-/// Of the character that begins with this byte; 0 when none does.
+/// The length of the character that begins with this byte; 0 when none does.
 std::size_t lengthFor(unsigned char lead) {
   if (lead < 0x80) return 1;
   if (lead >= 0xC2 && lead <= 0xDF) return 2;

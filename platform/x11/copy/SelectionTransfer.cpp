@@ -70,7 +70,7 @@ std::optional<SelectionAnswer> SelectionTransfer::ask(xcb_atom_t selection, xcb_
                                                       EventPump::Clock::time_point deadline) {
   target_ = target;
   answered_.reset();
-  // The current owner is meant, whenever it took the selection.
+  // Asks the current owner, whenever it took the selection.
   xcb_convert_selection(connection_.xcb(), window_, selection, target, target, XCB_CURRENT_TIME);
   if (!pump_.serveUntil(deadline, [this] { return answered_.has_value(); })) return {};
   if (*answered_ == XCB_ATOM_NONE) return SelectionAnswer{};
