@@ -130,11 +130,19 @@ bool addConfiguration(ShortcutOptions& options, const std::vector<Setting>& sett
   return true;
 }
 
+const char* noDesktopText() {
+  if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+    return "seldial-shortcut: there is no X11 desktop\n";
+  }
+  return "seldial-shortcut: there is no X11 desktop; on Wayland this window needs Xwayland, and "
+         "seldial-uc takes a shortcut by --hotkey or from its configuration file\n";
+}
+
 int run(int argc, char* argv[], const ShortcutOptions& options,
         const std::vector<Setting>& settings) {
   const auto desktop = platform::qt::Desktop::connect([] { std::exit(1); });
   if (!desktop) {
-    std::fputs("seldial-shortcut: there is no X11 desktop\n", stderr);
+    std::fputs(noDesktopText(), stderr);
     return 1;
   }
   QKHotKeyCenter::setHotKeyEvents(desktop->hotKeyEvents());

@@ -238,6 +238,12 @@ TEST_F(ShortcutProcess, WithoutADesktopItSaysSoAndEndsWithStatus1) {
   EXPECT_EQ(process->wait(), 1);
 }
 
+TEST_F(ShortcutProcess, WithoutXwaylandItSaysWhatElseSetsAShortcut) {
+  const auto process = run("$S", {"DISPLAY=", "WAYLAND_DISPLAY=nowhere"});
+  EXPECT_THAT(process->readLine(), HasSubstr("needs Xwayland, and seldial-uc takes a shortcut by"));
+  EXPECT_EQ(process->wait(), 1);
+}
+
 TEST_F(ShortcutProcess, HelpNeedsNoDesktop) {
   const auto process = run("$S --help", {"DISPLAY="});
   EXPECT_THAT(process->readLine(), StartsWith("usage: seldial-shortcut "));
