@@ -149,7 +149,7 @@ BusSlot Bus::addMatch(const std::string& rule, SignalHandler handler) {
   // The slot owns the handler, and sd-bus keeps the slot while it calls the handler.
   sd_bus_slot_set_destroy_callback(slot,
                                    [](void* data) { delete static_cast<SignalHandler*>(data); });
-  owned.release();
+  (void)owned.release();
   return BusSlot(slot);
 }
 
