@@ -303,7 +303,8 @@ int FakeGnome::readSelection(sd_bus_message* call) {
   if (type != copiedType_ || !selection_ || pipe2(pipe.data(), O_CLOEXEC) != 0) {
     return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "there is no %s", type);
   }
-  const auto written = write(pipe[1], selection_->data(), selection_->size());
+  const std::string& text = *selection_;
+  const auto written = write(pipe[1], text.data(), text.size());
   close(pipe[1]);
   const int result = written >= 0 ? sd_bus_reply_method_return(call, "h", pipe[0]) : -EIO;
   close(pipe[0]);
