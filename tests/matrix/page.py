@@ -19,10 +19,9 @@ three runs. A row is from the last run of its application, which may be older th
   selection of another program, and a selection that was cleared must not be dialled. **kept**: the
   key was typed into a terminal that keeps its selection, which is then dialled.
 - **unharmed**: the text in the application is unchanged, nothing was typed, and no key is stuck.
-- **delay**: the smallest `readdelay` of 0, 2, 5, 10, 20, 50, 100 and 200 ms with which twenty uses
-  in a row were exact. **busy**: measured while other programs used all processors of the computer;
-  other figures may be from a lightly loaded one. A busy or slow computer needs more, which is why
-  the default is 500 ms.
+- **delay**: the smallest `readdelay` of 0, 2, 5, 10, 20, 50, 100, 200 and 500 ms with which twenty
+  uses in a row were exact. **busy**: measured while programs had to wait for a processor. A busy or
+  slow computer needs a longer delay, which is why the default is 500 ms.
 """
 
 SECOND = [
