@@ -66,4 +66,7 @@ function(seldial_test name)
   endif()
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
+  if(threaded IN_LIST ARG_LABELS)
+    add_dependencies(threaded_tests ${name})
+  endif()
 endfunction()

@@ -2,6 +2,7 @@
 find_package(GTest REQUIRED)
 include(GoogleTest)
 enable_testing()
+add_custom_target(threaded_tests)  # every test program with the label `threaded`
 
 set(home ${PROJECT_BINARY_DIR}/test-home)
 file(MAKE_DIRECTORY ${home})
