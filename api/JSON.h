@@ -1,4 +1,4 @@
-// JSON values, how they are read from and written as text, and whether a text is valid UTF-8.
+// JSON values, reading and writing them as text, and UTF-8 validation.
 #pragma once
 
 #include <cstdint>
@@ -19,15 +19,15 @@ class JSONValue;
 using JSONDictionary = std::map<std::string, JSONValue, std::less<>>;
 using JSONArray = std::vector<JSONValue>;
 
-/// One JSON value: null, text, boolean, number, dictionary or array. It owns what it holds and can
-/// be moved but not copied. Destroying it does not recurse, so any depth of nesting is safe.
+/// One JSON value: null, string, boolean, number, dictionary or array. It owns what it holds and
+/// can be moved but not copied. Destroying it does not recurse, so any depth of nesting is safe.
 class JSONValue {
  public:
   JSONValue() noexcept;  ///< null
   JSONValue(bool value) noexcept;
   JSONValue(int value) noexcept;
   JSONValue(std::int64_t value) noexcept;
-  JSONValue(double value) noexcept;  ///< integer() does not give it, even if it has no fraction
+  JSONValue(double value) noexcept;  ///< integer() does not return it, even if it has no fraction
   JSONValue(std::string value);
   JSONValue(const char* value);
   JSONValue(JSONDictionary value);
@@ -40,10 +40,10 @@ class JSONValue {
 
   [[nodiscard]] bool isNull() const;
 
-  // Each returns the value if it has that type, else nothing. Booleans and numbers are distinct.
+  // Each returns the value if it has that type, otherwise nothing. A boolean is not a number.
   [[nodiscard]] std::optional<bool> boolean() const;
   [[nodiscard]] std::optional<std::int64_t> integer() const;
-  [[nodiscard]] std::optional<double> number() const;  ///< of an integer the nearest double
+  [[nodiscard]] std::optional<double> number() const;  ///< for an integer, the nearest double
   [[nodiscard]] const std::string* text() const;
   [[nodiscard]] std::string* text();
   [[nodiscard]] const JSONDictionary* dictionary() const;
@@ -62,27 +62,28 @@ class JSONValue {
   Content content_;
 };
 
-/// Reads one JSON text (RFC 8259). Returns the dictionary or array at the top level, and nothing if
-/// the text is not valid or holds another value.
+/// Reads one JSON text (RFC 8259). Returns the dictionary or array at the top level, or nothing if
+/// the text is invalid or contains another value.
 ///
-/// The text and its texts, with escapes resolved, must be valid UTF-8, so half a surrogate pair is
-/// an error. Numbers must be finite as doubles; one that is exactly an integer in the signed 64-bit
-/// range (19, 19.0, 1.9e1) is read as an integer. Of members with the same key the last one counts.
-/// A byte order mark at the beginning is skipped. Nesting may be of any depth. Any thread.
+/// The text and the strings in it, with escapes resolved, must be valid UTF-8, so a lone surrogate
+/// is an error. Numbers must be finite as doubles; one that is exactly an integer in the signed
+/// 64-bit range (19, 19.0, 1.9e1) is read as an integer. If members have the same key, the last one
+/// counts. A byte order mark at the beginning is skipped. The nesting depth is not limited. Any
+/// thread.
 [[nodiscard]] std::optional<JSONValue> readJSON(std::string_view text);
 
-/// Reads like readJSON, but keeps little: of a dictionary the members named in `keys`, with null in
-/// place of nested containers; of an array nothing. Beside the values that it keeps, it needs one
-/// bit for each level of nesting. Any thread.
+/// Like readJSON, but of a dictionary it keeps only the members named in `keys`, with null in place
+/// of nested containers, and of an array nothing. Besides the values that it keeps, it needs one
+/// bit per level of nesting. Any thread.
 [[nodiscard]] std::optional<JSONValue> readJSONMembers(std::string_view text,
                                                        const std::vector<std::string_view>& keys);
 
-/// Writes `dictionary` as compact JSON text without a line terminator. Returns nothing if a text or
-/// key is not valid UTF-8 or a number is not finite. Any thread.
+/// Writes `dictionary` as compact JSON text without a line terminator. Returns nothing if a string
+/// or key is not valid UTF-8 or a number is not finite. Any thread.
 ///
-/// In texts the quote, backslash and slash are escaped by a backslash, line feed, carriage return
-/// and tab as \n, \r and \t, other control characters including U+007F as \u and four lower-case
-/// hexadecimal digits. Everything else is raw UTF-8.
+/// In strings the quote, backslash and slash are escaped with a backslash, line feed, carriage
+/// return and tab as \n, \r and \t, other control characters including U+007F as \u and four
+/// lower-case hexadecimal digits. Everything else is raw UTF-8.
 [[nodiscard]] std::optional<std::string> writeJSON(const JSONDictionary& dictionary);
 
 /// Whether `bytes` are valid UTF-8: no overlong form, no surrogate, nothing above U+10FFFF and no

@@ -1,6 +1,6 @@
-// Our own parser rather than a library's, because of the memory that a large command may cost: the
-// libraries either build the whole document or copy each token, and recurse or keep some bytes for
-// each level of nesting. This one copies only what is kept.
+// We use our own parser to limit the memory that a large command needs: libraries either build the
+// whole document or copy each token, and they recurse or use several bytes per level of nesting.
+// This parser copies only the values that are kept.
 #include <algorithm>
 #include <utility>
 
@@ -211,7 +211,7 @@ class Parser {
     return index;
   }
 
-  // The character at `index`; NUL, which no token contains, behind the last.
+  // The character at `index`; NUL, which no token contains, after the last.
   [[nodiscard]] char at(std::size_t index) const {
     return index < text_.size() ? text_[index] : '\0';
   }
@@ -229,7 +229,7 @@ class Parser {
     return true;
   }
 
-  std::string_view text_;  // what is left of it
+  std::string_view text_;  // the part that has not been parsed
   Builder* builder_;
   std::vector<bool> isObject_;  // the open containers, from the outermost
   bool isFirst_ = false;        // whether the innermost one is still empty
@@ -238,7 +238,7 @@ class Parser {
 }  // namespace
 
 std::optional<JSONValue> readJSON(std::string_view text) {
-  // Checked before anything is built, so that a broken text full of brackets costs no memory.
+  // Checked before anything is built, so that an invalid text full of brackets needs no memory.
   if (!isValidUTF8(text) || !Parser(text, nullptr).parse()) return {};
   Builder builder(nullptr);
   (void)Parser(text, &builder).parse();

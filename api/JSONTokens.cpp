@@ -17,7 +17,8 @@ bool isDigit(char character) {
   return character >= '0' && character <= '9';
 }
 
-// A number as digits × 10^exponent. The digits have no zero at either end; zero has none.
+// A number as digits × 10^exponent. The digits neither begin nor end with a zero; the number zero
+// has no digits.
 struct Decimal {
   bool negative = false;
   std::string digits;
@@ -25,7 +26,7 @@ struct Decimal {
 };
 
 std::int64_t exponentFrom(std::string_view text) {
-  // Larger than the number of digits of any text, and far from overflow.
+  // Larger than the number of digits of any text, but too small to overflow.
   constexpr std::int64_t kLargest = 1'000'000'000'000'000;
   std::int64_t exponent = 0;
   for (const char character : text) {
@@ -53,7 +54,7 @@ void readMantissa(std::string_view mantissa, Decimal& decimal) {
       truncated = truncated || character != '0';
     }
   }
-  if (truncated) {  // one more digit stands for all that were left out
+  if (truncated) {  // one more digit represents all that were dropped
     digits += '1';
     --decimal.exponent;
   }

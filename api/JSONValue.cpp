@@ -32,8 +32,8 @@ bool JSONValue::isContainer() const {
   return dictionary() != nullptr || array() != nullptr;
 }
 
-// With a list in place of recursion: a text of a few megabytes nests deeper than any thread's
-// stack.
+// Uses a list instead of recursion: a text of a few megabytes can nest deeper than any stack
+// allows.
 JSONValue::~JSONValue() {
   if (!isContainer()) return;
   std::vector<JSONValue> nested;

@@ -50,7 +50,7 @@ class Writer {
  public:
   explicit Writer(std::string* text) : text_(text) {}
 
-  /// Whether it can be written. If not, what was written so far is useless.
+  /// False if the dictionary cannot be written; the text is then incomplete.
   bool write(const JSONDictionary& dictionary) {
     open(&dictionary, nullptr);
     while (valid_ && !open_.empty()) writeNext();
@@ -154,7 +154,7 @@ std::optional<std::string> writeJSON(const JSONDictionary& dictionary) {
   Writer measure(nullptr);
   if (!measure.write(dictionary)) return {};
   std::string text;
-  text.reserve(measure.size());  // a large text that grows would cost twice its size
+  text.reserve(measure.size());  // growing a large text would need twice its size
   (void)Writer(&text).write(dictionary);
   return text;
 }

@@ -1,5 +1,5 @@
-// The mapping layer between JSON dictionaries and typed records: lookup by key path, and the
-// concepts of records with a JSON form.
+// Mapping between JSON dictionaries and typed records: lookup by key path, and the concepts for
+// records with a JSON form.
 #pragma once
 
 #include <concepts>
@@ -13,7 +13,7 @@
 namespace seldial {
 
 /// Separates the keys of a path such as a.b.c; "." unless changed. Read at each lookup. Not
-/// guarded: change it only while no other thread looks values up.
+/// synchronised: change it only while no other thread looks up values.
 extern std::string keyPathDelimiter;
 
 /// The value at `keyPath`, which is split at each `delimiter` (not at all if that is empty).
@@ -26,7 +26,7 @@ extern std::string keyPathDelimiter;
 [[nodiscard]] const JSONValue* valueForKeyPath(std::string_view keyPath,
                                                const JSONDictionary& dictionary);
 
-/// The same value, to be changed or moved from.
+/// Like the function above, for a value that is to be changed or moved from.
 [[nodiscard]] JSONValue* valueForKeyPath(std::string_view keyPath, JSONDictionary& dictionary);
 
 /// The value at a path that is already split. If `keys` is empty, it returns nullptr and writes a

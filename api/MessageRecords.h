@@ -1,5 +1,5 @@
 // The messages between the UC client and the program, one record each. The JSON keys and constants
-// are those of the wire; keys are matched exactly, with their case.
+// are part of the protocol; keys are case-sensitive.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace seldial {
 
 /// The incoming command "SetHotKey".
 struct SetHotKeyApi {
-  /// Stands for a missing or unusable virtual key code. A client that sends this number is treated
+  /// Represents a missing or unusable virtual key code. A client that sends this number is treated
   /// as if it had sent none.
   static constexpr std::uint16_t kNoVirtualKey = 65535;
   static constexpr std::uint16_t kDefaultReadDelay = 500;

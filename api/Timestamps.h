@@ -7,9 +7,9 @@
 
 namespace seldial {
 
-/// The local time as messages carry it, "2017-02-06T14:10:32+0100": the current time, or `date`.
-/// The time zone is looked up on each call, because it may change while the program runs. An offset
-/// of less than a minute is "+0000". Any thread.
+/// The local time in the format of the messages, "2017-02-06T14:10:32+0100": the current time, or
+/// `date`. The time zone is looked up on each call, because it may change while the program runs.
+/// An offset of less than a minute is "+0000". Any thread.
 [[nodiscard]] std::string messageTimestamp();
 [[nodiscard]] std::string messageTimestamp(std::time_t date);
 

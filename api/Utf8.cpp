@@ -6,7 +6,7 @@
 namespace seldial {
 namespace {
 
-// Length of the ASCII text that `bytes` begin with. Eight bytes at a time: most texts are ASCII.
+// Length of the ASCII prefix. Checks eight bytes at a time, because most texts are ASCII.
 std::size_t asciiPrefix(std::string_view bytes) {
   constexpr std::uint64_t kHighBits = 0x8080808080808080U;
   std::size_t count = 0;
@@ -55,7 +55,7 @@ bool isValidUTF8(std::string_view bytes) {
   while (!bytes.empty()) {
     const std::size_t ascii = asciiPrefix(bytes);
     bytes.remove_prefix(ascii);
-    // In a run of other characters, looking for eight ASCII bytes after each would be slow.
+    // In a run of non-ASCII characters, checking for eight ASCII bytes after each would be slow.
     while (!bytes.empty() && (static_cast<unsigned char>(bytes[0]) & 0x80U) != 0) {
       const std::size_t length = characterLength(bytes);
       if (length == 0) return false;

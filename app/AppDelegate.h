@@ -19,10 +19,10 @@ class QKHotKey;
 struct HotKeyStateApi;
 struct SetHotKeyApi;
 
-/// The one object that holds the application's state; it lives as long as the process. The main
-/// thread owns every field and runs every operation except log() and applicationMustEnd(), which
-/// any thread may call. No operation reports a failure to its caller: the UC client is told by a
-/// message, and internal failures become log lines.
+/// The object that holds the application's state; it lives as long as the process. The main thread
+/// owns every field and runs every operation except log() and applicationMustEnd(), which any
+/// thread may call. No operation reports a failure to its caller: a message informs the UC client,
+/// and internal failures become log lines.
 class AppDelegate final : public platform::ApplicationDelegate,
                           public std::enable_shared_from_this<AppDelegate> {
  public:
@@ -47,7 +47,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
   void applicationWillFinishLaunching() override;
   void applicationDidFinishLaunching() override;
   void applicationWillTerminate() override;
-  /// Closes the incoming socket and the outgoing one, which the main thread may be waiting for.
+  /// Closes the incoming and the outgoing socket; the main thread may be waiting for either.
   void applicationMustEnd() override;
   /// Connects to the desktop. Required before the operations on hot keys and the clipboard.
   void connectToDesktop();
@@ -73,7 +73,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
   std::shared_ptr<GDUnixSocketEventsCS> unixSocketEvents();
 
   // Commands.cpp
-  /// Processes one complete command text. No text and an empty text are different errors.
+  /// Processes one complete command text. A missing text and an empty text are different errors.
   void processInputString(std::optional<std::string> input);
   /// Replaces the registered hot key with the command's and answers with a HotkeyState.
   void processSetHotKey(const SetHotKeyApi& command);
@@ -98,7 +98,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
   void answerError(std::string message);
   void prepareToSend(const std::shared_ptr<GDUnixSocketClient>& client);
   void sendHotKeyState(const HotKeyStateApi& state);
-  /// `text` with A to Z in lower case; other letters are left alone.
+  /// `text` with A to Z in lower case; other letters are unchanged.
   static std::string lowercased(std::string text);
 
   const platform::Ports ports_;

@@ -1,4 +1,4 @@
-// Commands: validation, SetHotKey, and what a press of the hot key does.
+// Commands: validation, SetHotKey, and handling of the hot key.
 #include <utility>
 
 #include "api/MessageRecords.h"
@@ -22,13 +22,12 @@ std::uint64_t modifierFlags(const SetHotKeyApi& command) {
 
 }  // namespace
 
-// The texts speak of the standard input stream, which is never read. They are part of the
-// interface.
+// The texts mention the standard input stream, which is never read. They are part of the interface.
 void AppDelegate::processInputString(std::optional<std::string> input) {
   if (!input) return answerError("error reading from standard input stream");
   if (input->empty()) return answerError("empty string on standard input stream");
   auto command = SetHotKeyApi::fromJSONString(*input);
-  input.reset();  // a large input is not kept beside its answer
+  input.reset();  // frees a large input before the answer is made
   if (!command.Command) return answerError("command tag not found");
   if (lowercased(*command.Command) == "sethotkey") return processSetHotKey(command);
   answerError("invalid command: " + *std::move(command.Command));

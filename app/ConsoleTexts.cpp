@@ -1,5 +1,5 @@
 // The reference texts for integrators. They are part of the interface: odd spellings and spacing
-// and the word "named pipe" are kept on purpose.
+// and the term "named pipe" are kept on purpose.
 #include "app/AppDelegate.h"
 #include "platform/Output.h"
 

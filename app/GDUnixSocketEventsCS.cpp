@@ -11,7 +11,7 @@
 namespace seldial {
 namespace {
 
-/// The log line and the append of each chunk, in the order in which they arrived.
+/// Logs and appends each chunk, in the order in which they arrived.
 void takeChunks(AppDelegate& main, const std::string& clientID, const std::string& text,
                 const std::vector<std::size_t>& ends) {
   std::size_t begin = 0;
@@ -33,9 +33,10 @@ struct GDUnixSocketEventsCS::Received {
   std::vector<std::size_t> ends;  ///< of each chunk, in `text`
 };
 
-/// The chunks that were posted last, as long as the main thread has not begun with them and nothing
-/// was posted after them: the next chunk is added to them. Chunks are small and the main thread may
-/// be far behind, so that a step of its own for each would cost several times the command's size.
+/// The chunks that were posted last, as long as the main thread has not begun to process them and
+/// nothing was posted after them: the next chunk is added to them. Chunks are small and the main
+/// thread may be far behind, so one step per chunk would need several times the memory of the
+/// command.
 struct GDUnixSocketEventsCS::LastReceived {
   std::mutex mutex;
   std::shared_ptr<Received> chunks;  ///< guarded by `mutex`; null if the next chunk needs a step
@@ -71,7 +72,7 @@ void GDUnixSocketEventsCS::unixSocketServerClientWithIDDidDisconnect(GDUnixSocke
 void GDUnixSocketEventsCS::unixSocketServerDidReceiveData(GDUnixSocketServer& /*server*/,
                                                           const Data& data,
                                                           const std::string& clientID) {
-  // Each chunk is decoded by itself, on purpose: one that ends inside a character is discarded.
+  // Each chunk is decoded separately, on purpose: one that ends inside a character is discarded.
   if (!isValidUTF8(data)) {
     logOnMainQueue("Unix socket server; did receive nothing; from client with id: " + clientID +
                    ".");

@@ -51,7 +51,7 @@ class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
   /// Posts a step to the main queue.
   template <class Step>
   void postToMain(Step step);
-  /// Likewise, while the caller holds the lock that keeps steps in the order of the callbacks.
+  /// Like postToMain(); the caller holds the lock that keeps steps in the order of the callbacks.
   template <class Step>
   void postLocked(Step step);
 

@@ -18,7 +18,7 @@ constexpr const char* kSubThreadMarker = ">>>SUB THREAD<<< ";
 /// How long one message may take, from the connect to its last byte: it blocks the main thread.
 constexpr std::chrono::seconds kSendTimeout{5};
 
-/// Likewise, when the application must end.
+/// The same limit once the application must end.
 constexpr std::chrono::milliseconds kLastSendTimeout{100};
 
 /// The local time of day, as HH:mm:ss.

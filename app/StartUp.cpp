@@ -67,7 +67,7 @@ void AppDelegate::applicationMustEnd() {
   const std::lock_guard lock(endLock_);
   mustEnd_ = true;
   if (const auto client = outgoing_.lock()) client->close();
-  // Without a callback: it would only log, on the main thread.
+  // Without the callback, which would only log, and only on the main thread.
   if (const auto server = incoming_.lock()) server->closeSilently();
 }
 

@@ -16,12 +16,12 @@ class Acceptor;
 
 namespace seldial {
 
-/// Holds a descriptor number, or -1 for none. It does not close the number by itself. Any thread;
-/// the object must outlive its uses.
+/// Holds a descriptor number, or -1 for none. It does not close the descriptor. Any thread; the
+/// object must outlive its uses.
 class Descriptor {
  public:
-  /// Counts the descriptors that were stored in one object, so that they can be told apart even if
-  /// their numbers are equal.
+  /// Counts the descriptors that were stored in one object. Distinguishes two descriptors with the
+  /// same number.
   using Generation = std::uint64_t;
 
   class Use;
@@ -35,7 +35,7 @@ class Descriptor {
   /// The number, or -1. Another thread may take it as soon as it is returned.
   [[nodiscard]] int number() const SELDIAL_EXCLUDES(mutex_);
 
-  /// The generation of the descriptor that was stored last, also after that was taken.
+  /// The generation of the descriptor that was stored last, even if it has been taken since.
   [[nodiscard]] Generation generation() const SELDIAL_EXCLUDES(mutex_);
 
   /// Whether the descriptor of that generation is still here.
@@ -46,13 +46,13 @@ class Descriptor {
   Generation store(int number) SELDIAL_EXCLUDES(mutex_);
 
   /// Takes the number out, for the caller to close: no new call starts on it. Ends the calls in
-  /// progress by shutting the socket down, and waits for them. Two kinds cannot be ended, and the
-  /// wait lasts until they return: calls on a file that is not a socket, and a connect() that waits
-  /// for room in the server's backlog. Leaves errno alone.
+  /// progress by shutting the socket down, and waits for them. Two kinds of calls cannot be ended,
+  /// so it waits until they return: calls on a file that is not a socket, and a connect() that
+  /// waits for space in the server's backlog. Preserves errno.
   int take() SELDIAL_EXCLUDES(mutex_);
 
  private:
-  /// The acceptor of the present descriptor; null without a descriptor. Valid while a Use exists.
+  /// The acceptor of the current descriptor; null without a descriptor. Valid while a Use exists.
   platform::Acceptor* acceptor() SELDIAL_EXCLUDES(mutex_);
   void endUses(int number) SELDIAL_REQUIRES(mutex_);
 
@@ -64,11 +64,11 @@ class Descriptor {
   Condition noUses_;                                                         ///< uses_ became 0
 };
 
-/// One system call in progress. Hold it around the call alone: never during a callback, and never
-/// while closing the same object, which would wait for itself. Leaves errno alone.
+/// One system call in progress. Hold it only around the call: never during a callback, and never
+/// while closing the same object, which would deadlock. Preserves errno.
 class Descriptor::Use {
  public:
-  /// Uses the present descriptor.
+  /// Uses the current descriptor.
   explicit Use(Descriptor& descriptor);
 
   /// Uses the descriptor of that generation; number() is -1 if it is gone.

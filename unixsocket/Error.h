@@ -1,4 +1,4 @@
-// What the socket library reports when a call fails.
+// Errors of the socket library.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@ inline constexpr const char* GDUnixSocketErrorDomain = "org.seldial.GDUnixSocket
 
 /// The codes of the socket library's errors, each with its message. They never change.
 enum GDUnixSocketError : std::int64_t {
-  GDUnixSocketErrorBadSocket = -3024,   ///< "Bad socket": no descriptor, or none could be made
+  GDUnixSocketErrorBadSocket = -3024,   ///< "Bad socket": no descriptor, or none could be created
   GDUnixSocketErrorBindFailed = -3023,  ///< "Failed to bind socket"
   GDUnixSocketErrorListenFailed =
       -3022,  ///< "Failed to listen on socket"; servers and clients also
@@ -26,7 +26,7 @@ enum GDUnixSocketError : std::int64_t {
                                            ///< existed"
 };
 
-/// One failure, as a value.
+/// One error.
 struct Error {
   std::string domain;                ///< GDUnixSocketErrorDomain for errors of this library
   std::int64_t code = 0;             ///< a GDUnixSocketError for errors of this library

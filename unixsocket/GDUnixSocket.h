@@ -1,5 +1,5 @@
-// Stream sockets of the Unix domain as objects: the base class of the server and the client, and
-// the class of a server's connections.
+// Unix domain stream sockets: the base class of the server and the client, and the class of a
+// server's connections.
 #pragma once
 
 #include <atomic>
@@ -53,7 +53,8 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
   /// Runs the background work of socket objects.
   using Queue = std::shared_ptr<platform::BackgroundQueue>;
 
-  /// Called with the error or none, and the data or nothing. Neither: end of stream.
+  /// Called with the error or none, and the data or nothing. No error and no data means end of
+  /// stream.
   using ReadCompletion =
       std::function<void(const std::optional<Error>& error, const std::optional<Data>& data)>;
   /// Called with the error or none, and the number of bytes written or -1.
@@ -82,8 +83,8 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
   GDUnixSocket(const GDUnixSocket&) = delete;
   GDUnixSocket& operator=(const GDUnixSocket&) = delete;
 
-  /// Reads once, at most fragmentSize() bytes; blocks until there are some. Nothing and no error:
-  /// end of stream. Without a descriptor the read fails with EBADF. Error:
+  /// Reads once, at most fragmentSize() bytes; blocks until there are some. No data and no error
+  /// means end of stream. Without a descriptor the read fails with EBADF. Error:
   /// GDUnixSocketErrorReadFailed.
   virtual std::optional<Data> readWithError(std::optional<Error>* error = nullptr);
 
@@ -109,12 +110,12 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
   /// object and the data are kept alive until then.
   void writeData(const Data& data, WriteCompletion completion);
 
-  /// closeWithError() without a result.
+  /// Calls closeWithError() and ignores the result.
   void close() { closeWithError(nullptr); }
 
-  /// Closes the descriptor. True if the socket is closed; if it already was, `error` is left alone.
-  /// Error: GDUnixSocketErrorCloseFailed, if there is no descriptor or the system's close fails;
-  /// the descriptor is gone then too, but the state does not change. Ends the calls of other
+  /// Closes the descriptor. True if the socket is closed; if it already was, `error` is not
+  /// changed. Error: GDUnixSocketErrorCloseFailed, if there is no descriptor or the system's close
+  /// fails; the descriptor is gone then too, but the state does not change. Ends the calls of other
   /// threads on the descriptor and waits for them; on a descriptor that is not a socket it waits
   /// until they return by themselves.
   virtual bool closeWithError(std::optional<Error>* error = nullptr);
@@ -136,8 +137,8 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
   /// while no other thread reads, writes or closes.
   void setFd(std::int32_t descriptor) { descriptor_.store(descriptor); }
 
-  /// 36 characters that no other object has, made on first use. Never waits for a send. The
-  /// reference is valid as long as the object lives.
+  /// A UUID of 36 characters, created on first use. Never waits for a send. The reference is valid
+  /// as long as the object lives.
   [[nodiscard]] const std::string& uniqueID() const;
   /// uniqueID().
   [[nodiscard]] const std::string& description() const { return uniqueID(); }
@@ -175,7 +176,7 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
   /// closed. Error: GDUnixSocketErrorBadSocket, and there is no descriptor then.
   std::optional<Error> openSocket() SELDIAL_EXCLUDES(lock_);
 
-  /// Sets the state unless the descriptor of that generation is gone.
+  /// Sets the state, unless the descriptor of that generation has been closed or replaced.
   void setStateOf(Descriptor::Generation generation, GDUnixSocketState state)
       SELDIAL_EXCLUDES(lock_);
 
@@ -183,15 +184,15 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
   bool closeDescriptor(Descriptor::Generation generation, std::optional<Error>* error)
       SELDIAL_EXCLUDES(lock_);
 
-  /// Like readWithError(), but fails with EBADF if the descriptor of that generation is gone.
+  /// Like readWithError(), but fails with EBADF if the descriptor of that generation has been
+  /// closed or replaced.
   std::optional<Data> readOf(Descriptor::Generation generation, std::optional<Error>* error);
 
   /// Whether the peer of `socket` has closed its end: reads return the rest without waiting, and
   /// then the end of the stream.
   static bool peerHasClosed(GDUnixSocket& socket);
 
-  /// The object's own lock. Held while the descriptor is opened or closed, so that these happen one
-  /// at a time, and around the fields that it guards.
+  /// Serialises opening and closing of the descriptor, and guards the fields that name it.
   mutable Mutex lock_;
 
  private:

@@ -18,8 +18,8 @@ namespace {
 using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
 
-/// How long one connect(2) waits, at most, for room in the server's backlog. Nothing can wake it: a
-/// close on another thread is noticed between two of them.
+/// How long one connect(2) waits, at most, for space in the server's backlog. Nothing can interrupt
+/// it: a close on another thread is noticed between two calls.
 constexpr milliseconds kConnectWait{50};
 
 /// The time left, rounded up, and at most `most`.
@@ -30,7 +30,7 @@ milliseconds timeLeft(Clock::time_point deadline, milliseconds most) {
   return std::chrono::ceil<milliseconds>(deadline - now);
 }
 
-/// Less than a second; zero is no timeout.
+/// `timeout` is less than a second; zero means no timeout.
 void setSendTimeoutOf(int number, milliseconds timeout) {
   timeval value{};
   value.tv_usec = static_cast<decltype(value.tv_usec)>(std::chrono::microseconds(timeout).count());
@@ -124,7 +124,7 @@ bool GDUnixSocketClient::connectTo(const std::string& path) {
     const auto wait = std::max(timeLeft(deadline, kConnectWait), milliseconds(1));
     setSendTimeoutOf(use.number(), wait);
     if (::connect(use.number(), address.get(), SocketAddress::size()) == 0) break;
-    // EAGAIN at once is a failure; after a wait, the backlog is still full.
+    // EAGAIN at once is a failure; after a wait it means that the backlog is still full.
     if (errno != EAGAIN || Clock::now() - begin < wait / 2) return false;
     if (Clock::now() >= deadline) return false;
     if (fd() != use.number()) {

@@ -34,8 +34,8 @@ class GDUnixSocketClientDelegate {
                                                       const Error& /*error*/) {}
 };
 
-/// Connects and writes on the caller's thread. Can be connected again after a close. Failures,
-/// threads and ownership: see GDUnixSocket.
+/// Connects and writes on the caller's thread. Can be connected again after a close. For failures,
+/// threads and ownership see GDUnixSocket.
 class GDUnixSocketClient final : public GDUnixSocket {
  public:
   /// Called with the error or none.
@@ -58,7 +58,7 @@ class GDUnixSocketClient final : public GDUnixSocket {
 
   /// Sets one deadline for each future connection, `timeout` after the start of its connect: from
   /// then on neither the connect nor a write waits, however slowly the server reads. 0, the
-  /// default, is no deadline. At the deadline a connect fails with EAGAIN; a write returns the
+  /// default, means no deadline. At the deadline a connect fails with EAGAIN; a write returns the
   /// number of bytes written so far, or fails with EAGAIN if there are none.
   void setSendTimeout(std::chrono::milliseconds timeout) { sendTimeout_ = timeout; }
 
@@ -72,14 +72,15 @@ class GDUnixSocketClient final : public GDUnixSocket {
   /// Does nothing and never calls back; kept on purpose. Use the overload above.
   void connectWithAutoRead(bool autoRead, const ConnectCompletion& completion);
 
-  /// Like the base class; with a send timeout, it writes all that the server takes in time.
+  /// Like the base class; with a send timeout, it writes as much as the server reads before the
+  /// deadline.
   std::int64_t writeData(const Data& data, std::optional<Error>* error = nullptr) override;
   using GDUnixSocket::writeData;
 
   /// Like the base class, and calls the delegate.
   std::optional<Data> readWithError(std::optional<Error>* error = nullptr) override;
 
-  /// Reads from the present connection on a background thread, with callbacks, until end of stream
+  /// Reads from the current connection on a background thread, with callbacks, until end of stream
   /// or a failure; then closes the client. Keeps the client alive meanwhile.
   void readLoop();
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::int32_t kDefaultBacklog = 5;
 
-/// From a successful listen to the start of the accept loop.
+/// Time from a successful listen to the start of the accept loop.
 constexpr std::chrono::milliseconds kAcceptDelay{1};
 
 }  // namespace
@@ -67,7 +67,7 @@ std::optional<Error> GDUnixSocketServer::startListening(std::int32_t backlog) {
 
 std::optional<Error> GDUnixSocketServer::openListening(std::int32_t backlog) {
   if (auto failure = openSocket()) return failure;
-  removeAllClients();  // of an earlier listening, if that was not closed
+  removeAllClients();  // of an earlier listen that was not closed
   const std::string& path = socketPath();
   if (!SocketAddress(path).names(path)) {
     closeListening();
@@ -160,7 +160,8 @@ std::optional<Error> GDUnixSocketServer::closeListening() {
   return failure;
 }
 
-/// Looks at the path even if there is nothing to remove: a failed listen reports the errno of that.
+/// Examines the path even if there is nothing to remove: a failed listen reports the resulting
+/// errno.
 std::optional<Error> GDUnixSocketServer::unlinkSocketFile() {
   const std::optional<FileIdentity> present = fileAt(socketPath());
   if (!present || !socketFile_) return {};

@@ -1,5 +1,4 @@
-// The server: listens on a path, reads from each connection on a thread of its own and calls its
-// delegate.
+// The server: listens at a path, reads each connection on a separate thread and calls its delegate.
 #pragma once
 
 #include <sys/types.h>
@@ -23,8 +22,8 @@ class GDUnixSocketServer;
 /// connection come in order: accept, then data, then disconnect or read failure, each after the
 /// previous one has returned. If a peer has closed its connection before the next connection is
 /// accepted, all callbacks of the first come before the accept of the second: clients that connect
-/// one after another, never two at a time, are reported one after another. A connection that is
-/// still open is never waited for.
+/// one after another, never two at a time, are reported one after another. The server never waits
+/// for a connection that is still open.
 ///
 /// The server holds no lock during a callback except where noted. References are valid during the
 /// callback. A callback must not throw.
@@ -35,17 +34,18 @@ class GDUnixSocketServerDelegate {
   GDUnixSocketServerDelegate(const GDUnixSocketServerDelegate&) = delete;
   GDUnixSocketServerDelegate& operator=(const GDUnixSocketServerDelegate&) = delete;
 
-  /// Once per successful listen, on its thread. The server may be closed here.
+  /// Once per successful listen, on the thread that listens. The server may be closed here.
   virtual void unixSocketServerDidStartListening(GDUnixSocketServer& /*server*/) {}
 
-  /// At the end of every close that informs the delegate, also a repeated one, on its thread. The
-  /// server's closeLock is held: do not close the server here; it may listen again. The last
-  /// reference to the server may be going away: do not store a new one.
+  /// At the end of every close that informs the delegate, even a repeated one, on the thread that
+  /// closes. The server's closeLock is held: do not close the server here; it may listen again. The
+  /// last reference to the server may be going away: do not store a new one.
   virtual void unixSocketServerDidClose(GDUnixSocketServer& /*server*/,
                                         const std::optional<Error>& /*error*/) {}
 
-  /// A connection is in the table and can be sent to. On the accept thread, which accepts no other
-  /// connection meanwhile; nothing is read from this one before the callback returns.
+  /// A connection has been added to the table and can be sent to. On the accept thread, which
+  /// accepts no other connection meanwhile; nothing is read from this connection before the
+  /// callback returns.
   virtual void unixSocketServerDidAcceptClientWithID(GDUnixSocketServer& /*server*/,
                                                      const std::string& /*clientID*/) {}
 
@@ -71,7 +71,7 @@ class GDUnixSocketServerDelegate {
                                                          const Error& /*error*/) {}
 };
 
-/// A mistake of the caller; the library's only exception.
+/// A programming error of the caller; the only exception that the library throws.
 class InternalInconsistencyException : public std::logic_error {
  public:
   using std::logic_error::logic_error;
@@ -80,13 +80,12 @@ class InternalInconsistencyException : public std::logic_error {
 /// fd() is the listening socket. Each accepted connection is a GDUnixSocket in the table, under its
 /// uniqueID.
 ///
-/// listen and close may be called from any thread, also at the same time: each takes effect as a
-/// whole, one after another. Of two such calls on different threads, the callbacks may come in
-/// either order.
+/// listen and close may be called from any thread, even concurrently: each call is atomic. The
+/// callbacks of two such calls on different threads may come in either order.
 ///
 /// The accept loop and the readers run on background threads, where all signals are blocked. They
 /// keep the server alive: a listening server lives until it is closed, even without a reference.
-/// Failures, threads and ownership: see GDUnixSocket.
+/// For failures, threads and ownership see GDUnixSocket.
 class GDUnixSocketServer final : public GDUnixSocket {
  public:
   /// Connections by their uniqueID.
@@ -103,7 +102,7 @@ class GDUnixSocketServer final : public GDUnixSocket {
   /// For initWithSocketPath() only.
   using GDUnixSocket::GDUnixSocket;
 
-  /// Closes, like close(), if there still is a listening socket.
+  /// Closes the server if it still has a listening socket.
   ~GDUnixSocketServer() override;
   GDUnixSocketServer(const GDUnixSocketServer&) = delete;
   GDUnixSocketServer& operator=(const GDUnixSocketServer&) = delete;
@@ -120,7 +119,7 @@ class GDUnixSocketServer final : public GDUnixSocket {
   /// A copy of the table. It keeps the connections alive, but not open.
   [[nodiscard]] ConnectedClients connectedClients() const;
 
-  /// listenWithMaxConnections() with 0.
+  /// Calls listenWithMaxConnections() with 0.
   bool listenWithError(std::optional<Error>* error = nullptr);
 
   /// Creates the socket and its file and starts to accept. `maxConnections` is the backlog, the
@@ -145,8 +144,8 @@ class GDUnixSocketServer final : public GDUnixSocket {
   using GDUnixSocket::writeData;
 
   /// Closes all connections, removes the socket file, stops accepting and informs the delegate,
-  /// even if the server was closed already. A file at the path that is not the one that listen made
-  /// stays; see pathWasTakenOver(). Errors: GDUnixSocketErrorCloseFailed;
+  /// even if the server was closed already. If the file at the path is not the one that listen
+  /// created, it is not removed; see pathWasTakenOver(). Errors: GDUnixSocketErrorCloseFailed;
   /// GDUnixSocketErrorUnlinkFailed, after which the server still listens. Must not be called from
   /// the callbacks that hold closeLock.
   bool closeWithError(std::optional<Error>* error = nullptr) override;
@@ -155,7 +154,7 @@ class GDUnixSocketServer final : public GDUnixSocket {
   /// example because a second server listens at the same path. False again after the next listen.
   [[nodiscard]] bool pathWasTakenOver() const { return pathWasTakenOver_; }
 
-  /// Closes like closeWithError(), without informing the delegate.
+  /// Like closeWithError(), but does not inform the delegate.
   bool closeSilently();
 
   /// Closes; calls didClose if `informDelegate`.
@@ -192,8 +191,8 @@ class GDUnixSocketServer final : public GDUnixSocket {
     bool hasReader = false;  ///< a background task reads from it until it leaves the table
   };
 
-  /// Distinguishes a file from every other that exists at the same time. All zero: not known, since
-  /// the file could not be examined after bind; it is then taken for our own.
+  /// Identifies a file among those that exist at the same time. All zero if the file could not be
+  /// examined after bind; it is then assumed to be ours.
   struct FileIdentity {
     dev_t device = 0;
     ino_t inode = 0;
@@ -211,7 +210,7 @@ class GDUnixSocketServer final : public GDUnixSocket {
   std::optional<Error> closeListening() SELDIAL_REQUIRES(listeningLock_);
   std::optional<Error> unlinkSocketFile() SELDIAL_REQUIRES(listeningLock_);
   static std::optional<FileIdentity> fileAt(const std::string& path);
-  /// Closes, and informs the delegate, unless that listening socket is gone.
+  /// Closes and informs the delegate, unless that listening socket has already been closed.
   void closeGeneration(Descriptor::Generation listening)
       SELDIAL_EXCLUDES(closeLock_, listeningLock_);
   void notifyClosed(const std::optional<Error>& error);
@@ -232,10 +231,10 @@ class GDUnixSocketServer final : public GDUnixSocket {
 
   // Locks are taken in this order: closeLock_, listeningLock_, lock_.
   Mutex closeLock_;
-  /// Held by listen and close while they change the socket and its file, so that they take effect
-  /// one after another; never during a callback.
+  /// Held by listen and close while they change the socket and its file, which makes each of them
+  /// atomic; never during a callback.
   Mutex listeningLock_;
-  /// The file that bind made; none before that and after its removal.
+  /// The file that bind created; empty before that and after its removal.
   std::optional<FileIdentity> socketFile_ SELDIAL_GUARDED_BY(listeningLock_);
   std::atomic<bool> pathWasTakenOver_{false};
   std::unordered_map<std::string, Client> clients_ SELDIAL_GUARDED_BY(lock_);

@@ -35,7 +35,7 @@ class SELDIAL_CAPABILITY("mutex") Mutex {
   std::mutex mutex_;
 };
 
-/// Holds a Mutex during its life.
+/// Locks a Mutex for its lifetime.
 class SELDIAL_SCOPED_CAPABILITY MutexLock {
  public:
   /// Locks `mutex`, which must outlive this object.

@@ -1,4 +1,4 @@
-// The connections of a server: accepting, reading and sending, and the table that holds them.
+// The connections of a server: accepting, reading and sending, and the table of connections.
 #include <cerrno>
 #include <utility>
 #include <vector>
@@ -9,7 +9,7 @@
 namespace seldial {
 namespace {
 
-/// Threads wait at it until it is opened; it never closes again.
+/// Threads wait until it is opened; it never closes again.
 class Gate {
  public:
   void open() SELDIAL_EXCLUDES(mutex_) {
@@ -105,8 +105,8 @@ void GDUnixSocketServer::mainLoop() {
   acceptConnections(descriptor().generation());
 }
 
-/// Serves one listening socket. A server that is closed and listens again has a new loop, so this
-/// one must end.
+/// Serves one listening socket. A server that is closed and listens again has a new loop, so the
+/// old loop must end.
 void GDUnixSocketServer::acceptConnections(Descriptor::Generation listening) {
   while (descriptor().holds(listening)) {
     const int accepted = acceptOn(listening);
@@ -124,8 +124,8 @@ int GDUnixSocketServer::acceptOn(Descriptor::Generation listening) {
   return use.accept();
 }
 
-/// Waits for the readers of all connections whose peers are gone. They need nothing from any peer:
-/// what they have to read has arrived, and the end of the stream too.
+/// Waits for the readers of all connections whose peers are gone. The readers do not depend on any
+/// peer: all data has arrived, including the end of the stream.
 void GDUnixSocketServer::finishDisconnected() {
   const MutexLock lock(lock_);
   std::vector<std::string> disconnected;
@@ -137,9 +137,9 @@ void GDUnixSocketServer::finishDisconnected() {
   }
 }
 
-/// The reader is started first, and first looks its connection up. It waits at a gate until the
-/// connection is in the table and the accept callback has returned: otherwise it could take the
-/// connection for a removed one, or report data before the accept.
+/// The reader is started first. It waits at a gate until the connection is in the table and the
+/// accept callback has returned: otherwise it could treat the connection as removed, or report data
+/// before the accept.
 void GDUnixSocketServer::startReader(int accepted, Descriptor::Generation listening) {
   const auto connection =
       GDUnixSocket::initWithSocketPath(kDummySocketPath, kDefaultFragmentSize, queue());

@@ -8,7 +8,7 @@
 
 namespace seldial {
 
-/// The path of accepted connections, which have none of their own.
+/// The path of accepted connections, which have no path.
 inline constexpr const char* kDummySocketPath = "(dummy)";
 
 /// Whether a socket object can be made for `path`: it is kDummySocketPath, or it contains a "/", is
@@ -22,7 +22,7 @@ class SocketAddress {
   /// Copies at most 103 bytes of `path`.
   explicit SocketAddress(const std::string& path);
 
-  /// Whether the address names exactly `path`: all of it fitted, and no NUL byte cuts it short.
+  /// Whether the address names exactly `path`: it was not truncated, and it contains no NUL byte.
   [[nodiscard]] bool names(const std::string& path) const;
 
   [[nodiscard]] const sockaddr* get() const;
