@@ -31,9 +31,9 @@ const zwlr_data_control_device_v1_listener kDeviceListener{
       self(data).clipboardChanged(offer);
     },
     [](void* data, zwlr_data_control_device_v1* /*device*/) { self(data).deviceFinished(); },
-    // Not sent in version 1.
-    [](void* /*data*/, zwlr_data_control_device_v1* /*device*/,
-       zwlr_data_control_offer_v1* /*offer*/) {}};
+    [](void* data, zwlr_data_control_device_v1* /*device*/, zwlr_data_control_offer_v1* offer) {
+      self(data).primaryChanged(offer);
+    }};
 
 const zwlr_data_control_source_v1_listener kSourceListener{
     [](void* /*data*/, zwlr_data_control_source_v1* /*source*/, const char* /*type*/,
@@ -98,10 +98,15 @@ void DataControl::offerHasType(zwlr_data_control_offer_v1* offer, const char* ty
 
 void DataControl::clipboardChanged(zwlr_data_control_offer_v1* offer) {
   changed_ = true;
-  if (auto* const before = std::exchange(clipboard_, offer)) {
-    offers_.erase(before);
-    zwlr_data_control_offer_v1_destroy(before);
-  }
+  forget(std::exchange(clipboard_, offer));
+}
+
+void DataControl::primaryChanged(zwlr_data_control_offer_v1* offer) {
+  forget(std::exchange(primary_, offer));
+}
+
+void DataControl::forget(zwlr_data_control_offer_v1* offer) {
+  if (offers_.erase(offer) > 0) zwlr_data_control_offer_v1_destroy(offer);
 }
 
 void DataControl::deviceFinished() {

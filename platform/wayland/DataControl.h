@@ -36,17 +36,20 @@ class DataControl {
   void offerCreated(zwlr_data_control_offer_v1* offer);
   void offerHasType(zwlr_data_control_offer_v1* offer, const char* type);
   void clipboardChanged(zwlr_data_control_offer_v1* offer);
+  void primaryChanged(zwlr_data_control_offer_v1* offer);
   void deviceFinished();
   void sourceCancelled(zwlr_data_control_source_v1* source);
 
  private:
   [[nodiscard]] std::optional<std::string> receive(const char* type);
+  void forget(zwlr_data_control_offer_v1* offer);
 
   Display& display_;
   Owned<zwlr_data_control_device_v1> device_;
   zwlr_data_control_source_v1* empty_ = nullptr;  ///< ours; null when another one took its place
   std::map<zwlr_data_control_offer_v1*, std::size_t> offers_;  ///< with the best of their types
   zwlr_data_control_offer_v1* clipboard_ = nullptr;            ///< one of offers_
+  zwlr_data_control_offer_v1* primary_ = nullptr;              ///< one of offers_; never read
   bool changed_ = false;                                       ///< since takeEmpty()
   bool taken_ = false;                                         ///< takeEmpty() succeeded
 };

@@ -117,7 +117,8 @@ struct GnomeSession {
 std::string missingFrom(const Display& display) {
   if (display.seat() == nullptr) return "a seat";
   if (display.dataControl() == nullptr) {
-    return "the data control (zwlr_data_control_manager_v1), so no selection can be read";
+    return "the data control (ext_data_control_manager_v1 or zwlr_data_control_manager_v1), so no "
+           "selection can be read";
   }
   if (display.isKWin() && (display.fakeInput() == nullptr || display.plasmaWindows() == nullptr)) {
     return "the permission for Seldial to type. Install Seldial's package, or a file "

@@ -15,9 +15,18 @@
 namespace seldial::platform::wayland {
 namespace {
 
-// Version 1 of everything is enough; version 2 of the data control would tell every change of the
-// primary selection.
+// Version 1 of everything is enough; version 2 of the older data control would tell every change of
+// the primary selection.
 constexpr std::uint32_t kVersion = 1;
+
+/// The data control of newer compositors. It is version 2 of the older one under another name, with
+/// the same requests and events in the same order, so the code for that serves both.
+const wl_interface kExtDataControl{"ext_data_control_manager_v1",
+                                   1,
+                                   zwlr_data_control_manager_v1_interface.method_count,
+                                   zwlr_data_control_manager_v1_interface.methods,
+                                   zwlr_data_control_manager_v1_interface.event_count,
+                                   zwlr_data_control_manager_v1_interface.events};
 
 const wl_registry_listener kRegistryListener{
     [](void* display, wl_registry* registry, std::uint32_t name, const char* interface,
@@ -75,7 +84,8 @@ Display::~Display() {
   if (watched_) loop_.unwatch(*this);
   plasmaWindows_.reset();
   fakeInput_.reset();
-  dataControl_.reset();
+  extDataControl_.reset();
+  wlrDataControl_.reset();
   virtualKeyboards_.reset();
   seat_.reset();
   registry_.reset();
@@ -88,7 +98,8 @@ void Display::globalAppeared(wl_registry* registry, std::uint32_t name, const ch
                              std::uint32_t version) {
   const Global global{name, interface, version};
   bindFirst(seat_, wl_seat_interface, registry, global);
-  bindFirst(dataControl_, zwlr_data_control_manager_v1_interface, registry, global);
+  bindFirst(extDataControl_, kExtDataControl, registry, global);
+  bindFirst(wlrDataControl_, zwlr_data_control_manager_v1_interface, registry, global);
   bindFirst(virtualKeyboards_, zwp_virtual_keyboard_manager_v1_interface, registry, global);
   bindFirst(fakeInput_, org_kde_kwin_fake_input_interface, registry, global, kKWinVersion);
   bindFirst(plasmaWindows_, org_kde_plasma_window_management_interface, registry, global,

@@ -49,7 +49,10 @@ class Display final : public linux_port::EventSource {
 
   // What the compositor offers; null where it does not. Owned by this object.
   [[nodiscard]] wl_seat* seat() const { return seat_.get(); }  ///< the first one
-  [[nodiscard]] zwlr_data_control_manager_v1* dataControl() const { return dataControl_.get(); }
+  /// ext_data_control_manager_v1 where that is offered, else zwlr_data_control_manager_v1.
+  [[nodiscard]] zwlr_data_control_manager_v1* dataControl() const {
+    return extDataControl_ ? extDataControl_.get() : wlrDataControl_.get();
+  }
   [[nodiscard]] zwp_virtual_keyboard_manager_v1* virtualKeyboards() const {
     return virtualKeyboards_.get();
   }
@@ -91,7 +94,8 @@ class Display final : public linux_port::EventSource {
   Owned<wl_registry> registry_;
   std::uint32_t toplevelsName_ = 0;  ///< the global's; 0 where there is none
   Owned<wl_seat> seat_;
-  Owned<zwlr_data_control_manager_v1> dataControl_;
+  Owned<zwlr_data_control_manager_v1> extDataControl_;
+  Owned<zwlr_data_control_manager_v1> wlrDataControl_;
   Owned<zwp_virtual_keyboard_manager_v1> virtualKeyboards_;
   bool isKWin_ = false;
   Owned<org_kde_kwin_fake_input> fakeInput_;

@@ -1,5 +1,6 @@
-// What another program sends as its copied text.
+// What another program sends as its copied text, and the data control of newer compositors.
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -7,7 +8,11 @@
 #include <thread>
 
 #include "platform/wayland/ClipboardText.h"
+#include "platform/wayland/DataControl.h"
+#include "tests/support/Sockets.h"
+#include "tests/support/TemporaryDirectory.h"
 #include "tests/support/Waiting.h"
+#include "tests/support/wayland/ExtDataControl.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -55,6 +60,43 @@ TEST_F(CopiedText, ThatComesByteByByteIsGivenUpInTime) {
   EXPECT_EQ(readToEnd(ends[0], Clock::now() + std::chrono::milliseconds(100)), std::nullopt);
   over = true;
   owner.join();
+}
+
+class NewerDataControl : public testing::Test {
+ protected:
+  tests::TemporaryDirectory directory;
+  tests::ExtDataControl compositor{directory.path("wayland")};
+  linux_port::MainLoop loop;
+  Display display{dup(tests::Peer::connectedTo(directory.path("wayland")).fd), loop, [] {}};
+};
+
+TEST_F(NewerDataControl, IsPreferredToTheOlderOne) {
+  DataControl data(display);
+  ASSERT_TRUE(data.takeEmpty());
+  EXPECT_THAT(compositor.offeredTypes(),
+              testing::Optional(testing::ElementsAre(kEmptyClipboardType)));
+  EXPECT_EQ(data.copiedText(), std::nullopt);
+  compositor.copy("020 1234");
+  EXPECT_EQ(data.copiedText(), "020 1234");
+}
+
+TEST_F(NewerDataControl, ASelectedTextIsNoCopiedText) {
+  DataControl data(display);
+  ASSERT_TRUE(data.takeEmpty());
+  compositor.select("020 1234");
+  EXPECT_EQ(data.copiedText(), std::nullopt);
+}
+
+TEST_F(NewerDataControl, OffersAreGivenBack) {
+  DataControl data(display);
+  for (int i = 0; i < 3; ++i) {
+    ASSERT_TRUE(data.takeEmpty());
+    compositor.select("020");
+    compositor.copy("020 1234");
+    EXPECT_EQ(data.copiedText(), "020 1234");
+  }
+  EXPECT_TRUE(display.synchronise());
+  EXPECT_EQ(compositor.offers(), 2);  // the clipboard's and the selection's
 }
 
 }  // namespace

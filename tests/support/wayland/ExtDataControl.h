@@ -1,0 +1,49 @@
+// A compositor with the data control of newer compositors, ext_data_control_manager_v1, and an
+// application that copies.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/support/wayland/BareCompositor.h"
+
+namespace seldial::tests {
+
+/// Serves one client. A client that uses the older data control instead is disconnected.
+class ExtDataControl {
+ public:
+  explicit ExtDataControl(const std::string& socketPath);
+
+  /// The types that the client itself put on the clipboard; nothing when it does not own it.
+  [[nodiscard]] std::optional<std::vector<std::string>> offeredTypes();
+
+  /// Another program copies a text to the clipboard.
+  void copy(const std::string& text);
+  /// Another program's text is selected.
+  void select(const std::string& text);
+
+  /// How many offers the client has not destroyed.
+  [[nodiscard]] int offers();
+
+  // Called by libwayland.
+  void deviceMade(wl_resource* device) { device_ = device; }
+  void clipboardTaken(wl_resource* source);
+  void sourceMade() { types_.clear(); }
+  void typeOffered(const std::string& type) { types_.push_back(type); }
+  void sourceDestroyed(wl_resource* source);
+  void offerDestroyed() { --offers_; }
+  [[nodiscard]] const std::string& text() const { return text_; }
+
+ private:
+  wl_resource* makeOffer();
+
+  wl_resource* device_ = nullptr;
+  wl_resource* source_ = nullptr;  ///< the client's, while it owns the clipboard
+  std::vector<std::string> types_;
+  std::string text_;
+  int offers_ = 0;
+  BareCompositor compositor_;
+};
+
+}  // namespace seldial::tests
