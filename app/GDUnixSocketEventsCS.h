@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/MainQueue.h"
+#include "platform/Ports.h"
 #include "unixsocket/GDUnixSocketClient.h"
 #include "unixsocket/GDUnixSocketServer.h"
 

@@ -7,7 +7,7 @@
 #include "api/MessageRecords.h"
 #include "app/AppDelegate.h"
 #include "app/GDUnixSocketEventsCS.h"
-#include "platform/MainQueue.h"
+#include "platform/Ports.h"
 #include "unixsocket/GDUnixSocketClient.h"
 
 namespace seldial {

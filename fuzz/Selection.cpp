@@ -18,13 +18,13 @@
 #include "api/JSON.h"
 #include "fuzz/Check.h"
 #include "platform/linux/MainLoop.h"
-#include "platform/x11/copy/SelectionText.h"
+#include "platform/linux/SelectionText.h"
 #include "platform/x11/copy/SelectionTransfer.h"
 #include "tests/support/desktop/XServer.h"
 
 namespace {
 
-using namespace seldial::platform::x11;
+using namespace seldial::platform::linux_port;
 using std::chrono::milliseconds;
 
 constexpr std::size_t kMostBytes = 4096;

@@ -9,7 +9,22 @@ namespace seldial::platform {
 class Application;
 class Clipboard;
 class HotKeyEvents;
-class MainQueue;
+
+/// Runs tasks on the main thread, one at a time, in the order in which they were posted.
+class MainQueue {
+ public:
+  /// What the queue runs.
+  using Task = std::function<void()>;
+
+  virtual ~MainQueue() = default;
+
+  /// Posts `task` and returns at once. Tasks that still wait when the application ends never run.
+  /// Any thread.
+  virtual void async(Task task) = 0;
+
+  /// Whether the calling thread is the main thread. Any thread.
+  [[nodiscard]] virtual bool isMainThread() const = 0;
+};
 
 /// What a desktop provides to a program without windows.
 struct DesktopPorts {

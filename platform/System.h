@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
 #include <string>
 
@@ -61,5 +62,24 @@ std::unique_ptr<Acceptor> makeAcceptor();
 
 /// The program that opens a URI in the application that the user has chosen for it.
 [[nodiscard]] const char* uriOpener();
+
+// What follows is the same on both systems.
+
+/// The directory for what programs of one user share while they run; empty where the session has
+/// no runtime directory.
+inline std::string sharedRuntimeDirectory() {
+  const char* const variable = std::getenv("XDG_RUNTIME_DIR");
+  std::string directory = variable != nullptr ? variable : "";
+  while (directory.ends_with('/')) directory.pop_back();
+  return directory.empty() ? "" : directory + "/seldial";
+}
+
+/// The path of the socket on which a Seldial waits for "seldial-uc press", in sessions that give
+/// programs no hot key. Each connection to it is one use of the hot key; nothing is sent over it.
+/// Empty where the session has no runtime directory.
+inline std::string pressSocketPath() {
+  const std::string directory = sharedRuntimeDirectory();
+  return directory.empty() ? "" : directory + "/press";
+}
 
 }  // namespace seldial::platform

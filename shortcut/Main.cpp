@@ -1,9 +1,16 @@
 #include <QApplication>
+#include <QDialog>
+#include <QEvent>
+#include <QLabel>
+#include <QLineEdit>
 #include <QLocale>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "client/Configuration.h"
@@ -12,12 +19,10 @@
 #include "hotkey/QKHotKeyCenter.h"
 #include "platform/qt/Desktop.h"
 #include "platform/x11/Desktop.h"
-#include "platform/x11/copy/Clipboard.h"
-#include "shortcut/Answer.h"
-#include "shortcut/CopyTest.h"
 #include "shortcut/Options.h"
 #include "shortcut/Resources.h"
 #include "shortcut/Settings.h"
+#include "shortcut/Shortcut.h"
 #include "shortcut/ShortcutWindow.h"
 
 namespace seldial {
@@ -97,6 +102,40 @@ int showSettings(platform::qt::Desktop& desktop, const ShortcutOptions& options,
       Texts::tr("Sa&ve"), panel);
   return show(window, options);
 }
+
+/// A window with a selected text, in which `seldial-uc check` tries out whether Seldial can copy.
+class CopyTestWindow : public QDialog {
+  Q_DECLARE_TR_FUNCTIONS(CopyTestWindow)
+
+ public:
+  /// `ready` is called once, from the event loop, when what is typed reaches the window.
+  CopyTestWindow(const std::string& text, std::function<void()> ready) : ready_(std::move(ready)) {
+    constexpr int kMargin = 20;
+    setWindowTitle(tr("Seldial check"));
+    auto* const line = new QLineEdit(QString::fromStdString(text), this);
+    line->selectAll();
+    line->setFocus();
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    layout->addWidget(new QLabel(tr("Seldial tries to copy this text."), this));
+    layout->addWidget(line);
+  }
+
+ protected:
+  void showEvent(QShowEvent* event) override {
+    QDialog::showEvent(event);
+    activateWindow();
+  }
+
+  void changeEvent(QEvent* event) override {
+    QDialog::changeEvent(event);
+    if (event->type() != QEvent::ActivationChange || !isActiveWindow() || !ready_) return;
+    std::exchange(ready_, nullptr)();
+  }
+
+ private:
+  std::function<void()> ready_;
+};
 
 /// Types the hot key in a window with a selected text. Whoever wants to know what Seldial copies
 /// then ends this program when it is known.

@@ -1,9 +1,12 @@
-// A recorded shortcut: in words, as the hot key that the command sets, and tried out.
+// A recorded shortcut: in words, as the hot key that the command sets, tried out, and sent to
+// Seldial.
 #pragma once
 
 #include <QString>
 #include <QStringList>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "client/Protocol.h"
 #include "hotkey/QKHotKey.h"
@@ -53,5 +56,13 @@ class ShortcutTrial {
  private:
   std::shared_ptr<QKHotKey> taken_;
 };
+
+/// Sends a command to the seldial that listens at `path`, and listens at `answerPath`, to which
+/// that seldial delivers its messages, until it has answered. Where another program listens there,
+/// it gets the answer, and nothing is waited for. Blocks for ten seconds at most; any thread.
+/// Returns what went wrong, or why the command was refused, without a full stop.
+[[nodiscard]] std::optional<std::string> sendAndAwaitAnswer(const std::string& command,
+                                                            const std::string& path,
+                                                            const std::string& answerPath);
 
 }  // namespace seldial

@@ -9,9 +9,8 @@
 #include <string>
 
 #include "client/Protocol.h"
-#include "shortcut/KeycapField.h"
 #include "shortcut/Shortcut.h"
-#include "shortcut/StatusPanel.h"
+#include "shortcut/Widgets.h"
 
 class QGridLayout;
 class QLabel;

@@ -11,7 +11,6 @@
 #include "client/Configuration.h"
 #include "client/Connection.h"
 #include "client/Options.h"
-#include "platform/PressSocket.h"
 #include "platform/System.h"
 #include "ucclient/Console.h"
 #include "ucclient/MainThread.h"

@@ -1,9 +1,16 @@
 #include "ucclient/Dialling.h"
 
+#include <sys/wait.h>
+
 #include <array>
+#include <charconv>
+#include <utility>
 
 #include "client/Options.h"
 #include "platform/System.h"
+#include "ucclient/ChildProcess.h"
+#include "ucclient/Notifications.h"
+#include "ucclient/Places.h"
 
 namespace seldial {
 namespace {
@@ -34,6 +41,9 @@ std::string escapedForURI(std::string number) {
   }
   return number;
 }
+
+/// How many numbers of one selection are offered.
+constexpr std::size_t kMostChoices = 20;
 
 }  // namespace
 
@@ -85,6 +95,129 @@ std::optional<std::vector<std::string>> dialArguments(const FoundNumber& number,
     }
   }
   return arguments;
+}
+
+/// One open window in which the user chooses a number. It ends with the object.
+class Dialler::Choice : public std::enable_shared_from_this<Choice> {
+ public:
+  using Chosen = std::function<void(const FoundNumber&)>;
+
+  Choice(std::vector<FoundNumber> numbers, std::shared_ptr<MainThread> mainThread, Chosen chosen)
+      : numbers_(std::move(numbers)),
+        mainThread_(std::move(mainThread)),
+        chosen_(std::move(chosen)) {}
+
+  /// False when the window cannot be opened; `error` then says why.
+  bool open(const DialSettings& settings, std::string& error) {
+    std::string lines;
+    for (const FoundNumber& number : numbers_) {
+      const std::string dialled = dialledNumber(number, settings);
+      lines += dialled.empty() ? number.written : dialled;
+      lines += number.extension.empty() ? "\n" : " ext. " + number.extension + "\n";
+    }
+    ChildProcess::Events events;
+    events.wroteLine = [weak = weak_from_this(), main = mainThread_](const std::string& line) {
+      main->post([weak, line] {
+        if (const auto self = weak.lock()) self->answered(line);
+      });
+    };
+    events.ended = [weak = weak_from_this(), main = mainThread_] {
+      main->post([weak] {
+        if (const auto self = weak.lock()) self->window_->wait();
+      });
+    };
+    window_ = ChildProcess::start({findProgram("seldial-choose", ownDirectory())},
+                                  std::move(events), error, lines);
+    return window_ != nullptr;
+  }
+
+ private:
+  /// `line` is the position of the number in the list. A cancelled window prints nothing.
+  void answered(const std::string& line) {
+    std::size_t which = numbers_.size();
+    std::from_chars(line.data(), line.data() + line.size(), which);
+    if (which < numbers_.size()) chosen_(numbers_[which]);
+  }
+
+  const std::vector<FoundNumber> numbers_;
+  const std::shared_ptr<MainThread> mainThread_;
+  const Chosen chosen_;
+  std::unique_ptr<ChildProcess> window_;
+};
+
+Dialler::Dialler(DialSettings settings, std::shared_ptr<MainThread> mainThread, Events events)
+    : settings_(std::move(settings)),
+      mainThread_(std::move(mainThread)),
+      events_(std::make_shared<const Events>(std::move(events))) {}
+
+Dialler::~Dialler() = default;
+
+void Dialler::dial(const std::string& selection) {
+  choice_.reset();
+  pending_.reset();
+  if (selection.empty()) return events_->notDialled("nothing was selected");
+  if (selection.size() > kLongestSelection) {
+    return events_->notDialled("the selection is too long to be a telephone number");
+  }
+  FoundNumbers found = findNumbers(selection, settings_.region);
+  if (found.numbers.empty()) {
+    return events_->notDialled("there is no telephone number in the selection");
+  }
+  const bool clear = found.certain && found.numbers.size() == 1;
+  if (clear && settings_.confirm == Confirm::kUndo) {
+    return startUnlessUndone(selection, found.numbers.front());
+  }
+  if (clear && settings_.confirm != Confirm::kAlways) {
+    return start(selection, found.numbers.front());
+  }
+  if (settings_.confirm == Confirm::kNever) {
+    return events_->notDialled(found.numbers.size() > 1
+                                   ? "there is more than one telephone number in the selection"
+                                   : "it is not certain what the telephone number is");
+  }
+  choose(selection, std::move(found.numbers));
+}
+
+/// Where there is no way to offer that, the user is asked first.
+void Dialler::startUnlessUndone(const std::string& selection, const FoundNumber& number) {
+  pending_ = std::make_shared<const char>();
+  const auto ended = [=, this](UndoOffer outcome) {
+    pending_.reset();
+    if (outcome == UndoOffer::kTimeOver) return start(selection, number);
+    if (outcome == UndoOffer::kNotShown) return choose(selection, {number});
+    events_->notDialled("it was undone");
+  };
+  offerUndo("Calling " + dialledNumber(number, settings_), settings_.undoTime,
+            [ended, main = mainThread_, weak = std::weak_ptr(pending_)](UndoOffer outcome) {
+              main->post([=] {
+                if (weak.lock()) ended(outcome);
+              });
+            });
+}
+
+void Dialler::choose(const std::string& selection, std::vector<FoundNumber> numbers) {
+  if (numbers.size() > kMostChoices) numbers.resize(kMostChoices);
+  choice_ = std::make_shared<Choice>(
+      std::move(numbers), mainThread_,
+      [this, selection](const FoundNumber& number) { start(selection, number); });
+  std::string error;
+  if (choice_->open(settings_, error)) return;
+  choice_.reset();
+  events_->notDialled("the number must be confirmed, but " + error);
+}
+
+void Dialler::start(const std::string& selection, const FoundNumber& number) {
+  std::string error;
+  const auto arguments = dialArguments(number, selection, settings_, error);
+  const auto ended = [main = mainThread_, events = events_,
+                      program = arguments ? arguments->front() : ""](int status) {
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 0) return;
+    main->post([=] { events->failed(program + " " + describedExitStatus(status)); });
+  };
+  if (arguments && startDetached(*arguments, ended, error)) {
+    return events_->dialled(dialledNumber(number, settings_));
+  }
+  events_->notDialled(error);
 }
 
 }  // namespace seldial

@@ -10,7 +10,7 @@
 #include "ucclient/ChildProcess.h"
 #include "ucclient/Console.h"
 #include "ucclient/Control.h"
-#include "ucclient/Dialler.h"
+#include "ucclient/Dialling.h"
 #include "ucclient/MainThread.h"
 #include "ucclient/MessageListener.h"
 #include "ucclient/Options.h"

@@ -1,4 +1,5 @@
-// The application object on Linux, and how it ends.
+// The application object on Linux, how it ends, and the ports of a process without a display
+// server.
 #pragma once
 
 #include <functional>
@@ -7,6 +8,8 @@
 #include <vector>
 
 #include "platform/Application.h"
+#include "platform/Clipboard.h"
+#include "platform/HotKeyEvents.h"
 #include "platform/Ports.h"
 #include "platform/linux/MainLoop.h"
 
@@ -54,5 +57,24 @@ using ConnectDesktop = std::function<DesktopPorts(const std::shared_ptr<MainLoop
 /// connection to the desktop is lost.
 int runApplication(int argc, char* const argv[], const MakeApplicationDelegate& makeDelegate,
                    const ConnectDesktop& connect);
+
+/// Always empty; nothing can be copied to it.
+class NoClipboard final : public Clipboard {
+ public:
+  void clear() override {}
+  [[nodiscard]] bool copySelection() override { return false; }
+  [[nodiscard]] std::optional<std::string> text() override { return {}; }
+};
+
+/// Refuses every hot key.
+class NoHotKeyEvents final : public HotKeyEvents {
+ public:
+  void installReleasedHandler(ReleasedHandler /*handler*/) override {}
+  std::optional<HotKeyRef> registerHotKey(std::uint32_t /*keyCode*/, std::uint32_t /*modifiers*/,
+                                          HotKeyID /*hotKeyID*/) override {
+    return {};
+  }
+  void unregisterHotKey(HotKeyRef /*ref*/) override {}
+};
 
 }  // namespace seldial::platform::linux_port

@@ -18,10 +18,8 @@
 #include "platform/System.h"
 #include "platform/linux/Application.h"
 #include "platform/linux/BackgroundQueue.h"
-#include "platform/linux/NoDesktop.h"
 #include "platform/wayland/Desktop.h"
 #include "platform/x11/Desktop.h"
-#include "platform/x11/copy/Clipboard.h"
 
 namespace seldial::platform {
 namespace {

@@ -5,7 +5,6 @@
 #include "platform/Ports.h"
 #include "platform/ServedDesktop.h"
 #include "platform/linux/Application.h"
-#include "platform/linux/NoDesktop.h"
 #include "platform/x11/Desktop.h"
 
 namespace seldial::platform {

@@ -1,4 +1,4 @@
-// The main loop on Linux: runs tasks from any thread and serves readable descriptors.
+// The main loop on Linux: runs tasks from any thread, serves readable descriptors, and its timers.
 #pragma once
 
 #include <atomic>
@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/MainQueue.h"
+#include "platform/Ports.h"
 
 namespace seldial::platform::linux_port {
 
@@ -91,6 +91,28 @@ class MainLoop final : public MainQueue {
   std::mutex mutex_;         ///< guards the members below
   std::vector<Task> tasks_;  ///< posted, not yet run
   bool waiting_ = false;     ///< the loop must be woken up to run tasks_
+};
+
+/// A delayed task on a main loop. One task at a time. Main thread only.
+class Timer final : public EventSource {
+ public:
+  /// Throws std::system_error when the system has no descriptor left.
+  explicit Timer(MainLoop& loop);
+  ~Timer() override;
+  Timer(const Timer&) = delete;
+  Timer& operator=(const Timer&) = delete;
+
+  /// Runs `task` after `delay`, in place of a task that has not run yet. It may start the timer.
+  void start(std::chrono::milliseconds delay, std::function<void()> task);
+  void stop();
+
+  [[nodiscard]] int descriptor() const override { return timer_; }
+  void readable() override;
+
+ private:
+  MainLoop& loop_;
+  const int timer_;
+  std::function<void()> task_;
 };
 
 }  // namespace seldial::platform::linux_port

@@ -8,7 +8,7 @@
 
 #include "platform/Application.h"
 #include "platform/Clipboard.h"
-#include "platform/MainQueue.h"
+#include "platform/Ports.h"
 
 namespace seldial::platform::macos {
 

@@ -3,19 +3,63 @@
 #pragma once
 
 #include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/Clipboard.h"
-#include "platform/wayland/CopyKeys.h"
-#include "platform/wayland/DataControl.h"
-#include "platform/wayland/Terminals.h"
+#include "platform/linux/Applications.h"
+#include "platform/wayland/CopyKeystroke.h"
+#include "platform/wayland/Display.h"
+#include "platform/wayland/FocusedProgram.h"
+
+struct zwlr_data_control_device_v1;
+struct zwlr_data_control_offer_v1;
+struct zwlr_data_control_source_v1;
 
 namespace seldial::platform::wayland {
 
-/// Names of the program that owns the focused window: the application id, or the window class on
-/// Xwayland. None when no window has the focus.
-using FocusedProgram = std::function<std::vector<std::string>()>;
+/// The clipboard of a seat, without a window: through the data control that compositors offer to
+/// clipboard managers. Main thread only.
+class DataControl {
+ public:
+  /// The display must offer a seat and the data control, and outlive this object.
+  explicit DataControl(Display& display);
+  ~DataControl();
+  DataControl(const DataControl&) = delete;
+  DataControl& operator=(const DataControl&) = delete;
+
+  /// Makes the clipboard ours, with nothing in it that is a text. What others put there afterwards
+  /// counts as copied. False when the compositor does not let us.
+  bool takeEmpty();
+
+  /// The text that has been copied since takeEmpty(), as its owner gives it. Nothing when nobody
+  /// copied, what was copied is no text, it is longer than 256 MiB, a second passes without a piece
+  /// of it, or all of it takes longer than 5 seconds.
+  [[nodiscard]] std::optional<std::string> copiedText();
+
+  // Called by libwayland.
+  void offerCreated(zwlr_data_control_offer_v1* offer);
+  void offerHasType(zwlr_data_control_offer_v1* offer, const char* type);
+  void clipboardChanged(zwlr_data_control_offer_v1* offer);
+  void primaryChanged(zwlr_data_control_offer_v1* offer);
+  void deviceFinished();
+  void sourceCancelled(zwlr_data_control_source_v1* source);
+
+ private:
+  [[nodiscard]] std::optional<std::string> receive(const char* type);
+  void forget(zwlr_data_control_offer_v1* offer);
+
+  Display& display_;
+  Owned<zwlr_data_control_device_v1> device_;
+  zwlr_data_control_source_v1* empty_ = nullptr;  ///< ours; null when another one took its place
+  std::map<zwlr_data_control_offer_v1*, std::size_t> offers_;  ///< with the best of their types
+  zwlr_data_control_offer_v1* clipboard_ = nullptr;            ///< one of offers_
+  zwlr_data_control_offer_v1* primary_ = nullptr;              ///< one of offers_; never read
+  bool changed_ = false;                                       ///< since takeEmpty()
+  bool taken_ = false;                                         ///< takeEmpty() succeeded
+};
 
 /// Types nothing into a terminal but what it copies by and does not hand to the program inside.
 /// A terminal that cannot be made to copy like that copies nothing. Main thread only.
@@ -32,8 +76,8 @@ class WaylandClipboard final : public Clipboard {
   DataControl& data_;
   CopyKeys& keys_;
   const FocusedProgram focusedProgram_;
-  std::vector<std::string> names_;               ///< of the program that copied last
-  TerminalKind terminal_ = TerminalKind::kNone;  ///< its kind
+  std::vector<std::string> names_;  ///< of the program that copied last
+  linux_port::TerminalKind terminal_ = linux_port::TerminalKind::kNone;  ///< its kind
 };
 
 }  // namespace seldial::platform::wayland

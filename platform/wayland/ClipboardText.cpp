@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/x11/copy/SelectionText.h"
+#include "platform/linux/SelectionText.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -56,7 +56,7 @@ std::optional<std::string> readToEnd(int pipe, Clock::time_point deadline) {
 
 std::optional<std::string> readClipboardText(int pipe) {
   auto text = readToEnd(pipe, Clock::now() + kTimeLimit);
-  if (text) text = x11::repairedUtf8(x11::withoutTerminator(*std::move(text)));
+  if (text) text = linux_port::repairedUtf8(linux_port::withoutTerminator(*std::move(text)));
   return text;
 }
 

@@ -4,19 +4,16 @@
 #include <utility>
 
 #include "platform/Output.h"
-#include "platform/PressSocket.h"
 #include "platform/System.h"
-#include "platform/linux/NoDesktop.h"
+#include "platform/linux/Application.h"
 #include "platform/wayland/Clipboard.h"
-#include "platform/wayland/FakeKeyboard.h"
-#include "platform/wayland/FocusedToplevel.h"
+#include "platform/wayland/CopyKeystroke.h"
+#include "platform/wayland/FocusedProgram.h"
 #include "platform/wayland/GnomeClipboard.h"
 #include "platform/wayland/GnomeHotKeys.h"
 #include "platform/wayland/KWinHotKeys.h"
-#include "platform/wayland/PlasmaWindows.h"
 #include "platform/wayland/PressHotKeys.h"
 #include "platform/wayland/SwayHotKeys.h"
-#include "platform/wayland/VirtualKeyboard.h"
 
 namespace seldial::platform::wayland {
 namespace {

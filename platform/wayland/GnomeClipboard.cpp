@@ -13,8 +13,7 @@
 #include <utility>
 
 #include "platform/Output.h"
-#include "platform/wayland/Terminals.h"
-#include "platform/x11/copy/Applications.h"
+#include "platform/linux/Applications.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -27,11 +26,12 @@ bool isOurs(const std::filesystem::path& process) {
 /// Whether each keystroke that copies does harm in it, or copies what is not selected.
 bool isLeftAlone(const std::string& name) {
   constexpr std::string_view kEmacs = "emacs";  // emacs-gtk, emacs-pgtk
-  return x11::isLeftAlone({name}) || strncasecmp(name.c_str(), kEmacs.data(), kEmacs.size()) == 0;
+  return linux_port::isLeftAlone({name}) ||
+         strncasecmp(name.c_str(), kEmacs.data(), kEmacs.size()) == 0;
 }
 
 bool isOtherTerminal(const std::string& name) {
-  return terminalKind(name) == TerminalKind::kOther;
+  return linux_port::terminalKind(name) == linux_port::TerminalKind::kOther;
 }
 
 }  // namespace
@@ -79,7 +79,7 @@ std::optional<std::string> GnomeClipboard::text() {
   auto text = std::exchange(taken_, false) ? remote_.copiedText() : std::nullopt;
   remote_.close();
   // Terminals copy an empty text when nothing is selected.
-  if (text && (text->empty() || x11::mayBeCurrentLine(programs_, *text))) return {};
+  if (text && (text->empty() || linux_port::mayBeCurrentLine(programs_, *text))) return {};
   return text;
 }
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "platform/Output.h"
-#include "platform/x11/KeyTable.h"
+#include "platform/linux/KeyTable.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -77,7 +77,7 @@ std::string GnomeHotKeys::triggerOf(std::uint32_t keyCode, std::uint32_t modifie
        {kHotKeyOption, "ALT+"},
        {kHotKeyShift, "SHIFT+"},
        {kHotKeyCommand, "LOGO+"}}};
-  const auto key = x11::keyAtPosition(keyCode);
+  const auto key = linux_port::keyAtPosition(keyCode);
   const std::string symbol = key ? symbolName_(*key) : std::string();
   if (symbol.empty()) return {};
   std::string trigger;

@@ -16,9 +16,9 @@
 #include <vector>
 
 #include "platform/HotKeyEvents.h"
+#include "platform/linux/MainLoop.h"
 #include "platform/wayland/MutterRemote.h"
 #include "platform/wayland/PortalShortcuts.h"
-#include "platform/wayland/Timer.h"
 
 namespace seldial::platform::wayland {
 
@@ -86,7 +86,7 @@ class GnomeHotKeys final : public HotKeyEvents {
   HotKeyRef lastRef_ = 0;
   std::optional<Use> use_;
   std::string told_;  ///< what the user knows
-  Timer timer_;
+  linux_port::Timer timer_;
   PortalShortcuts portal_;
 };
 

@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "platform/VirtualKeys.h"
-#include "platform/x11/KeyTable.h"
+#include "platform/linux/KeyTable.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -27,8 +27,8 @@ bool canBeBound(std::uint32_t keyCode, std::uint32_t modifiers) {
   const bool isLock = std::find(kLocks.begin(), kLocks.end(), keyCode) != kLocks.end();
   // Ctrl+Insert is what makes an application copy: the binding would take it.
   const bool copies = keyCode == kVK_Help && (modifiers & kHotKeyModifiers) == kHotKeyControl;
-  return x11::keyAtPosition(keyCode) && !isModifierKey(static_cast<std::uint16_t>(keyCode)) &&
-         !isLock && !copies;
+  return linux_port::keyAtPosition(keyCode) &&
+         !isModifierKey(static_cast<std::uint16_t>(keyCode)) && !isLock && !copies;
 }
 
 HotKeyClaim::HotKeyClaim(HotKeyClaim&& other) noexcept

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "platform/Output.h"
+#include "platform/linux/KeyTable.h"
 #include "platform/wayland/QtKeys.h"
-#include "platform/x11/KeyTable.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -59,7 +59,7 @@ KWinHotKeys::~KWinHotKeys() {
 std::optional<HotKeyRef> KWinHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                      HotKeyID hotKeyID) {
   if (!canBeHotKey(keyCode, modifiers)) return {};
-  const std::uint32_t key = *x11::keyAtPosition(keyCode);
+  const std::uint32_t key = *linux_port::keyAtPosition(keyCode);
   modifiers &= kHotKeyModifiers;
   auto claim = claims_.claim(actionOf(key, modifiers));
   if (!claim) return {};

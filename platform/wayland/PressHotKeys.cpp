@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "platform/Output.h"
-#include "platform/PressSocket.h"
-#include "platform/x11/KeyTable.h"
+#include "platform/System.h"
+#include "platform/linux/KeyTable.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -60,7 +60,7 @@ std::optional<HotKeyRef> PressHotKeys::registerHotKey(std::uint32_t keyCode,
 }
 
 bool PressHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t /*modifiers*/) {
-  return x11::keyAtPosition(keyCode).has_value();
+  return linux_port::keyAtPosition(keyCode).has_value();
 }
 
 void PressHotKeys::unregisterHotKey(HotKeyRef ref) {

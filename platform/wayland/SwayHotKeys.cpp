@@ -9,8 +9,8 @@
 
 #include "api/JSON.h"
 #include "platform/Output.h"
-#include "platform/PressSocket.h"
-#include "platform/x11/KeyTable.h"
+#include "platform/System.h"
+#include "platform/linux/KeyTable.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -84,7 +84,8 @@ SwayHotKeys::~SwayHotKeys() {
 std::optional<HotKeyRef> SwayHotKeys::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                      HotKeyID hotKeyID) {
   if (!canBeHotKey(keyCode, modifiers)) return {};
-  const SwayCombination combination{*x11::keyAtPosition(keyCode), modifiers & kHotKeyModifiers};
+  const SwayCombination combination{*linux_port::keyAtPosition(keyCode),
+                                    modifiers & kHotKeyModifiers};
   auto claim = claims_.claim(combination.text());
   if (!claim || !isFree(combination)) return {};
   Registration registration{++lastRef_, hotKeyID, combination, std::move(*claim)};

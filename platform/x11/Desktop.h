@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 
+#include "platform/Clipboard.h"
 #include "platform/linux/MainLoop.h"
 
 namespace seldial::platform {
@@ -36,5 +37,16 @@ std::shared_ptr<RecordingKeyboard> recordingKeyboard(const std::shared_ptr<Sessi
 /// Whether an event of an X connection says that a window has lost, or regained, the keyboard to a
 /// grab while the focus stays where it is. A hot key that is pressed is such a grab.
 [[nodiscard]] bool isFocusChangeOfGrab(const void* event);
+
+// The copy, which programs of the hot key library do without; see copy/Clipboard.cpp.
+
+/// The clipboard of the session's display. It reserves the copy keystroke. When it is destroyed,
+/// every key that it still holds down is released. Main thread only.
+std::shared_ptr<Clipboard> makeClipboard(const std::shared_ptr<Session>& session);
+
+/// From now on `hotKeys`, those of a session, refuse the copy keystroke: the grab would take it
+/// from the application that is to copy. For a program that only tries hot keys out;
+/// makeClipboard() does it for one that copies.
+void reserveCopyKeystroke(HotKeyEvents& hotKeys);
 
 }  // namespace seldial::platform::x11

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "platform/Output.h"
-#include "platform/x11/KeyTable.h"
+#include "platform/linux/KeyTable.h"
 
 namespace seldial::platform::x11 {
 namespace {
@@ -59,7 +59,7 @@ bool HotKeyGrabs::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
 /// Nothing when the keyboard has no such combination or it is reserved.
 std::optional<HotKeyGrabs::Combination> HotKeyGrabs::combinationFor(std::uint32_t keyCode,
                                                                     std::uint32_t modifiers) {
-  const auto key = keyAtPosition(keyCode);
+  const auto key = linux_port::keyAtPosition(keyCode);
   if (!key || !keyboards_.load() || keyboards_.map().modifiers[*key]) return {};
   const auto mask = keyboards_.map().masks.stateFor(modifiers);
   if (!mask || isReserved_(keyboards_, *key, *mask)) return {};
@@ -175,7 +175,7 @@ bool HotKeyGrabs::type(std::uint16_t keyCode, std::uint64_t modifierFlags) {
     if ((modifierFlags & kModifiers[i].flag) != 0)
       keys.push_back(carrierOf(map, map.masks.bits[i]));
   }
-  keys.push_back(keyAtPosition(keyCode).value_or(0));
+  keys.push_back(linux_port::keyAtPosition(keyCode).value_or(0));
   if (std::find(keys.begin(), keys.end(), 0) != keys.end()) return false;
   for (const auto key : keys) keyboards_.type(key, true);
   std::for_each(keys.rbegin(), keys.rend(),

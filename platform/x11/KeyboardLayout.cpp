@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "platform/Keyboard.h"
-#include "platform/x11/KeyTable.h"
+#include "platform/linux/KeyTable.h"
 #include "platform/x11/Xcb.h"
 
 namespace seldial::platform {
@@ -43,7 +43,7 @@ class XkbKeyboardLayout final : public KeyboardLayout {
  public:
   std::optional<std::string> translate(std::uint16_t keyCode,
                                        std::uint32_t /*modifierKeyState*/) override {
-    const auto key = x11::keyAtPosition(keyCode);
+    const auto key = linux_port::keyAtPosition(keyCode);
     if (!key || !update()) return {};
     std::array<char, 64> characters{};
     const int length =

@@ -1,4 +1,4 @@
-#include "platform/x11/KeyTable.h"
+#include "platform/linux/KeyTable.h"
 #include "platform/x11/Keyboards.h"
 
 namespace seldial::platform::x11 {
@@ -30,7 +30,7 @@ void RecordedKeys::begin() {
 }
 
 std::optional<KeyEvent> RecordedKeys::read(std::uint32_t key, std::uint32_t state, bool pressed) {
-  const auto position = virtualKeyAtPosition(key);
+  const auto position = linux_port::virtualKeyAtPosition(key);
   if (!position) return {};
   if (key < held_.size()) held_.set(key, pressed);
   const unsigned carried = carriedBy(key);

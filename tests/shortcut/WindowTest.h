@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "platform/VirtualKeys.h"
-#include "platform/x11/copy/Clipboard.h"
+#include "platform/x11/Desktop.h"
 #include "shortcut/ShortcutWindow.h"
 #include "tests/hotkey/qt/QtDesktop.h"
 

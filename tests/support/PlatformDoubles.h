@@ -14,7 +14,7 @@
 #include "platform/Application.h"
 #include "platform/Clipboard.h"
 #include "platform/HotKeyEvents.h"
-#include "platform/MainQueue.h"
+#include "platform/Ports.h"
 
 namespace seldial::tests {
 

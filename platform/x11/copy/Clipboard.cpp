@@ -1,11 +1,10 @@
-#include "platform/x11/copy/Clipboard.h"
-
 #include <array>
 #include <cstring>
 #include <functional>
 #include <utility>
 
-#include "platform/x11/copy/Applications.h"
+#include "platform/linux/Applications.h"
+#include "platform/x11/Desktop.h"
 #include "platform/x11/copy/CopyKeystroke.h"
 #include "platform/x11/copy/FocusedWindow.h"
 #include "platform/x11/copy/PrimarySelection.h"
@@ -123,14 +122,14 @@ class SelectionClipboard final : public Clipboard {
   [[nodiscard]] bool copySelection() override {
     if (!keystroke_.isPossible()) return false;
     focused_ = findFocusedWindow(session_->connection);
-    if (copiesByCopyKey(focused_.names) && keystroke_.isPossible(CopyChord::kCopyKey)) {
+    if (linux_port::copiesByCopyKey(focused_.names) && keystroke_.isPossible(CopyChord::kCopyKey)) {
       type(CopyChord::kCopyKey);
-    } else if (isReadFromPrimary(focused_.names)) {
+    } else if (linux_port::isReadFromPrimary(focused_.names)) {
       source_ = Source::kPrimary;
-    } else if (isLeftAlone(focused_.names)) {
+    } else if (linux_port::isLeftAlone(focused_.names)) {
       source_ = Source::kNothing;
     } else {
-      if (isWine(focused_.names)) letWineNotice();
+      if (linux_port::isWine(focused_.names)) letWineNotice();
       type(CopyChord::kControlInsert);
     }
     return true;
@@ -172,8 +171,9 @@ class SelectionClipboard final : public Clipboard {
 
   /// Whether a copied text may be one that the application does not show as selected.
   [[nodiscard]] bool mayBeUnselected(const std::string& text) const {
-    if (mayBeCurrentLine(focused_.names, text)) return true;
-    return takesPrimaryAfterCopying(focused_.names) && primary_.timesTaken() == takenBeforeCopy_;
+    if (linux_port::mayBeCurrentLine(focused_.names, text)) return true;
+    return linux_port::takesPrimaryAfterCopying(focused_.names) &&
+           primary_.timesTaken() == takenBeforeCopy_;
   }
 
   enum class Source {

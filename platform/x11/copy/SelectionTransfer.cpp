@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/x11/copy/SelectionText.h"
+#include "platform/linux/SelectionText.h"
 
 namespace seldial::platform::x11 {
 namespace {
@@ -37,11 +37,11 @@ std::optional<std::string> readSelectionText(Connection& connection, EventPump& 
   for (const auto target : {atoms.utf8String, atoms.utf8PlainText, xcb_atom_t{XCB_ATOM_STRING}}) {
     auto answer = transfer.ask(selection, target, deadline);
     if (!answer) return {};
-    answer->bytes = withoutTerminator(std::move(answer->bytes));
+    answer->bytes = linux_port::withoutTerminator(std::move(answer->bytes));
     // An owner may answer with another type than it was asked for; the type counts.
-    if (answer->type == XCB_ATOM_STRING) return utf8FromLatin1(answer->bytes);
+    if (answer->type == XCB_ATOM_STRING) return linux_port::utf8FromLatin1(answer->bytes);
     if (answer->type == atoms.utf8String || answer->type == atoms.utf8PlainText) {
-      return repairedUtf8(std::move(answer->bytes));
+      return linux_port::repairedUtf8(std::move(answer->bytes));
     }
   }
   return {};

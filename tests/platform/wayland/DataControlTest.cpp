@@ -7,8 +7,8 @@
 #include <atomic>
 #include <thread>
 
+#include "platform/wayland/Clipboard.h"
 #include "platform/wayland/ClipboardText.h"
-#include "platform/wayland/DataControl.h"
 #include "tests/support/Sockets.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/Waiting.h"

@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "platform/PressSocket.h"
+#include "platform/System.h"
 #include "tests/platform/wayland/WaylandPort.h"
 #include "tests/support/Sockets.h"
 

@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 
 #include "platform/VirtualKeys.h"
+#include "platform/linux/KeyTable.h"
 #include "platform/wayland/QtKeys.h"
-#include "platform/x11/KeyTable.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -25,7 +25,7 @@ std::vector<int> keysIn(const char* layouts, std::uint32_t virtualKey, std::uint
   const std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap(
       xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS),
       &xkb_keymap_unref);
-  return qtKeys(*keymap, *x11::keyAtPosition(virtualKey), modifiers, qtVersion);
+  return qtKeys(*keymap, *linux_port::keyAtPosition(virtualKey), modifiers, qtVersion);
 }
 
 TEST(QtKeys, ALetterIsTheLayoutsCapitalLetter) {

@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/x11/Desktop.h"
 #include "platform/x11/Session.h"
-#include "platform/x11/copy/Clipboard.h"
 #include "tests/platform/RunningPort.h"
 #include "tests/support/desktop/XServer.h"
 

@@ -1,9 +1,9 @@
-#include "platform/x11/copy/SelectionText.h"
+#include "platform/linux/SelectionText.h"
 
 #include <cstdint>
 #include <string_view>
 
-namespace seldial::platform::x11 {
+namespace seldial::platform::linux_port {
 namespace {
 
 constexpr std::uint32_t kReplacement = 0xFFFD;
@@ -120,4 +120,4 @@ std::string repairedUtf8(std::string text) {
   }
 }
 
-}  // namespace seldial::platform::x11
+}  // namespace seldial::platform::linux_port

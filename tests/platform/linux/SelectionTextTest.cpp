@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "api/JSON.h"
-#include "platform/x11/copy/SelectionText.h"
+#include "platform/linux/SelectionText.h"
 
-namespace seldial::platform::x11 {
+namespace seldial::platform::linux_port {
 namespace {
 
 const std::string kReplaced = "\xEF\xBF\xBD";
@@ -69,4 +69,4 @@ TEST(SelectionText, WhateverTheBytesTheResultIsValid) {
 }
 
 }  // namespace
-}  // namespace seldial::platform::x11
+}  // namespace seldial::platform::linux_port

@@ -1,7 +1,8 @@
-// Which program has the focus under KWin.
+// Which program has the focus, where the compositor lists its windows.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,16 @@
 
 namespace seldial::platform::wayland {
 
+/// Names of the program that owns the focused window: the application id, or the window class on
+/// Xwayland. None when no window has the focus.
+using FocusedProgram = std::function<std::vector<std::string>()>;
+
+/// The application ids of the active windows; none when the compositor does not tell. Takes two
+/// round trips. The list is requested for each call, so that changes wake nobody up in between.
+[[nodiscard]] std::vector<std::string> activeApplications(Display& display);
+
+/// Which program has the focus under KWin.
+///
 /// Notes only that windows appear; what they are is requested when it is needed, so that nothing
 /// else wakes the program up. Main thread only.
 class PlasmaWindows {

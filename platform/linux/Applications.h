@@ -1,12 +1,13 @@
-// Applications in which the copy keystroke alone does not tell what is selected. Their names are
-// compared without case.
+// Applications in which the copy keystroke alone does not tell what is selected, or does harm.
+// Names are compared without case: WM_CLASS on X11, the application id or Xwayland's WM_CLASS on
+// Wayland.
 #pragma once
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace seldial::platform::x11 {
+namespace seldial::platform::linux_port {
 
 /// Whether a window with these WM_CLASS names belongs to an application in which the copy keystroke
 /// does harm or copies nothing.
@@ -34,4 +35,16 @@ bool isWine(const std::vector<std::string>& names);
 /// Qt Creator is not noticed.
 bool mayBeCurrentLine(const std::vector<std::string>& names, std::string_view text);
 
-}  // namespace seldial::platform::x11
+// On Wayland, where PRIMARY is not read, the kind of terminal decides how it is made to copy.
+
+/// How a terminal emulator copies its selection without typing into the program inside.
+enum class TerminalKind {
+  kNone,   ///< not a terminal that we know
+  kVte,    ///< by Ctrl+Insert; it copies an empty text when nothing is selected
+  kOther,  ///< by the Copy key, if at all
+};
+
+/// The kind of the program whose window has this name.
+[[nodiscard]] TerminalKind terminalKind(const std::string& name);
+
+}  // namespace seldial::platform::linux_port

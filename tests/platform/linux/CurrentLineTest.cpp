@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "platform/x11/copy/Applications.h"
+#include "platform/linux/Applications.h"
 
-namespace seldial::platform::x11 {
+namespace seldial::platform::linux_port {
 namespace {
 
 TEST(CurrentLine, BeginsOrEndsWithItsOnlyNewline) {
@@ -24,4 +24,4 @@ TEST(CurrentLine, IsCopiedByEditorsOfEitherName) {
 }
 
 }  // namespace
-}  // namespace seldial::platform::x11
+}  // namespace seldial::platform::linux_port

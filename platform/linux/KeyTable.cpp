@@ -1,4 +1,4 @@
-#include "platform/x11/KeyTable.h"
+#include "platform/linux/KeyTable.h"
 
 #include <linux/input-event-codes.h>
 
@@ -7,7 +7,7 @@
 
 #include "platform/VirtualKeys.h"
 
-namespace seldial::platform::x11 {
+namespace seldial::platform::linux_port {
 namespace {
 
 /// The difference between the X key code and the evdev code of a key.
@@ -95,4 +95,4 @@ std::optional<std::uint16_t> virtualKeyAtPosition(std::uint32_t key) {
   return found->virtualKey;
 }
 
-}  // namespace seldial::platform::x11
+}  // namespace seldial::platform::linux_port

@@ -1,9 +1,12 @@
+// The shortcut window's own widgets: the field with keycaps, and the panel below it.
 #pragma once
 
 #include <QString>
+#include <QWidget>
 
 #include "hotkey/qt/QKHotKeyTextField.h"
 
+class QLabel;
 class QPainter;
 
 namespace seldial {
@@ -28,6 +31,34 @@ class KeycapField : public QKHotKeyTextField {
 
   const std::shared_ptr<platform::KeyboardLayout> layout_;
   QString hint_;
+};
+
+/// A panel with a headline and a sentence. It is lit or shows a warning in the colours of the
+/// palette. Main thread only.
+class StatusPanel : public QWidget {
+ public:
+  enum class Kind { kPlain, kLit, kWarning };
+
+  explicit StatusPanel(QWidget* parent = nullptr);
+
+  /// Shows the texts. A lit panel and each new warning are announced to assistive technology.
+  void tell(Kind kind, const QString& headline, const QString& detail);
+
+  [[nodiscard]] Kind kind() const { return kind_; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void colourTexts();
+  void announce();
+  void keepTextsOffSign();
+  void makeRoom();
+
+  Kind kind_ = Kind::kPlain;
+  QLabel* headline_;
+  QLabel* detail_;
 };
 
 }  // namespace seldial

@@ -2,9 +2,9 @@
 
 #include <map>
 
-#include "platform/x11/KeyTable.h"
+#include "platform/linux/KeyTable.h"
 
-namespace seldial::platform::x11 {
+namespace seldial::platform::linux_port {
 namespace {
 
 /// X key codes by virtual key code.
@@ -65,4 +65,4 @@ TEST(KeyTable, ACodeFarAboveTheTableIsNone) {
 }
 
 }  // namespace
-}  // namespace seldial::platform::x11
+}  // namespace seldial::platform::linux_port

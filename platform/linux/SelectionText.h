@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace seldial::platform::x11 {
+namespace seldial::platform::linux_port {
 
 std::string utf8FromLatin1(const std::string& latin1);
 
@@ -16,4 +16,4 @@ std::string withoutTerminator(std::string text);
 /// each byte that begins none.
 std::string repairedUtf8(std::string text);
 
-}  // namespace seldial::platform::x11
+}  // namespace seldial::platform::linux_port

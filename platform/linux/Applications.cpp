@@ -1,4 +1,4 @@
-#include "platform/x11/copy/Applications.h"
+#include "platform/linux/Applications.h"
 
 #include <strings.h>
 
@@ -6,7 +6,7 @@
 #include <array>
 #include <string_view>
 
-namespace seldial::platform::x11 {
+namespace seldial::platform::linux_port {
 namespace {
 
 // Not in this table:
@@ -71,6 +71,69 @@ bool isEditor(const std::string& name) {
                      [&](const char* editor) { return strcasecmp(name.c_str(), editor) == 0; });
 }
 
+struct Terminal {
+  const char* name;
+  TerminalKind kind;
+};
+
+/// Application ids, and window classes on Xwayland.
+constexpr auto kTerminals = std::to_array<Terminal>({
+    {"Alacritty", TerminalKind::kOther},
+    {"aterm", TerminalKind::kOther},
+    {"com.gexperts.Tilix", TerminalKind::kVte},
+    {"com.mitchellh.ghostty", TerminalKind::kOther},
+    {"contour", TerminalKind::kOther},
+    {"cool-retro-term", TerminalKind::kOther},
+    {"deepin-terminal", TerminalKind::kOther},
+    {"Eterm", TerminalKind::kOther},
+    {"foot", TerminalKind::kOther},
+    {"foot-server", TerminalKind::kOther},
+    {"footclient", TerminalKind::kOther},
+    {"ghostty", TerminalKind::kOther},
+    {"gnome-terminal", TerminalKind::kVte},
+    {"gnome-terminal-server", TerminalKind::kVte},
+    {"guake", TerminalKind::kVte},
+    {"havoc", TerminalKind::kOther},
+    {"io.elementary.terminal", TerminalKind::kVte},
+    {"kgx", TerminalKind::kVte},
+    {"kitty", TerminalKind::kOther},
+    {"konsole", TerminalKind::kOther},
+    {"lilyterm", TerminalKind::kVte},
+    {"lxterminal", TerminalKind::kVte},
+    {"mate-terminal", TerminalKind::kVte},
+    {"mlterm", TerminalKind::kOther},
+    {"org.codeberg.dnkl.foot", TerminalKind::kOther},
+    {"org.contourterminal.Contour", TerminalKind::kOther},
+    {"org.gnome.Console", TerminalKind::kVte},
+    {"org.gnome.Ptyxis", TerminalKind::kVte},
+    {"org.gnome.Terminal", TerminalKind::kVte},
+    {"org.kde.konsole", TerminalKind::kOther},
+    {"org.kde.yakuake", TerminalKind::kOther},
+    {"org.wezfurlong.wezterm", TerminalKind::kOther},
+    {"org.xfce.terminal", TerminalKind::kVte},
+    {"pterm", TerminalKind::kOther},
+    {"qterminal", TerminalKind::kOther},
+    {"rio", TerminalKind::kOther},
+    {"roxterm", TerminalKind::kVte},
+    {"Rxvt", TerminalKind::kOther},
+    {"sakura", TerminalKind::kVte},
+    {"st", TerminalKind::kOther},
+    {"st-256color", TerminalKind::kOther},
+    {"stterm", TerminalKind::kOther},
+    {"terminator", TerminalKind::kVte},
+    {"terminology", TerminalKind::kOther},
+    {"termit", TerminalKind::kVte},
+    {"tilda", TerminalKind::kVte},
+    {"tilix", TerminalKind::kVte},
+    {"URxvt", TerminalKind::kOther},
+    {"UXTerm", TerminalKind::kOther},
+    {"wezterm", TerminalKind::kOther},
+    {"x-terminal-emulator", TerminalKind::kOther},
+    {"Xfce4-terminal", TerminalKind::kVte},
+    {"XTerm", TerminalKind::kOther},
+    {"yakuake", TerminalKind::kOther},
+});
+
 }  // namespace
 
 bool isReadFromPrimary(const std::vector<std::string>& names) {
@@ -112,4 +175,11 @@ bool mayBeCurrentLine(const std::vector<std::string>& names, std::string_view te
   return isLine && std::any_of(names.begin(), names.end(), isEditor);
 }
 
-}  // namespace seldial::platform::x11
+TerminalKind terminalKind(const std::string& name) {
+  const auto* const found = std::find_if(
+      kTerminals.begin(), kTerminals.end(),
+      [&](const Terminal& terminal) { return strcasecmp(name.c_str(), terminal.name) == 0; });
+  return found != kTerminals.end() ? found->kind : TerminalKind::kNone;
+}
+
+}  // namespace seldial::platform::linux_port

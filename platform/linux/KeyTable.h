@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace seldial::platform::x11 {
+namespace seldial::platform::linux_port {
 
 /// The X key code for a virtual key code, where the server uses evdev's key codes. Nothing where no
 /// keyboard has such a key or its code is too large for X.
@@ -14,4 +14,4 @@ std::optional<std::uint8_t> keyAtPosition(std::uint32_t virtualKeyCode);
 /// evdev codes and is not limited to 255. Nothing where no virtual key code stands for the key.
 std::optional<std::uint16_t> virtualKeyAtPosition(std::uint32_t key);
 
-}  // namespace seldial::platform::x11
+}  // namespace seldial::platform::linux_port

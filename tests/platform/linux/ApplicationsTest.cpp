@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "platform/x11/copy/Applications.h"
+#include "platform/linux/Applications.h"
 
-namespace seldial::platform::x11 {
+namespace seldial::platform::linux_port {
 namespace {
 
 TEST(Applications, TerminalsAreKnownByEitherOfTheirNames) {
@@ -48,4 +48,4 @@ TEST(Applications, ProgramsInWhichNoKeyCopiesAreReadFromPrimary) {
 }
 
 }  // namespace
-}  // namespace seldial::platform::x11
+}  // namespace seldial::platform::linux_port
