@@ -7,7 +7,7 @@
 #include <memory>
 #include <string_view>
 
-#define TOML_EXCEPTIONS 0  // NOLINT: how toml++ is configured
+#define TOML_EXCEPTIONS 0  // NOLINT: configures toml++
 #include <toml++/toml.h>
 
 #include "platform/System.h"
@@ -29,7 +29,7 @@ std::string failure(const char* what, const std::string& path) {
   return std::string("cannot ") + what + " " + path + ": " + platform::errorText(errno);
 }
 
-/// The file's content; empty if it does not exist.
+/// The contents of the file; empty if it does not exist, nothing after an error.
 std::optional<std::string> contentOf(const std::string& path, std::string& error) {
   const File file = openFile(path, "rb");
   if (!file && errno == ENOENT) return "";
@@ -56,7 +56,7 @@ std::optional<toml::table> parsed(const std::string& content, const std::string&
   return std::nullopt;
 }
 
-/// A string as it is, a whole number or truth value in digits or words; nothing for other values.
+/// The text of a string, integer or boolean; nothing for other values.
 std::optional<std::string> textOf(const toml::node& value) {
   if (const auto* const text = value.as_string()) return text->get();
   if (const auto* const number = value.as_integer()) return std::to_string(number->get());
@@ -64,7 +64,7 @@ std::optional<std::string> textOf(const toml::node& value) {
   return std::nullopt;
 }
 
-/// As a value of TOML: a whole number or truth value as it is, everything else as a string.
+/// As a TOML value: an integer or boolean unquoted, everything else as a string.
 std::string written(const std::string& value) {
   const bool isNumber = !value.empty() && value.size() < 10 && (value == "0" || value[0] != '0') &&
                         value.find_first_not_of("0123456789") == std::string::npos;
@@ -83,7 +83,7 @@ std::string written(const std::string& value) {
   return result + "\"";
 }
 
-/// Where a position, in lines and characters, lies in the text, in bytes.
+/// The byte offset of a position that is given in lines and characters.
 std::size_t offsetOf(const std::string& content, const toml::source_position& position) {
   std::size_t at = 0;
   for (toml::source_index line = 1; line < position.line; ++line) at = content.find('\n', at) + 1;
@@ -113,9 +113,10 @@ void change(std::string& content, const toml::table& table, const std::string& n
   content.replace(begin, end - begin, value ? written(*value) : "");
 }
 
-/// Writes a file beside it and renames that. Where `path` is a link, it is the file behind it.
+/// Writes a temporary file in the same directory and renames it. If `path` is a symbolic link,
+/// replaces the file that it refers to.
 bool replaceFile(const std::string& path, const std::string& content, std::string& error) {
-  std::error_code ignored;  // then opening the file fails
+  std::error_code ignored;  // opening the file then fails
   const auto target = std::filesystem::weakly_canonical(path, ignored);
   std::filesystem::create_directories(target.parent_path(), ignored);
   const std::string fresh = target.string() + ".new";
@@ -156,7 +157,7 @@ bool writeConfiguration(const std::string& path,
   if (!content) return false;
   if (content->empty()) *content = kHeading;
   for (const auto& [name, value] : values) {
-    const auto table = parsed(*content, path, error);  // places change with each change
+    const auto table = parsed(*content, path, error);  // positions shift with each change
     if (!table) return false;
     change(*content, *table, name, value);
   }

@@ -15,20 +15,20 @@
 namespace seldial {
 namespace {
 
-/// Time limit of a connect and a write together. A seldial that is dialling answers sooner.
+/// Time limit for a connect and a write together. Even a seldial that is dialling accepts sooner.
 constexpr std::chrono::seconds kSendLimit{3};
 
-/// Time limit of an answer, in seconds: seldial-uc may have to wait until its seldial has dialled.
+/// Time limit for an answer, in seconds: seldial-uc may have to wait until its seldial has dialled.
 constexpr time_t kAnswerLimit = 20;
 
 using Socket = std::shared_ptr<GDUnixSocketClient>;
 
-/// The library's own texts have numbers of descriptors in them.
+/// Describes an error without the descriptor numbers that the library's texts contain.
 std::string inWords(const std::string& what, const Error& error) {
   return what + ": " + platform::errorText(error.errorNumber);
 }
 
-/// Null when that fails; `failure` then says why.
+/// Null if the connection fails; `failure` then says why.
 Socket connectTo(const std::string& path, std::string& failure) {
   auto socket = GDUnixSocketClient::initWithSocketPath(path);
   if (!socket) {
@@ -105,7 +105,7 @@ std::optional<std::string> askRunningClient(const std::string& request, std::str
   return answer;
 }
 
-/// The connection, and its delegate. Its callback runs on the library's thread.
+/// The connection and its delegate. The callback runs on a thread of the library.
 class HotKeyTrial::Receiver final : public GDUnixSocketClientDelegate {
  public:
   Receiver(Socket socket, std::function<void()> used)

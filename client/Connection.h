@@ -8,39 +8,38 @@
 
 namespace seldial {
 
-/// Sends a command, or anything else, to the seldial that listens at `path`, over a connection of
-/// its own. Takes a few seconds at most. Returns what went wrong, if anything, without a full stop.
+/// Sends a command, or any other text, to the seldial that listens at `path`, over a new
+/// connection. Takes at most three seconds. Returns the error, if any, without a full stop.
 [[nodiscard]] std::optional<std::string> sendCommand(const std::string& command,
                                                      const std::string& path);
 
 /// Whether a program listens at `path`.
 [[nodiscard]] bool isListening(const std::string& path);
 
-/// The path of the socket on which the user's seldial-uc answers requests: in the directory that
-/// XDG_RUNTIME_DIR or TMPDIR names, the first one that nobody else can enter. Empty when there is
-/// none.
+/// The path of the socket on which the user's seldial-uc answers requests. It is in the first of
+/// XDG_RUNTIME_DIR and TMPDIR that only the user can access; empty if there is none.
 [[nodiscard]] std::string controlSocketPath();
 
 /// Sends a request to the running seldial-uc and waits for the answer, at most twenty seconds.
-/// Nothing when none is running or it does not answer; `error` then says so, without a full stop.
+/// Nothing if none is running or it does not answer; `error` then says so, without a full stop.
 [[nodiscard]] std::optional<std::string> askRunningClient(const std::string& request,
                                                           std::string& error);
 
-/// What askRunningClient() can ask. Each request is one line.
+/// The requests for askRunningClient(). Each is one line.
 inline constexpr const char* kStatusRequest = "status";  ///< the answer is for people
-/// The answer is the usual spelling of the hot key that is set; empty if there is none.
+/// The answer is the usual spelling of the current hot key; empty if there is none.
 inline constexpr const char* kHotKeyRequest = "hotkey";
-/// To read the configuration again. The answer is empty, or says what is wrong, without a full
-/// stop; with kReloadNote in front, what does not take effect at once though nothing is wrong.
+/// Asks to reload the configuration. The answer is empty, or an error without a full stop. With
+/// kReloadNote in front it is no error, but says what does not take effect at once.
 inline constexpr const char* kReloadRequest = "reload";
 inline constexpr const char* kReloadNote = "note: ";
 
-/// The next use of the hot key of the running seldial-uc, which dials nothing then. It ends with
-/// the object. Made and destroyed on one thread.
+/// Waits for the next use of the hot key of the running seldial-uc, which then dials nothing.
+/// Destroying the object cancels it. Create and destroy it on one thread.
 class HotKeyTrial {
  public:
-  /// `used` is called once at most, on another thread, which may be after the object is gone. Null
-  /// when no seldial-uc is running.
+  /// `used` is called at most once, on another thread, possibly after the object has been
+  /// destroyed. Null if no seldial-uc is running.
   static std::unique_ptr<HotKeyTrial> start(std::function<void()> used);
 
   ~HotKeyTrial();
@@ -55,7 +54,7 @@ class HotKeyTrial {
   std::shared_ptr<Receiver> receiver_;
 };
 
-/// The request of a HotKeyTrial. The answer comes when the hot key has been used.
+/// The request of a HotKeyTrial. The answer arrives when the hot key has been used.
 inline constexpr const char* kTrialRequest = "try";
 
 }  // namespace seldial

@@ -13,7 +13,7 @@
 #include "client/Connection.h"
 #include "client/Options.h"
 
-extern char** environ;  // NOLINT: the system's own name
+extern char** environ;  // NOLINT: the name is the system's
 
 namespace seldial {
 namespace {
@@ -35,7 +35,7 @@ bool exists(const std::string& path) {
 /// Whether the errors of systemctl are shown, on standard error.
 enum class Errors { kShown, kHidden };
 
-/// Runs "systemctl --user" to its end.
+/// Runs "systemctl --user" and waits until it ends. True if it succeeds.
 bool systemctl(std::vector<std::string> arguments, Errors errors = Errors::kShown) {
   std::vector<std::string> command{"systemctl", "--user", "--quiet"};
   command.insert(command.end(), arguments.begin(), arguments.end());
@@ -65,7 +65,7 @@ bool systemdRunsSession() {
 }
 
 bool writeFile(const std::string& path, const std::string& content, std::string& result) {
-  std::error_code ignored;  // then the file cannot be opened
+  std::error_code ignored;  // opening the file then fails
   std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
   std::ofstream file(path);
   file << content;
@@ -75,7 +75,7 @@ bool writeFile(const std::string& path, const std::string& content, std::string&
   return false;
 }
 
-/// The text with `mark` before each of those characters.
+/// The text with `mark` before each of `characters`.
 std::string escaped(const std::string& text, std::string_view characters, char mark = '\\') {
   std::string result;
   for (const char letter : text) {
@@ -134,7 +134,7 @@ std::string loginUnit(const std::string& program) {
 }
 
 std::string autostartEntry(const std::string& program) {
-  // The value is a string, where a backslash is doubled, with an argument in quotes.
+  // The value is a string, in which a backslash is doubled, with an argument in quotes.
   return "[Desktop Entry]\n"
          "Type=Application\n"
          "Name=Seldial\n"
@@ -154,7 +154,8 @@ bool startsBySystemd() {
 }
 
 bool enableLoginStart(const std::string& program, std::string& result) {
-  if (!disableLoginStart(result)) return false;  // never by both, and not by an old path
+  if (!disableLoginStart(result))
+    return false;  // so that it never starts twice, or from an old path
   if (systemdRunsSession()) return enableUnit(program, result);
   if (!writeFile(entryPath(), autostartEntry(program), result)) return false;
   result = "seldial-uc starts at the next login, by " + entryPath();

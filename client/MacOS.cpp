@@ -1,4 +1,4 @@
-// What the clients do without on macOS: the configuration file and the start at login.
+// Stubs for the features that do not exist on macOS: the configuration file and the start at login.
 #include "client/Configuration.h"
 
 namespace seldial {

@@ -17,7 +17,7 @@ class WordSplitter {
  public:
   explicit WordSplitter(const std::string& text) : text_(text) {}
 
-  /// False when a quote is not closed, or nothing follows the last backslash.
+  /// False if a quote is not closed, or nothing follows the last backslash.
   bool split() {
     for (next_ = 0; next_ < text_.size(); ++next_) {
       const char letter = text_[next_];
@@ -58,7 +58,7 @@ class WordSplitter {
   const std::string& text_;
   std::size_t next_ = 0;
   char quote_ = '\0';
-  bool inWord_ = false;  // also of an empty word in quotes
+  bool inWord_ = false;  // also in an empty quoted word
   std::string word_;
   std::vector<std::string> words_;
 };

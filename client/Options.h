@@ -1,5 +1,5 @@
-// What the command lines of both programs have in common: reading options, the values that some of
-// them take, and where the configuration is kept.
+// Code shared by the command lines of both programs: reading options, parsing common values, and
+// the path of the configuration file.
 #pragma once
 
 #include <array>
@@ -16,8 +16,8 @@ namespace seldial {
 /// by "=", and options without.
 class OptionReader {
  public:
-  /// Both outlive the reader. `error` receives one sentence that says what is wrong, without a full
-  /// stop.
+  /// Both must outlive the reader. `error` receives one sentence that says what is wrong, without a
+  /// full stop.
   OptionReader(const std::vector<std::string>& arguments, std::string& error)
       : arguments_(arguments), error_(error) {}
   virtual ~OptionReader() = default;
@@ -25,19 +25,20 @@ class OptionReader {
   OptionReader& operator=(const OptionReader&) = delete;
 
  protected:
-  /// False at the first argument that is wrong.
+  /// Reads all arguments. False at the first invalid one.
   bool readAll();
 
-  /// Sets the error, with `place_` in front. Always false.
+  /// Sets the error, with `place_` in front. Always returns false.
   bool fail(const std::string& error);
 
-  std::string place_;  ///< of what is being read, such as "FILE:LINE: "; empty: the command line
+  std::string
+      place_;  ///< where the option comes from, such as "FILE:LINE: "; empty: the command line
 
  private:
   [[nodiscard]] virtual bool takesValue(const std::string& name) const = 0;
-  /// False, by fail(), when the value is wrong.
+  /// Sets an option. False, with fail(), if the value is invalid.
   virtual bool setValue(const std::string& name, const std::string& value) = 0;
-  /// False when there is no such option.
+  /// Sets an option without a value. False if there is no such option.
   virtual bool setFlag(const std::string& name) = 0;
 
   bool readOption(const std::string& argument);
@@ -47,25 +48,25 @@ class OptionReader {
   std::size_t next_ = 0;
 };
 
-/// Milliseconds as --delay takes them: up to five digits and nothing else, at most 65535.
+/// Parses the milliseconds of --delay: up to five digits and nothing else, at most 65535.
 [[nodiscard]] std::optional<std::uint16_t> delayFrom(const std::string& text);
 
-/// What stands in a command for the number as dialled, for its "tel" URI, and for the selection.
+/// The placeholders in a dial command: the number as dialled, its "tel" URI, and the selected text.
 inline constexpr std::array kDialPlaceholders{"{}", "{tel}", "{text}"};
 
-/// Splits a command line into words at blanks. Quotes (' and ") keep blanks in a word, and a
-/// backslash keeps the next character, except between single quotes. Nothing else is special: no
+/// Splits a command line into words at spaces. Quotes (' and ") protect spaces, and a backslash
+/// protects the next character, except between single quotes. Nothing else is special: no
 /// variables, no patterns, no operators. A command without a placeholder gets "{}" as its last
-/// word. Nothing when there is no program or a quote is not closed; `error` then says why, without
-/// a full stop.
+/// word. Nothing if there is no program or a quote is not closed; `error` then says why, without a
+/// full stop.
 [[nodiscard]] std::optional<std::vector<std::string>> dialCommandFrom(const std::string& text,
                                                                       std::string& error);
 
-/// The user's directory for configuration: XDG_CONFIG_HOME, or ".config" in HOME. Empty when
-/// neither is an absolute path.
+/// The user's configuration directory: XDG_CONFIG_HOME, or ".config" in HOME. Empty if neither is
+/// an absolute path.
 [[nodiscard]] std::string configurationHome();
 
-/// "seldial/seldial-uc.toml" in it; empty when there is none.
+/// "seldial/seldial-uc.toml" in the configuration directory; empty if there is none.
 [[nodiscard]] std::string usualConfigurationPath();
 
 }  // namespace seldial

@@ -18,7 +18,7 @@ struct NamedModifier {
   ModifierFlag flag;
 };
 
-/// The usual name of each modifier comes first, and in the order in which a spelling shows them.
+/// The usual name of each modifier comes first. The modifiers are in the order of a spelling.
 constexpr NamedModifier kModifierNames[] = {
     {"ctrl", kModifierFlagControl},    {"alt", kModifierFlagOption},
     {"shift", kModifierFlagShift},     {"super", kModifierFlagCommand},
@@ -122,7 +122,7 @@ std::string whyNoKey(const std::string& name) {
                : quoted(name) + " is neither a modifier nor a key";
 }
 
-/// The text under `key`, empty when there is none.
+/// The text under `key`; empty if there is none.
 std::string textAt(const JSONDictionary& dictionary, const char* key) {
   const auto entry = dictionary.find(key);
   const auto* const text = entry != dictionary.end() ? entry->second.text() : nullptr;
@@ -145,7 +145,7 @@ JSONDictionary dictionaryFromJSON(const std::string& json) {
 
 std::optional<HotKey> hotKeyFromSpelling(const std::string& spelling, std::string& error) {
   HotKey hotKey;
-  std::string key;  // the one piece that is not a modifier, once it was found
+  std::string key;  // the part that is not a modifier, once it was found
   for (const std::string& piece : splitAtPlus(lowercasedWithoutBlanks(spelling))) {
     if (const auto* const modifier = entryNamed(kModifierNames, piece)) {
       hotKey.modifierFlags |= modifier->flag;
@@ -196,7 +196,7 @@ std::string setHotKeyCommand(const HotKey& hotKey, std::uint16_t readDelay) {
   command["modifierShift"] = has(platform::kModifierFlagShift);
   command["virtualkey"] = int{hotKey.virtualKey};
   command["readdelay"] = int{readDelay};
-  return *writeJSON(command);  // fails only on texts that are not UTF-8, and here are none
+  return *writeJSON(command);  // fails only on invalid UTF-8, which is not possible here
 }
 
 Message messageFromJSON(const std::string& json) {

@@ -1,7 +1,7 @@
-// Hot keys as records: what is pressed and what is invoked.
+// Hot key records: a key combination and the task or action that it invokes.
 //
-// A record knows nothing of the desktop; QKHotKeyCenter registers it there. Everything here is for
-// the main thread only.
+// A record does not depend on the desktop; QKHotKeyCenter registers it there. Everything here is
+// for the main thread only.
 #pragma once
 
 #include <cstddef>
@@ -17,18 +17,19 @@
 
 namespace seldial {
 
-/// The event that a hot key is invoked with. It is synthetic, since a desktop reports a hot key and
-/// not a key: its type is kKeyUp, it has no window and no characters, and its modifierFlags are
-/// those still held.
+/// The event that a hot key is invoked with. It is synthetic, because a desktop reports a hot key
+/// and not a key event: its type is kKeyUp, it has no window and no characters, and its
+/// modifierFlags are those still held.
 using QKKeyEvent = platform::KeyEvent;
 
 /// What a hot key runs when it is used.
 using QKHotKeyTask = std::function<void(const QKKeyEvent&)>;
 
-/// The name of an action; two are the same when their names are equal. Empty means no action.
+/// The name of an action. Empty means no action.
 using QKAction = std::string;
 
-/// An argument passed on with an action. Its type is agreed between who registers and who performs.
+/// An argument that is passed with an action. The code that registers it and the target agree on
+/// its type.
 using QKObject = std::shared_ptr<void>;
 
 /// Receives the actions of hot keys.
@@ -36,11 +37,10 @@ class QKHotKeyTarget {
  public:
   virtual ~QKHotKeyTarget() = default;
 
-  /// Whether perform() implements that action. An action that it does not implement is never
-  /// performed.
+  /// Whether perform() implements that action. perform() is never called for other actions.
   [[nodiscard]] virtual bool respondsTo(const QKAction& action) const = 0;
 
-  /// Performs the action. `object` is the record's own and may be null.
+  /// Performs the action. `object` belongs to the record and may be null.
   virtual void perform(const QKAction& action, const QKKeyEvent& event, const QKObject& object) = 0;
 
   /// The target's name in QKHotKey::description().
@@ -50,8 +50,8 @@ class QKHotKeyTarget {
 /// The record of one hot key: a virtual key code, modifier flags, and a task or an action of a
 /// target. Two records with the same key code and flags are the same hot key, whatever they invoke.
 ///
-/// A record that is destroyed asks the shared centre to unregister it. Like every unregistration,
-/// that also drops an equal record from the registry.
+/// When a record is destroyed, it asks the shared centre to unregister it. Like every
+/// unregistration, this also removes an equal record from the registry.
 class QKHotKey {
  public:
   /// A record that is not registered. `modifierFlags` are platform::ModifierFlag bits.
@@ -64,7 +64,7 @@ class QKHotKey {
 
   /// Not owned: it must outlive the record's registration. Null when there is none.
   [[nodiscard]] QKHotKeyTarget* target() const { return target_; }
-  /// What the target is asked to perform; empty when there is none.
+  /// The action for the target; empty if there is none.
   [[nodiscard]] const QKAction& action() const { return action_; }
   /// Passed to the target with the action; owned, may be null.
   [[nodiscard]] const QKObject& object() const { return object_; }
@@ -88,7 +88,7 @@ class QKHotKey {
   [[nodiscard]] std::string description() const;
   /// Whether key code and flags are equal.
   [[nodiscard]] bool isEqual(const QKHotKey& other) const;
-  /// Equal for equal records.
+  /// The same for records that are equal by isEqual().
   [[nodiscard]] std::size_t hash() const;
 
  private:

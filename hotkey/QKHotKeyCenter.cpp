@@ -30,13 +30,13 @@ std::shared_ptr<QKHotKeyCenter> QKHotKeyCenter::makeCenter() {
 
 std::shared_ptr<QKHotKeyCenter> QKHotKeyCenter::sharedHotKeyCenter() {
   if (!hotKeyEvents()) return nullptr;
-  // Never destroyed: a record that is destroyed while the process ends still asks for it.
+  // Never destroyed: a record that is destroyed while the process ends still uses it.
   static auto* const shared = new std::shared_ptr<QKHotKeyCenter>(makeCenter());
   return *shared;
 }
 
 void QKHotKeyCenter::init() {
-  // Destroyed last: the records use the centre while they are destroyed.
+  // Destroyed last: the destructors of the records use the centre.
   const QKHotKeySet before = std::exchange(registry_, {});
   nextHotKeyID_ = 1;
   if (const auto port = hotKeyEvents()) port->installReleasedHandler(hotKeyReleased);
@@ -86,8 +86,8 @@ void QKHotKeyCenter::unregister(QKHotKey& hotKey) {
   hotKey.hotKeyRef.reset();
   const auto member = registry_.find(hotKey);
   if (member == registry_.end()) return;
-  // The member may be an equal of the given record; that goes too, on purpose. It is extracted
-  // before it is destroyed, because its destructor unregisters it.
+  // The member may be a different record that equals the given one; it is removed too, on purpose.
+  // It is extracted before it is destroyed, because its destructor unregisters it.
   const auto dropped = registry_.extract(member);
 }
 

@@ -14,29 +14,31 @@ namespace seldial {
 ///
 /// Records passed in must not be null.
 ///
-/// sharedHotKeyCenter() may be called on any thread, everything else on the main thread only. What
-/// a hot key invokes runs there too, and may itself register and unregister.
+/// sharedHotKeyCenter() may be called on any thread, everything else on the main thread only. Tasks
+/// and actions of hot keys also run on the main thread and may register and unregister hot keys.
 class QKHotKeyCenter {
  public:
-  /// Whether a record is one of those that are wanted.
+  /// Selects records.
   using Test = std::function<bool(const QKHotKey&)>;
 
-  /// Gives the shared centre its port, before the centre is first used. Another port, or null,
-  /// takes effect for a centre in use as well; init() then connects it to that port.
+  /// Sets the port of the shared centre; call this before the centre is first used. A later call
+  /// with another port, or null, also affects a centre that is in use; init() then connects it to
+  /// that port.
   static void setHotKeyEvents(std::shared_ptr<platform::HotKeyEvents> port);
 
-  /// The one centre, made on first use and never destroyed; null while it has no port.
+  /// The shared centre, created on first use and never destroyed; null while it has no port.
   static std::shared_ptr<QKHotKeyCenter> sharedHotKeyCenter();
 
   QKHotKeyCenter(const QKHotKeyCenter&) = delete;
   QKHotKeyCenter& operator=(const QKHotKeyCenter&) = delete;
 
-  /// Sets the centre up afresh on its port: an empty registry, ids from 1. It unregisters nothing
-  /// itself; records that nobody else owns are destroyed, which unregisters them.
+  /// Resets the centre on its port: the registry becomes empty, and ids start at 1. Nothing is
+  /// unregistered explicitly, but records that have no other owner are destroyed, which unregisters
+  /// them.
   void init();
 
-  /// The registered record; null when one with this key code and flags is in the registry already
-  /// or the desktop refuses.
+  /// Creates and registers a record and returns it. Null if a record with this key code and flags
+  /// is already registered or the desktop refuses.
   std::shared_ptr<QKHotKey> registerHotKeyWithKeyCode(std::uint16_t keyCode,
                                                       std::uint64_t modifierFlags,
                                                       QKHotKeyTask task);
@@ -47,36 +49,36 @@ class QKHotKeyCenter {
                                                       QKHotKeyTarget* target, QKAction action,
                                                       QKObject object);
 
-  /// Registers the record and returns it. When its equal is in the registry already, nothing is
-  /// registered and the record is returned as it is. Null, with the record unchanged, when the
+  /// Registers the record and returns it. If an equal record is already in the registry, nothing is
+  /// registered and the given record is returned unchanged. Null, with the record unchanged, if the
   /// desktop refuses.
   std::shared_ptr<QKHotKey> registerHotKey(const std::shared_ptr<QKHotKey>& hotKey);
 
-  /// Releases the record's combination, if it holds one, and removes the record or its equal from
-  /// the registry.
+  /// Unregisters the record's combination, if it is registered, and removes the record or an equal
+  /// one from the registry.
   void unregisterHotKey(const std::shared_ptr<QKHotKey>& hotKey);
 
-  /// Unregisters every member of the registry that passes the test.
+  /// Unregisters every record in the registry that passes the test.
   void unregisterHotKeysMatching(const Test& test);
-  /// Unregisters the members with that target; null stands for those without one.
+  /// Unregisters the records with that target; null means those without a target.
   void unregisterHotKeysWithTarget(const QKHotKeyTarget* target);
-  /// Unregisters the members with that target and that action.
+  /// Unregisters the records with that target and that action.
   void unregisterHotKeysWithTarget(const QKHotKeyTarget* target, const QKAction& action);
-  /// Unregisters the member with that key code and exactly these flags.
+  /// Unregisters the record with that key code and exactly these flags.
   void unregisterHotKeyWithKeyCode(std::uint16_t keyCode, std::uint64_t modifierFlags);
-  /// Unregisters every member.
+  /// Unregisters all records.
   void unregisterAllHotKeys();
 
-  /// The members of the registry that pass the test.
+  /// The records in the registry that pass the test.
   [[nodiscard]] QKHotKeySet hotKeysMatching(const Test& test) const;
-  /// Whether the registry has one with that key code and exactly these flags.
+  /// Whether the registry contains a record with that key code and exactly these flags.
   [[nodiscard]] bool hasRegisteredHotKeyWithKeyCode(std::uint16_t keyCode,
                                                     std::uint64_t modifierFlags) const;
-  /// False when the desktop would refuse a hot key with that key code and these flags though nobody
-  /// holds it.
+  /// False if the desktop would refuse a hot key with that key code and these flags even though no
+  /// program holds it.
   [[nodiscard]] bool canRegisterHotKeyWithKeyCode(std::uint16_t keyCode,
                                                   std::uint64_t modifierFlags) const;
-  /// The members of the registry that hold a combination of the desktop.
+  /// The records whose combination is registered with the desktop.
   [[nodiscard]] QKHotKeySet registeredHotKeys() const;
 
  private:

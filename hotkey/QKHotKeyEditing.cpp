@@ -15,8 +15,8 @@ constexpr std::uint64_t kModifierBits =
     platform::kModifierFlagCommand | platform::kModifierFlagFunction;
 static_assert(kModifierBits == 0x9E0000);
 
-/// The newline characters of Unicode, and U+0003, which the keypad's Enter key types on some
-/// desktops. UTF-8.
+/// The Unicode newline characters, and U+0003, which the keypad's Enter key types on some desktops.
+/// UTF-8.
 constexpr std::string_view kLineBreaks[] = {
     "\n", "\v", "\f", "\r", "\u0085", "\u2028", "\u2029", "\x03",
 };

@@ -1,4 +1,4 @@
-// Recording a hot key in a text field: the part that is the same for every toolkit.
+// Recording a hot key in a text field: the toolkit-independent part.
 #pragma once
 
 #include <memory>
@@ -7,28 +7,26 @@
 
 namespace seldial {
 
-/// A text field that shows a hot key, as its editing sees it. Main thread only.
+/// The interface of a text field that shows a hot key, for QKHotKeyEditing. Main thread only.
 class QKHotKeyEditedField {
  public:
   virtual ~QKHotKeyEditedField() = default;
 
   /// The shown record; null when there is none.
   [[nodiscard]] virtual std::shared_ptr<QKHotKey> hotKey() const = 0;
-  /// Shows another record, or none for null. The record that is shown already changes nothing.
+  /// Shows another record, or none for null. Has no effect if the record is already shown.
   virtual void setHotKey(const std::shared_ptr<QKHotKey>& hotKey) = 0;
-  /// Puts the record's display string, upper-cased, into the editor that covers the field; null
-  /// empties it.
+  /// Puts the record's display string, upper-cased, into the field's editor; null clears it.
   virtual void showInEditor(const std::shared_ptr<QKHotKey>& hotKey) = 0;
-  /// Tells the user of the field that its record was changed or confirmed.
+  /// Notifies the field's target that the record was changed or confirmed.
   virtual void sendAction() = 0;
-  /// Gives up the keyboard focus; the toolkit then ends the editing.
+  /// Resigns the keyboard focus; the toolkit then ends the editing.
   virtual void resignFocus() = 0;
 };
 
-/// The editing of one hot key field at a time. Each combination that is pressed becomes the field's
-/// record and gets the task of the record that the field had at the beginning. Return and Enter end
-/// the editing; Escape ends it and restores that first record. Nothing is registered. Main thread
-/// only.
+/// Edits one hot key field at a time. Each combination that is pressed becomes the field's record
+/// and gets the task of the record that the field had at the beginning. Return and Enter end the
+/// editing; Escape ends it and restores that first record. Nothing is registered. Main thread only.
 class QKHotKeyEditing {
  public:
   /// The field to edit, held weakly, or null; Escape restores the record that it has

@@ -10,7 +10,8 @@ using namespace platform;  // NOLINT: keys and modifiers by their short names
 
 namespace {
 
-/// Right modifier keys are not among them on purpose: their glyph is added to that of the flag.
+/// Right modifier keys are not included, on purpose: their glyph is shown in addition to that of
+/// the flag.
 bool isLeftModifierKey(std::uint16_t keyCode) {
   return std::any_of(kModifiers.begin(), kModifiers.end(),
                      [=](const Modifier& modifier) { return modifier.leftKey == keyCode; });
@@ -38,7 +39,7 @@ std::string QKStringFromKeyCode(std::uint16_t keyCode, std::uint64_t modifierFla
   if (isLeftModifierKey(keyCode)) return text;
   const auto glyph = glyphs.find(keyCode);
   if (glyph != glyphs.end()) return text.append(glyph->second);
-  // The bits are not shifted to where a layout expects modifiers, on purpose: what comes is the
+  // The bits are not shifted to where a layout expects modifiers, on purpose: the result is the
   // key's plain character.
   const auto characters =
       layout.translate(keyCode, QKCarbonModifierFlagsFromCocoaModifierFlags(modifierFlags));

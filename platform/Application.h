@@ -10,7 +10,7 @@
 
 namespace seldial::platform {
 
-/// Receives the events of the application's life, on the main thread except where noted.
+/// Receives the application's life-cycle events, on the main thread except where noted.
 class ApplicationDelegate {
  public:
   virtual ~ApplicationDelegate() = default;
@@ -18,9 +18,10 @@ class ApplicationDelegate {
   virtual void applicationDidFinishLaunching() = 0;   ///< the main loop is about to run
   virtual void applicationWillTerminate() = 0;        ///< the last call, after the main loop
 
-  /// The application must end, but the main thread is still busy: ends what it waits for, and
-  /// removes what may not stay behind. The process ends soon after it, perhaps without a call to
-  /// applicationWillTerminate(). On another thread, also during the calls above; at most once.
+  /// The application must end, but the main thread is still busy. Interrupts what the main thread
+  /// waits for, and removes files that must not be left behind. The process ends soon afterwards,
+  /// perhaps without a call to applicationWillTerminate(). Called at most once, on another thread,
+  /// possibly during the calls above.
   virtual void applicationMustEnd() {}
 };
 
@@ -41,11 +42,11 @@ class Application {
   virtual void usleep(std::uint32_t microseconds) = 0;
 };
 
-/// Creates the delegate, which gets the ports of this system.
+/// Creates the delegate from the ports of this system.
 using MakeApplicationDelegate =
     std::function<std::shared_ptr<ApplicationDelegate>(const Ports& ports)>;
 
-/// Sets the process up, creates the delegate, runs the main loop and returns the exit status of the
+/// Sets up the process, creates the delegate, runs the main loop and returns the exit status of the
 /// process. Called once, by main().
 int applicationMain(int argc, char* const argv[], const MakeApplicationDelegate& makeDelegate);
 

@@ -1,4 +1,4 @@
-// The background queue: where tasks run that must not block the main thread.
+// The background queue runs tasks that must not block the main thread.
 #pragma once
 
 #include <chrono>
@@ -7,8 +7,8 @@
 
 namespace seldial::platform {
 
-/// A concurrent queue: tasks run on background threads, in no order. A task may block for as long
-/// as it likes: no other task ever waits for it.
+/// A concurrent queue: tasks run on background threads, in no order. A task may block for any time:
+/// it never delays another task.
 class BackgroundQueue {
  public:
   /// What the queue runs.
@@ -23,8 +23,8 @@ class BackgroundQueue {
   virtual void after(std::chrono::nanoseconds delay, Task task) = 0;
 };
 
-/// The process's queue, as the system's port makes it. Created on first use and never destroyed,
-/// since its threads may outlive main(). Any thread.
+/// The queue of the process, which the system's port provides. Created on first use and never
+/// destroyed, because its threads may outlive main(). Any thread.
 const std::shared_ptr<BackgroundQueue>& sharedBackgroundQueue();
 
 }  // namespace seldial::platform

@@ -14,13 +14,13 @@ struct HotKeyID {
   std::uint32_t id = 0;         ///< which of the owner's hot keys
 };
 
-/// The port's handle of one registration, opaque to others.
+/// The port's opaque handle of one registration.
 using HotKeyRef = std::uintptr_t;
 
 /// The release of a registered hot key, as the desktop reports it.
 struct HotKeyReleased {
   HotKeyID hotKeyID;  ///< as it was registered
-  KeyEvent event;     ///< where, when, and the modifiers still held; without a key code
+  KeyEvent event;     ///< position, time and the modifiers still held; no key code
 };
 
 /// System-wide hot keys. Main thread only.
@@ -31,8 +31,8 @@ class HotKeyEvents {
 
   virtual ~HotKeyEvents() = default;
 
-  /// Sets the one handler, which is called for every release, one at a time, on the main thread. It
-  /// may register and unregister hot keys.
+  /// Sets the handler, which is called for every release, one at a time, on the main thread. It may
+  /// register and unregister hot keys.
   virtual void installReleasedHandler(ReleasedHandler handler) = 0;
 
   /// Registers the combination of a virtual key code and HotKeyModifier bits. Nothing when the
@@ -40,11 +40,11 @@ class HotKeyEvents {
   virtual std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                   HotKeyID hotKeyID) = 0;
 
-  /// Releases the combination.
+  /// Gives up the combination, so that other programs can register it.
   virtual void unregisterHotKey(HotKeyRef ref) = 0;
 
-  /// False when the desktop would refuse the combination even if nobody holds it. True when the
-  /// port cannot tell.
+  /// False if the desktop would refuse the combination even though no program holds it. True if the
+  /// port does not know.
   [[nodiscard]] virtual bool canBeHotKey(std::uint32_t /*keyCode*/, std::uint32_t /*modifiers*/) {
     return true;
   }

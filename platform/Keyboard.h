@@ -1,4 +1,4 @@
-// The user's keyboard: what its keys type, and its key events in terms of virtual keys.
+// The user's keyboard: the characters of its keys, and its key events as virtual keys.
 #pragma once
 
 #include <cstdint>
@@ -23,8 +23,8 @@ class KeyboardLayout {
                                                              std::uint32_t modifierKeyState) = 0;
 };
 
-/// The layout of the desktop that the program is linked for. Never null; without a desktop no key
-/// types anything.
+/// The keyboard layout of the desktop that the program is linked for. Never null; without a desktop
+/// no key types anything.
 std::shared_ptr<KeyboardLayout> makeSystemKeyboardLayout();
 
 /// Reads the native key events that a toolkit passes to a field in which hot keys are recorded.
@@ -41,13 +41,13 @@ class RecordingKeyboard {
   /// modifier state before the event, `pressed` whether the key went down. The result has type,
   /// keyCode and modifierFlags (those after the event).
   ///
-  /// A key that carries a modifier in the user's layout is a modifier key (kFlagsChanged) wherever
-  /// it is; one that is not in that modifier's own place gets the code of the left key of the
-  /// modifier. Nothing for a key without a virtual key code, or for a lock key that is released.
+  /// A key that the user's layout maps to a modifier is a modifier key (kFlagsChanged) wherever it
+  /// is. If it is not at the usual position of that modifier, it gets the code of the modifier's
+  /// left key. Nothing for a key without a virtual key code, or for a lock key that is released.
   virtual std::optional<KeyEvent> read(std::uint32_t key, std::uint32_t state, bool pressed) = 0;
 };
 
-/// What a desktop tells a program with windows about the keyboard.
+/// The keyboard ports of a program with windows.
 struct KeyboardPorts {
   std::shared_ptr<KeyboardLayout> layout;        ///< never null
   std::shared_ptr<RecordingKeyboard> recording;  ///< null where no key can be recorded

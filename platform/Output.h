@@ -1,4 +1,4 @@
-// Lines on standard output and standard error, which never wait long for whoever reads them.
+// Lines on standard output and standard error. A slow reader delays them briefly at most.
 #pragma once
 
 #include <chrono>
@@ -9,31 +9,31 @@
 namespace seldial::platform {
 
 /// Writes `line` and a line break to standard output, never mixed with the lines of other threads.
-/// A pipe that is full because nobody reads it delays a line by at most a second. That line and
-/// those after it are dropped, without a wait, until there is room again; then one line on standard
-/// error says how many. Of a long line that was dropped, the beginning may have been written; it
-/// ends with a line break. If the output is closed or the disk is full, the line is lost silently.
-/// Any thread.
+/// A pipe that is full because nobody reads it delays a line by at most one second. That line and
+/// the following ones are dropped, without waiting, until there is space again; then one line on
+/// standard error says how many. A long line that was dropped may have been written in part; that
+/// part ends with a line break. If the output is closed or the disk is full, the line is lost
+/// silently. Any thread.
 void printLine(std::string_view line);
 
-/// Writes `line` and a line break to standard error, and drops it if there is no room. Any thread.
+/// Writes `line` and a line break to standard error, and drops it if there is no space. Any thread.
 void printError(std::string_view line);
 
 /// Reports on standard error how many lines standard output has lost since the last report.
 void reportLostLines();
 
-/// What the functions above do, for any descriptor. Any thread.
+/// Implements the functions above for any descriptor. Any thread.
 class LineOutput {
  public:
-  /// Does not own `descriptor`, and changes no flag of it: other processes may share it. `patience`
-  /// is how long a line waits for room.
+  /// Does not own `descriptor` and does not change its flags, because other processes may share it.
+  /// `patience` is how long a line waits for space.
   LineOutput(int descriptor, std::chrono::milliseconds patience)
       : descriptor_(descriptor), patience_(patience) {}
 
-  /// Returns how many lines were lost before this one, if there was room for this one again.
+  /// Writes a line. If that succeeds, returns how many lines before it were lost.
   std::size_t print(std::string_view line);
 
-  /// The number of lines lost that print() has not returned; it is 0 after that.
+  /// Returns the number of lost lines that print() has not returned yet, and resets it to 0.
   std::size_t takeLost();
 
  private:
@@ -46,7 +46,7 @@ class LineOutput {
   const int descriptor_;
   const std::chrono::milliseconds patience_;
   std::mutex mutex_;         ///< guards the members below, and keeps lines whole
-  std::size_t lost_ = 0;     ///< lines since there was no room
+  std::size_t lost_ = 0;     ///< lines lost since the last report
   bool atLineBegin_ = true;  ///< false after the beginning of a line that was dropped
 };
 

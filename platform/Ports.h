@@ -1,4 +1,4 @@
-// Everything that a program gets from the system that it runs on, handed to it when it starts.
+// The ports that a program receives when it starts: its interface to the system and the desktop.
 #pragma once
 
 #include <functional>
@@ -18,8 +18,8 @@ class MainQueue {
 
   virtual ~MainQueue() = default;
 
-  /// Posts `task` and returns at once. Tasks that still wait when the application ends never run.
-  /// Any thread.
+  /// Posts `task` and returns at once. Tasks that are still waiting when the application ends never
+  /// run. Any thread.
   virtual void async(Task task) = 0;
 
   /// Whether the calling thread is the main thread. Any thread.
@@ -31,13 +31,13 @@ struct DesktopPorts {
   std::shared_ptr<HotKeyEvents> hotKeyEvents;  ///< for QKHotKeyCenter::setHotKeyEvents()
   std::shared_ptr<Clipboard>
       clipboard;  ///< null in programs of the hot key library, which has none
-  /// Gives back what the desktop would keep otherwise; called at the end of the program.
+  /// Removes what the desktop would otherwise keep. Called at the end of the program.
   std::function<void()> disconnect = [] {};
 };
 
 /// Copies are cheap and refer to the same ports.
 struct Ports {
-  std::shared_ptr<Application> application;  ///< the command line, and the way to end
+  std::shared_ptr<Application> application;  ///< the command line, and termination
   std::shared_ptr<MainQueue> mainQueue;      ///< runs tasks on the main thread
   /// Connects to the desktop; blocks until its display server has answered, so a program that only
   /// prints and ends does not call it. Without a desktop the ports refuse everything. Main thread,

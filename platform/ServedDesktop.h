@@ -1,4 +1,4 @@
-// The desktop of a program that has a main loop of its own: poll, GLib, Qt or any other.
+// The desktop for a program with its own main loop: poll, GLib, Qt or any other.
 #pragma once
 
 #include <functional>
@@ -11,17 +11,17 @@ namespace seldial::platform {
 class HotKeyEvents;
 
 /// A connection to the desktop that the program's own loop serves. It handles no signals and
-/// changes no settings of the process. It starts one thread, which connects and then ends. One in a
-/// process; everything else on one thread, on which the tasks of hot keys run, too.
+/// changes no settings of the process. It starts one thread, which connects and then ends. At most
+/// one per process. Use it on one thread only; the tasks of hot keys run on that thread, too.
 ///
 /// The loop calls dispatch() before each wait and waits until descriptor() is readable.
 class ServedDesktop {
  public:
   virtual ~ServedDesktop() = default;
 
-  /// Connects to the desktop of this session; blocks until its display server has answered. Null
-  /// where there is none. `connectionLost` is called once, from dispatch(), when the server goes
-  /// away. Throws std::system_error when the system has no descriptor left.
+  /// Connects to the desktop of this session; blocks until its display server has answered. Null if
+  /// there is none. `connectionLost` is called once, from dispatch(), when the server goes away.
+  /// Throws std::system_error when the system has no descriptor left.
   static std::unique_ptr<ServedDesktop> connect(std::function<void()> connectionLost);
 
   /// The port for QKHotKeyCenter::setHotKeyEvents().
@@ -30,10 +30,10 @@ class ServedDesktop {
   /// The ports for fields in which hot keys are shown and recorded.
   [[nodiscard]] virtual KeyboardPorts keyboard() = 0;
 
-  /// Readable when there is something to do. The object owns it; do not read from it.
+  /// Readable when dispatch() has something to do. The object owns it; do not read from it.
   [[nodiscard]] virtual int descriptor() const = 0;
 
-  /// Does what there is to do, and returns without waiting.
+  /// Handles everything that is pending, and returns without waiting.
   virtual void dispatch() = 0;
 };
 

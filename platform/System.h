@@ -1,4 +1,4 @@
-// System services that differ between Linux and macOS: sockets first, then small ones.
+// System services that differ between Linux and macOS: sockets, then small services.
 #pragma once
 
 #include <sys/types.h>
@@ -11,11 +11,11 @@
 
 namespace seldial::platform {
 
-/// Makes a stream socket of the Unix domain, which is closed on exec and, on macOS, raises no
-/// SIGPIPE. Returns its descriptor, which the caller owns; -1 and errno on failure. Any thread.
+/// Creates a Unix domain stream socket, which is closed on exec and, on macOS, raises no SIGPIPE.
+/// Returns its descriptor, which the caller owns; -1 and errno on failure. Any thread.
 int makeStreamSocket();
 
-/// write(2) without SIGPIPE on sockets, also on those that makeStreamSocket() has not made:
+/// write(2) without SIGPIPE on sockets, including those that makeStreamSocket() has not created:
 /// returns the number of bytes written, or -1 and errno (EPIPE if the peer is gone). Blocks as
 /// write(2) does. Any thread.
 std::int64_t writeOnce(int number, const void* bytes, std::size_t size);
@@ -28,7 +28,7 @@ std::int64_t writeNow(int number, const void* bytes, std::size_t size);
 /// arrive any more, so that reading to the end of the stream does not block. Any thread.
 bool peerHasClosed(int number);
 
-/// Accepts connections on one listening socket until it is told to end. Any thread.
+/// Accepts connections on one listening socket until end() is called. Any thread.
 class Acceptor {
  public:
   virtual ~Acceptor() = default;
@@ -38,26 +38,26 @@ class Acceptor {
   /// errno: accept failed, or end() was called.
   virtual int accept(int number) = 0;
 
-  /// Makes every accept() on the listening socket `number` return, present and future ones.
+  /// Makes every current and future accept() on the listening socket `number` return.
   virtual void end(int number) = 0;
 };
 
 std::unique_ptr<Acceptor> makeAcceptor();
 
-/// Fills `bytes` with unpredictable random bytes from the kernel, at most 256. They differ between
-/// the two processes of a fork(). False when the kernel has none. Any thread.
+/// Fills `bytes` with unpredictable random bytes from the kernel, at most 256. The two processes of
+/// a fork() get different bytes. False if the kernel provides none. Any thread.
 [[nodiscard]] bool fillWithRandom(void* bytes, std::size_t size);
 
-/// The system's text for an errno value. Any thread, which std::strerror() does not promise.
+/// The system's text for an errno value. Any thread, unlike std::strerror().
 [[nodiscard]] std::string errorText(int number);
 
 /// The path of the running executable with all symbolic links resolved; empty when unknown.
 [[nodiscard]] std::string executablePath();
 
 /// Called in a child process between fork() and exec(): makes the child get SIGTERM when the thread
-/// of `parent` that forked it ends, also after exec(). Allocates nothing. False, with errno, when
-/// the system refuses or `parent` is gone already. On macOS, which has no such request, it does
-/// nothing and returns true.
+/// of `parent` that forked it ends, also after exec(). Does not allocate. False, with errno, if the
+/// system refuses or `parent` is gone already. On macOS, which has no such feature, it does nothing
+/// and returns true.
 [[nodiscard]] bool endWithParent(pid_t parent);
 
 /// The program that opens a URI in the application that the user has chosen for it.
@@ -65,8 +65,8 @@ std::unique_ptr<Acceptor> makeAcceptor();
 
 // What follows is the same on both systems.
 
-/// The directory for what programs of one user share while they run; empty where the session has
-/// no runtime directory.
+/// The directory for runtime files that a user's Seldials share; empty if the session has no
+/// runtime directory.
 inline std::string sharedRuntimeDirectory() {
   const char* const variable = std::getenv("XDG_RUNTIME_DIR");
   std::string directory = variable != nullptr ? variable : "";

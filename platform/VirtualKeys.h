@@ -1,9 +1,9 @@
 // Virtual key codes, modifier flags, the one table of modifiers, and the value of a key event.
 //
-// The protocol and the hot key library name keys and modifiers by the codes that macOS gives them,
-// and the names here are the ones in use there. A virtual key code stands for a place on the
-// keyboard, not for the character that the user's layout puts there: kVK_ANSI_A is the key right of
-// Caps Lock on every layout. Everything here may be used on any thread.
+// The protocol and the hot key library use the codes of macOS for keys and modifiers, and the names
+// here are those of macOS. A virtual key code identifies a position on the keyboard, not the
+// character that the user's layout assigns to it: kVK_ANSI_A is the key right of Caps Lock in every
+// layout. Everything here may be used on any thread.
 #pragma once
 
 #include <algorithm>
@@ -15,8 +15,8 @@
 namespace seldial::platform {
 
 // clang-format off
-/// The keys; the header has their list. Names with ANSI are places on a US keyboard; ISO and JIS
-/// keys are found only on European and Japanese keyboards.
+/// The keys; see the header for the list. Names with ANSI are positions on a US keyboard; ISO and
+/// JIS keys exist only on European and Japanese keyboards.
 enum VirtualKey : std::uint16_t {
   /// @cond
   // letters
@@ -115,7 +115,7 @@ enum ModifierIndex : std::size_t {
   kCommandModifier,  ///< Command
 };
 
-/// Whether the key is a modifier key on either side or the function key. Caps Lock is not one.
+/// Whether the key is a left or right modifier key or the function key. Caps Lock is not one.
 inline bool isModifierKey(std::uint16_t keyCode) {
   return keyCode == kVK_Function || std::any_of(kModifiers.begin(), kModifiers.end(), [=](auto& m) {
            return keyCode == m.leftKey || keyCode == m.rightKey;
@@ -132,13 +132,13 @@ inline bool setsFunctionFlag(std::uint16_t keyCode) {
          std::find(kMoving.begin(), kMoving.end(), keyCode) != kMoving.end();
 }
 
-/// A key event as it passes from a display server or a toolkit to the program. What a source does
-/// not know keeps its default.
+/// A key event from a display server or a toolkit. Fields that the source does not know keep their
+/// defaults.
 struct KeyEvent {
   /// What happened, as AppKit numbers it.
   enum Type : std::uint32_t {
     kKeyDown = 10,       ///< a key other than a modifier key went down
-    kKeyUp = 11,         ///< it went up
+    kKeyUp = 11,         ///< such a key went up
     kFlagsChanged = 12,  ///< a modifier key went down or up
   };
   static constexpr std::int32_t kNoWindow = -1;  ///< outside every window

@@ -11,10 +11,10 @@
 /// the editing. It registers nothing. Main thread only, like every view.
 @interface QKHotKeyTextField : NSTextField
 
-/// The shown record, or null. Setting the object that is shown already changes nothing.
+/// The displayed record, or null. Setting the same object again has no effect.
 @property(nonatomic) std::shared_ptr<seldial::QKHotKey> hotKey;
 
-/// The field as its editing sees it. It lives as long as the field, which owns it.
+/// The field's interface for the editing. It lives as long as the field, which owns it.
 @property(nonatomic, readonly) std::shared_ptr<seldial::QKHotKeyEditedField> editedField;
 
 @end

@@ -6,8 +6,8 @@
 #include "hotkey/appkit/QKSharedEditing.h"
 
 /// The field editor that all QKHotKeyTextFields of the process share. While it has the focus, it
-/// receives every key-down and modifier event of the process, other views none, and turns them into
-/// the field's hot key (see QKHotKeyEditing). Main thread only.
+/// receives every key-down and modifier event of the process, which then reaches no other view, and
+/// turns it into the field's hot key (see QKHotKeyEditing). Main thread only.
 @interface QKHotKeyTextFieldEditor : NSTextView
 
 /// Created on first use.
@@ -23,7 +23,7 @@
 
 @end
 
-/// What a field shows, in upper case; nothing for null.
+/// The text that a field displays, in upper case; empty for null.
 static NSString* shownString(const std::shared_ptr<seldial::QKHotKey>& hotKey) {
   if (!hotKey) return @"";
   const auto text = seldial::QKStringFromKeyCode(hotKey->keyCode(), hotKey->modifierFlags());
@@ -32,7 +32,7 @@ static NSString* shownString(const std::shared_ptr<seldial::QKHotKey>& hotKey) {
 
 namespace {
 
-/// Passes on what the editing does to a field and to the shared editor that covers it.
+/// Applies the editing to a field and to the shared editor.
 class EditedField final : public seldial::QKHotKeyEditedField {
  public:
   explicit EditedField(QKHotKeyTextField* field) : field_(field) {}
@@ -160,8 +160,8 @@ static seldial::platform::KeyEvent editingEvent(NSEvent* event) {
   return YES;
 }
 
-// AppKit takes the editor out of its window without resignFirstResponder when the edited field is
-// removed, but also when it only re-hosts the editor. Which of the two it is shows afterwards.
+// AppKit removes the editor from its window without resignFirstResponder when the edited field is
+// removed, but also when it only moves the editor. The difference shows only afterwards.
 - (void)viewWillMoveToWindow:(NSWindow*)window {
   [super viewWillMoveToWindow:window];
   if (_globalMonitor == nil) return;

@@ -6,13 +6,13 @@
 
 namespace seldial {
 
-/// The editing of hot key fields that share one text editor, as those of an AppKit program do:
-/// which of them the editor works for. Fields are held weakly. Main thread only. It needs no
-/// AppKit.
+/// The editing of hot key fields that share one text editor, as in AppKit programs. Keeps track of
+/// the field for which the editor works. Fields are held weakly. Main thread only. Does not depend
+/// on AppKit.
 class QKSharedEditing {
  public:
-  /// The editor was asked for by this field; null for none. While a field is being edited, another
-  /// one waits for begin(), and the same one changes nothing: toolkits ask for the editor also
+  /// This field has asked for the editor; null for none. While a field is being edited, another
+  /// field waits for begin(), and the same field has no effect: toolkits also ask for the editor
   /// without the intent to edit.
   void setHotKeyField(const std::shared_ptr<QKHotKeyEditedField>& field) {
     if (isEditing_ && field) {
@@ -31,9 +31,9 @@ class QKSharedEditing {
     editing_.begin();
   }
 
-  /// The editor has lost the focus, or its place in a window.
+  /// The editor has lost the focus, or has been removed from its window.
   void end() {
-    // In another window, the next field asks before this one has lost the focus.
+    // If the next field is in another window, it asks before this field has lost the focus.
     const auto next = next_.lock() != field_.lock() ? next_ : std::weak_ptr<QKHotKeyEditedField>();
     edit(nullptr);
     next_ = next;

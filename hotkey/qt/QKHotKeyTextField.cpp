@@ -16,8 +16,8 @@ void logMisuse(const char* method, const char* better) {
                      method, better);
 }
 
-/// Whether the key types Escape in the user's layout, without modifiers. With modifiers a key
-/// counts by its place, as every other key does.
+/// Whether the key types Escape in the user's layout, without modifiers. With modifiers the
+/// position of the key counts, as for every other key.
 bool isPlainEscape(const QKeyEvent& event, std::uint64_t modifierFlags) {
   return event.key() == Qt::Key_Escape &&
          (modifierFlags & ~std::uint64_t{platform::kModifierFlagCapsLock}) == 0;
@@ -25,7 +25,7 @@ bool isPlainEscape(const QKeyEvent& event, std::uint64_t modifierFlags) {
 
 }  // namespace
 
-/// The field as its editing sees it. The field owns it.
+/// The field's interface for the editing. The field owns it.
 class QKHotKeyTextField::EditedField final : public QKHotKeyEditedField {
  public:
   explicit EditedField(QKHotKeyTextField& field) : field_(field) {}
@@ -56,7 +56,7 @@ QKHotKeyTextField::QKHotKeyTextField(platform::KeyboardPorts keyboard, QWidget* 
   setReadOnly(true);
   setContextMenuPolicy(Qt::PreventContextMenu);
   setAttribute(Qt::WA_InputMethodEnabled, false);
-  // The glyphs keep their order also where text runs from right to left.
+  // The glyphs keep their order in right-to-left languages too.
   setLayoutDirection(Qt::LeftToRight);
 }
 
@@ -91,7 +91,8 @@ bool QKHotKeyTextField::event(QEvent* event) {
   const bool isKey = event->type() == QEvent::ShortcutOverride ||
                      event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
   if (!isEditing_ || !isKey) return QLineEdit::event(event);
-  // A key whose override is accepted comes as a press, and no shortcut of the window acts on it.
+  // A key whose override is accepted arrives as a key press, and no shortcut of the window reacts
+  // to it.
   event->accept();
   if (event->type() != QEvent::ShortcutOverride) processKey(*static_cast<QKeyEvent*>(event));
   return true;
@@ -109,7 +110,7 @@ void QKHotKeyTextField::focusOutEvent(QFocusEvent* event) {
   if (event->reason() == Qt::ActiveWindowFocusReason) moveFocusOn();
 }
 
-// The mouse only gives the focus; it selects nothing.
+// A click only sets the focus; it selects nothing.
 void QKHotKeyTextField::mousePressEvent(QMouseEvent* event) {
   event->accept();
 }
@@ -139,7 +140,7 @@ void QKHotKeyTextField::endEditing() {
 }
 
 void QKHotKeyTextField::grabKeyboardOfDesktop(bool grabbed) {
-  // Where it is refused, what reaches the window can still be recorded.
+  // If the grab is refused, the keys that reach the window can still be recorded.
   if (auto* const handle = window()->windowHandle()) (void)handle->setKeyboardGrabEnabled(grabbed);
 }
 

@@ -10,9 +10,9 @@
 
 namespace seldial {
 
-/// Finds the events of a key that is held and repeats. On X11 such a key goes up and down again at
-/// the same time, which Qt notices only if it happens to read both events at once. Must see the
-/// presses and releases in order; the same one more than once does no harm.
+/// Finds the events of a key that is held and repeats. On X11 auto-repeat is a release and a press
+/// with the same time, which Qt recognises only if it happens to read both events at once. Pass all
+/// presses and releases in order; a repeated call for the same event is harmless.
 class KeyRepeats {
  public:
   /// Whether the event is a repetition.
@@ -23,14 +23,14 @@ class KeyRepeats {
   quint64 released_ = 0;  ///< when it last went up, ms
 };
 
-/// A line edit that shows a hot key as glyphs. While it has the keyboard focus it is edited: each
+/// A line edit that shows a hot key as glyphs. While it has the keyboard focus it records: each
 /// combination that is pressed becomes its record; Return or Escape ends the editing and moves the
-/// focus on (see QKHotKeyEditing). The record is not registered.
+/// focus to the next widget (see QKHotKeyEditing). The record is not registered.
 ///
-/// While it is edited, key presses go nowhere else. The keyboard is grabbed, so that combinations
-/// of the window manager and of other programs can be recorded; where the desktop refuses the grab,
-/// only those cannot. When the window loses its activation the editing ends, and it does not begin
-/// again by itself when the window gets it back.
+/// During the editing, key presses go nowhere else. The keyboard is grabbed, so that combinations
+/// of the window manager and of other programs can be recorded; if the desktop refuses the grab,
+/// those cannot be recorded. When the window becomes inactive the editing ends, and it does not
+/// resume when the window becomes active again.
 ///
 /// Main thread only.
 class QKHotKeyTextField : public QLineEdit {
@@ -42,15 +42,15 @@ class QKHotKeyTextField : public QLineEdit {
   ~QKHotKeyTextField() override;
   Q_DISABLE_COPY_MOVE(QKHotKeyTextField)
 
-  /// The shown record; null when there is none.
+  /// The displayed record; null if there is none.
   [[nodiscard]] std::shared_ptr<QKHotKey> hotKey() const { return hotKey_; }
-  /// Shows the record, upper-cased; null shows nothing. The record that is shown already changes
-  /// nothing and does not refresh the text.
+  /// Displays the record, upper-cased; null clears the field. Has no effect, not even on the text,
+  /// if the record is already displayed.
   void setHotKey(const std::shared_ptr<QKHotKey>& hotKey);
 
-  /// Sets the text. Use setHotKey() instead, as a line on standard error says.
+  /// Sets the text and writes a warning to standard error. Use setHotKey() instead.
   void setStringValue(const QString& string);
-  /// The text. Use hotKey() instead, as a line on standard error says.
+  /// Returns the text and writes a warning to standard error. Use hotKey() instead.
   [[nodiscard]] QString stringValue() const;
 
   /// Whether a hot key is being recorded.

@@ -33,7 +33,7 @@ int makeSignalDescriptor() {
   return checked(signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK), "signalfd");
 }
 
-/// A descriptor that is closed with its owner.
+/// A descriptor that is closed by its destructor.
 struct Descriptor {
   explicit Descriptor(int opened) : number(opened) {}
   ~Descriptor() { close(number); }
@@ -43,15 +43,15 @@ struct Descriptor {
   const int number;
 };
 
-/// The thread that waits for the signals. The main thread cannot: it may be in a call that nothing
-/// ends, since libxcb waits for as long as the X server takes, and a frozen server never answers.
+/// The thread that waits for the signals. The main thread cannot: it may be in a libxcb call, which
+/// waits for the X server without a time limit, and a frozen server never answers.
 class TerminationSignals {
  public:
   /// Does not keep `loop` alive.
   TerminationSignals(const std::shared_ptr<MainLoop>& loop, ApplicationDelegate& delegate)
       : loop_(loop), delegate_(&delegate) {}
 
-  /// What the thread does: waits until stop(), or until it has ended the application.
+  /// The body of the thread: waits until stop(), or until it has ended the application.
   void run();
   /// Does not wait for the thread.
   void stop() const { eventfd_write(stop_.number, 1); }
@@ -87,7 +87,7 @@ void TerminationSignals::run() {
   _exit(EXIT_SUCCESS);
 }
 
-/// Takes the next signal, if one comes in time.
+/// Returns the next signal, if one arrives in time.
 TerminationSignals::Event TerminationSignals::next(milliseconds timeout) const {
   pollfd watched[] = {{stop_.number, POLLIN, 0}, {signals_.number, POLLIN, 0}};
   int ready = -1;
@@ -144,7 +144,8 @@ int LinuxApplication::run(std::shared_ptr<ApplicationDelegate> delegate,
   delegate->applicationWillTerminate();
   disconnect();
   signals->forgetDelegate();
-  delegate = nullptr;  // while signals are watched: the desktop may wait for its server once more
+  delegate =
+      nullptr;  // while the signal thread runs: the desktop may wait for its server once more
   signals->stop();
   return status_;
 }

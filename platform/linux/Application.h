@@ -1,4 +1,4 @@
-// The application object on Linux, how it ends, and the ports of a process without a display
+// The application object on Linux, its termination, and the ports of a process without a display
 // server.
 #pragma once
 
@@ -24,18 +24,18 @@ class LinuxApplication final : public platform::Application {
   void terminate(ApplicationDelegate* sender) override;
   void usleep(std::uint32_t microseconds) override;
 
-  /// As terminate(), with another exit status.
+  /// Like terminate(), with another exit status.
   void terminateWithStatus(int status);
 
-  /// Runs the application to its end, calls `disconnect` and gives up the delegate. Returns the
+  /// Runs the application to its end, calls `disconnect` and releases the delegate. Returns the
   /// exit status. One of posix_port::terminationSignals(), which must be blocked in every thread,
-  /// ends it in every state of the main thread:
+  /// ends it whatever the main thread is doing:
   ///
   /// - The first signal ends the main loop after the tasks that were posted before it.
   /// - A second later, or with a second signal, what the main thread waits for is interrupted: see
   ///   MainLoop::interrupt() and ApplicationDelegate::applicationMustEnd().
   /// - Half a second after that (a fifth after a second signal), or with a third signal, the
-  ///   process ends with status 0, whatever the main thread is doing.
+  ///   process ends with status 0 at once.
   ///
   /// Throws std::system_error when the system has no descriptor left.
   int run(

@@ -1,8 +1,8 @@
-// The entry of the program on Linux, where its desktop is chosen: Wayland where the session runs on
-// it, otherwise X11.
+// The entry point of the program on Linux, which chooses the desktop: Wayland in a Wayland session,
+// otherwise X11.
 //
 // The Wayland port is a module that is loaded in a Wayland session only, so that the program on X11
-// loads none of the libraries that it needs.
+// does not load the Wayland libraries.
 #include <dlfcn.h>
 #include <malloc.h>
 #include <sys/socket.h>
@@ -32,7 +32,7 @@ std::string environment(const char* name) {
 }
 
 /// A connection to the compositor that WAYLAND_DISPLAY names, a path or a file in the runtime
-/// directory; -1 when none answers.
+/// directory; -1 if none answers.
 int connectToCompositor() {
   std::string path = environment("WAYLAND_DISPLAY");
   if (path.empty()) return -1;
@@ -48,8 +48,8 @@ int connectToCompositor() {
   return -1;
 }
 
-/// The function in the module, beside the program in a build or where it is installed; null after
-/// one line on standard error.
+/// The module's connect function. The module is next to the program in a build folder, otherwise
+/// where it is installed. Null, after one line on standard error, if it cannot be loaded.
 wayland::ConnectFunction* loadModule() {
   const std::string program = executablePath();
   const std::string folder = program.substr(0, program.rfind('/') + 1);
@@ -74,9 +74,9 @@ DesktopPorts noDesktop() {
           std::make_shared<linux_port::NoClipboard>()};
 }
 
-/// The ports of the Wayland session whose compositor answers at WAYLAND_DISPLAY; nothing when there
-/// is none. Without the module the ports refuse everything, and X11 is not tried: Xwayland, which
-/// the session may have as well, reports no key that goes to a Wayland window.
+/// The ports of the Wayland session whose compositor answers at WAYLAND_DISPLAY; nothing if there
+/// is none. Without the module the ports refuse everything. X11 is not tried then: Xwayland, which
+/// the session may also have, does not report keys that go to Wayland windows.
 std::optional<DesktopPorts> connectToWayland(const std::shared_ptr<MainLoop>& loop,
                                              const std::function<void()>& connectionLost) {
   const int socket = connectToCompositor();
@@ -99,14 +99,14 @@ DesktopPorts connectDesktop(const std::shared_ptr<MainLoop>& loop,
   return noDesktop();
 }
 
-/// Call it before any other thread is started. Programs of the libraries decide for themselves how
-/// to allocate.
+/// Call this before any other thread is started. Programs that use only the libraries keep their
+/// own allocator settings.
 void tuneAllocator() {
   mallopt(M_ARENA_MAX, 1);  // threads come and go, and each would keep an arena
-  // Large blocks go back to the system when they are freed. By default the first that is freed
-  // raises this limit, and later ones stay with the process.
+  // Large blocks are returned to the system when they are freed. By default, freeing the first one
+  // raises this limit, and later ones stay in the process.
   mallopt(M_MMAP_THRESHOLD, 128 * 1024);
-  // It is quiet then: return the memory of the last burst to the system.
+  // The program is idle then: return the memory of the last burst to the system.
   linux_port::setBackgroundThreadEndAction([] { malloc_trim(0); });
 }
 

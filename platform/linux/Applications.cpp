@@ -10,11 +10,13 @@ namespace seldial::platform::linux_port {
 namespace {
 
 // Not in this table:
-// - GTK labels look like any GTK window, and others keep PRIMARY after a key dropped the selection.
-// - A process with a pseudo-terminal is not taken for a terminal: editors and file managers with a
-//   terminal pane have one too, and copy to the clipboard.
+// - GTK labels look like any GTK window, and others keep PRIMARY after a key press has cleared the
+// selection.
+// - A process with a pseudo-terminal is not treated as a terminal: editors and file managers with a
+// terminal pane have one too, and copy to the clipboard.
 constexpr std::array kApplications{
-    // Terminals pass an unknown keystroke to the program inside, which may type it or end.
+    // Terminals pass an unknown keystroke to the program running in them, which may insert it or
+    // end.
     "Alacritty", "aterm", "com.mitchellh.ghostty", "contour", "cool-retro-term", "deepin-terminal",
     "Eterm", "foot", "gnome-terminal", "gnome-terminal-server", "guake", "kgx", "kitty", "konsole",
     "lilyterm", "lxterminal", "mate-terminal", "mlterm", "org.gnome.Console", "org.gnome.Ptyxis",
@@ -30,8 +32,8 @@ constexpr std::array kApplications{
     "Xpdf",              // document viewer
 };
 
-/// Editors that copy the line of the cursor when nothing is selected. Seen in Kate, KWrite and Qt
-/// Creator; the others document it.
+/// Editors that copy the current line if nothing is selected. Verified with Kate, KWrite and Qt
+/// Creator; documented for the others.
 constexpr std::array kEditors{
     // The KTextEditor component.
     "kate",
@@ -42,7 +44,7 @@ constexpr std::array kEditors{
     "org.kde.kdevelop",
     "org.kde.kile",
     "org.kde.kwrite",
-    // Visual Studio Code and its builds.
+    // Visual Studio Code and its variants.
     "code",
     "code - insiders",
     "code-oss",
@@ -56,7 +58,7 @@ constexpr std::array kEditors{
     "sublime_text",
 };
 
-/// The beginning of names such as "jetbrains-idea".
+/// The prefix of names such as "jetbrains-idea".
 constexpr std::string_view kJetBrains = "jetbrains-";
 
 bool isOneOf(const char* known, const std::vector<std::string>& names) {
@@ -141,14 +143,14 @@ bool isReadFromPrimary(const std::vector<std::string>& names) {
                      [&](const char* known) { return isOneOf(known, names); });
 }
 
-// It also drops its selection when a key is typed, and keeps PRIMARY.
+// Alacritty also clears its selection when a key is typed, but keeps PRIMARY.
 bool copiesByCopyKey(const std::vector<std::string>& names) {
   return isOneOf("Alacritty", names);
 }
 
 bool isLeftAlone(const std::vector<std::string>& names) {
-  // They take PRIMARY again while they drop a selection, so an old text would look fresh.
-  // Terminology is a terminal, and Ctrl+Insert makes Vim insert what is typed next.
+  // They take PRIMARY again when they clear a selection, so an old text would look new. Terminology
+  // is a terminal, and Ctrl+Insert makes Vim insert what is typed next.
   constexpr std::array kLeftAlone{"gvim", "neovide", "nvim-qt", "terminology"};
   return std::any_of(kLeftAlone.begin(), kLeftAlone.end(),
                      [&](const char* known) { return isOneOf(known, names); });

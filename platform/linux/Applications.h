@@ -1,6 +1,6 @@
-// Applications in which the copy keystroke alone does not tell what is selected, or does harm.
-// Names are compared without case: WM_CLASS on X11, the application id or Xwayland's WM_CLASS on
-// Wayland.
+// Applications in which the copy keystroke does not simply copy the selection, or does harm. Names
+// are compared without regard to case: WM_CLASS on X11, the application ID or Xwayland's WM_CLASS
+// on Wayland.
 #pragma once
 
 #include <string>
@@ -13,26 +13,27 @@ namespace seldial::platform::linux_port {
 /// does harm or copies nothing.
 bool isReadFromPrimary(const std::vector<std::string>& names);
 
-/// Whether it belongs to a terminal that copies with the key Copy, and does not hand that key to
-/// the program inside.
+/// Whether a window with these WM_CLASS names belongs to a terminal that copies with the Copy key
+/// and does not pass that key to the program running in it.
 bool copiesByCopyKey(const std::vector<std::string>& names);
 
-/// Whether it belongs to an application whose selection cannot be had: a keystroke does harm, and
-/// an old text in PRIMARY looks like a new one.
+/// Whether a window with these names belongs to an application whose selection cannot be read: a
+/// keystroke does harm, and an old text in PRIMARY looks like a new one.
 bool isLeftAlone(const std::vector<std::string>& names);
 
-/// Whether it belongs to an application that also copies what it no longer shows as selected, and
-/// takes PRIMARY after it has copied only if it was still selected.
+/// Whether a window with these names belongs to an application that also copies text that it no
+/// longer shows as selected, and that takes PRIMARY after the copy only if the text was still
+/// selected.
 bool takesPrimaryAfterCopying(const std::vector<std::string>& names);
 
-/// Whether a window with these WM_CLASS names is that of a Windows program under Wine.
+/// Whether a window with these names belongs to a Windows program under Wine.
 bool isWine(const std::vector<std::string>& names);
 
-/// Whether `text`, copied in a program with these names (WM_CLASS or application id), may be the
-/// line of the cursor instead of a selection: some editors copy it when nothing is selected. Such a
-/// text ends with its only newline; Qt Creator puts it in front of the last line. A line selected
-/// together with its newline, as by a triple click, looks the same. The only line of a document in
-/// Qt Creator is not noticed.
+/// Whether `text`, copied in a program with these names (WM_CLASS or application ID), may be the
+/// current line instead of a selection: some editors copy it if nothing is selected. Such a text
+/// ends with its only newline; Qt Creator puts the newline in front of the last line. A line that
+/// was selected together with its newline, as by a triple click, looks the same. The only line of a
+/// document in Qt Creator is not detected.
 bool mayBeCurrentLine(const std::vector<std::string>& names, std::string_view text);
 
 // On Wayland, where PRIMARY is not read, the kind of terminal decides how it is made to copy.

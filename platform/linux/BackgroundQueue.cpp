@@ -29,12 +29,12 @@ constexpr std::chrono::seconds kIdleTime{2};
 /// The stack of a background thread, in bytes. Only the part that is used takes memory.
 constexpr std::size_t kStackSize = 512UL * 1024;
 
-/// How often, and how long apart, async() tries to start a thread: for a second.
+/// How often, and at what interval, async() tries to start a thread: for one second in total.
 constexpr int kStartAttempts = 20;
 constexpr std::chrono::milliseconds kStartPause{50};
 
-/// Blocks all signals in the calling thread during its life. A thread started meanwhile inherits
-/// the mask, so that signals go to the main thread.
+/// Blocks all signals in the calling thread during its lifetime. A thread started meanwhile
+/// inherits the mask, so signals go to the main thread.
 class BlockedSignals {
  public:
   BlockedSignals() {
@@ -66,7 +66,8 @@ void ThreadPerTaskQueue::async(Task task) {
     worker->wakeUp.notify_one();  // not under the lock: the woken thread needs it at once
     return;
   }
-  // A lack of threads or memory is often short, and a task such as an accept loop must not be lost.
+  // A shortage of threads or memory is often brief, and a task such as an accept loop must not be
+  // lost.
   for (int attempt = 1; !startThread(); ++attempt) {
     if (attempt == kStartAttempts) {
       // The task waits for the next thread that becomes free.
@@ -77,8 +78,8 @@ void ThreadPerTaskQueue::async(Task task) {
   }
 }
 
-/// Gives `task` to an idle thread and returns that, for the caller to wake up. Null if no thread is
-/// idle: the task then waits for the thread that the caller starts.
+/// Assigns `task` to an idle thread and returns that thread, which the caller must wake up. Null if
+/// no thread is idle: the task then waits for the thread that the caller starts.
 std::shared_ptr<ThreadPerTaskQueue::Worker> ThreadPerTaskQueue::assign(Task& task) {
   const std::lock_guard lock(mutex_);
   if (idle_.empty()) {
@@ -123,7 +124,7 @@ void ThreadPerTaskQueue::runTasks() {
   if (auto* const action = threadEndAction().load()) action();
 }
 
-/// The next task for the calling thread; empty if none came in time.
+/// The next task for the calling thread; empty if none arrived in time.
 ThreadPerTaskQueue::Task ThreadPerTaskQueue::nextTask(const std::shared_ptr<Worker>& worker) {
   std::unique_lock lock(mutex_);
   if (!waiting_.empty()) {

@@ -1,5 +1,5 @@
-// The background queue on Linux: a thread is started when a task finds none idle; it waits a while
-// for the next task and then ends.
+// The background queue on Linux: a task for which no thread is idle starts one. An idle thread
+// waits a while for the next task and then ends.
 #pragma once
 
 #include <chrono>
@@ -36,14 +36,14 @@ class ThreadPerTaskQueue final : public BackgroundQueue {
   bool startThread();
 
   std::mutex mutex_;  ///< guards everything below
-  /// Threads without a task. The last one to become idle gets the next task: its memory is still in
-  /// the cache, and the others can end.
+  /// Threads without a task. The last one that became idle gets the next task: its memory is still
+  /// cached, and the others can end.
   std::vector<std::shared_ptr<Worker>> idle_;
   std::deque<Task> waiting_;  ///< tasks whose thread has not started yet
 };
 
-/// Sets what each background thread of the process does before it ends for lack of tasks; nothing
-/// by default. Any thread.
+/// Sets a function that each background thread of the process calls before it ends for lack of
+/// tasks; none by default. Any thread.
 void setBackgroundThreadEndAction(void (*action)());
 
 }  // namespace seldial::platform::linux_port

@@ -1,5 +1,6 @@
-// How programs of the hot key library reach the desktop: through applicationMain(), which runs the
-// main loop for them, or with a ServedDesktop in a loop of their own. They copy nothing.
+// Connects programs of the hot key library to the desktop: through applicationMain(), which runs
+// the main loop for them, or through a ServedDesktop in their own loop. They do not use the
+// clipboard.
 #include <utility>
 
 #include "platform/Ports.h"

@@ -18,8 +18,8 @@ struct KeyPosition {
   std::uint16_t evdevCode;
 };
 
-/// The key left of 1 (Grave) and the one right of the left Shift key (Section) are taken as on ANSI
-/// keyboards: the protocol does not tell the kind of keyboard.
+/// The key left of 1 (Grave) and the key right of the left Shift key (Section) are mapped as on
+/// ANSI keyboards: the protocol does not report the kind of keyboard.
 // clang-format off
 constexpr KeyPosition kPositions[] = {
     // letters

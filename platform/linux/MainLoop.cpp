@@ -165,7 +165,7 @@ void MainLoop::block(std::chrono::microseconds duration) {
        left = end - Clock::now()) {
     pollFor(descriptors, left);
     for (std::size_t i = 0; i < sources.size(); ++i) {
-      // A source that hung up would end every further wait at once. run() tells it later.
+      // A source that hung up would end every further wait at once. run() notifies it later.
       const auto events = descriptors[i].revents;
       const bool servable = (events & POLLIN) != 0 && (events & (POLLHUP | POLLERR)) == 0;
       if (events != 0 && !(servable && sources[i]->readableWhileBlocked())) descriptors[i].fd = -1;

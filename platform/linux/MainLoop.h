@@ -26,9 +26,9 @@ class EventSource {
   /// buffered, for which no readable() will come, and send what is still buffered.
   virtual void willWait() {}
 
-  /// Takes the place of willWait() and readable() during MainLoop::block(): answer other programs,
+  /// Called instead of willWait() and readable() during MainLoop::block(): answer other programs,
   /// but keep the application's own events for later. Called when the block begins and whenever
-  /// there is data to read. Returns false to not be called again during this block.
+  /// there is data to read. Return false to be left alone for the rest of the block.
   virtual bool readableWhileBlocked() { return false; }
 };
 
@@ -55,9 +55,9 @@ class MainLoop final : public MainQueue {
   /// Makes run() or serve() return after the current task or source. Main thread.
   void quit();
 
-  /// For a program whose main thread runs the loop of a toolkit: serves everything that is ready
-  /// and returns instead of waiting. Call it whenever descriptor() is readable, and before each
-  /// wait of that loop, so that the sources get willWait(). Main thread.
+  /// For a program whose main thread runs a toolkit's loop: serves everything that is ready and
+  /// returns without waiting. Call it whenever descriptor() is readable, and before each wait of
+  /// that loop, so that the sources get willWait(). Main thread.
   void serve();
 
   /// Readable when there is something to serve. Do not read from it.
@@ -66,12 +66,12 @@ class MainLoop final : public MainQueue {
   /// Blocks for `duration` or until interrupt(): no task runs, sources get readableWhileBlocked().
   void block(std::chrono::microseconds duration);
 
-  /// Calls quit() and ends block(), also a later one. Other waits of the main thread should end
-  /// too: they poll interruption(). Any thread.
+  /// Calls quit() and ends the current block() and every later one. Other waits of the main thread
+  /// must poll interruption(), so that they end too. Any thread.
   void interrupt();
   [[nodiscard]] bool interrupted() const { return interrupted_; }
 
-  /// Readable from interrupt() on. Do not read from it.
+  /// Readable once interrupt() has been called. Do not read from it.
   [[nodiscard]] int interruption() const { return interruption_; }
 
  private:

@@ -12,14 +12,14 @@ constexpr std::uint32_t kReplacement = 0xFFFD;
 struct Piece {
   std::size_t length = 0;  ///< in bytes; at least 1
   std::uint32_t code = 0;
-  bool complete = false;  ///< a character or a surrogate; otherwise `code` means nothing
+  bool complete = false;  ///< a character or a surrogate; otherwise `code` is meaningless
 };
 
 bool isSurrogate(const Piece& piece) {
   return piece.complete && piece.code >= 0xD800 && piece.code <= 0xDFFF;
 }
 
-/// The length of the character that begins with this byte; 0 when none does.
+/// The length of a character that begins with this byte; 0 if none does.
 std::size_t lengthFor(unsigned char lead) {
   if (lead < 0x80) return 1;
   if (lead >= 0xC2 && lead <= 0xDF) return 2;
@@ -27,7 +27,7 @@ std::size_t lengthFor(unsigned char lead) {
   return lead >= 0xF0 && lead <= 0xF4 ? 4 : 0;
 }
 
-/// Whether the first two bytes, decoded, begin no overlong form and nothing above U+10FFFF.
+/// Whether the first two bytes, decoded, begin neither an overlong form nor a code above U+10FFFF.
 bool canBegin(std::uint32_t code, std::size_t length) {
   if (length == 3) return code >= 0x20;
   return length != 4 || (code >= 0x10 && code <= 0x10F);
@@ -49,7 +49,7 @@ Piece firstPiece(std::string_view text) {
   return {length, code, true};
 }
 
-/// The length of the valid text at the beginning.
+/// The length of the valid prefix.
 std::size_t validLength(std::string_view text) {
   std::size_t length = 0;
   while (length < text.size()) {
@@ -73,7 +73,8 @@ void append(std::string& text, std::uint32_t code) {
   put(0x80U | (code & 0x3FU));
 }
 
-/// Takes what is invalid at the beginning of `text` and returns the character that replaces it.
+/// Removes the invalid bytes at the beginning of `text` and returns the character that replaces
+/// them.
 std::uint32_t takeInvalid(std::string_view& text) {
   const auto first = firstPiece(text);
   text.remove_prefix(first.length);

@@ -63,7 +63,7 @@ std::string executablePath() {
 bool endWithParent(pid_t parent) {
   if (prctl(PR_SET_PDEATHSIG, SIGTERM) != 0) return false;
   if (getppid() == parent) return true;
-  errno = ESRCH;  // it ended before the request, so no signal will come
+  errno = ESRCH;  // the parent ended before the request, so no signal will come
   return false;
 }
 

@@ -106,7 +106,7 @@ void signalArrived(void* termination) {
 
 /// Creates a source that lives as long as the process.
 void watch(int signal, Termination* ending) {
-  // Its default action would end the process before the source is told.
+  // The default action of the signal would end the process before the source is notified.
   std::signal(signal, SIG_IGN);
   const auto source = dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL,
                                              static_cast<uintptr_t>(signal), 0, ending->queue);

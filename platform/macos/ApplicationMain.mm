@@ -1,5 +1,5 @@
-// The start of the program on macOS. NSApplicationMain() creates the principal class of the bundle,
-// which creates the application's delegate; so the bundle needs no nib.
+// The entry point of the program on macOS. NSApplicationMain() creates the principal class of the
+// bundle, which creates the application's delegate; so the bundle needs no nib.
 #import <AppKit/AppKit.h>
 
 #include <memory>
@@ -61,7 +61,8 @@ Launch& launch() {
   _delegate->applicationWillTerminate();
 }
 
-// AppKit takes each argument without a hyphen for a document to open. They are ours.
+// AppKit treats each argument without a hyphen as a document to open. The arguments are for
+// Seldial.
 - (BOOL)application:(NSApplication*)sender openFile:(NSString*)filename {
   return YES;
 }

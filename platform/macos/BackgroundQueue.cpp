@@ -3,7 +3,7 @@
 // Dispatch's concurrent queues start no new thread once 64 tasks are blocked, and a task of the
 // socket library blocks for as long as its client stays connected. A serial queue gets a thread
 // whenever it has work, however many others are blocked, up to the system's limit of threads per
-// process. So each task gets a serial queue of its own, of default priority.
+// process. So each task gets its own serial queue, of default priority.
 #include "platform/BackgroundQueue.h"
 
 #include <dispatch/dispatch.h>

@@ -17,14 +17,14 @@ struct Release {
   void operator()(const void* object) const { CFRelease(object); }
 };
 
-/// A Core Foundation object that this code owns; null if the system made none.
+/// A Core Foundation object that this code owns; null if the system returned none.
 template <class Ref>
 using Owned = std::unique_ptr<std::remove_pointer_t<Ref>, Release>;
 
 /// Whether this program may post events. If not, macOS asks the user, but does not wait for the
 /// answer.
 bool requestPostEventAccess() {
-  // Declared since 10.15, but it was seen to crash in 10.15.3.
+  // Available since 10.15, but it has crashed in 10.15.3.
   if (__builtin_available(macOS 11.0, *)) return CGRequestPostEventAccess();
   const void* key = kAXTrustedCheckOptionPrompt;
   const void* value = kCFBooleanTrue;

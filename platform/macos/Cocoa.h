@@ -1,4 +1,4 @@
-// What the C++ files of this port need from AppKit and Foundation. Main thread only.
+// The functions of AppKit and Foundation that the C++ files of this port need. Main thread only.
 #pragma once
 
 #include <cstdint>
@@ -34,8 +34,8 @@ void inAutoreleaseScope(const std::function<void()>& body);
 /// Writes a line to the system log, which standard error shows as well.
 void logToSystem(const char* line);
 
-/// Sends the shared application `terminate:`, from its delegate unless `sender` is null. Returns
-/// only if something objects.
+/// Sends the shared application `terminate:`, with its delegate as sender unless `sender` is null.
+/// Returns only if the termination is refused or postponed.
 void terminateSharedApplication(ApplicationDelegate* sender);
 
 }  // namespace seldial::platform::macos

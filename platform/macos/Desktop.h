@@ -1,4 +1,4 @@
-// The program on the macOS desktop: its process, its main queue, the clipboard and its ports.
+// The macOS desktop: the process, the main queue, the clipboard and the ports.
 #pragma once
 
 #include <functional>
@@ -25,7 +25,7 @@ class MacApplication final : public platform::Application {
   const std::vector<std::string> arguments_;
 };
 
-/// The main queue of Dispatch. The main run loop of the application serves it.
+/// The main queue of Dispatch, which the application's main run loop serves.
 class DispatchMainQueue final : public platform::MainQueue {
  public:
   void async(Task task) override;
@@ -41,25 +41,24 @@ class MacClipboard final : public platform::Clipboard {
   [[nodiscard]] std::optional<std::string> text() override;
 };
 
-/// Lets macOS ask the user for the consent to post keys, unless it has been given; then also writes
-/// one line to standard error. Returns at once. Main thread.
+/// If the user has not consented to posting keys, lets macOS ask for the consent and writes one
+/// line to standard error. Returns at once. Main thread.
 void requestConsent();
 
-/// The ports of macOS. `arguments` is the command line, the path of the program first. The first
-/// hot key that is registered asks for the consent that copying needs, see requestConsent(). Main
-/// thread.
+/// The ports of macOS. `arguments` is the command line, the path of the program first. When the
+/// first hot key is registered, requestConsent() is called. Main thread.
 Ports makePorts(std::vector<std::string> arguments);
 
-/// If the process was started through a symbolic link to its executable, replaces it by the same
-/// program under its real path: AppKit looks for the bundle beside the path that was started.
-/// `argv` is passed on. Returns when there is no such link, or with a line on standard error when
-/// the system refuses. Main thread, before anything else.
+/// If the process was started through a symbolic link to its executable, restarts it under its real
+/// path: AppKit looks for the bundle next to the path that was started. `argv` is passed on.
+/// Returns if there is no such link, or with a line on standard error if the system refuses. Main
+/// thread, before anything else.
 void restartUnderRealPath(char* const argv[]);
 
-/// Turns posix_port::terminationSignals() into calls. The first signal calls `received` on the main
-/// thread, once the main queue is served. If the process has not ended after
-/// posix_port::kTerminationPatience, or with a second signal, `mustEnd` is called on a background
-/// thread, once, and soon after it the process ends with status 0. Main thread, once.
+/// Handles posix_port::terminationSignals(). The first signal calls `received` on the main thread,
+/// once the main queue is served. If the process has not ended after
+/// posix_port::kTerminationPatience, or on a second signal, `mustEnd` is called once, on a
+/// background thread, and soon afterwards the process ends with status 0. Main thread, once.
 void onTerminationSignals(std::function<void()> received, std::function<void()> mustEnd);
 
 }  // namespace seldial::platform::macos

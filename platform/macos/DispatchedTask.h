@@ -6,8 +6,8 @@
 
 namespace seldial::platform::macos {
 
-/// Dispatch takes a function and a context. For a task, these are runTaskContext() and what this
-/// returns. A task that is never run is never destroyed.
+/// Dispatch takes a function and a context. For a task, pass runTaskContext() and the result of
+/// this function. A task that never runs is never destroyed.
 inline void* newTaskContext(std::function<void()> task) {
   return new std::function<void()>(std::move(task));
 }

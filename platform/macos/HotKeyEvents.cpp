@@ -19,8 +19,8 @@ HotKeyEvents::ReleasedHandler& releasedHandler() {
   return *handler;
 }
 
-/// Ignores, on purpose, the signature and whether the identifier could be read: otherwise its id is
-/// 0, which no hot key has.
+/// Ignores, on purpose, the signature and a failure to read the identifier; the id is then 0, which
+/// no hot key has.
 HotKeyReleased released(EventRef event) {
   EventHotKeyID hotKeyID{};
   GetEventParameter(event, kEventParamDirectObject, typeEventHotKeyID, nullptr, sizeof hotKeyID,
@@ -52,7 +52,7 @@ void CarbonHotKeyEvents::installReleasedHandler(ReleasedHandler handler) {
   const OSStatus status =
       InstallEventHandler(GetApplicationEventTarget(), &hotKeyHandler, 1, &type, nullptr, nullptr);
   installed_ = status == noErr;
-  // Hot keys can still be registered, and the caller has no way to report that they will not act.
+  // Hot keys can still be registered, and the caller cannot report that they will not work.
   if (!installed_) printError("seldial: no handler for hot keys (" + std::to_string(status) + ")");
 }
 

@@ -6,8 +6,8 @@
 
 namespace seldial::platform::macos {
 
-/// Hot keys of the Carbon Event Manager. There can be only one such object in a process: the system
-/// calls its handler without a reference to it.
+/// Hot keys of the Carbon Event Manager. At most one per process: the system calls the handler
+/// without a reference to this object.
 class CarbonHotKeyEvents final : public platform::HotKeyEvents {
  public:
   /// `firstRegistered` is called once, as soon as a hot key is registered; it may be empty.

@@ -1,4 +1,4 @@
-// What keys type, from the text input sources and their Unicode key layouts.
+// The characters that keys type, from the text input sources and their Unicode key layouts.
 #include <Carbon/Carbon.h>
 #include <CoreFoundation/CoreFoundation.h>
 
@@ -36,7 +36,7 @@ void append(std::string& text, std::uint32_t character) {
   }
 }
 
-/// UTF-16 as UTF-8. Half a surrogate pair becomes U+FFFD.
+/// Converts UTF-16 to UTF-8. A lone surrogate becomes U+FFFD.
 std::string utf8FromUtf16(const UniChar* units, UniCharCount length) {
   std::string text;
   for (UniCharCount i = 0; i < length; ++i) {

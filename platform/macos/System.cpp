@@ -29,14 +29,14 @@ void setBlocking(int number) {
   ::fcntl(number, F_SETFL, ::fcntl(number, F_GETFL) & ~O_NONBLOCK);
 }
 
-/// In place of MSG_NOSIGNAL, which macOS lacks. Fails on descriptors that are not sockets, and on a
+/// Replaces MSG_NOSIGNAL, which macOS lacks. Fails on descriptors that are not sockets, and on a
 /// socket that both sides have shut down.
 void disableSigpipe(int number) {
   const int on = 1;
   ::setsockopt(number, SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
 }
 
-/// Returns `number`; does nothing with -1, and leaves errno alone then.
+/// Returns `number`. For -1 it does nothing and preserves errno.
 int setSocketFlags(int number) {
   if (number == -1) return number;
   disableSigpipe(number);
@@ -46,7 +46,7 @@ int setSocketFlags(int number) {
 /// macOS has no way to end accept(): a listening socket cannot be shut down (ENOTCONN), and closing
 /// it would free its number while another thread is about to accept on it. So this never blocks in
 /// accept(), only in poll(), which also watches a pipe. Closing the write end makes the read end
-/// readable for good, for every present and future poll().
+/// permanently readable, for every current and future poll().
 class PipeAcceptor final : public Acceptor {
  public:
   PipeAcceptor() = default;

@@ -60,8 +60,8 @@ std::size_t LineOutput::takeLost() {
   return std::exchange(lost_, 0);
 }
 
-/// A pipe that poll() calls writable takes PIPE_BUF bytes without blocking, so no piece is longer.
-/// False when there was no room for all of the line in time.
+/// If poll() reports a pipe as writable, it takes PIPE_BUF bytes without blocking, so no piece is
+/// longer. False if there was no space for the whole line in time.
 bool LineOutput::write(std::string_view line) {
   const auto deadline = Clock::now() + patience_;
   char piece[PIPE_BUF];
@@ -86,7 +86,7 @@ bool LineOutput::writePiece(std::string_view piece, Clock::time_point deadline) 
       const auto count = static_cast<std::size_t>(written);
       atLineBegin_ = piece[count - 1] == '\n';
       piece.remove_prefix(count);
-    } else if (errno == EAGAIN) {  // another process made it non-blocking, and took the room
+    } else if (errno == EAGAIN) {  // another process made it non-blocking, and used the space
       if (Clock::now() >= deadline) return false;
     } else if (errno != EINTR) {
       break;
@@ -95,7 +95,7 @@ bool LineOutput::writePiece(std::string_view piece, Clock::time_point deadline) 
   return true;
 }
 
-/// Says yes also when writing would fail.
+/// Also returns true if writing would fail.
 bool LineOutput::waitForRoom(Clock::time_point deadline) const {
   for (;;) {
     const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());

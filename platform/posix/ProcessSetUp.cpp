@@ -42,7 +42,7 @@ sigset_t terminationSignals() {
   sigemptyset(&signals);
   sigaddset(&signals, SIGTERM);
   sigaddset(&signals, SIGINT);
-  // Read from a descriptor it would arrive even if it is ignored.
+  // A signalfd would receive SIGHUP even if it is ignored.
   struct sigaction hangUp {};
   sigaction(SIGHUP, nullptr, &hangUp);
   if (hangUp.sa_handler != SIG_IGN) sigaddset(&signals, SIGHUP);

@@ -10,14 +10,16 @@ namespace seldial::platform::posix_port {
 /// process started, as nohup(1) does, so that the process outlives its terminal.
 sigset_t terminationSignals();
 
-/// From the first of these signals to the interruption of what the main thread waits for. A dial
-/// with the default delay takes less.
+/// Time from the first of these signals until the main thread's waits are interrupted. A dial with
+/// the default delay takes less.
 inline constexpr std::chrono::milliseconds kTerminationPatience{1000};
 
-/// From the interruption to the end of the process: enough to release the keys that are held down.
+/// Time from the interruption to the end of the process: enough to release the keys that are held
+/// down.
 inline constexpr std::chrono::milliseconds kTerminationGrace{500};
 
-/// Likewise, if a second signal has caused the interruption.
+/// Time from the interruption to the end of the process, if a second signal has caused the
+/// interruption.
 inline constexpr std::chrono::milliseconds kSecondTerminationGrace{200};
 
 /// Main thread, before any other thread is started:
@@ -25,7 +27,7 @@ inline constexpr std::chrono::milliseconds kSecondTerminationGrace{200};
 ///   written to a socket that got the number;
 /// - makes standard output line-buffered, so that a reader of a pipe sees each line at once;
 /// - ignores SIGPIPE;
-/// - raises the soft limit of open descriptors as far as possible: each waiting client needs one;
+/// - raises the soft limit on open descriptors as far as possible: each connected client needs one;
 /// - sets the umask so that new files, the socket among them, are accessible to their owner only.
 /// A step that fails is skipped.
 void setUpProcess();

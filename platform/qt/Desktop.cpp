@@ -11,8 +11,8 @@
 namespace seldial::platform::qt {
 namespace {
 
-/// Hides from Qt that a window has lost the keyboard to a grab: while a hot key of this program is
-/// held, Qt would consider the window inactive.
+/// Hides focus changes that a keyboard grab causes from Qt: otherwise Qt would treat the window as
+/// inactive while a hot key of this program is held.
 class GrabFocusFilter final : public QAbstractNativeEventFilter {
  public:
   GrabFocusFilter() { QCoreApplication::instance()->installNativeEventFilter(this); }

@@ -10,12 +10,12 @@
 
 namespace seldial::platform::qt {
 
-/// The ports of the desktop, served from Qt's event loop. A Qt program needs it to have hot keys
-/// and to record them in its fields. One in a process; main thread only.
+/// The ports of the desktop, served from Qt's event loop. A Qt program needs it for hot keys and
+/// for recording them in its fields. At most one per process; main thread only.
 class Desktop {
  public:
-  /// Connects to the server that DISPLAY names; null where there is none. Call it before making the
-  /// QApplication, which ends the program where there is no server. `connectionLost` is called
+  /// Connects to the server that DISPLAY names; null if there is none. Call it before you create
+  /// the QApplication, which ends the program if there is no server. `connectionLost` is called
   /// once, from the event loop, when the server goes away.
   static std::unique_ptr<Desktop> connect(std::function<void()> connectionLost);
 
@@ -25,8 +25,8 @@ class Desktop {
   /// The ports for fields in which hot keys are shown and recorded.
   [[nodiscard]] KeyboardPorts keyboard() { return served_->keyboard(); }
 
-  /// Serves the ports for as long as the result lives. Make it after the QApplication; destroy it
-  /// before that and before this object.
+  /// Serves the ports for as long as the result lives. Create the result after the QApplication;
+  /// destroy it before the QApplication and before this object.
   [[nodiscard]] std::unique_ptr<QObject> serve();
 
  private:

@@ -31,8 +31,8 @@ constexpr std::array kAtomNames{
 
 }  // namespace
 
-// XCB waits as long as the server takes. So it waits on another thread, which is left behind when
-// the limit has passed.
+// XCB waits without a time limit. So it waits on another thread, which is abandoned when the limit
+// has passed.
 std::unique_ptr<Connection> Connection::open(std::chrono::milliseconds limit) {
   const char* const display = std::getenv("DISPLAY");
   if (display == nullptr || *display == '\0') return nullptr;
@@ -66,8 +66,8 @@ void Connection::synchronise() const {
   freed(xcb_get_input_focus_reply(xcb_, xcb_get_input_focus(xcb_), nullptr));
 }
 
-// A round trip costs more than a request, so requests are sent together where possible.
-/// Returns what the server lacks; null if that is nothing.
+// A round trip costs more than a request, so requests are sent together if possible.
+/// Returns what the server lacks; null if it lacks nothing.
 const char* Connection::handshake() {
   root_ = xcb_setup_roots_iterator(xcb_get_setup(xcb_)).data->root;
   for (auto* const extension : {&xcb_xkb_id, &xcb_input_id, &xcb_test_id}) {

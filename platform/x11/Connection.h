@@ -1,5 +1,5 @@
 // The connection to the X server, with the extensions and atoms that the ports use and one window
-// that is never shown.
+// that is never mapped.
 #pragma once
 
 #include <chrono>
@@ -25,12 +25,12 @@ struct Atoms {
 /// Main thread only. Once the connection is lost, requests are dropped and replies are null.
 class Connection {
  public:
-  /// Connects to the server that DISPLAY names and checks that it has what the ports need. Null
-  /// when DISPLAY is not set, or, after one line on standard error, when that fails or takes longer
-  /// than `limit`.
+  /// Connects to the server that DISPLAY names and checks that it has what the ports need. Null if
+  /// DISPLAY is not set, or, after one line on standard error, if the connection fails or takes
+  /// longer than `limit`.
   static std::unique_ptr<Connection> open(std::chrono::milliseconds limit = kConnectLimit);
 
-  /// A server answers at once, unless it starts or is very busy.
+  /// A server answers at once, unless it is starting or very busy.
   static constexpr std::chrono::seconds kConnectLimit{10};
 
   ~Connection();
@@ -43,7 +43,8 @@ class Connection {
   [[nodiscard]] const Atoms& atoms() const { return atoms_; }
   [[nodiscard]] bool lost() const { return xcb_connection_has_error(xcb_) != 0; }
 
-  /// Returns once the server has executed every request so far and sent every event before that.
+  /// Returns once the server has executed every request so far and has sent the events that they
+  /// caused.
   void synchronise() const;
 
   /// The event type of every XKB event.
@@ -56,12 +57,12 @@ class Connection {
     return window & ~xcb_get_setup(xcb_)->resource_id_mask;
   }
 
-  /// Adds or removes raw events of XInput 2 from those that the server sends for every master
-  /// device. They arrive whatever has the focus or a grab.
+  /// Selects or deselects raw XInput 2 events of all master devices. They arrive regardless of
+  /// focus and grabs.
   void selectRawInput(std::uint32_t events, bool selected);
 
  private:
-  /// A connection, or what is wrong with the server.
+  /// A connection, or the reason why there is none.
   struct Attempt {
     std::unique_ptr<Connection> connection;
     std::string failure;
@@ -81,7 +82,7 @@ class Connection {
   Atoms atoms_;
   int xkbEvent_ = 0;
   int inputExtension_ = 0;
-  std::uint32_t rawEvents_ = 0;  ///< that are selected
+  std::uint32_t rawEvents_ = 0;  ///< those that are selected
 };
 
 /// Selects the XInput 2 events of `devices` (one device or a group) that the server sends for the

@@ -1,4 +1,4 @@
-// The X11 desktop, for programs that choose it. This header needs no XCB.
+// The X11 desktop. This header does not include XCB.
 #pragma once
 
 #include <functional>
@@ -18,10 +18,9 @@ namespace seldial::platform::x11 {
 class Session;
 
 /// Connects to the server that DISPLAY names. `connectionLost` is called once, from the loop, when
-/// the server goes away. Null when there is no server or it lacks an extension that is needed; then
-/// one line on standard error says so, except where DISPLAY is not set. Where the server is
-/// Xwayland, one line says which windows are reached. Main thread, as everything that a session
-/// does.
+/// the server goes away. Null if there is no server or it lacks a required extension; then one line
+/// on standard error says so, unless DISPLAY is not set. If the server is Xwayland, one line says
+/// in which windows the hot key works. Main thread, like everything that a session does.
 std::shared_ptr<Session> connect(std::shared_ptr<linux_port::MainLoop> loop,
                                  std::function<void()> connectionLost);
 
@@ -29,24 +28,24 @@ std::shared_ptr<HotKeyEvents> hotKeyEvents(const std::shared_ptr<Session>& sessi
 std::shared_ptr<RecordingKeyboard> recordingKeyboard(const std::shared_ptr<Session>& session);
 
 /// Types a hot key, as if the user pressed and released its keys: a key code and ModifierFlag bits.
-/// Nothing is typed, and the result is false, where the keyboard lacks one of the keys. `hotKeys`
-/// are those of a session.
+/// If the keyboard lacks one of the keys, nothing is typed and the result is false. `hotKeys` must
+/// belong to a session.
 [[nodiscard]] bool typeHotKey(HotKeyEvents& hotKeys, std::uint16_t keyCode,
                               std::uint64_t modifierFlags);
 
-/// Whether an event of an X connection says that a window has lost, or regained, the keyboard to a
-/// grab while the focus stays where it is. A hot key that is pressed is such a grab.
+/// Whether an X event says that a window has lost the keyboard to a grab, or regained it, without a
+/// change of focus. A pressed hot key is such a grab.
 [[nodiscard]] bool isFocusChangeOfGrab(const void* event);
 
 // The copy, which programs of the hot key library do without; see copy/Clipboard.cpp.
 
-/// The clipboard of the session's display. It reserves the copy keystroke. When it is destroyed,
-/// every key that it still holds down is released. Main thread only.
+/// Creates the clipboard of the session's display. It reserves the copy keystroke. Its destructor
+/// releases every key that it still holds down. Main thread only.
 std::shared_ptr<Clipboard> makeClipboard(const std::shared_ptr<Session>& session);
 
-/// From now on `hotKeys`, those of a session, refuse the copy keystroke: the grab would take it
-/// from the application that is to copy. For a program that only tries hot keys out;
-/// makeClipboard() does it for one that copies.
+/// Makes `hotKeys`, which must belong to a session, refuse the copy keystroke: the grab would take
+/// it from the application that is to copy. For programs that only try out hot keys;
+/// makeClipboard() does this itself.
 void reserveCopyKeystroke(HotKeyEvents& hotKeys);
 
 }  // namespace seldial::platform::x11

@@ -36,7 +36,8 @@ void EventPump::readable() {
   reportLoss();
 }
 
-// XCB also reads while it sends. Events that it read then must not wait for the next readable().
+// XCB also reads while it sends. Events that it has read then must not wait for the next
+// readable().
 void EventPump::willWait() {
   do {
     for (auto* const handler : handlers_) handler->idle();
@@ -77,7 +78,7 @@ bool EventPump::serveUntil(Clock::time_point deadline, const std::function<bool(
     if (done()) return true;
     const auto left = deadline - Clock::now();
     if (connection_.lost() || loop_.interrupted() || left.count() <= 0) return false;
-    // Events may have been read together with replies that `done` waited for.
+    // Events may have been read together with the replies for which `done` waited.
     if (!handleRead()) waitForInput(left);
   }
 }
@@ -90,7 +91,7 @@ void EventPump::waitForInput(Clock::duration limit) const {
 }
 
 void EventPump::handle(const xcb_generic_event_t& event) {
-  // An error of an unchecked request: a window of another client no longer exists. Harmless.
+  // The error of an unchecked request: a window of another client no longer exists. Harmless.
   if (kindOf(event) == 0) return;
   for (auto* const handler : handlers_) {
     if (handler->handle(event)) return;

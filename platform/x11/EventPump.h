@@ -1,6 +1,6 @@
 // Reads the events of the X connection and passes each to the port that handles it.
 //
-// Ports handle events at once, even while the application is busy, since other clients wait for
+// Ports handle events at once, even while the application is busy, because other clients wait for
 // their answers. Events for the application itself are posted to the main queue, so that they
 // arrive in order and never interrupt it.
 #pragma once
@@ -40,7 +40,7 @@ class EventPump final : public linux_port::EventSource {
   EventPump(const EventPump&) = delete;
   EventPump& operator=(const EventPump&) = delete;
 
-  /// Handlers are not owned. They are asked in the order in which they were added.
+  /// Handlers are not owned. They are called in the order in which they were added.
   void add(EventHandler& handler) { handlers_.push_back(&handler); }
   void remove(EventHandler& handler);
 

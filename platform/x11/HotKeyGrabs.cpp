@@ -9,7 +9,7 @@
 namespace seldial::platform::x11 {
 namespace {
 
-/// The modifier bits of an event's state; above them are buttons and the keyboard group.
+/// The modifier bits of an event's state; the higher bits are buttons and the keyboard group.
 constexpr unsigned kModifierBits = 0xFF;
 
 /// The mask together with every subset of the lock bits.
@@ -23,7 +23,7 @@ std::vector<std::uint16_t> variants(std::uint16_t mask, std::uint8_t locks) {
   return result;
 }
 
-/// A key that carries one of these modifiers; 0 when there is none.
+/// A key with one of these modifiers; 0 if there is none.
 xcb_keycode_t carrierOf(const KeyboardMap& map, std::uint8_t modifiers) {
   for (std::size_t bit = 0; bit < map.carriers.size(); ++bit) {
     for (unsigned key = 0; (modifiers >> bit & 1) != 0 && key < map.carriers[bit].size(); ++key) {
@@ -56,7 +56,7 @@ bool HotKeyGrabs::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
   return combinationFor(keyCode, modifiers).has_value();
 }
 
-/// Nothing when the keyboard has no such combination or it is reserved.
+/// Nothing if the keyboard has no such combination or it is reserved.
 std::optional<HotKeyGrabs::Combination> HotKeyGrabs::combinationFor(std::uint32_t keyCode,
                                                                     std::uint32_t modifiers) {
   const auto key = linux_port::keyAtPosition(keyCode);
@@ -83,7 +83,7 @@ bool HotKeyGrabs::isFree(xcb_keycode_t key, std::uint16_t mask) const {
          });
 }
 
-/// All variants or none: another program may hold a single one of them.
+/// Grabs all variants or none: another program may hold only one of them.
 bool HotKeyGrabs::grab(xcb_keycode_t key, std::uint16_t mask) {
   std::vector<xcb_void_cookie_t> cookies;
   for (const auto variant : variants(mask, locks_)) {
@@ -91,7 +91,7 @@ bool HotKeyGrabs::grab(xcb_keycode_t key, std::uint16_t mask) {
                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
   }
   bool taken = true;
-  // The first check waits for the answers to all.
+  // The first check waits for the replies to all requests.
   for (const auto cookie : cookies) {
     if (freed(xcb_request_check(connection_.xcb(), cookie))) taken = false;
   }
@@ -108,8 +108,8 @@ void HotKeyGrabs::ungrab(xcb_keycode_t key, std::uint16_t mask) {
   }
 }
 
-/// A layout gave the modifiers other bits. A hot key that cannot be grabbed under this layout may
-/// be free under the next, so its registration stays.
+/// Called when a layout has assigned other bits to the modifiers. A hot key that cannot be grabbed
+/// with this layout may be free with the next one, so its registration stays.
 void HotKeyGrabs::grabAgain() {
   for (auto& registration : registrations_) {
     if (registration.mask) ungrab(registration.key, *std::exchange(registration.mask, {}));
@@ -126,7 +126,7 @@ void HotKeyGrabs::grabAgain() {
 }
 
 bool HotKeyGrabs::handle(const xcb_generic_event_t& event) {
-  // The bit of events that another client made up is not set in these.
+  // Comparing the whole response_type excludes events that another client has sent.
   if (event.response_type == XCB_KEY_PRESS) {
     press(as<xcb_key_press_event_t>(event));
   } else if (event.response_type == XCB_KEY_RELEASE) {

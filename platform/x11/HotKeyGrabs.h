@@ -1,10 +1,10 @@
 // Hot keys as key grabs on the root window.
 //
-// The server reports the press only to this client, and every key event until that key is released.
-// A release is recognised by its key alone and counts if the hot key was pressed before it, so it
-// does not matter what the user releases first. With detectable auto-repeat a held key repeats as
-// presses without releases. Locks are not part of a combination, so each combination is grabbed
-// once for every state of Caps Lock, Num Lock and Scroll Lock.
+// The server reports the press, and every key event until that key is released, only to this
+// client. A release is recognised by its key alone and counts if the hot key was pressed before it,
+// so the order in which the user releases the keys does not matter. With detectable auto-repeat, a
+// held key repeats as presses without releases. Locks are not part of a combination, so each
+// combination is grabbed once for every state of Caps Lock, Num Lock and Scroll Lock.
 #pragma once
 
 #include <functional>
@@ -23,15 +23,16 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
 
   void installReleasedHandler(ReleasedHandler handler) override { *handler_ = std::move(handler); }
 
-  /// Tells whether a key with modifiers, both as the server numbers them, is reserved.
+  /// Returns whether a combination of an X key code and a modifier state is reserved.
   using IsReserved =
       std::function<bool(const Keyboards& keyboards, xcb_keycode_t key, std::uint16_t modifiers)>;
 
-  /// Refuses from now on what `isReserved` says: combinations that the program types itself and
-  /// that its own grab would catch. It is asked again whenever the layout has changed.
+  /// From now on refuses the combinations for which `isReserved` returns true: those that the
+  /// program types itself and that its own grab would catch. It is called again whenever the layout
+  /// has changed.
   void reserve(IsReserved isReserved) { isReserved_ = std::move(isReserved); }
 
-  /// Refuses also modifier keys and reserved combinations.
+  /// Also refuses modifier keys and reserved combinations.
   std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                           HotKeyID hotKeyID) override;
   void unregisterHotKey(HotKeyRef ref) override;
@@ -42,7 +43,8 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
 
   [[nodiscard]] bool anyRegistered() const { return !registrations_.empty(); }
 
-  /// Hot keys that are held. Meanwhile the server sends us every key event, synthetic ones too.
+  /// The hot keys that are held. While one is held, the server sends us every key event, including
+  /// synthetic ones.
   [[nodiscard]] const KeySet& pressedKeys() const { return pressed_; }
 
   bool handle(const xcb_generic_event_t& event) override;
@@ -57,7 +59,7 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
     HotKeyID hotKeyID;
     xcb_keycode_t key = 0;
     std::uint32_t modifiers = 0;        ///< HotKeyModifier bits
-    std::optional<std::uint16_t> mask;  ///< as grabbed; nothing while it cannot be
+    std::optional<std::uint16_t> mask;  ///< of the grab; nothing while it cannot be grabbed
     bool armed = false;                 ///< pressed, not yet released
   };
 
@@ -77,7 +79,7 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   IsReserved isReserved_ = [](const Keyboards&, xcb_keycode_t, std::uint16_t) { return false; };
   std::shared_ptr<ReleasedHandler> handler_ = std::make_shared<ReleasedHandler>();
   std::vector<Registration> registrations_;
-  std::uint8_t locks_ = 0;  ///< as grabbed
+  std::uint8_t locks_ = 0;  ///< of the grabs
   HotKeyRef lastRef_ = 0;
   KeySet pressed_;
 };

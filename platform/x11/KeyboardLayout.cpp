@@ -1,8 +1,7 @@
-// The layout of the X server's keyboard, for programs that show hot keys.
+// The layout of the X server's keyboard, for programs that display hot keys.
 //
-// It has a connection of its own, so that a program can show hot keys without taking any. The
-// keymap, some ten thousand bytes, is requested once and again only after the server has reported a
-// change.
+// It uses its own connection, so that a program can display hot keys without registering any. The
+// keymap, some ten thousand bytes, is requested again only after the server has reported a change.
 #include <xkbcommon/xkbcommon-x11.h>
 #include <xkbcommon/xkbcommon.h>
 
@@ -27,14 +26,15 @@ struct Release {
 template <class Type>
 using Owned = std::unique_ptr<Type, Release>;
 
-/// Bits of the locks that are on when a key is shown: Num Lock alone, so that the keys of the
-/// keypad show their digits.
+/// The locks that are assumed to be on when a key is displayed: only Num Lock, so that the keypad
+/// keys show their digits.
 xkb_mod_mask_t shownLocks(xkb_keymap* keymap) {
   const auto numLock = xkb_keymap_mod_get_index(keymap, "NumLock");
   return numLock == XKB_MOD_INVALID ? 0 : xkb_mod_mask_t{1} << numLock;
 }
 
-/// Whether it is a control character, as the keypad's Enter types: there is nothing to show.
+/// Whether the key types a control character, like the keypad's Enter key, which cannot be
+/// displayed.
 bool isControl(char character) {
   return static_cast<unsigned char>(character) < ' ' || character == '\x7F';
 }
@@ -53,8 +53,8 @@ class XkbKeyboardLayout final : public KeyboardLayout {
   }
 
  private:
-  /// Brings `state_` up to date; false when there is no usable server. One short round trip for the
-  /// group, which may change with every key; the events of all changes before arrive with it.
+  /// Brings `state_` up to date; false if there is no usable server. One short round trip for the
+  /// group, which may change with every key; the events of all earlier changes arrive with it.
   bool update() {
     if (!connection_ || xcb_connection_has_error(connection_.get()) != 0) connect();
     if (!connection_) return false;
@@ -99,7 +99,7 @@ class XkbKeyboardLayout final : public KeyboardLayout {
     return state_ != nullptr;
   }
 
-  /// The keymap comes whole from the server: no files are read.
+  /// The complete keymap comes from the server: no files are read.
   const Owned<xkb_context> context_{xkb_context_new(static_cast<xkb_context_flags>(
       XKB_CONTEXT_NO_DEFAULT_INCLUDES | XKB_CONTEXT_NO_ENVIRONMENT_NAMES))};
   Owned<xcb_connection_t> connection_;

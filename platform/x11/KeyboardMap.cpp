@@ -30,14 +30,14 @@ class Answers {
     return keys.reset(0);  // the server fills unused places with 0
   }
 
-  /// Whether the key makes one of the symbols at any level.
+  /// Whether the key produces one of the symbols at any level.
   [[nodiscard]] bool makes(unsigned key, std::initializer_list<xcb_keysym_t> wanted) const {
     const auto* const symbols = symbolsOf(key);
     return symbols != nullptr && std::find_first_of(symbols, symbols + perKey_, wanted.begin(),
                                                     wanted.end()) != symbols + perKey_;
   }
 
-  /// The first key that makes the symbol without modifiers, in its first group; 0 when there is
+  /// The first key that produces the symbol without modifiers, in its first group; 0 if there is
   /// none.
   [[nodiscard]] xcb_keycode_t keyFor(xcb_keysym_t symbol) const {
     for (int key = firstKey_; key < firstKey_ + keys_; ++key) {
@@ -60,7 +60,7 @@ class Answers {
   int perRow_;
 };
 
-/// The first modifier with a key that makes one of the symbols.
+/// The first modifier with a key that produces one of the symbols.
 std::uint8_t maskOf(const Answers& answers, std::initializer_list<xcb_keysym_t> symbols) {
   for (int row = 0; row < kRows; ++row) {
     const KeySet keys = answers.row(row);
@@ -84,7 +84,7 @@ ModifierMasks masksOf(const Answers& answers) {
                          maskOf(answers, {XK_Scroll_Lock});
   unsigned wanted = 0;
   for (const auto bit : masks.bits) wanted |= bit;
-  // A lock that shares its bit with a modifier of hot keys cannot be told from it.
+  // A lock that shares its bit with a modifier of hot keys cannot be distinguished from it.
   masks.locks = static_cast<std::uint8_t>(locks & ~wanted);
   return masks;
 }

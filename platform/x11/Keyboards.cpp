@@ -19,7 +19,7 @@ KeySet keysIn(const xcb_input_query_device_state_reply_t& state) {
   return keys;
 }
 
-/// A keyboard that follows a master, with the pending request for its XTEST property.
+/// A slave keyboard, with the pending request for its XTEST property.
 struct Slave {
   xcb_input_device_id_t device;
   xcb_input_xi_get_property_cookie_t isXTest;
@@ -109,7 +109,7 @@ bool Keyboards::handle(const xcb_generic_event_t& event) {
 }
 
 // A new layout causes a burst of events, and so does every switch from one keyboard to another. The
-// maps are read once for all that have arrived.
+// maps are read once for all events that have arrived.
 void Keyboards::idle() {
   if (!loaded_ || connection_.lost()) return;
   if (devicesStale_ && !readDevices()) return;

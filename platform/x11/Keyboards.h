@@ -1,6 +1,6 @@
-// The keyboards of the X server: the master that applications see, the XTEST keyboard through which
-// programs type, and the physical ones that the user types on. Their maps, the keys that are down,
-// and recorded key events.
+// The keyboards of the X server: the master keyboard that applications see, the XTEST keyboard on
+// which programs type, and the physical keyboards. Their maps, the keys that are down, and recorded
+// key events.
 #pragma once
 
 #include <xcb/xinput.h>
@@ -22,16 +22,16 @@ namespace seldial::platform::x11 {
 /// A set of keys, by X key code.
 using KeySet = std::bitset<256>;
 
-/// Bits of the server's modifier state; 0 where no key carries the modifier.
+/// Bits of the server's modifier state; 0 for a modifier without a key.
 struct ModifierMasks {
   std::array<std::uint8_t, kModifiers.size()> bits{};  ///< by ModifierIndex
   std::uint8_t locks = 0;                              ///< Caps Lock, Num Lock and Scroll Lock
 
-  /// The ModifierFlag bits that a modifier state means. Caps Lock is not among them.
+  /// The ModifierFlag bits for a modifier state, without Caps Lock.
   [[nodiscard]] std::uint64_t flagsFor(unsigned state) const;
 
-  /// The modifier state that HotKeyModifier bits stand for; nothing where no key carries one of
-  /// them. Caps Lock is ignored.
+  /// The modifier state for HotKeyModifier bits; nothing if there is no key for one of them. Caps
+  /// Lock is ignored.
   [[nodiscard]] std::optional<std::uint8_t> stateFor(std::uint32_t hotKeyModifiers) const;
 
   bool operator==(const ModifierMasks&) const = default;
@@ -40,20 +40,21 @@ struct ModifierMasks {
 /// The keys of one keyboard.
 struct KeyboardMap {
   ModifierMasks masks;
-  std::array<KeySet, 8> carriers;  ///< the keys that carry a modifier, by bit of the state
-  KeySet modifiers;                ///< keys that carry a modifier of any kind
-  KeySet heldModifiers;            ///< those whose modifier is set only while the key is held
+  std::array<KeySet, 8> carriers;  ///< the keys of each modifier, by bit of the state
+  KeySet modifiers;                ///< the keys of all modifiers
+  KeySet heldModifiers;            ///< those of `modifiers` that do not lock or latch
   xcb_keycode_t control = 0;       ///< the key to press for Control; 0 when there is none
   xcb_keycode_t insert = 0;        ///< the key to press for Insert; 0 when there is none
   xcb_keycode_t copy = 0;          ///< the key to press for Copy; 0 when there is none
 };
 
-/// Requests the map of one keyboard from the server, on construction; several can be under way.
+/// Requests the map of one keyboard from the server, on construction; several requests can be
+/// pending.
 class KeyboardMapRequest {
  public:
   KeyboardMapRequest(xcb_connection_t* xcb, xcb_input_device_id_t keyboard);
 
-  /// Waits for the replies; call it once. Nothing when the keyboard or the server is gone.
+  /// Waits for the replies; call it once. Nothing if the keyboard or the server is gone.
   [[nodiscard]] std::optional<KeyboardMap> map() const;
 
  private:
@@ -63,8 +64,8 @@ class KeyboardMapRequest {
   xcb_input_get_device_modifier_mapping_cookie_t modifiers_;
 };
 
-/// Keys that are down. The server keeps this for each keyboard, so typed keys do not hide the
-/// user's.
+/// Keys that are down. The server keeps them for each keyboard separately, so synthetic keys do not
+/// hide the user's.
 struct KeysDown {
   KeySet physical;  ///< on any physical keyboard
   KeySet typed;     ///< on the XTEST keyboard
@@ -82,15 +83,15 @@ class Keyboards final : public EventHandler {
   /// Sets the function to call when the modifiers of the master keyboard have changed.
   void whenModifiersChange(std::function<void()> changed) { changed_ = std::move(changed); }
 
-  /// The master keyboard. The server gives it the map of the keyboard that was used last.
+  /// The map of the master keyboard, which is that of the keyboard that was used last.
   [[nodiscard]] const KeyboardMap& map() const { return map_; }
-  /// The XTEST keyboard. Its layout may differ from the user's.
+  /// The map of the XTEST keyboard. Its layout may differ from the user's.
   [[nodiscard]] const KeyboardMap& typingMap() const { return typingMap_; }
 
   /// Whether an input event with this source comes from a physical keyboard.
   [[nodiscard]] bool isPhysical(xcb_input_device_id_t source) const { return source != typing_; }
 
-  /// Asks the server; one round trip.
+  /// The keys that are down now. One round trip.
   [[nodiscard]] KeysDown down() const;
 
   /// Presses or releases a key of the XTEST keyboard; sent with the next flush.
@@ -117,9 +118,9 @@ class Keyboards final : public EventHandler {
   KeyboardMap typingMap_;
 };
 
-/// Translates the key events of a toolkit's window to virtual keys. Keeps track of the held keys by
-/// the events alone: the server cannot be asked, since it already knows of events that are still to
-/// be read. Main thread only.
+/// Translates the key events of a toolkit's window to virtual keys. Tracks the held keys from the
+/// events alone: the server's state cannot be used, because it is ahead of events that have not
+/// been read yet. Main thread only.
 class RecordedKeys final : public RecordingKeyboard {
  public:
   explicit RecordedKeys(Keyboards& keyboards) : keyboards_(keyboards) {}

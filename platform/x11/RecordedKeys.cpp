@@ -6,8 +6,8 @@ namespace {
 
 constexpr unsigned kLockBit = 1U << XCB_MAP_INDEX_LOCK;
 
-/// The code of a key at `position` that carries the modifiers in `flags`: its own when it is in the
-/// place of one of them, otherwise that of the first one's left key.
+/// The virtual key code of a key at `position` that has the modifiers in `flags`: the position's
+/// own code if that is a key of one of them, otherwise the left key of the first.
 std::uint16_t modifierKeyCode(std::uint16_t position, std::uint64_t flags) {
   const bool isLock = (flags & kModifierFlagCapsLock) != 0;
   if (isLock && position == kVK_CapsLock) return position;
@@ -49,8 +49,8 @@ std::optional<KeyEvent> RecordedKeys::read(std::uint32_t key, std::uint32_t stat
   return event;
 }
 
-/// The bits of the modifiers that the key carries. Of the locks, only Caps Lock counts as a
-/// modifier; the others are ordinary keys.
+/// The modifier bits of the key. Of the locks, only Caps Lock counts as a modifier; the others are
+/// ordinary keys.
 unsigned RecordedKeys::carriedBy(std::uint32_t key) const {
   const auto& map = keyboards_.map();
   unsigned carried = 0;

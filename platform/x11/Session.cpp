@@ -11,7 +11,8 @@
 namespace seldial::platform::x11 {
 namespace {
 
-/// Xwayland has an extension of its own from version 23.1 on; before, its devices tell.
+/// Xwayland has its own extension from version 23.1 on; older versions are recognised by their
+/// devices.
 bool isXwayland(const Connection& connection) {
   constexpr std::string_view kExtension = "XWAYLAND";
   constexpr std::string_view kDevices = "xwayland-";

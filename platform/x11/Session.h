@@ -9,7 +9,7 @@
 
 namespace seldial::platform::x11 {
 
-/// The connection to the X server and what shares it. Main thread only.
+/// The connection to the X server and the objects that share it. Main thread only.
 class Session {
  public:
   Session(std::unique_ptr<Connection> open, std::shared_ptr<linux_port::MainLoop> mainLoop,

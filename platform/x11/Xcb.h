@@ -1,5 +1,5 @@
-// XCB and its XKB extension for the files of this folder: replies that free themselves, events seen
-// as their own type.
+// XCB and its XKB extension for the files of this folder, with owning pointers to replies and typed
+// access to events.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -25,7 +25,7 @@ struct Free {
   void operator()(void* memory) const { std::free(memory); }
 };
 
-/// A reply, event or error that XCB allocated; null when there is none.
+/// A reply, event or error that XCB allocated; null if there is none.
 template <class Type>
 using Freed = std::unique_ptr<Type, Free>;
 

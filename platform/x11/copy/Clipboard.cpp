@@ -13,11 +13,11 @@
 namespace seldial::platform::x11 {
 namespace {
 
-/// With 10 ms 77 of 80 copies arrived on a busy machine, with 20 ms 100 of 100.
+/// On a busy machine, 77 of 80 copies arrived with 10 ms, 100 of 100 with 20 ms.
 constexpr std::chrono::milliseconds kWinePause{20};
 
-/// An empty clipboard on X11 is one that we own and offer nothing on: a clipboard that nobody owns
-/// is one that clipboard managers fill with an old text again.
+/// An empty clipboard on X11 is one that we own without offering content: clipboard managers would
+/// fill a clipboard without an owner with an old text.
 class EmptyClipboard final : public EventHandler {
  public:
   /// `lost` is called when another client has taken the selection.
@@ -29,7 +29,7 @@ class EmptyClipboard final : public EventHandler {
   EmptyClipboard(const EmptyClipboard&) = delete;
   EmptyClipboard& operator=(const EmptyClipboard&) = delete;
 
-  /// False when the server gave the selection to another client, or the connection is lost.
+  /// False if another client became the owner, or the connection is lost.
   bool takeOwnership();
 
   bool handle(const xcb_generic_event_t& event) override;
@@ -44,8 +44,9 @@ class EmptyClipboard final : public EventHandler {
   xcb_timestamp_t since_ = XCB_CURRENT_TIME;
 };
 
-// The server uses its current time: an older one could be before that of the last copy and be
-// refused. Changing a property of our own window tells us that time, for clients that ask for it.
+// Uses the server's current time: an older time could precede the last copy, and the server would
+// refuse the request. Changing a property of our window tells us that time, for clients that
+// request it.
 bool EmptyClipboard::takeOwnership() {
   auto* const xcb = connection_.xcb();
   xcb_change_property(xcb, XCB_PROP_MODE_APPEND, connection_.window(),
@@ -73,7 +74,7 @@ bool EmptyClipboard::handle(const xcb_generic_event_t& event) {
 }
 
 void EmptyClipboard::answer(const xcb_selection_request_event_t& request) {
-  // Clients from before the current conventions name no property.
+  // Obsolete clients specify no property.
   const auto property = request.property != XCB_ATOM_NONE ? request.property : request.target;
   xcb_selection_notify_event_t notify{};
   notify.response_type = XCB_SELECTION_NOTIFY;
@@ -87,8 +88,8 @@ void EmptyClipboard::answer(const xcb_selection_request_event_t& request) {
   xcb_send_event(connection_.xcb(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT, bytes.data());
 }
 
-/// Answers only the targets that every owner must support, less MULTIPLE, which would have nothing
-/// to combine.
+/// Answers only the targets that every owner must support, except MULTIPLE, which would have
+/// nothing to combine.
 bool EmptyClipboard::fulfil(const xcb_selection_request_event_t& request, xcb_atom_t property) {
   const Atoms& atoms = connection_.atoms();
   const auto put = [&](xcb_atom_t type, std::uint32_t count, const void* values) {
@@ -115,7 +116,8 @@ class SelectionClipboard final : public Clipboard {
 
   void clear() override {
     source_ = Source::kClipboard;
-    // Another client may take it at the same moment; one that does so twice means to keep it.
+    // Another client may take it at the same moment. If that happens twice, the other client keeps
+    // it.
     if (!empty_.takeOwnership() && !empty_.takeOwnership()) source_ = Source::kNothing;
   }
 
@@ -155,14 +157,14 @@ class SelectionClipboard final : public Clipboard {
     keystroke_.release();
   }
 
-  /// Wine asks for the targets of the clipboard that it has lost, twice, and forgets a copy that is
-  /// made before that is over. No event tells when it is.
+  /// Wine requests the targets twice after it has lost the clipboard, and loses a copy that is made
+  /// before it has finished. No event tells when it has.
   void letWineNotice() {
     session_->pump.serveUntil(EventPump::Clock::now() + kWinePause, [] { return false; });
   }
 
-  /// Whether PRIMARY is what is selected in the focused window. A busy program takes PRIMARY some
-  /// time after the click that selects, so this is asked as late as possible.
+  /// Whether PRIMARY is the selection of the focused window. A busy program takes PRIMARY some time
+  /// after the click that selects, so this is checked as late as possible.
   [[nodiscard]] bool isSelectionOfFocused(xcb_window_t owner) const {
     session_->pump.handleArrived();
     return !primary_.isStaleIn(focused_.window) &&
@@ -179,7 +181,7 @@ class SelectionClipboard final : public Clipboard {
   enum class Source {
     kClipboard,
     kPrimary,  ///< if the program of focused_ owns it
-    kNothing,  ///< what could be read may be from before
+    kNothing,  ///< a text could be from before the clear
   };
 
   const std::shared_ptr<Session> session_;
@@ -187,8 +189,8 @@ class SelectionClipboard final : public Clipboard {
   EmptyClipboard empty_;
   CopyKeystroke keystroke_;
   Source source_ = Source::kClipboard;
-  FocusedWindow focused_;         ///< the one whose selection is read
-  unsigned takenBeforeCopy_ = 0;  ///< how often PRIMARY was when CLIPBOARD was taken from us
+  FocusedWindow focused_;         ///< the window whose selection is read
+  unsigned takenBeforeCopy_ = 0;  ///< timesTaken() when we lost CLIPBOARD
 };
 
 }  // namespace

@@ -8,12 +8,12 @@
 namespace seldial::platform::x11 {
 namespace {
 
-/// How long the user gets to release the keys: most do, and an application that sees a modifier go
-/// up with XTEST may take that for a keystroke of its own.
+/// How long the user gets to release the keys. Most users do, and an application that sees XTEST
+/// release a modifier may react to that.
 constexpr std::chrono::milliseconds kPatience{250};
 
-/// For keys that may have been down when the connection was lost: a server that goes
-/// on keeps them down. If there is no server any more, nothing happens.
+/// Releases keys that may have been down when the connection was lost: a server that keeps running
+/// keeps them down. If the server is gone, nothing happens.
 void releaseOverNewConnection(const KeySet& keys) {
   auto* const xcb = xcb_connect(nullptr, nullptr);
   for (unsigned key = 0; key < keys.size(); ++key) {
@@ -21,7 +21,8 @@ void releaseOverNewConnection(const KeySet& keys) {
     xcb_test_fake_input(xcb, XCB_KEY_RELEASE, static_cast<xcb_keycode_t>(key), XCB_CURRENT_TIME,
                         XCB_WINDOW_NONE, 0, 0, 0);
   }
-  freed(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));  // all are executed
+  freed(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb),
+                                  nullptr));  // waits until all are executed
   xcb_disconnect(xcb);
 }
 
@@ -83,8 +84,8 @@ void CopyKeystroke::releaseHeldKeys() {
 
 void CopyKeystroke::pressHeldModifiersAgain() {
   const xcb_keycode_t control = keyboards_.typingMap().control;
-  pump_.handleArrived();  // keys that the user released until now: none is synthetic yet
-  // Only keys that mean the same on the keyboard through which they are pressed.
+  pump_.handleArrived();  // keys that the user has released so far; none is synthetic yet
+  // Only keys that have the same meaning on the XTEST keyboard.
   synthetic_ = std::exchange(taken_, {}) & keyboards_.typingMap().heldModifiers;
   typeAll(synthetic_, true);
   const KeySet physical = keyboards_.down().physical;
@@ -108,7 +109,7 @@ void CopyKeystroke::releaseSyntheticKeys() {
   if (connection_.lost() && pressed_.any()) releaseOverNewConnection(pressed_);
   if (connection_.lost() || synthetic_.none()) return;
   releaseSyntheticKeysExcept({});
-  connection_.synchronise();  // the server drops requests still under way when the client ends
+  connection_.synchronise();  // the server drops pending requests when the client ends
 }
 
 bool CopyKeystroke::handle(const xcb_generic_event_t& event) {
@@ -127,8 +128,8 @@ void CopyKeystroke::releasedByUser(xcb_keycode_t key) {
   watchKeys();
 }
 
-// Raw events come from every keyboard, also while one is grabbed, and wake the program up for every
-// key. So they are selected only while they are needed.
+// Raw events come from every keyboard, even a grabbed one, and wake the program up for every key.
+// So they are selected only while they are needed.
 void CopyKeystroke::watchKeys() {
   const bool needed = underWay_ || synthetic_.any();
   if (std::exchange(watching_, needed) == needed) return;

@@ -1,11 +1,11 @@
-// Ctrl+Insert, typed with XTEST. It copies wherever Ctrl+C does, and it interrupts no program. Or
-// the key Copy, where that is known to copy.
+// Types Ctrl+Insert with XTEST. Unlike Ctrl+C, it interrupts no program. In applications that are
+// known to copy with the Copy key, types that key instead.
 //
-// An application sees one keyboard: every modifier that the user holds is part of what is typed. So
-// the user gets a moment to release the hot key; modifiers still held after that are released with
-// XTEST, and pressed again after the keystroke, so that the hot key can be used again without
-// letting go of them. A key pressed with XTEST stays down when the user releases the real one, so
-// each of these synthetic keys is released as soon as the user's key goes up.
+// An application sees one keyboard: every modifier that the user holds applies to the typed key. So
+// the user gets a moment to release the hot key. Modifiers still held after that are released with
+// XTEST, and pressed again after the keystroke, so that the user can use the hot key again without
+// releasing them. A key pressed with XTEST stays down when the user releases the real key, so each
+// of these synthetic keys is released as soon as the user's key goes up.
 #pragma once
 
 #include "platform/x11/Session.h"
@@ -23,14 +23,15 @@ class CopyKeystroke final : public EventHandler {
   CopyKeystroke(const CopyKeystroke&) = delete;
   CopyKeystroke& operator=(const CopyKeystroke&) = delete;
 
-  /// Whether the keyboard through which programs type has the keys of the chord.
+  /// Whether the XTEST keyboard has the keys of the chord.
   [[nodiscard]] bool isPossible(CopyChord chord = CopyChord::kControlInsert);
 
   /// Waits at most a quarter of a second until the user holds no modifier and no hot key, releases
-  /// what is still down, and presses the keys of the chord.
+  /// those that are still down, and presses the keys of the chord.
   void press(CopyChord chord = CopyChord::kControlInsert);
 
-  /// Releases them, and presses again the modifiers that press() released and the user still holds.
+  /// Releases the keys of the chord, and presses the modifiers again that press() has released and
+  /// the user still holds.
   void release();
 
   bool handle(const xcb_generic_event_t& event) override;
@@ -49,7 +50,7 @@ class CopyKeystroke final : public EventHandler {
   EventPump& pump_;
   Keyboards& keyboards_;
   HotKeyGrabs& hotKeys_;
-  CopyChord chord_ = CopyChord::kControlInsert;  ///< the last one
+  CopyChord chord_ = CopyChord::kControlInsert;  ///< of the last press()
   bool underWay_ = false;                        ///< between press() and release()
   bool watching_ = false;                        ///< raw key events are selected
   bool changed_ = false;  ///< the user pressed or released a key since it was last checked

@@ -13,7 +13,7 @@ namespace {
 /// The longest WM_CLASS that is read, in units of four bytes.
 constexpr std::uint32_t kLongestName = 256;
 
-/// Typed keys go to the innermost window under the pointer when no window has the focus.
+/// The window that receives keys if no window has the focus: the innermost one under the pointer.
 xcb_window_t windowUnderPointer(const Connection& connection) {
   auto* const xcb = connection.xcb();
   xcb_window_t window = connection.root();
@@ -33,7 +33,7 @@ xcb_window_t inputWindow(const Connection& connection) {
   return followsPointer ? windowUnderPointer(connection) : reply->focus;
 }
 
-/// The names in a WM_CLASS property, each of which ends with a zero byte.
+/// The names in a WM_CLASS property, each of which ends with a NUL byte.
 std::vector<std::string> namesIn(const xcb_get_property_reply_t& property) {
   std::istringstream text({static_cast<const char*>(xcb_get_property_value(&property)),
                            static_cast<std::size_t>(xcb_get_property_value_length(&property))});
@@ -42,8 +42,8 @@ std::vector<std::string> namesIn(const xcb_get_property_reply_t& property) {
   return names;
 }
 
-/// Whether the program runs on another machine. The process that the X server knows is then one
-/// that forwards connections, possibly for several programs.
+/// Whether the program runs on another machine. The process that the X server knows then only
+/// forwards connections, possibly for several programs.
 bool isRemote(const Connection& connection, xcb_window_t window) {
   auto* const xcb = connection.xcb();
   const auto cookie = xcb_get_property(xcb, 0, window, XCB_ATOM_WM_CLIENT_MACHINE,
@@ -57,7 +57,7 @@ bool isRemote(const Connection& connection, xcb_window_t window) {
   return !names.empty() && names.front() != ours.data();
 }
 
-/// The processes behind the connections to which the windows belong, those that the server knows.
+/// The process IDs of the clients that own the windows, as far as the server knows them.
 std::vector<std::uint32_t> processesOf(const Connection& connection,
                                        const std::array<xcb_window_t, 2>& windows) {
   auto* const xcb = connection.xcb();

@@ -8,17 +8,17 @@
 
 namespace seldial::platform::x11 {
 
-/// The focused window or, if it has no WM_CLASS, the nearest window around it that has one.
+/// The focused window or, if it has no WM_CLASS, its nearest ancestor that has one.
 struct FocusedWindow {
-  xcb_window_t window = XCB_WINDOW_NONE;  ///< none when typed keys go nowhere
-  std::vector<std::string> names;         ///< its WM_CLASS; empty when no window around has one
+  xcb_window_t window = XCB_WINDOW_NONE;  ///< none if no window receives keys
+  std::vector<std::string> names;         ///< its WM_CLASS; empty if no ancestor has one
 };
 
-/// Takes one round trip, and one for each window up to the one with the names.
+/// Takes one round trip, and one more for each window up to the one with the names.
 FocusedWindow findFocusedWindow(const Connection& connection);
 
-/// Whether two windows belong to the same X client or, since a program may have several connections
-/// to the server, to the same process on this machine. At most three round trips.
+/// Whether two windows belong to the same X client or, because a program may have several
+/// connections to the server, to the same process on this machine. At most three round trips.
 bool areOfOneProgram(const Connection& connection, xcb_window_t one, xcb_window_t other);
 
 }  // namespace seldial::platform::x11

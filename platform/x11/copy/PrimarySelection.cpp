@@ -8,11 +8,11 @@
 namespace seldial::platform::x11 {
 namespace {
 
-/// The windows that are recorded between two selections. A click adds those that contain one
-/// another at the pointer, about four.
+/// The maximum number of windows recorded between two selections. A click adds all nested windows
+/// under the pointer, about four.
 constexpr std::size_t kMostWindows = 1000;
 
-/// The buttons above are wheels.
+/// Higher buttons are wheels.
 constexpr std::uint32_t kLastMainButton = 3;
 
 /// Server times wrap around after 49 days.
@@ -20,7 +20,8 @@ bool isLater(xcb_timestamp_t time, xcb_timestamp_t than) {
   return static_cast<std::int32_t>(time - than) > 0;
 }
 
-/// What a physical button means to applications; left-handed users swap the first and the third.
+/// Whether a physical button is the first one for applications; left-handed users swap the first
+/// and the third.
 bool isFirstButton(const Connection& connection, std::uint16_t pointer, std::uint32_t button) {
   auto* const xcb = connection.xcb();
   const auto cookie = xcb_input_get_device_button_mapping(xcb, static_cast<std::uint8_t>(pointer));
@@ -29,7 +30,7 @@ bool isFirstButton(const Connection& connection, std::uint16_t pointer, std::uin
   return xcb_input_get_device_button_mapping_map(reply.get())[button - 1] == 1;
 }
 
-/// The window at the pointer that is directly inside `window`.
+/// The child of `window` under the pointer.
 xcb_window_t childAtPointer(const Connection& connection, std::uint16_t pointer,
                             xcb_window_t window) {
   auto* const xcb = connection.xcb();
@@ -60,7 +61,7 @@ bool PrimarySelection::wasTakenBefore(xcb_timestamp_t time) const {
   return !taken_ || isLater(time, *taken_);
 }
 
-// A hot key that replaces another changes nothing: both steps are done before the loop is idle.
+// Replacing a hot key has no effect: both steps are done before the loop is idle.
 void PrimarySelection::idle() {
   if (hotKeys_.anyRegistered() != watching_ && !connection_.lost()) watch(!watching_);
 }
@@ -94,8 +95,8 @@ bool PrimarySelection::handle(const xcb_generic_event_t& event) {
   return true;
 }
 
-// The time is that of the user's action that the owner names, which may be before a press that has
-// already been reported.
+// `time` is the time of the user's action, as stated by the owner. It may precede a press that
+// has already been reported.
 void PrimarySelection::taken(xcb_timestamp_t time) {
   ++timesTaken_;
   taken_ = time;

@@ -1,8 +1,8 @@
 // Whether the PRIMARY selection is still what the user sees selected.
 //
-// Many applications keep PRIMARY when a click drops the selection. A click that selects is followed
-// by the application taking PRIMARY; one that drops the selection is not. So PRIMARY is stale in a
-// window in which the first mouse button was pressed after PRIMARY was taken.
+// Many applications keep PRIMARY when a click clears the selection. After a click that selects, the
+// application takes PRIMARY; after one that clears the selection, it does not. So PRIMARY is stale
+// in a window in which the first mouse button was pressed after PRIMARY was taken.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@
 
 namespace seldial::platform::x11 {
 
-/// Watches PRIMARY and the mouse buttons while a hot key is registered; otherwise, and while nobody
-/// clicks or selects, the server sends nothing. Main thread only.
+/// Watches PRIMARY and the mouse buttons while a hot key is registered. Otherwise, and while nobody
+/// clicks or selects, the server sends no events. Main thread only.
 class PrimarySelection final : public EventHandler {
  public:
   explicit PrimarySelection(Session& session);
@@ -30,7 +30,7 @@ class PrimarySelection final : public EventHandler {
   [[nodiscard]] unsigned timesTaken() const { return timesTaken_; }
 
   bool handle(const xcb_generic_event_t& event) override;
-  /// Begins or ends to watch.
+  /// Starts or stops watching.
   void idle() override;
 
  private:
@@ -47,7 +47,7 @@ class PrimarySelection final : public EventHandler {
   unsigned timesTaken_ = 0;
   std::optional<xcb_timestamp_t>
       taken_;  ///< when PRIMARY was taken; nothing: before it was watched
-  /// The last press in each window since then.
+  /// The last press in each window since `taken_`.
   std::map<xcb_window_t, xcb_timestamp_t> presses_;
   std::optional<xcb_timestamp_t> forgotten_;  ///< a press in a window that is no longer recorded
 };

@@ -8,11 +8,12 @@
 namespace seldial::platform::x11 {
 namespace {
 
-/// How long an owner may take for its first answer, whatever the number of questions, and between
+/// How long an owner may take for its first answer, whatever the number of requests, and between
 /// two pieces.
 constexpr std::chrono::seconds kPatience{1};
 
-/// How long all of it may take: the main thread waits, and an owner can send byte by byte.
+/// How long the whole transfer may take: the main thread waits, and an owner could send byte by
+/// byte.
 constexpr std::chrono::seconds kTimeLimit{5};
 
 /// The longest text that is read.
@@ -33,12 +34,12 @@ std::optional<std::string> readSelectionText(Connection& connection, EventPump& 
   const auto begin = EventPump::Clock::now();
   const auto deadline = begin + kPatience;
   SelectionTransfer transfer(connection, pump, kMostBytes, begin + kTimeLimit);
-  // STRING last: some owners put escape sequences into it for what Latin-1 lacks.
+  // STRING last: some owners use escape sequences in it for characters that Latin-1 lacks.
   for (const auto target : {atoms.utf8String, atoms.utf8PlainText, xcb_atom_t{XCB_ATOM_STRING}}) {
     auto answer = transfer.ask(selection, target, deadline);
     if (!answer) return {};
     answer->bytes = linux_port::withoutTerminator(std::move(answer->bytes));
-    // An owner may answer with another type than it was asked for; the type counts.
+    // An owner may answer with a type other than the requested one; the actual type counts.
     if (answer->type == XCB_ATOM_STRING) return linux_port::utf8FromLatin1(answer->bytes);
     if (answer->type == atoms.utf8String || answer->type == atoms.utf8PlainText) {
       return linux_port::repairedUtf8(std::move(answer->bytes));
@@ -70,7 +71,7 @@ std::optional<SelectionAnswer> SelectionTransfer::ask(xcb_atom_t selection, xcb_
                                                       EventPump::Clock::time_point deadline) {
   target_ = target;
   answered_.reset();
-  // Asks the current owner, whenever it took the selection.
+  // XCB_CURRENT_TIME asks the current owner, whenever it took the selection.
   xcb_convert_selection(connection_.xcb(), window_, selection, target, target, XCB_CURRENT_TIME);
   if (!pump_.serveUntil(deadline, [this] { return answered_.has_value(); })) return {};
   if (*answered_ == XCB_ATOM_NONE) return SelectionAnswer{};
@@ -98,7 +99,7 @@ std::optional<SelectionAnswer> SelectionTransfer::takePieces() {
     if (!pump_.serveUntil(deadline, [this] { return std::exchange(pieceCame_, false); })) return {};
     const auto piece = takeProperty();
     if (!piece || piece->bytes.size() > mostBytes_ - whole.bytes.size()) return {};
-    if (piece->type == XCB_ATOM_NONE) continue;  // read with the piece before
+    if (piece->type == XCB_ATOM_NONE) continue;  // already read with the previous piece
     if (whole.type == XCB_ATOM_NONE) whole.type = piece->type;
     if (piece->bytes.empty()) return whole;
     whole.bytes += piece->bytes;

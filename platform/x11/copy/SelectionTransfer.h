@@ -9,35 +9,35 @@
 
 namespace seldial::platform::x11 {
 
-/// The client that owns the selection; none when nobody does or the connection is lost. One round
+/// The window that owns the selection; none if nobody does or the connection is lost. One round
 /// trip.
 xcb_window_t ownerOf(const Connection& connection, xcb_atom_t selection);
 
-/// The text of the selection in UTF-8, exactly as the owner gives it if that is valid, otherwise
-/// repaired (SelectionText.h). Nothing when it gives no text, more than 256 MiB of it, no answer
-/// within a second (for a text that comes in pieces: within a second after the last piece), or not
-/// all of it within 5 seconds.
+/// The text of the selection in UTF-8, unaltered if it is valid, otherwise repaired
+/// (SelectionText.h). Nothing if the owner offers no text, the text is longer than 256 MiB, the
+/// owner does not answer within one second (for a text in pieces: within one second after the last
+/// piece), or the transfer takes longer than 5 seconds.
 std::optional<std::string> readSelectionText(Connection& connection, EventPump& pump,
                                              xcb_atom_t selection);
 
-/// What an owner answered.
+/// The answer of an owner.
 struct SelectionAnswer {
-  xcb_atom_t type = XCB_ATOM_NONE;  ///< of the bytes; none when the owner refused
+  xcb_atom_t type = XCB_ATOM_NONE;  ///< of the bytes; none if the owner refused
   std::string bytes;
 };
 
-/// One transfer. It has a window of its own, destroyed with it, so that an owner that answers too
-/// late, or continues a transfer that was given up, does no harm. Main thread only.
+/// One transfer. It has its own window, which is destroyed with it, so that an owner that answers
+/// too late, or continues an abandoned transfer, does no harm. Main thread only.
 class SelectionTransfer final : public EventHandler {
  public:
-  /// Gives up an answer of more than `mostBytes`, or that is not complete at `end`.
+  /// Abandons an answer of more than `mostBytes`, or one that is not complete at `end`.
   SelectionTransfer(Connection& connection, EventPump& pump, std::size_t mostBytes,
                     EventPump::Clock::time_point end);
   ~SelectionTransfer() override;
   SelectionTransfer(const SelectionTransfer&) = delete;
   SelectionTransfer& operator=(const SelectionTransfer&) = delete;
 
-  /// Asks for `selection` as `target`. Nothing when no answer begins before `deadline`, or it is
+  /// Requests `selection` as `target`. Nothing if no answer begins before `deadline`, or if it is
   /// too large or incomplete.
   std::optional<SelectionAnswer> ask(xcb_atom_t selection, xcb_atom_t target,
                                      EventPump::Clock::time_point deadline);
