@@ -1,7 +1,7 @@
-// seldial-choose: asks which of the numbers on standard input, one a line, is to be called, and
-// prints its position, from 0 on. Exit status: 0 when one was chosen, 1 when the window was
-// cancelled, 2 when there are none. The numbers are not arguments, because every user can read
-// those.
+// seldial-choose: asks which of the numbers on standard input, one per line, to call, and prints
+// its position, counted from 0. Exit status: 0 if one was chosen, 1 if the window was cancelled, 2
+// if there are no numbers. The numbers are not arguments, because every user can read the arguments
+// of a process.
 #include <QApplication>
 #include <QLocale>
 #include <cstdio>

@@ -28,7 +28,7 @@
 namespace seldial {
 namespace {
 
-// Those of seldial-uc.
+// The defaults of seldial-uc.
 constexpr const char* kUsualHotKey = "ctrl+alt+d";
 constexpr std::uint16_t kUsualDelay = 500;
 
@@ -39,7 +39,7 @@ struct Texts {
   Q_DECLARE_TR_FUNCTIONS(Delivery)
 };
 
-/// Prints the command as one line. Returns what went wrong, if anything.
+/// Prints the command as one line. Returns the error, if any.
 std::optional<std::string> printCommand(const std::string& command) {
   const bool printed = std::puts(command.c_str()) >= 0 && std::fflush(stdout) == 0;
   if (printed) return std::nullopt;
@@ -103,12 +103,12 @@ int showSettings(platform::qt::Desktop& desktop, const ShortcutOptions& options,
   return show(window, options);
 }
 
-/// A window with a selected text, in which `seldial-uc check` tries out whether Seldial can copy.
+/// A window with selected text, with which `seldial-uc check` tests whether Seldial can copy.
 class CopyTestWindow : public QDialog {
   Q_DECLARE_TR_FUNCTIONS(CopyTestWindow)
 
  public:
-  /// `ready` is called once, from the event loop, when what is typed reaches the window.
+  /// `ready` is called once, from the event loop, when the window has become active.
   CopyTestWindow(const std::string& text, std::function<void()> ready) : ready_(std::move(ready)) {
     constexpr int kMargin = 20;
     setWindowTitle(tr("Seldial check"));
@@ -137,8 +137,8 @@ class CopyTestWindow : public QDialog {
   std::function<void()> ready_;
 };
 
-/// Types the hot key in a window with a selected text. Whoever wants to know what Seldial copies
-/// then ends this program when it is known.
+/// Types the hot key in a window with selected text. The caller ends this program when it has the
+/// result.
 int testCopy(platform::qt::Desktop& desktop, const ShortcutOptions& options) {
   CopyTestWindow window(options.testCopy, [&] {
     const HotKey& hotKey = *options.hotKey;
@@ -155,7 +155,8 @@ int testCopy(platform::qt::Desktop& desktop, const ShortcutOptions& options) {
   return QCoreApplication::exec();
 }
 
-/// Adds what the configuration file has to what the command line has not. False when it is wrong.
+/// Sets the options that the command line does not give from the configuration file. False if the
+/// file is invalid.
 bool addConfiguration(ShortcutOptions& options, const std::vector<Setting>& settings,
                       std::string& error) {
   for (const Setting& setting : settings) {
@@ -186,7 +187,7 @@ int run(int argc, char* argv[], const ShortcutOptions& options,
   }
   QKHotKeyCenter::setHotKeyEvents(desktop->hotKeyEvents());
   platform::x11::reserveCopyKeystroke(*desktop->hotKeyEvents());
-  // Shortcuts are recorded through X11, also on a desktop that offers Wayland too.
+  // Shortcuts are recorded through X11, even in a Wayland session.
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "xcb");
   int ownPath = argc > 0 ? 1 : 0;  // Qt must not read the options
   const QApplication application(ownPath, argv);

@@ -14,7 +14,7 @@ class NumberChooser : public QDialog {
   Q_DECLARE_TR_FUNCTIONS(NumberChooser)
 
  public:
-  /// `numbers` is not empty.
+  /// `numbers` must not be empty.
   explicit NumberChooser(const QStringList& numbers);
 
   /// The position of the chosen number, once the dialog is accepted.

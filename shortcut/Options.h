@@ -12,19 +12,19 @@ namespace seldial {
 /// The command line of the shortcut window.
 struct ShortcutOptions {
   std::optional<HotKey> hotKey;  ///< shown at the start
-  /// Shown at the start: from the copy keystroke to reading, ms. None given: 500, or the
-  /// configuration's.
+  /// The initial delay from the copy keystroke to reading the clipboard, in ms. If not given: from
+  /// the configuration file, or 500.
   std::optional<std::uint16_t> delay;
-  std::string socket;         ///< where the command is sent; empty: it is printed
-  std::string client;         ///< where its answer is waited for; empty: it is not
+  std::string socket;         ///< to which the command is sent; empty: it is printed
+  std::string client;         ///< at which to wait for the answer; empty: do not wait
   bool settings = false;      ///< write the configuration of seldial-uc
-  std::string configuration;  ///< its file; empty: the usual one
-  std::string testCopy;       ///< a text for a CopyTestWindow; empty: another window is meant
+  std::string configuration;  ///< the file; empty: the default one
+  std::string testCopy;       ///< the text for a CopyTestWindow; empty: no such window
   bool help = false;
 };
 
-/// Reads the arguments, without the program's own path. Nothing when they are wrong; `error` is
-/// then one sentence that says why, without a full stop.
+/// Reads the arguments, which do not include the path of the program. Nothing if they are invalid;
+/// `error` is then one sentence that says why, without a full stop.
 [[nodiscard]] std::optional<ShortcutOptions> shortcutOptionsFrom(
     const std::vector<std::string>& arguments, std::string& error);
 

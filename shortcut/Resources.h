@@ -1,4 +1,4 @@
-// What is built into the windows: their translations and their icon.
+// The built-in resources of the windows: translations and icon.
 #pragma once
 
 #include <QIcon>
@@ -9,15 +9,15 @@
 
 namespace seldial {
 
-/// Translators that are installed. Each one goes with its object.
+/// Installed translators. Destroying one removes it.
 using Translators = std::vector<std::unique_ptr<QTranslator>>;
 
-/// Translates the windows into the first of these languages that there is a translation for; names
-/// as QLocale::uiLanguages() has them, such as "de-AT". English stays English. Widgets that exist
-/// already stay as they are. Main thread only, after the application was made.
+/// Translates the windows into the first of these languages that has a translation. The names are
+/// those of QLocale::uiLanguages(), such as "de-AT". English needs no translation. Existing widgets
+/// are not retranslated. Main thread only, after the QApplication has been created.
 [[nodiscard]] Translators translateInto(const QStringList& languages);
 
-/// The desktop's icon of Seldial, or the one that is built in where that is not installed.
+/// Seldial's icon from the desktop's theme, or the built-in one if it is not installed.
 [[nodiscard]] QIcon windowIcon();
 
 }  // namespace seldial

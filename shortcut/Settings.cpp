@@ -21,15 +21,15 @@ namespace {
 constexpr int kSpacing = 12;
 constexpr int kFieldWidth = 230;
 
-/// The value of the item that shows the field for a program. The others are schemes of URIs.
+/// The value of the item that shows the field for a program. The other values are URI schemes.
 constexpr const char* kProgram = "program";
 
-/// The texts of the functions here.
+/// The translated texts of this file's functions.
 struct Texts {
   Q_DECLARE_TR_FUNCTIONS(SettingsPanel)
 };
 
-/// What dialCommandFrom() says, in the user's language.
+/// The error of dialCommandFrom() in the user's language.
 QString inWords(const std::string& error) {
   static constexpr const char* kErrors[] = {
       QT_TRANSLATE_NOOP("SettingsPanel", "there is no program"),
@@ -43,7 +43,7 @@ std::optional<std::string> failure(const QString& sentence) {
   return sentence.toStdString();
 }
 
-/// The settings of the file now, for those names.
+/// The current values of the settings in `names`.
 std::optional<SettingValues> presentValues(const std::string& path, const SettingValues& names,
                                            std::string& error) {
   const auto settings = readConfiguration(path, error);
@@ -56,7 +56,8 @@ std::optional<SettingValues> presentValues(const std::string& path, const Settin
   return present;
 }
 
-/// Beside this program, in the neighbouring directory of a build tree, or in PATH.
+/// seldial-uc in the directory of this program, in the sibling directory of a build tree, or in
+/// PATH.
 QString clientPath() {
   const QString name = QStringLiteral("seldial-uc");
   const QString own = QCoreApplication::applicationDirPath();
@@ -65,7 +66,7 @@ QString clientPath() {
   return near.isEmpty() ? QStandardPaths::findExecutable(name) : near;
 }
 
-/// What went wrong, if anything. Under systemd this starts seldial-uc too.
+/// Returns the error, if any. Under systemd this also starts seldial-uc.
 std::optional<std::string> applyLogin(bool startsAtLogin) {
   std::string result;
   const bool done = startsAtLogin ? enableLoginStart(clientPath().toStdString(), result)
@@ -79,7 +80,7 @@ std::optional<std::string> startClient(const std::string& path) {
   return started ? std::nullopt : failure(Texts::tr("seldial-uc could not be started."));
 }
 
-/// Makes the file's new settings effective, in the running client or in one that is started.
+/// Applies the new settings of the file, by reloading the running client or starting one.
 std::optional<std::string> applyFile(const std::string& path, const SettingValues& values,
                                      bool startsAtLogin) {
   std::string notRunning;

@@ -18,17 +18,17 @@ class QLineEdit;
 
 namespace seldial {
 
-/// Settings by name, as writeConfiguration() takes them.
+/// Settings by name, for writeConfiguration().
 using SettingValues = std::map<std::string, std::optional<std::string>>;
 
-/// The controls. Main thread only.
+/// The controls for the settings. Main thread only.
 class SettingsPanel : public QWidget {
   Q_DECLARE_TR_FUNCTIONS(SettingsPanel)
 
  public:
   SettingsPanel();
 
-  /// Shows the settings of a configuration file. Those that have no control are ignored.
+  /// Shows the settings of a configuration file. Settings without a control are ignored.
   void begin(const std::vector<Setting>& settings, bool startsAtLogin);
 
   /// The settings "dial", "open" and "region".
@@ -46,15 +46,15 @@ class SettingsPanel : public QWidget {
   QCheckBox* login_;
 };
 
-/// Keeps settings in the configuration file at `path`, and the start at login, and applies both at
-/// once: the running seldial-uc reads the file again; where none runs, it is started if it has
-/// something to dial with. When that fails the file becomes as it was. Returns what went wrong, if
-/// anything, for the user. Takes as long as seldial-uc needs to set the hot key.
+/// Writes settings to the configuration file at `path`, sets the start at login, and applies both
+/// at once: the running seldial-uc reloads the file; if none is running, it is started if it has a
+/// way to dial. If that fails, the file is restored. Returns the error, if any, as text for the
+/// user. Takes as long as seldial-uc needs to set the hot key.
 [[nodiscard]] std::optional<std::string> applySettings(const std::string& path,
                                                        const SettingValues& values,
                                                        bool startsAtLogin);
 
-/// The settings "hotkey" and "delay". Nothing for a key that has no name.
+/// The settings "hotkey" and "delay". Nothing for a key without a name.
 [[nodiscard]] std::optional<SettingValues> shortcutSettings(const HotKey& hotKey,
                                                             std::uint16_t delay);
 

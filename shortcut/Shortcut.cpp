@@ -31,7 +31,8 @@ struct LabelledKey {
   const char* label;
 };
 
-/// Keys that are shown as a glyph, or not at all. All others are named by what they type.
+/// Names of keys that are displayed as a glyph or not at all. All other keys are named by the
+/// character that they type.
 constexpr LabelledKey kLabels[] = {
     {kVK_Return, QT_TRANSLATE_NOOP("Keys", "Return")},
     {kVK_Tab, QT_TRANSLATE_NOOP("Keys", "Tab")},
@@ -57,7 +58,7 @@ constexpr LabelledKey kLabels[] = {
     {kVK_UpArrow, QT_TRANSLATE_NOOP("Keys", "Up")},
 };
 
-/// The labels of the modifiers, so that they are translated too.
+/// The labels of the modifiers, listed here for the translation tools.
 [[maybe_unused]] constexpr const char* kModifierLabels[] = {
     QT_TRANSLATE_NOOP("Keys", "Ctrl"), QT_TRANSLATE_NOOP("Keys", "Alt"),
     QT_TRANSLATE_NOOP("Keys", "Shift"), QT_TRANSLATE_NOOP("Keys", "Super")};
@@ -82,13 +83,13 @@ QString keyInWords(std::uint16_t keyCode, KeyboardLayout& layout) {
   return keypad ? Texts::tr("Keypad %1").arg(typed) : typed;
 }
 
-/// A seldial that is dialling answers once it has dialled.
+/// Time limit for the answer. A seldial that is dialling answers after the call.
 constexpr std::chrono::seconds kAnswerLimit{10};
 
-/// Takes the first answer out of the messages that arrive; calls of numbers are none.
+/// Waits for the first answer among the messages that arrive. A MakeCall is not an answer.
 class Receiver final : public GDUnixSocketServerDelegate {
  public:
-  /// Nothing when none has come in time.
+  /// Nothing if none has arrived in time.
   std::optional<Message> wait() {
     std::unique_lock lock(mutex_);
     arrived_.wait_for(lock, kAnswerLimit, [this] { return answer_.has_value(); });
@@ -112,13 +113,13 @@ class Receiver final : public GDUnixSocketServerDelegate {
   }
 
  private:
-  std::mutex mutex_;  ///< guards what follows
+  std::mutex mutex_;  ///< guards the members below
   std::condition_variable arrived_;
   std::map<std::string, std::string> partial_;  ///< messages, by connection
   std::optional<Message> answer_;
 };
 
-/// Closes it when it goes out of scope: a listening server lives until then.
+/// Closes the server at the end of the scope: a listening server lives until it is closed.
 struct CloseServer {
   void operator()(GDUnixSocketServer* server) const { server->close(); }
 };

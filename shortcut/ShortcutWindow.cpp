@@ -46,7 +46,7 @@ ShortcutWindow::ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver
   layout->setHorizontalSpacing(kSpacing);
   layout->setVerticalSpacing(kSpacing);
   layout->setColumnStretch(0, 1);
-  layout->setSizeConstraint(QLayout::SetFixedSize);  // exactly as large as its content
+  layout->setSizeConstraint(QLayout::SetFixedSize);  // exactly as large as its contents
   addShortcut(*layout);
   addDelay(*layout);
   if (settings != nullptr) {
@@ -189,14 +189,14 @@ void ShortcutWindow::showEvent(QShowEvent* event) {
 }
 
 bool ShortcutWindow::eventFilter(QObject* watched, QEvent* event) {
-  // The Return or Escape that ended a recording may still be held. Its repeats mean nothing.
+  // The Return or Escape key that ended a recording may still be held. Its repeats are ignored.
   const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
   const bool repeats = isKey && repeats_.isRepeat(*static_cast<QKeyEvent*>(event));
   return repeats || QDialog::eventFilter(watched, event);
 }
 
-/// After a recording, the focus goes on to the button that accepts, or back to the one that
-/// records.
+/// After a recording, the focus moves to the button that accepts or, if that is disabled, to the
+/// one that records.
 bool ShortcutWindow::focusNextPrevChild(bool next) {
   if (!field_->hasFocus()) return QDialog::focusNextPrevChild(next);
   (accept_->isEnabled() ? accept_ : record_)->setFocus(Qt::TabFocusReason);
@@ -225,7 +225,7 @@ void ShortcutWindow::tryOut() {
   showAll();
 }
 
-/// Where Seldial holds it, Seldial tells when it is used.
+/// If Seldial holds the shortcut, Seldial reports its use.
 void ShortcutWindow::tryOurs() {
   if (!ours_.holds || !ours_.holds(hotKeyOf(*field_->hotKey()))) return;
   state_ = ShortcutState::kOurs;

@@ -19,36 +19,36 @@ class QSpinBox;
 
 namespace seldial {
 
-/// The window to record the shortcut that Seldial dials with, try it out, and hand it over. While
-/// it is active and not recording, it registers the shortcut itself, so that pressing the shortcut
-/// lights up the panel; at all other times Seldial can register it. Main thread only.
+/// The window for recording the shortcut that Seldial dials with, trying it out, and passing it on.
+/// While it is active and not recording, it registers the shortcut itself, so that pressing the
+/// shortcut lights up the panel; at all other times Seldial can register it. Main thread only.
 class ShortcutWindow : public QDialog {
   Q_DECLARE_TR_FUNCTIONS(ShortcutWindow)
 
  public:
-  /// Hands the shortcut over. Returns what went wrong, if anything, in words for the user.
+  /// Passes the shortcut on. Returns the error, if any, as text for the user.
   using Deliver =
       std::function<std::optional<std::string>(const HotKey& hotKey, std::uint16_t delay)>;
 
-  /// The Seldial of this user.
+  /// Access to the user's running Seldial.
   struct Ours {
     std::function<bool(const HotKey& hotKey)> holds;  ///< whether it holds a hot key
 
-    /// Calls `used` once on any thread, when that hot key is used next, in place of dialling. Ends
-    /// when the result is destroyed.
+    /// Makes the next use of that hot key call `used`, once and on any thread, instead of dialling.
+    /// Destroying the result cancels this.
     std::function<std::shared_ptr<void>(std::function<void()> used)> tryOut;
   };
 
   /// `acceptText` is the text of the button that accepts. The dialog is accepted once `deliver` has
-  /// succeeded. `settings`, of which the window takes ownership, is shown below the delay; null:
-  /// nothing is.
+  /// succeeded. `settings` is shown below the delay and may be null; the window takes ownership.
   ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver, const QString& acceptText,
                  QWidget* settings = nullptr);
 
-  /// To be called before the window is shown. Without this no shortcut is Seldial's own.
+  /// Call this before the window is shown. Without it the window cannot recognise Seldial's own hot
+  /// key.
   void setOurs(Ours ours) { ours_ = std::move(ours); }
 
-  /// Sets the shortcut and delay shown at the start. To be called before the window is shown.
+  /// Sets the initial shortcut and delay. Call this before the window is shown.
   void begin(const std::optional<HotKey>& hotKey, std::uint16_t delay);
 
   void accept() override;
@@ -82,7 +82,8 @@ class ShortcutWindow : public QDialog {
   const Deliver deliver_;
   Ours ours_;
   std::shared_ptr<void> oursTrial_;  ///< while Seldial's own hot key is tried out
-  /// Started when it was used. Whoever still has it on another thread may outlive the window.
+  /// Started when that hot key was used. A callback on another thread may still hold it after the
+  /// window is gone.
   const std::shared_ptr<QTimer> oursUsed_{new QTimer, [](QTimer* timer) { timer->deleteLater(); }};
   KeycapField* field_;
   QLabel* words_;

@@ -45,7 +45,7 @@ constexpr int kPadding = 16;
 constexpr int kLineGap = 4;
 constexpr int kSignSize = 24;
 
-/// A triangle with an exclamation mark, for people who do not see colours too.
+/// A triangle with an exclamation mark, so that the warning does not depend on colour.
 void paintWarningSign(QPainter& painter, const QRectF& place, const QColor& colour) {
   painter.setPen(QPen(colour, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(Qt::NoBrush);
@@ -79,7 +79,7 @@ void KeycapField::paintEvent(QPaintEvent* /*event*/) {
   }
 }
 
-/// Not the style's own frame, which can be the colour of the window where contrast is high.
+/// Not the frame of the style, which can have the colour of the window in a high contrast theme.
 void KeycapField::paintFrame(QPainter& painter) const {
   QColor edge = palette().color(isEditing() ? QPalette::Highlight : QPalette::Text);
   if (!isEditing()) edge.setAlphaF(kEdgeOpacity);
@@ -88,7 +88,7 @@ void KeycapField::paintFrame(QPainter& painter) const {
   painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kFrameRadius, kFrameRadius);
 }
 
-/// From left to right also where text runs the other way, as the keys are pressed.
+/// From left to right in right-to-left languages too, in the order in which the keys are pressed.
 void KeycapField::paintKeycaps(QPainter& painter, const QStringList& names) const {
   const QFontMetricsF metrics(font());
   const qreal unit = metrics.height();
@@ -136,13 +136,13 @@ StatusPanel::StatusPanel(QWidget* parent)
   texts->addWidget(headline_);
   texts->addWidget(detail_);
   texts->addStretch();
-  // The other controls decide the width of the window.
+  // The other controls determine the width of the window.
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
   keepTextsOffSign();
   makeRoom();
 }
 
-/// A layout mirrors what is in it, but not its margins.
+/// A layout mirrors its contents, but not its margins.
 void StatusPanel::keepTextsOffSign() {
   QMargins margins(kPadding, kPadding, kPadding, kPadding);
   const int beside = kPadding + kSignSize + kPadding;
@@ -166,7 +166,7 @@ void StatusPanel::tell(Kind kind, const QString& headline, const QString& detail
 }
 
 /// Reserves two lines below the headline, enough for most details, so that the window seldom
-/// changes its size; more where they are needed. Its width is known only once it is shown.
+/// changes its size; more if necessary. The width is known only once the panel is shown.
 void StatusPanel::makeRoom() {
   const int usual = 2 * kPadding + 3 * fontMetrics().lineSpacing() + kLineGap;
   setMinimumHeight(isVisible() ? std::max(usual, layout()->heightForWidth(width())) : usual);

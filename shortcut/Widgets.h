@@ -1,4 +1,4 @@
-// The shortcut window's own widgets: the field with keycaps, and the panel below it.
+// The widgets of the shortcut window: the field with keycaps, and the panel below it.
 #pragma once
 
 #include <QString>
@@ -12,8 +12,8 @@ class QPainter;
 namespace seldial {
 
 /// A hot key field that shows its record as keycaps with the names that PC keyboards have: "Ctrl",
-/// "Alt", "D". An empty one shows a hint. Its text remains the library's display string. Main
-/// thread only.
+/// "Alt", "D". An empty field shows a hint. The text of the field remains the library's display
+/// string. Main thread only.
 class KeycapField : public QKHotKeyTextField {
  public:
   explicit KeycapField(const platform::KeyboardPorts& keyboard, QWidget* parent);

@@ -49,9 +49,9 @@ bool replaceStream(int descriptor, int stream) {
   return descriptor == -1 || dup2(descriptor, stream) != -1;
 }
 
-/// In the child: executes the program, or writes errno to `failure`. `leave` makes it part from its
-/// parent. Other threads of the parent may have held any lock at the fork, so nothing here may
-/// allocate.
+/// In the child: executes the program, or writes errno to `failure`. `leave` detaches the child
+/// from its parent. Other threads of the parent may have held any lock at the fork, so nothing here
+/// may allocate.
 [[noreturn]] void executeProgram(char* const* arguments, const Streams& streams,
                                  bool (*leave)(pid_t), pid_t parent, int failure) {
   sigset_t none;
@@ -67,13 +67,13 @@ bool replaceStream(int descriptor, int stream) {
   _exit(written == sizeof code ? 127 : 126);
 }
 
-/// For a child that ends with its parent, but gets no signal from the parent's terminal.
+/// For a child that ends with its parent, but receives no signals from the parent's terminal.
 bool makeOwnGroup(pid_t parent) {
   setpgid(0, 0);
   return platform::endWithParent(parent);
 }
 
-/// For a child that may stay.
+/// For a child that may outlive its parent.
 bool makeOwnSession(pid_t /*parent*/) {
   setsid();
   return true;
@@ -81,7 +81,7 @@ bool makeOwnSession(pid_t /*parent*/) {
 
 /// Waits until the child has executed the program: 0, or the errno of the failure.
 int startResult(Pipe& failure) {
-  close(std::exchange(failure.writing, -1));  // now only the child holds it, until exec
+  close(std::exchange(failure.writing, -1));  // now only the child has it open, until exec
   int code = 0;
   ssize_t count = 0;
   do {
@@ -106,7 +106,7 @@ void readLines(int descriptor, const std::function<void(const std::string&)>& wr
   close(descriptor);
 }
 
-/// Leaves the status for wait(): until then the process id is not reused.
+/// Leaves the status for wait(): until then the process ID is not reused.
 void waitForEnd(pid_t process) {
   siginfo_t ignored;
   while (waitid(P_PID, static_cast<id_t>(process), &ignored, WEXITED | WNOWAIT) == -1 &&
@@ -114,7 +114,7 @@ void waitForEnd(pid_t process) {
   }
 }
 
-/// The process id, or -1 when the program cannot be started; `error` then says why.
+/// Returns the process ID, or -1 if the program cannot be started; `error` then says why.
 pid_t startProgram(std::vector<std::string> command, const Streams& streams, bool (*leave)(pid_t),
                    std::string& error) {
   std::vector<char*> arguments;

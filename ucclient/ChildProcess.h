@@ -9,51 +9,51 @@
 
 namespace seldial {
 
-/// A program that this one started. On Linux the system sends it SIGTERM when this process ends,
-/// however it ends. The child gets its own process group, so that Ctrl-C in a terminal reaches only
-/// its parent, which then ends it; and its parent's standard error.
+/// A child process. On Linux the system sends it SIGTERM when the parent ends for any reason. The
+/// child has its own process group, so that Ctrl-C in a terminal reaches only the parent, which
+/// then stops the child. It inherits the parent's standard error.
 ///
-/// Started, used and destroyed on one thread, which must live as long as the process.
+/// Start, use and destroy it on one thread, which must live as long as the process.
 class ChildProcess {
  public:
-  /// Both run on their own threads and may outlive the object.
+  /// Both are called on separate threads and may outlive the object.
   struct Events {
     std::function<void(const std::string& line)> wroteLine;  ///< on its standard output
-    std::function<void()> ended;                             ///< once; wait() then does not block
+    std::function<void()> ended;  ///< called once; wait() no longer blocks then
   };
 
-  /// Null when `command` (the program and its arguments) cannot be started; `error` then says why.
-  /// A program without a slash is searched for in PATH. `input` is its standard input, at most 4096
-  /// bytes.
+  /// Null if `command` (the program and its arguments) cannot be started; `error` then says why. A
+  /// program name without a slash is searched for in PATH. `input` is the standard input of the
+  /// child, at most 4096 bytes.
   static std::unique_ptr<ChildProcess> start(std::vector<std::string> command, Events events,
                                              std::string& error, const std::string& input = {});
 
-  /// Kills the child if it was not waited for.
+  /// Kills the child unless wait() has returned.
   ~ChildProcess();
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  /// Sends a signal to the child, unless it was waited for already.
+  /// Sends a signal to the child, unless wait() has returned.
   void signal(int number) const;
 
-  /// Blocks until the child has ended; its status as waitpid() gives it. To be called once.
+  /// Blocks until the child has ended and returns its status, as from waitpid(). Call it once.
   int wait();
 
  private:
   explicit ChildProcess(pid_t process) : process_(process) {}
 
-  pid_t process_;  ///< -1 once it was waited for
+  pid_t process_;  ///< -1 once wait() has returned
 };
 
-/// Starts a program that may outlive this one, in a session of its own. It reads and writes
-/// nothing: its standard streams are /dev/null. `ended` is called once with its status as waitpid()
-/// gives it, on a thread of its own. False when it cannot be started; `error` then says why.
+/// Starts a program that may outlive this one, in its own session. Its standard streams are
+/// /dev/null. `ended` is called once, on a separate thread, with the status as from waitpid().
+/// False if the program cannot be started; `error` then says why.
 bool startDetached(std::vector<std::string> command, std::function<void(int status)> ended,
                    std::string& error);
 
-/// How a program ended, in words that follow its name: "ended with status 1", "was killed by
-/// signal 9 (Killed)". `status` as waitpid() gives it. To be called on one thread of the program
-/// only: macOS keeps the signal's name where the next call overwrites it.
+/// Describes how a program ended, to follow its name: "ended with status 1", "was killed by signal
+/// 9 (Killed)". `status` is as from waitpid(). Call it on one thread only: on macOS the next call
+/// overwrites the name of the signal.
 [[nodiscard]] std::string describedExitStatus(int status);
 
 }  // namespace seldial

@@ -44,7 +44,7 @@ int reload(const Arguments& /*arguments*/) {
   return answer->empty() ? 0 : fail(*answer);
 }
 
-/// Becomes the window.
+/// Replaces this process by the settings window.
 int openSettings(const Arguments& arguments) {
   Arguments command{findProgram("seldial-shortcut", ownDirectory()), "--settings"};
   command.insert(command.end(), arguments.begin(), arguments.end());
@@ -125,7 +125,7 @@ int printMessages(const Arguments& arguments) {
   return status;
 }
 
-/// The connection is all that a press is.
+/// The connection itself is the press; nothing is sent.
 int press(const Arguments& /*arguments*/) {
   const auto failure = sendCommand("", platform::pressSocketPath());
   return failure ? fail("no seldial waits for a press: " + *failure) : 0;

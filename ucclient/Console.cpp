@@ -68,7 +68,7 @@ std::string printable(const std::string& text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto byte = static_cast<unsigned char>(text[i]);
     const auto following = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
-    // U+0080 to U+009F are two bytes of UTF-8, C2 80 to C2 9F.
+    // U+0080 to U+009F are C2 80 to C2 9F in UTF-8.
     const bool c1 = byte == 0xC2 && following >= 0x80 && following <= 0x9F;
     if (c1) {
       appendEscape(result, following);

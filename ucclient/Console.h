@@ -4,12 +4,12 @@
 
 namespace seldial {
 
-/// The client's output: messages and calls on standard output line by line, for people and
+/// The client's output: one line on standard output for each message and call, for people and
 /// scripts; errors on standard error. One thread.
 class Console {
  public:
   /// With `conversation` everything on the sockets is shown, each line with its socket and an
-  /// arrow; without it only the messages received, each as it came.
+  /// arrow. Otherwise only the received messages are shown, unaltered.
   explicit Console(bool conversation) : conversation_(conversation) {}
 
   void sent(const std::string& command) const;
@@ -21,23 +21,23 @@ class Console {
 
   void hotKeySet(const std::string& spelling) const;
   void dial(const std::string& number) const;
-  /// A number was dialled; it is not shown.
+  /// A number was dialled. The number itself is not shown.
   void dialled() const;
   /// One sentence, without a full stop.
   void notDialled(const std::string& why) const;
   /// One sentence, without a full stop.
   void error(const std::string& sentence) const;
 
-  /// Whether a write to standard output has failed: its reader is gone, or the disk is full.
+  /// Whether a write to standard output has failed because its reader is gone or the disk is full.
   [[nodiscard]] bool broken() const;
 
  private:
   bool conversation_;
 };
 
-/// `text` fit for one line on a terminal: each control character (C0, U+007F and C1) becomes \u and
-/// four hexadecimal digits. Selected text can thus neither break the line nor control the terminal,
-/// and a JSON text keeps its meaning.
+/// Makes `text` safe to print as one line on a terminal: each control character (C0, U+007F and C1)
+/// becomes \u and four hexadecimal digits. So selected text can neither break the line nor control
+/// the terminal, and JSON text keeps its meaning.
 [[nodiscard]] std::string printable(const std::string& text);
 
 }  // namespace seldial

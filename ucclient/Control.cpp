@@ -59,7 +59,7 @@ class ControlSocket::Receiver final : public GDUnixSocketServerDelegate,
   }
 
  private:
-  /// No request is as long as this.
+  /// Longer requests are not valid.
   static constexpr std::size_t kLongestRequest = 256;
 
   void received(const std::string& data, const std::string& clientID) {

@@ -1,4 +1,4 @@
-// What a running client tells about itself, and to whom.
+// The control socket of a running client, and the results that it reports.
 #pragma once
 
 #include <cstddef>
@@ -12,13 +12,14 @@
 
 namespace seldial {
 
-/// The last outcomes of the hot key, in memory only. One thread.
+/// The last results of the hot key, in memory only. One thread.
 class History {
  public:
-  /// `outcome` is a sentence without a full stop, for the user's own eyes: it may have the number.
+  /// `outcome` is a sentence without a full stop, shown only to the user: it may contain the
+  /// number.
   void add(const std::string& outcome);
 
-  /// One line for each outcome with its time, the oldest first; empty when there are none.
+  /// One line per result with its time, oldest first; empty if there are none.
   [[nodiscard]] std::string text() const;
 
  private:
@@ -27,22 +28,22 @@ class History {
   std::deque<std::string> lines_;
 };
 
-/// A date and time of day in the local time zone, "2026-11-22 14:03:11".
+/// The date and time in the local time zone, "2026-11-22 14:03:11".
 [[nodiscard]] std::string timeText(std::time_t time);
 
 /// The socket on which the client answers the requests of askRunningClient(). Only the user can
-/// connect. Made, used and destroyed on the main thread.
+/// connect. Create, use and destroy it on the main thread.
 class ControlSocket {
  public:
-  /// Sends the answer and closes the connection. To be called once, on the main thread. False when
-  /// the asker is gone.
+  /// Sends the answer and closes the connection. Call it once, on the main thread. False if the
+  /// client has disconnected.
   using Reply = std::function<bool(const std::string& answer)>;
 
-  /// Handles a request, on the main thread; it may reply later.
+  /// Handles a request on the main thread; it may reply later.
   using Handler = std::function<void(const std::string& request, const Reply& reply)>;
 
-  /// Null when nothing can listen at `path`, or another client does already: that one is asked
-  /// then, and this one is not.
+  /// Null if listening at `path` fails, or if another seldial-uc already listens there; that one
+  /// then answers all requests.
   static std::unique_ptr<ControlSocket> listenAt(const std::string& path,
                                                  std::shared_ptr<MainThread> mainThread,
                                                  Handler handler);

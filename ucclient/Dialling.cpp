@@ -15,8 +15,8 @@
 namespace seldial {
 namespace {
 
-/// Puts the values in place of the placeholders, from left to right: what is put in is not
-/// searched.
+/// Replaces the placeholders by the values, from left to right. Placeholders within the values are
+/// not replaced.
 std::string filledIn(const std::string& word, const std::array<std::string, 3>& values) {
   std::string result;
   for (std::size_t at = 0; at < word.size();) {
@@ -42,7 +42,7 @@ std::string escapedForURI(std::string number) {
   return number;
 }
 
-/// How many numbers of one selection are offered.
+/// The maximum number of choices for one selection.
 constexpr std::size_t kMostChoices = 20;
 
 }  // namespace
@@ -97,7 +97,7 @@ std::optional<std::vector<std::string>> dialArguments(const FoundNumber& number,
   return arguments;
 }
 
-/// One open window in which the user chooses a number. It ends with the object.
+/// An open window in which the user chooses a number. It is closed by the destructor.
 class Dialler::Choice : public std::enable_shared_from_this<Choice> {
  public:
   using Chosen = std::function<void(const FoundNumber&)>;
@@ -178,7 +178,7 @@ void Dialler::dial(const std::string& selection) {
   choose(selection, std::move(found.numbers));
 }
 
-/// Where there is no way to offer that, the user is asked first.
+/// If the desktop cannot offer to undo the call, the user is asked before it.
 void Dialler::startUnlessUndone(const std::string& selection, const FoundNumber& number) {
   pending_ = std::make_shared<const char>();
   const auto ended = [=, this](UndoOffer outcome) {

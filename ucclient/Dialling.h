@@ -1,4 +1,4 @@
-// How a number becomes a call: the formats in which it is dialled, and the programs that dial it.
+// Dialling a number: the formats in which it is dialled, and the programs that dial it.
 #pragma once
 
 #include <chrono>
@@ -15,15 +15,15 @@ namespace seldial {
 
 enum class NumberFormat { kE164, kNational, kRaw };
 
-/// When the user is asked first. kUndo: like kSeveral, and every other call can be undone before it
-/// begins.
+/// When to ask the user before a call. kUndo: like kSeveral, and every other call can be undone
+/// before it begins.
 enum class Confirm { kAlways, kUndo, kSeveral, kNever };
 
-/// What is done with a selection.
+/// The settings for dialling.
 struct DialSettings {
-  std::vector<std::string> command;  ///< words with placeholders; empty: no command is run
-  std::string scheme;                ///< of the URI that the desktop opens; empty: none
-  std::string region;                ///< as findNumbers() takes it
+  std::vector<std::string> command;  ///< words with placeholders; empty if there is no command
+  std::string scheme;                ///< of the URI that the desktop opens; empty if none
+  std::string region;                ///< see findNumbers()
   NumberFormat format = NumberFormat::kE164;
   std::string prefix;  ///< dialled before the number, for an outside line
   Confirm confirm = Confirm::kSeveral;
@@ -32,31 +32,32 @@ struct DialSettings {
   [[nodiscard]] bool dials() const { return !command.empty() || !scheme.empty(); }
 };
 
-/// The number as it is dialled: digits, "*", "#" and a "+" in front. Empty when the settings leave
-/// no way to dial it.
+/// The number as it is dialled: digits, "*", "#" and a leading "+". Empty if it cannot be dialled
+/// with these settings.
 [[nodiscard]] std::string dialledNumber(const FoundNumber& number, const DialSettings& settings);
 
-/// The number as a URI of that scheme ("tel", "sip", "callto"), with the extension in a "tel" URI.
+/// The number as a URI of that scheme ("tel", "sip", "callto"). A "tel" URI includes the extension.
 [[nodiscard]] std::string dialledURI(const std::string& scheme, const FoundNumber& number,
                                      const DialSettings& settings);
 
-/// The program to run and its arguments. "{}" stands for the number as dialled, "{tel}" for its
-/// "tel" URI and "{text}" for the selection. Nothing when that is not safe or not possible; `error`
+/// The program to run and its arguments, with "{}" replaced by the number as dialled, "{tel}" by
+/// its "tel" URI and "{text}" by the selection. Nothing if that is unsafe or impossible; `error`
 /// then says why, without a full stop and without the number.
 [[nodiscard]] std::optional<std::vector<std::string>> dialArguments(const FoundNumber& number,
                                                                     const std::string& selection,
                                                                     const DialSettings& settings,
                                                                     std::string& error);
 
-/// Dials the number of a selection: finds it, lets the user choose where that is needed, and runs
-/// the program that calls. Main thread only.
+/// Dials the number in a selection: finds it, lets the user choose if necessary, and runs the
+/// program that calls. Main thread only.
 class Dialler {
  public:
-  /// What happens, on the main thread. No sentence contains a number or a part of the selection.
+  /// Called on the main thread. No sentence contains a number or a part of the selection.
   struct Events {
     std::function<void(const std::string& number)> dialled;   ///< the program was started
     std::function<void(const std::string& sentence)> failed;  ///< the program ended with an error
-    std::function<void(const std::string& sentence)> notDialled;  ///< and why, no full stop
+    std::function<void(const std::string& sentence)>
+        notDialled;  ///< with the reason, without a full stop
   };
 
   Dialler(DialSettings settings, std::shared_ptr<MainThread> mainThread, Events events);
@@ -64,7 +65,8 @@ class Dialler {
   Dialler(const Dialler&) = delete;
   Dialler& operator=(const Dialler&) = delete;
 
-  /// An earlier selection for which a choice is open, or that can still be undone, is given up.
+  /// Dials the number in `selection`. Cancels an earlier selection whose choice is still open or
+  /// whose call can still be undone.
   void dial(const std::string& selection);
 
  private:

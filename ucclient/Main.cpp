@@ -31,7 +31,7 @@ int runSession(const seldial::Options& options, const Arguments& arguments) {
 
 int main(int argc, char* argv[]) {
   const Arguments arguments(argv + 1, argv + argc);
-  std::signal(SIGPIPE, SIG_IGN);  // a write to a reader that is gone fails instead
+  std::signal(SIGPIPE, SIG_IGN);  // writing to a closed pipe fails with an error instead
   if (const auto status = seldial::runCommand(arguments)) return *status;
   std::string error;
   const auto options = optionsOf(arguments, error);

@@ -28,7 +28,7 @@ void MainThread::run() {
   while (const Task task = next()) task();
 }
 
-// A dropped task may be what keeps this queue alive.
+// A dropped task may hold the last reference to this queue.
 void MainThread::stop() {
   std::deque<Task> dropped;  // destroyed after the lock is released
   const std::lock_guard lock(mutex_);

@@ -7,13 +7,13 @@
 
 namespace seldial {
 
-/// A queue of tasks from any thread, run one at a time and in order on the thread that calls run().
-/// Shared by everybody who posts, because their threads may outlive main().
+/// A queue of tasks from any thread, which run one at a time and in order on the thread that calls
+/// run(). It is owned by everyone who posts, because their threads may outlive main().
 class MainThread {
  public:
   using Task = std::function<void()>;
 
-  /// Any thread. A task that has not run when stop() is called never does, and is destroyed.
+  /// Any thread. A task that has not run when stop() is called is destroyed without running.
   void post(Task task);
 
   /// Runs tasks until one of them calls stop().
@@ -29,9 +29,9 @@ class MainThread {
   bool stopped_ = false;
 };
 
-/// From now on each SIGINT, SIGTERM or SIGHUP calls `received`, on a thread of its own. A SIGHUP
-/// that is ignored, as under nohup, stays ignored. To be called while the process has one thread:
-/// only threads made later leave the signals to that one.
+/// From now on each SIGINT, SIGTERM or SIGHUP calls `received` on a separate thread. A SIGHUP that
+/// is ignored, as under nohup, stays ignored. Call it while the process has one thread, because it
+/// blocks the signals only in the calling thread and in threads started later.
 void onTerminationSignals(std::function<void()> received);
 
 }  // namespace seldial

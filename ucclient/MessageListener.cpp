@@ -56,7 +56,7 @@ class MessageListener::Receiver final : public GDUnixSocketServerDelegate,
   }
 
  private:
-  /// The step runs only if the listener still exists then.
+  /// The step runs only if the listener still exists at that time.
   void post(std::function<void(Receiver&)> step) {
     mainThread_->post([weak = weak_from_this(), step = std::move(step)] {
       if (const auto self = weak.lock()) step(*self);

@@ -10,16 +10,16 @@
 
 namespace seldial {
 
-/// Puts messages together: one connection carries one message in any number of chunks, and the end
-/// of the connection ends the message. Several connections may be open at once. One thread.
+/// Assembles messages: one connection carries one message in any number of chunks, and the end of
+/// the connection ends the message. Several connections may be open at once. One thread.
 class MessageAssembler {
  public:
   void append(const std::string& connection, const std::string& chunk);
 
-  /// The connection has ended: its message, empty when it carried nothing.
+  /// The connection has ended. Returns its message, which may be empty.
   [[nodiscard]] std::string finish(const std::string& connection);
 
-  /// The connection has failed: forgets what came of its message.
+  /// The connection has failed. Discards its message.
   void discard(const std::string& connection);
 
  private:
@@ -27,7 +27,7 @@ class MessageAssembler {
 };
 
 /// The socket on which Seldial delivers its messages. The events are called on the main thread, in
-/// the order in which they happened. Made, used and destroyed on the main thread.
+/// the order in which they happened. Create, use and destroy it on the main thread.
 class MessageListener {
  public:
   struct Events {
@@ -36,7 +36,7 @@ class MessageListener {
     std::function<void(const std::string& why)> failed;
   };
 
-  /// Null when nothing can listen at `path`; `error` then says why.
+  /// Null if listening at `path` fails; `error` then says why.
   static std::unique_ptr<MessageListener> listenAt(const std::string& path,
                                                    std::shared_ptr<MainThread> mainThread,
                                                    Events events, std::string& error);

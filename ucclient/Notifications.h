@@ -1,4 +1,4 @@
-// Notifications on the user's desktop, over the session bus. The texts are plain.
+// Desktop notifications, over the session bus. All texts are plain text.
 #pragma once
 
 #include <chrono>
@@ -7,22 +7,23 @@
 
 namespace seldial {
 
-/// Shows a notification and returns at once. Nothing is shown where there is no session bus or no
-/// desktop that shows notifications.
+/// Shows a notification and returns at once. Has no effect without a session bus or on a desktop
+/// without notifications.
 void showNotification(const std::string& summary, const std::string& body);
 
-/// Waits until it is shown, a few seconds at most: for a program that is about to end.
+/// Like showNotification(), but waits until it is shown, for a few seconds at most. For a program
+/// that is about to end.
 void showNotificationAndWait(const std::string& summary, const std::string& body);
 
-/// What became of an offer to undo something.
+/// The result of an offer to undo something.
 enum class UndoOffer {
   kUndone,    ///< the user pressed "Undo" or dismissed the notification
-  kTimeOver,  ///< nothing of that happened in time
+  kTimeOver,  ///< neither happened in time
   kNotShown,  ///< this desktop has no notifications with buttons
 };
 
-/// Shows a notification with the button "Undo" for that time and returns at once. `ended` is called
-/// once, on a thread of its own.
+/// Shows a notification with the button "Undo" for `time` and returns at once. `ended` is called
+/// once, on a separate thread.
 void offerUndo(const std::string& summary, std::chrono::milliseconds time,
                std::function<void(UndoOffer)> ended);
 

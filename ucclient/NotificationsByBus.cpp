@@ -11,7 +11,7 @@
 namespace seldial {
 namespace {
 
-/// How long the desktop may take to answer, microseconds.
+/// How long the desktop may take to answer, in microseconds.
 constexpr std::uint64_t kTimeLimit = 5'000'000;
 constexpr const char* kName = "org.freedesktop.Notifications";
 constexpr std::int32_t kDesktopsOwnDuration = -1;
@@ -48,7 +48,7 @@ struct FreeMessage {
 };
 using BusMessage = std::unique_ptr<sd_bus_message, FreeMessage>;
 
-/// Null when there is none.
+/// Null if there is none.
 Bus openSessionBus() {
   sd_bus* bus = nullptr;
   if (sd_bus_open_user(&bus) < 0) return nullptr;
@@ -56,8 +56,8 @@ Bus openSessionBus() {
   return Bus(bus);
 }
 
-/// Calls a method of the desktop that shows notifications; the types of its arguments as sd-bus
-/// takes them. Null when that fails.
+/// Calls a method of the desktop's notification service. The types of the arguments are in the
+/// notation of sd-bus. Null if the call fails.
 template <class... Arguments>
 BusMessage call(const Bus& bus, const char* method, const char* types, Arguments... arguments) {
   sd_bus_message* answer = nullptr;
@@ -66,11 +66,11 @@ BusMessage call(const Bus& bus, const char* method, const char* types, Arguments
   return BusMessage(answer);
 }
 
-/// A failure is no loss: standard output or standard error has the same text.
+/// A failure is harmless: the text is also on standard output or standard error.
 void show(const std::string& summary, const std::string& body) {
   const Bus bus = openSessionBus();
   if (!bus) return;
-  // The last arguments are no actions, no hints.
+  // The last arguments: no actions, no hints.
   (void)call(bus, "Notify", "susssasa{sv}i", "Seldial", kNoneToReplace, "call-start",
              summary.c_str(), escaped(body).c_str(), 0, 0, kDesktopsOwnDuration);
 }
@@ -90,7 +90,7 @@ bool hasButtons(const Bus& bus) {
 /// One notification with a button. One thread.
 class Undo {
  public:
-  /// What happens to it, once the user or the desktop has done something.
+  /// Shows the notification and waits for its result.
   UndoOffer offer(const std::string& summary, std::chrono::milliseconds time) {
     const auto end = Clock::now() + time;
     if (!bus_ || !hasButtons(bus_) || !listen() || !notify(summary, time)) {
@@ -120,7 +120,8 @@ class Undo {
     return answer && sd_bus_message_read(answer.get(), "u", &id_) > 0;
   }
 
-  /// Handles what has arrived, or waits for more. False when the time is over or the bus is gone.
+  /// Handles the messages that have arrived, or waits for more. False if the time is over or the
+  /// bus is gone.
   bool waitUntil(Clock::time_point end) {
     const int processed = sd_bus_process(bus_.get(), nullptr);
     if (processed != 0) return processed > 0;
@@ -142,7 +143,7 @@ class Undo {
     std::uint32_t id = 0;
     std::uint32_t reason = 0;
     const bool isRead = sd_bus_message_read(signal, "uu", &id, &reason) > 0;
-    // A notification that was undone is closed afterwards.
+    // A notification whose button was pressed is closed afterwards.
     if (!isRead || id != undo.id_ || undo.outcome_) return 0;
     undo.outcome_ = reason == kDismissed ? UndoOffer::kUndone : UndoOffer::kTimeOver;
     return 0;
@@ -159,7 +160,8 @@ class Undo {
 }  // namespace
 
 void showNotification(const std::string& summary, const std::string& body) {
-  std::thread(show, summary, body).detach();  // a bus that does not answer holds nobody up
+  std::thread(show, summary, body)
+      .detach();  // a bus that does not answer must not block the caller
 }
 
 void showNotificationAndWait(const std::string& summary, const std::string& body) {

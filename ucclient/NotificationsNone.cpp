@@ -1,4 +1,4 @@
-// Where there is no session bus, as on macOS.
+// Stubs for systems without a session bus, such as macOS.
 #include <utility>
 
 #include "ucclient/Notifications.h"

@@ -22,7 +22,7 @@ bool isIn(const Range (&ranges)[Count], char32_t character) {
   });
 }
 
-/// The zeros of the scripts whose ten digits follow one another (general category Nd).
+/// The zero digits of all scripts; the other nine digits follow each of them (general category Nd).
 constexpr char32_t kZeros[] = {
     0x0660,  0x06F0,  0x07C0,  0x0966,  0x09E6,  0x0A66,  0x0AE6,  0x0B66,  0x0BE6,
     0x0C66,  0x0CE6,  0x0D66,  0x0DE6,  0x0E50,  0x0ED0,  0x0F20,  0x1040,  0x1090,
@@ -36,7 +36,8 @@ constexpr Range kBlanks[] = {{0x20, 0x20},     {0xA0, 0xA0},     {0x1680, 0x1680
 
 constexpr Range kLineBreaks[] = {{0x09, 0x0D}, {0x85, 0x85}, {0x2028, 0x2029}};
 
-/// Also U+30FC, the Japanese mark that is often typed for a hyphen between digits.
+/// Includes U+30FC, the Japanese prolonged sound mark, which is often typed as a hyphen between
+/// digits.
 constexpr Range kHyphens[] = {
     {0x2D, 0x2D},     {0x058A, 0x058A}, {0x05BE, 0x05BE}, {0x1806, 0x1806}, {0x02D7, 0x02D7},
     {0x2010, 0x2015}, {0x2043, 0x2043}, {0x2212, 0x2212}, {0x2796, 0x2796}, {0x2E3A, 0x2E3B},
@@ -88,7 +89,7 @@ void append(std::string& text, char32_t character) {
   }
 }
 
-/// What stands for the character in cleaned text.
+/// The replacement of the character in cleaned text.
 char32_t cleaned(char32_t character) {
   if (isIn(kLineBreaks, character)) return '\n';
   if (isIn(kBlanks, character)) return ' ';

@@ -1,9 +1,9 @@
 // Finding numbers with libphonenumber.
 //
-// The library finds numbers in one line of usual characters. Two things are added: the text is
-// cleaned first, because the library takes an unusual blank or hyphen for the end of a number; and
-// whatever could be read in another way is reported as uncertain: a number with more digits next to
-// it, a number that may go on in the next line, and digits that the numbering plan does not know.
+// The library finds numbers in one line of usual characters. We add two things. The text is cleaned
+// first, because an unusual space or hyphen ends a number for the library. And ambiguous text is
+// reported as uncertain: a number with more digits next to it, a number that may continue on the
+// next line, and digits that are not in the numbering plan.
 #include <phonenumbers/phonenumber.pb.h>
 #include <phonenumbers/phonenumbermatch.h>
 #include <phonenumbers/phonenumbermatcher.h>
@@ -23,16 +23,16 @@ using i18n::phonenumbers::PhoneNumberMatch;
 using i18n::phonenumbers::PhoneNumberMatcher;
 using i18n::phonenumbers::PhoneNumberUtil;
 
-/// How many candidates of one line are looked at.
+/// The maximum number of candidates examined in one line.
 constexpr int kMostTries = 1000;
-/// Digits that the numbering plan does not know are offered as a number if there are at least
+/// Digits that are not in the numbering plan are offered as a number if there are at least
 /// kFewestOfUnknown, or between kFewestOfShort and kMostOfShort: an internal extension or an
 /// emergency number.
 constexpr std::size_t kFewestOfUnknown = 7;
 constexpr std::size_t kFewestOfShort = 2;
 constexpr std::size_t kMostOfShort = 6;
 
-/// How far from a number other digits may stand to be a part of it, in bytes.
+/// The maximum distance from a number at which other digits may be part of it, in bytes.
 constexpr std::size_t kReach = 8;
 
 constexpr const char* kNumberCharacters = "+0123456789 -./()[]~";
@@ -41,12 +41,12 @@ const PhoneNumberUtil& util() {
   return *PhoneNumberUtil::GetInstance();
 }
 
-/// A number and its place in the text.
+/// A number and its position in the text.
 struct Match {
   std::size_t begin;
   std::size_t end;
   FoundNumber number;
-  bool certain;  ///< as far as its own characters tell
+  bool certain;  ///< judged by its own characters only
 };
 
 bool isDigit(char letter) {
@@ -59,7 +59,7 @@ bool isDate(const std::string& text) {
   return std::regex_match(text, date);
 }
 
-/// Such as "192.168.1.100".
+/// Whether the text is a host address such as "192.168.1.100".
 bool isAddressOfHost(const std::string& text) {
   static const std::regex address(R"(\d{1,3}(\.\d{1,3}){3})");
   return std::regex_match(text, address);
@@ -96,12 +96,12 @@ FoundNumber foundNumber(const PhoneNumber& number, const std::string& text,
   std::string outgoing;
   util().FormatOutOfCountryCallingNumber(withoutExtension, region, &outgoing);
   found.outgoing = dialledCharacters(outgoing);
-  if (found.outgoing.starts_with('+')) found.outgoing.clear();  // no prefix for calls abroad known
+  if (found.outgoing.starts_with('+')) found.outgoing.clear();  // no international prefix is known
   return found;
 }
 
-/// Whether the characters of a match leave no doubt. "030 1234-0/-17" is two numbers, "1234  5678"
-/// may be two columns, and what follows "#" or "~" may be no extension.
+/// Whether the characters of a match are unambiguous. "030 1234-0/-17" is two numbers, "1234 5678"
+/// may be two columns, and the text after "#" or "~" may not be an extension.
 bool isCertain(const std::string& text, const std::string& extension) {
   static const std::regex doubtful(R"(  |--|/ *-|- */|/ *\d{1,3}$)");
   static const std::regex label("[^-+0-9 ./()*#~]");
@@ -142,13 +142,14 @@ bool isInMatch(const std::vector<Match>& matches, std::size_t place) {
   });
 }
 
-/// Neither a letter nor a digit of ASCII, nor a line break.
+/// Whether it is neither an ASCII letter or digit nor a line break.
 bool isMark(char letter) {
   const bool isLetter = (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z');
   return !isLetter && !isDigit(letter) && letter != '\n';
 }
 
-/// Whether the first letter or digit from `at` on, going by `step`, is a digit of no match.
+/// Whether the first letter or digit from `at` on, in the direction of `step`, is a digit outside
+/// all matches.
 bool hasDigitNear(const std::string& text, const std::vector<Match>& matches, std::size_t at,
                   std::size_t step) {
   for (std::size_t i = 0; i < kReach && at < text.size(); ++i, at += step) {
@@ -157,7 +158,7 @@ bool hasDigitNear(const std::string& text, const std::vector<Match>& matches, st
   return false;
 }
 
-/// Whether other digits follow or precede a match with nothing but marks in between.
+/// Whether other digits follow or precede a match with only marks in between.
 bool hasDigitsBeside(const std::string& text, const std::vector<Match>& matches) {
   constexpr auto kBackwards = static_cast<std::size_t>(-1);  // also from 0, to beyond the text
   return std::any_of(matches.begin(), matches.end(), [&](const Match& match) {
@@ -175,8 +176,8 @@ bool isInAddress(const std::string& text, const std::vector<Match>& matches) {
   });
 }
 
-/// The text with those line breaks replaced by blanks that may lie within a number: between number
-/// characters, unless both of the lines end and begin with a number of their own.
+/// Replaces the line breaks that may be within a number by spaces: those between number characters,
+/// unless the first line ends and the next line begins with a complete number.
 std::string withBrokenNumbersJoined(std::string text, const std::vector<Match>& matches) {
   const std::string inNumber = kNumberCharacters;
   for (auto at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
@@ -201,7 +202,7 @@ void addNumbers(std::vector<FoundNumber>& numbers, const std::vector<Match>& mat
   }
 }
 
-/// What was found in a text.
+/// The numbers that were found in a text.
 FoundNumbers numbersOf(const std::string& text, const std::vector<Match>& matches) {
   FoundNumbers found;
   addNumbers(found.numbers, matches);
@@ -211,7 +212,7 @@ FoundNumbers numbersOf(const std::string& text, const std::vector<Match>& matche
   return found;
 }
 
-/// What may be a number although no numbering plan has it: only a person can tell.
+/// Text that may be a number although it is not in the numbering plan: only the user can tell.
 FoundNumbers unknownNumbers(const std::string& text, const std::string& region) {
   FoundNumbers found{{}, false};
   const auto digits = static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isDigit));
@@ -226,7 +227,7 @@ FoundNumbers unknownNumbers(const std::string& text, const std::string& region) 
     found.numbers.push_back(number);
     return found;
   }
-  // Anything else in the text makes it more likely that the digits are no number.
+  // If there is other text, the digits are less likely to be a number.
   if (trimmed.find_first_not_of(kNumberCharacters) != std::string::npos) return found;
   if (digits < kFewestOfUnknown || isAddressOfHost(trimmed)) return found;
   const auto matches = matchesIn(text, region, PhoneNumberMatcher::POSSIBLE);

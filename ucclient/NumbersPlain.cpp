@@ -6,8 +6,8 @@
 namespace seldial {
 namespace {
 
-/// The most digits of an international number (ITU-T E.164), and the fewest that are worth asking
-/// for.
+/// The maximum number of digits of an international number (ITU-T E.164), and the minimum for which
+/// the user is asked.
 constexpr std::ptrdiff_t kMostDigits = 15;
 constexpr std::ptrdiff_t kFewestDigits = 2;
 
@@ -30,7 +30,7 @@ FoundNumbers findNumbers(const std::string& selection, const std::string& /*regi
   number.written = dialledCharacters(text);
   const bool international = number.written.front() == '+';
   if (international) number.international = number.written;
-  // A zero in brackets may or may not be dialled, and a line break may end the number.
+  // A zero in brackets may have to be omitted, and a line break may end the number.
   const bool certain =
       international && digits > 6 && text.find_first_of("(\n") == std::string::npos;
   return {{number}, certain};

@@ -12,12 +12,12 @@
 namespace seldial {
 namespace {
 
-/// Reads the command line, over the settings of a configuration file if readFile() was called.
+/// Reads the command line. If readFile() was called before, the command line overrides the file.
 class Reader final : public OptionReader {
  public:
   using OptionReader::OptionReader;
 
-  /// The settings of the file. A file that does not exist has none.
+  /// Reads the settings of the file. A file that does not exist has none.
   bool readFile(const std::string& path) {
     std::string error;
     const auto settings = readConfiguration(path, error);
@@ -32,13 +32,13 @@ class Reader final : public OptionReader {
     return true;
   }
 
-  /// Only what is on the command line: nothing is checked that depends on a file.
+  /// Reads the command line without the checks that also depend on the file.
   bool readArguments() {
     dialWasGiven_ = openWasGiven_ = false;  // they replace those of the file
     return readAll();
   }
 
-  /// What was read, once all of it makes sense together.
+  /// The options, if they are consistent.
   std::optional<Options> checked() {
     if (!checkDialling()) return std::nullopt;
     return options_;
@@ -49,7 +49,7 @@ class Reader final : public OptionReader {
  private:
   using Setter = bool (Reader::*)(const std::string& value);
 
-  /// Options that are settings of the configuration file too.
+  /// The options that are also settings of the configuration file.
   static const std::map<std::string, Setter>& setters() {
     static const std::map<std::string, Setter> all = {
         {"--hotkey", &Reader::setSpelling}, {"--seldial", &Reader::setSeldial},
@@ -67,7 +67,7 @@ class Reader final : public OptionReader {
     return (this->*setter->second)(setting.value);
   }
 
-  /// As an option or a setting is called where it is read.
+  /// The name of an option as the user writes it, on the command line or in the file.
   [[nodiscard]] std::string named(const char* name) const { return hyphens_ + name; }
 
   [[nodiscard]] bool takesValue(const std::string& name) const override {
@@ -204,7 +204,7 @@ class Reader final : public OptionReader {
 
   DialSettings& dialling() { return options_.dialling; }
 
-  std::string hyphens_ = "--";  ///< before an option's name where it is read
+  std::string hyphens_ = "--";  ///< before the name of an option; empty in the file
   bool dialWasGiven_ = false;
   bool openWasGiven_ = false;
   Options options_;
@@ -214,7 +214,7 @@ class Reader final : public OptionReader {
 
 std::optional<Options> optionsFrom(const std::vector<std::string>& arguments,
                                    const std::string& usualConfiguration, std::string& error) {
-  Reader commandLine(arguments, error);  // for the name of the file, before it is read
+  Reader commandLine(arguments, error);  // first only for the name of the file
   if (!commandLine.readArguments()) return std::nullopt;
   const Options& given = commandLine.options();
   if (given.help || given.version) return given;

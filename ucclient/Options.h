@@ -11,23 +11,24 @@
 
 namespace seldial {
 
-/// The command line, over the settings of the configuration file.
+/// The options of the command line and the configuration file. The command line takes precedence.
 struct Options {
-  std::string spelling = "ctrl+alt+d";  ///< of the hot key, as it was given
+  std::string spelling = "ctrl+alt+d";  ///< of the hot key, as given by the user
   HotKey hotKey{platform::kVK_ANSI_D,
                 platform::kModifierFlagControl | platform::kModifierFlagOption};
-  std::uint16_t delay = 500;  ///< from the copy keystroke to reading the pasteboard, ms
-  std::string seldial;        ///< the program to start; empty: as findSeldial() says
-  DialSettings dialling;      ///< its region is the locale's if none was given
+  std::uint16_t delay = 500;  ///< from the copy keystroke to reading the clipboard, in ms
+  std::string seldial;        ///< the program to start; empty: the result of findSeldial()
+  DialSettings dialling;      ///< its region defaults to that of the locale
   bool conversation = false;  ///< show everything that passes over the sockets
-  std::string configuration;  ///< the file that was read; empty: the usual one
+  std::string configuration;  ///< the file that was read; empty: the default one
   bool help = false;
   bool version = false;
 };
 
-/// Reads the arguments, without the program's own path, and before them the configuration file that
-/// they name, or else `usualConfiguration`, where an empty path is no file. Nothing when anything
-/// is wrong; `error` is then one sentence that says why, without a full stop.
+/// Reads the configuration file and then the arguments, which do not include the path of the
+/// program. The file is the one that the arguments name, otherwise `usualConfiguration`, which may
+/// be empty for no file. Nothing if anything is invalid; `error` is then one sentence that says
+/// why, without a full stop.
 [[nodiscard]] std::optional<Options> optionsFrom(const std::vector<std::string>& arguments,
                                                  const std::string& usualConfiguration,
                                                  std::string& error);

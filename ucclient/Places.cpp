@@ -21,11 +21,11 @@ bool isProgram(const std::string& path) {
 
 constexpr const char* kTemplate = "/seldial-uc-XXXXXX";
 
-/// Bytes that stay free for a slash and the name of a socket.
+/// Bytes reserved for a slash and the name of a socket.
 constexpr std::size_t kRoomForName = 16;
 
-/// `path` without links, ".." and doubled slashes, as the socket library needs it. Empty when it
-/// does not exist.
+/// `path` without symbolic links, ".." and double slashes, as the socket library requires. Empty if
+/// it does not exist.
 std::string realPath(const std::string& path) {
   char* const resolved = realpath(path.c_str(), nullptr);
   std::string result = resolved != nullptr ? resolved : "";
@@ -66,7 +66,7 @@ std::unique_ptr<PrivateDirectory> PrivateDirectory::makeUnder(
     const std::string real = realPath(parent);
     std::string path = (real == "/" ? "" : real) + kTemplate;
     if (real.empty() || path.size() + kRoomForName > kLongestPath) continue;
-    if (mkdtemp(path.data()) == nullptr) continue;  // only its owner may enter, from the start
+    if (mkdtemp(path.data()) == nullptr) continue;  // only its owner can access it, from the start
     return std::unique_ptr<PrivateDirectory>(new PrivateDirectory(path));
   }
   return nullptr;

@@ -1,4 +1,4 @@
-// Where the client finds the other programs, and the directory of the two sockets.
+// The paths of the other programs, and the directory of the two sockets.
 #pragma once
 
 #include <memory>
@@ -7,29 +7,29 @@
 
 namespace seldial {
 
-/// The directory of the running program's file; empty where the system does not tell.
+/// The directory of the running executable; empty if unknown.
 [[nodiscard]] std::string ownDirectory();
 
-/// The program `seldial`, by itself or in its bundle, that belongs to a program in `directory`: the
-/// one beside it, or in the directory above where both are installed, or in the neighbouring
-/// directory of a build tree. Otherwise the bare name, which is searched for in PATH.
+/// The program `seldial`, or the one in its bundle, that belongs to a program in `directory`: in
+/// the same directory, in the parent directory of an installation, or in the sibling directory of a
+/// build tree. Otherwise the bare name, which is searched for in PATH.
 [[nodiscard]] std::string findSeldial(const std::string& directory);
 
 /// A program that belongs to Seldial, such as "seldial-choose", found in the same way.
 [[nodiscard]] std::string findProgram(const std::string& name, const std::string& directory);
 
-/// A directory that only its owner may enter, for the two sockets. Removed with the object,
-/// together with the files that were named in it.
+/// A directory that only its owner can access, for the two sockets. The destructor removes it and
+/// the files for which file() was called.
 class PrivateDirectory {
  public:
-  /// The longest path of a file in it, in bytes: what a socket's address holds.
+  /// The maximum length of the path of a file in it, in bytes: the limit of socket addresses.
   static constexpr std::size_t kLongestPath = 103;
 
-  /// Makes one under the first of `parents` where that succeeds and the path leaves room for a
-  /// socket's name; null when there is none.
+  /// Creates one under the first of `parents` where that succeeds and the path leaves space for the
+  /// name of a socket; null if there is none.
   static std::unique_ptr<PrivateDirectory> makeUnder(const std::vector<std::string>& parents);
 
-  /// XDG_RUNTIME_DIR, TMPDIR and /tmp: the directories for short-lived files, best first.
+  /// XDG_RUNTIME_DIR, TMPDIR and /tmp: the directories for temporary files, best first.
   static std::vector<std::string> usualParents();
 
   ~PrivateDirectory();

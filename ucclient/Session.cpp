@@ -18,14 +18,14 @@ namespace {
 /// How long Seldial may take to end, in addition to its read delay.
 constexpr std::chrono::seconds kEndLimit{5};
 
-/// Pauses before restarts double up to this. A Seldial that ran for so long makes them short again.
+/// Pauses before restarts double up to this limit. A Seldial that has run for longer resets them.
 constexpr std::chrono::seconds kLongestPause{60};
 constexpr std::chrono::seconds kShortestPause{1};
 
 /// The status with which Seldial ends when it loses the X server.
 constexpr int kDesktopLost = 1;
 
-/// Runs `task` on a thread of its own after that time.
+/// Runs `task` on a separate thread after `time`.
 void runLater(std::chrono::milliseconds time, std::function<void()> task) {
   std::thread([time, task = std::move(task)] {
     std::this_thread::sleep_for(time);
@@ -33,7 +33,7 @@ void runLater(std::chrono::milliseconds time, std::function<void()> task) {
   }).detach();
 }
 
-/// Seldial gives one reason for every refusal of the desktop.
+/// Seldial reports the same reason for every refusal of the desktop.
 std::string inPlainWords(const std::string& failReason) {
   if (failReason != "hotkey not set") return failReason;
   return failReason +
@@ -100,7 +100,7 @@ bool Session::startDialer() {
       options_.seldial.empty() ? findSeldial(ownDirectory()) : options_.seldial;
   started_ = std::chrono::steady_clock::now();
   std::string error;
-  // The only sign that it listens is in its log.
+  // Only the log shows that Seldial listens.
   dialer_ = ChildProcess::start(
       {program, "-jsonlog", "dialerpipename=" + dialerPath_,
        "clientpipename=" + directory_->path() + "/client"},
@@ -132,7 +132,7 @@ void Session::sendSetHotKey() {
 
 void Session::received(const std::string& text) {
   const Message message = messageFromJSON(text);
-  // Numbers that are dialled are not written to a log, where a session keeps standard output.
+  // Numbers that are dialled are not printed: many sessions write standard output to a log file.
   const bool isPrivate = dialling_ != nullptr && message.kind == Message::Kind::MakeCall;
   if (!isPrivate || options_.conversation) console_.received(text);
   console_.onClientSocket("disconnected");  // that ended the message
@@ -166,7 +166,7 @@ void Session::hotKeyWasSet() {
   finishReload(reloadNote_);
 }
 
-/// After a reload the previous hot key is set again.
+/// If a reload caused this, the previous hot key is set again.
 void Session::hotKeyWasRefused(const std::string& why) {
   hasHotKey_ = false;
   const std::string sentence = "the hot key " + options_.spelling + " was refused: " + why;
@@ -215,8 +215,8 @@ void Session::dialerEnded() {
   mainThread_->stop();
 }
 
-/// A client that dials stays when Seldial fails. It ends with the desktop, and when there never was
-/// a hot key.
+/// A client that dials keeps running when Seldial fails. It ends with the desktop, and if there
+/// never was a hot key.
 bool Session::restartsAfter(int status) const {
   const bool desktopLost = WIFEXITED(status) && WEXITSTATUS(status) == kDesktopLost;
   return dialling_ && hotKeyWasSet_ && !desktopLost;

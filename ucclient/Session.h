@@ -19,20 +19,20 @@
 namespace seldial {
 
 /// One run of the client: starts Seldial, sends it the hot key once it listens, and shows or dials
-/// what it sends until either is ended. Main thread only.
+/// the numbers that it sends, until either program ends. Main thread only.
 class Session : public std::enable_shared_from_this<Session> {
  public:
-  /// Reads the options again; nothing, and why, when they are wrong now.
+  /// Reads the options again. Nothing if they are invalid; `error` then says why.
   using Reread = std::function<std::optional<Options>(std::string& error)>;
 
   Session(Options options, Reread reread);
 
-  /// Runs the session to its end. Returns the exit status: 0 when the end was asked for, 1 after
-  /// any error.
+  /// Runs the session to its end. Returns the exit status: 0 if the end was requested, 1 after any
+  /// error.
   int run();
 
-  /// A function for any thread that ends the session, Seldial first. The second call kills Seldial.
-  /// It does not keep the session alive.
+  /// Returns a function that ends Seldial and then the session. The second call kills Seldial. The
+  /// function does not keep the session alive. Any thread may call it.
   [[nodiscard]] std::function<void()> endRequest();
 
  private:
@@ -83,21 +83,21 @@ class Session : public std::enable_shared_from_this<Session> {
   const Reread reread_;
   Console console_;
   const std::shared_ptr<MainThread> mainThread_ = std::make_shared<MainThread>();
-  // In this order: the child ends first, then the socket closes, then the directory goes.
+  // The order matters: the child ends first, then the socket closes, then the directory is removed.
   std::unique_ptr<PrivateDirectory> directory_;
-  std::unique_ptr<ControlSocket> control_;  ///< null when another client has it
+  std::unique_ptr<ControlSocket> control_;  ///< null if another client has it
   std::unique_ptr<MessageListener> listener_;
   std::unique_ptr<ChildProcess> dialer_;
   std::string dialerPath_;
-  std::unique_ptr<Dialler> dialling_;  ///< null when numbers are only printed
+  std::unique_ptr<Dialler> dialling_;  ///< null if numbers are only printed
   History history_;
-  ControlSocket::Reply reloading_;  ///< to be told how a reload ended; empty: there is none
-  std::string reloadNote_;          ///< the answer when it went well
-  ControlSocket::Reply trying_;     ///< to be told of the next use; empty: that is dialled
+  ControlSocket::Reply reloading_;  ///< for the result of a reload; empty if there is none
+  std::string reloadNote_;          ///< the answer if the reload succeeds
+  ControlSocket::Reply trying_;     ///< to notify of the next use instead of dialling; may be empty
   bool hasHotKey_ = false;
-  bool hotKeyWasSet_ = false;  ///< once
+  bool hotKeyWasSet_ = false;  ///< at least once
   const std::time_t begun_ = std::time(nullptr);
-  std::chrono::steady_clock::time_point started_;  ///< of the child
+  std::chrono::steady_clock::time_point started_;  ///< start time of the child
   std::chrono::seconds pause_{1};                  ///< before the next restart
   bool ending_ = false;
   bool endRequested_ = false;

@@ -16,7 +16,7 @@ std::string describedDialling(const DialSettings& settings) {
 
 }  // namespace
 
-/// Without a control socket everything else works.
+/// Everything else works without a control socket.
 void Session::answerRequests() {
   const std::string path = controlSocketPath();
   if (path.empty()) return;
@@ -52,13 +52,14 @@ std::string Session::statusText() const {
          (trying_ ? "Next use: is not dialled, the settings show it\n" : "") + history_.text();
 }
 
-/// Whether somebody wanted to know of this use of the hot key, and still does.
+/// Whether a client is waiting for this use of the hot key as a trial.
 bool Session::wasTrial() {
   const auto reply = std::exchange(trying_, nullptr);
   return reply && reply("used\n");
 }
 
-/// Applies the configuration as it is now. Another program is started only when this one ends.
+/// Applies the current configuration. A different seldial program is started only when the current
+/// one ends.
 void Session::reload(const ControlSocket::Reply& reply) {
   std::string error;
   const auto options = reread_(error);

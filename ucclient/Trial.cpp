@@ -8,10 +8,10 @@
 namespace seldial {
 namespace {
 
-/// What is selected in the window. It is no telephone number.
+/// The text that is selected in the window. It is not a telephone number.
 constexpr const char* kSelectedText = "Seldial 0123456789";
 
-/// On a desktop that is busy, a window that has just opened may not copy at once.
+/// On a busy desktop, a window that has just opened may not copy at once.
 constexpr int kMostWindows = 3;
 
 }  // namespace
