@@ -38,6 +38,7 @@ APPLICATIONS = [
     Application("Chromium page", "chromium", "chromium --no-sandbox --no-first-run --user-data-dir={dir}/c {html}", "page", settle=6),
     Application("Firefox page", "firefox-esr", "firefox-esr --new-instance --profile {dir} {html}", "page", settle=8),
     Application("WebKitGTK page", "gir1.2-webkit2-4.1 python3-gi", "/usr/bin/python3 {dir}/webkit.py", "page", settle=5),
+    Application("Epiphany page", "epiphany-browser", "epiphany-browser --private-instance {html}", "page", settle=8),
     Application("LibreOffice Writer", "libreoffice-writer libreoffice-gtk3", "sh {dir}/office.sh writer {text}", settle=12),
     Application("LibreOffice Calc", "libreoffice-calc libreoffice-gtk3", "sh {dir}/office.sh calc {csv}", "cell", "click", settle=12),
     Application("Thunderbird", "thunderbird", "thunderbird {mail}", "page", settle=12),

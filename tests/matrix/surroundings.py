@@ -25,6 +25,8 @@ SURROUNDINGS = [
     Surrounding("clipit", "clipit", "clipboard manager", "dbus-run-session -- clipit"),
     Surrounding("copyq", "copyq", "clipboard manager", "dbus-run-session -- copyq"),
     Surrounding("diodon", "diodon", "clipboard manager", "dbus-run-session -- diodon"),
+    Surrounding("gpaste", "gpaste-2", "clipboard manager",
+                "dbus-run-session -- /usr/libexec/gpaste/gpaste-daemon"),
     Surrounding("parcellite", "parcellite", "clipboard manager", "dbus-run-session -- parcellite"),
     Surrounding("xfce4-clipman", "xfce4-clipman", "clipboard manager", "dbus-run-session -- xfce4-clipman"),
     Surrounding("Xephyr", "xserver-xephyr", "X server", "Xephyr -displayfd 1 -screen 1000x700 -noreset -nolisten tcp"),
