@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "platform/VirtualKeys.h"
-
 namespace seldial::platform::linux_port {
 namespace {
 
@@ -93,6 +91,16 @@ std::optional<std::uint16_t> virtualKeyAtPosition(std::uint32_t key) {
       [=](const KeyPosition& position) { return position.evdevCode + kFirstKey == key; });
   if (found == std::end(kPositions)) return {};
   return found->virtualKey;
+}
+
+bool isModifierOrLockKey(std::uint32_t keyCode) {
+  const bool isNumLock = keyCode == kVK_ANSI_KeypadClear;
+  return keyCode == kVK_CapsLock || isNumLock || isModifierKey(static_cast<std::uint16_t>(keyCode));
+}
+
+bool canBeBound(std::uint32_t keyCode, std::uint32_t modifiers) {
+  const bool copies = keyCode == kVK_Help && (modifiers & kHotKeyModifiers) == kHotKeyControl;
+  return keyAtPosition(keyCode) && !isModifierOrLockKey(keyCode) && !copies;
 }
 
 }  // namespace seldial::platform::linux_port

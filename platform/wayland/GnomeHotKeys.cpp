@@ -1,7 +1,6 @@
 #include "platform/wayland/GnomeHotKeys.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "platform/Output.h"
@@ -28,7 +27,7 @@ constexpr std::chrono::seconds kLongestUse{10};
 
 GnomeHotKeys::GnomeHotKeys(linux_port::MainLoop& loop, Bus& bus, MutterRemote& remote,
                            SymbolName symbolName)
-    : loop_(loop),
+    : RegisteredHotKeys(loop),
       remote_(remote),
       symbolName_(std::move(symbolName)),
       timer_(loop),
@@ -39,27 +38,24 @@ GnomeHotKeys::GnomeHotKeys(linux_port::MainLoop& loop, Bus& bus, MutterRemote& r
 std::optional<HotKeyRef> GnomeHotKeys::registerHotKey(std::uint32_t keyCode,
                                                       std::uint32_t modifiers, HotKeyID hotKeyID) {
   if (!canBeHotKey(keyCode, modifiers)) return {};
-  registrations_.push_back({++lastRef_, hotKeyID, triggerOf(keyCode, modifiers)});
+  const auto ref = add(makeRegistration(hotKeyID, {triggerOf(keyCode, modifiers)}));
   told_.clear();
   const auto answer = bindAll();
   tellAnswer(answer);
-  if (answer != PortalShortcuts::Answer::kRefused) return lastRef_;
-  unregisterHotKey(lastRef_);
+  if (answer != PortalShortcuts::Answer::kRefused) return ref;
+  unregisterHotKey(ref);
   return {};
 }
 
 bool GnomeHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
-  constexpr std::array kLocks{kVK_CapsLock, kVK_ANSI_KeypadClear};  // the second is Num Lock
-  const bool isLock = std::find(kLocks.begin(), kLocks.end(), keyCode) != kLocks.end();
-  if (isLock || isModifierKey(static_cast<std::uint16_t>(keyCode))) return false;
+  if (linux_port::isModifierOrLockKey(keyCode)) return false;
   const auto trigger = triggerOf(keyCode, modifiers);
   // The second is what makes an application copy.
   return !trigger.empty() && trigger != kModifiersUpTrigger && trigger != "CTRL+Insert";
 }
 
 void GnomeHotKeys::unregisterHotKey(HotKeyRef ref) {
-  std::erase_if(registrations_,
-                [ref](const auto& registration) { return registration.ref == ref; });
+  take(ref);
   if (registrations_.empty()) return unregisterAll();
   bindAll();
 }
@@ -164,14 +160,8 @@ void GnomeHotKeys::askForModifiers() {
 /// An answer that is older than the press is one to a use before.
 void GnomeHotKeys::modifiersAreUp(std::uint64_t time) {
   if (!use_ || time < use_->pressed || (!use_->released && !hasModifiers(use_->id))) return;
-  HotKeyReleased released;
-  released.hotKeyID = use_->hotKeyID;
-  released.event.timestamp = std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
   timer_.stop();
-  use_.reset();
-  loop_.async([handler = handler_, released] {
-    if (*handler) (*handler)(released);
-  });
+  postReleased(std::exchange(use_, std::nullopt)->hotKeyID);
 }
 
 void GnomeHotKeys::endUse() {

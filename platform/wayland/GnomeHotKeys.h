@@ -10,31 +10,30 @@
 
 #include <chrono>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "platform/HotKeyEvents.h"
 #include "platform/linux/MainLoop.h"
+#include "platform/linux/RegisteredHotKeys.h"
 #include "platform/wayland/MutterRemote.h"
 #include "platform/wayland/PortalShortcuts.h"
 
 namespace seldial::platform::wayland {
 
+struct GnomeHotKey {
+  std::string trigger;  ///< as the portal spells the combination; also the shortcut's id
+};
+
 /// Main thread only. Releases reach the handler through the main queue, when no modifier is down;
 /// the session of `remote` is open then. Whoever handles them closes it.
-class GnomeHotKeys final : public HotKeyEvents {
+class GnomeHotKeys final : public linux_port::RegisteredHotKeys<GnomeHotKey> {
  public:
   /// The name of the symbol on a key, an X key code; see SeatKeymap::symbolName().
   using SymbolName = std::function<std::string(std::uint32_t key)>;
 
   /// `bus` and `remote` must outlive this object.
   GnomeHotKeys(linux_port::MainLoop& loop, Bus& bus, MutterRemote& remote, SymbolName symbolName);
-  GnomeHotKeys(const GnomeHotKeys&) = delete;
-  GnomeHotKeys& operator=(const GnomeHotKeys&) = delete;
-
-  void installReleasedHandler(ReleasedHandler handler) override { *handler_ = std::move(handler); }
 
   /// Accepts a combination also while the user is still being asked. Standard error tells that, the
   /// answer, and the key that the user chose.
@@ -51,12 +50,6 @@ class GnomeHotKeys final : public HotKeyEvents {
 
  private:
   using Clock = std::chrono::steady_clock;
-
-  struct Registration {
-    HotKeyRef ref = 0;
-    HotKeyID hotKeyID;
-    std::string trigger;  ///< as the portal spells the combination; also the shortcut's id
-  };
 
   /// From the press of a hot key until no modifier is down.
   struct Use {
@@ -78,12 +71,8 @@ class GnomeHotKeys final : public HotKeyEvents {
   void modifiersAreUp(std::uint64_t time);
   void endUse();
 
-  linux_port::MainLoop& loop_;
   MutterRemote& remote_;
   const SymbolName symbolName_;
-  const std::shared_ptr<ReleasedHandler> handler_ = std::make_shared<ReleasedHandler>();
-  std::vector<Registration> registrations_;
-  HotKeyRef lastRef_ = 0;
   std::optional<Use> use_;
   std::string told_;  ///< what the user knows
   linux_port::Timer timer_;

@@ -5,31 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
-#include "platform/VirtualKeys.h"
-#include "platform/linux/KeyTable.h"
-
 namespace seldial::platform::wayland {
-namespace {
-
-constexpr std::uint32_t kHotKeyModifiers =
-    kHotKeyCommand | kHotKeyShift | kHotKeyOption | kHotKeyControl;
-
-}  // namespace
-
-bool canBeBound(std::uint32_t keyCode, std::uint32_t modifiers) {
-  constexpr std::array kLocks{kVK_CapsLock, kVK_ANSI_KeypadClear};  // the second is Num Lock
-  const bool isLock = std::find(kLocks.begin(), kLocks.end(), keyCode) != kLocks.end();
-  // Ctrl+Insert is what makes an application copy: the binding would take it.
-  const bool copies = keyCode == kVK_Help && (modifiers & kHotKeyModifiers) == kHotKeyControl;
-  return linux_port::keyAtPosition(keyCode) &&
-         !isModifierKey(static_cast<std::uint16_t>(keyCode)) && !isLock && !copies;
-}
 
 HotKeyClaim::HotKeyClaim(HotKeyClaim&& other) noexcept
     : path_(std::move(other.path_)), file_(std::exchange(other.file_, -1)) {}

@@ -5,16 +5,11 @@
 // a killed program left bound.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace seldial::platform::wayland {
-
-/// Whether a virtual key code with HotKeyModifier bits is a combination for a hot key: not a
-/// modifier or lock key, and not the copy keystroke.
-[[nodiscard]] bool canBeBound(std::uint32_t keyCode, std::uint32_t modifiers);
 
 /// One combination, held for as long as this object lives.
 class HotKeyClaim {

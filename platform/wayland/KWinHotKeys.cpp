@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <utility>
 
 #include "platform/Output.h"
@@ -11,9 +10,6 @@
 
 namespace seldial::platform::wayland {
 namespace {
-
-constexpr std::uint32_t kHotKeyModifiers =
-    kHotKeyCommand | kHotKeyShift | kHotKeyOption | kHotKeyControl;
 
 constexpr const char* kTitle = "Dial the selection";
 
@@ -33,19 +29,19 @@ std::string actionOf(std::uint32_t key, std::uint32_t modifiers) {
   return name + std::to_string(key);
 }
 
-double now() {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
 }  // namespace
 
-std::string KWinHotKeys::Registration::action() const {
+std::string KWinHotKey::action() const {
   return actionOf(key, modifiers);
 }
 
 KWinHotKeys::KWinHotKeys(linux_port::MainLoop& loop, GlobalAccel& shortcuts, HotKeyClaims& claims,
                          ModifierProbe& probe, const SeatKeymap& keymap)
-    : loop_(loop), shortcuts_(shortcuts), claims_(claims), probe_(probe), keymap_(keymap) {
+    : RegisteredHotKeys(loop),
+      shortcuts_(shortcuts),
+      claims_(claims),
+      probe_(probe),
+      keymap_(keymap) {
   // An action that no running program claims is a killed program's.
   for (const auto& action : shortcuts_.actions()) {
     if (claims_.claim(action)) shortcuts_.remove(action);
@@ -60,54 +56,47 @@ std::optional<HotKeyRef> KWinHotKeys::registerHotKey(std::uint32_t keyCode, std:
                                                      HotKeyID hotKeyID) {
   if (!canBeHotKey(keyCode, modifiers)) return {};
   const std::uint32_t key = *linux_port::keyAtPosition(keyCode);
-  modifiers &= kHotKeyModifiers;
+  modifiers &= linux_port::kHotKeyModifiers;
   auto claim = claims_.claim(actionOf(key, modifiers));
   if (!claim) return {};
   if (!probe_.open()) {
     printError("seldial: Plasma has no free key to find held modifiers with");
     return {};
   }
-  Registration registration{++lastRef_, hotKeyID, key, modifiers, {}, std::move(*claim)};
-  if (set(registration)) {
-    registrations_.push_back(std::move(registration));
-    return lastRef_;
-  }
+  auto registration = makeRegistration(hotKeyID, {key, modifiers, {}, std::move(*claim)});
+  if (set(registration)) return add(std::move(registration));
   if (registrations_.empty()) probe_.close();
   return {};
 }
 
 bool KWinHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
   const bool isKeypad = std::find(kKeypad.begin(), kKeypad.end(), keyCode) != kKeypad.end();
-  return canBeBound(keyCode, modifiers) && !isKeypad;
+  return linux_port::canBeBound(keyCode, modifiers) && !isKeypad;
 }
 
 /// Gives the action the codes of the present layouts.
-bool KWinHotKeys::set(Registration& registration) {
+bool KWinHotKeys::set(KWinHotKey& hotKey) {
   const auto keymap = keymap_.file().read();
-  auto codes =
-      keymap ? qtKeys(*keymap, registration.key, registration.modifiers, shortcuts_.qtVersion())
-             : std::vector<int>();
-  if (codes == registration.codes) return !codes.empty();
-  registration.codes.clear();
+  auto codes = keymap ? qtKeys(*keymap, hotKey.key, hotKey.modifiers, shortcuts_.qtVersion())
+                      : std::vector<int>();
+  if (codes == hotKey.codes) return !codes.empty();
+  hotKey.codes.clear();
   if (codes.empty()) {
-    shortcuts_.remove(registration.action());
+    shortcuts_.remove(hotKey.action());
     return false;
   }
-  if (!shortcuts_.set(registration.action(), kTitle, codes)) {
+  if (!shortcuts_.set(hotKey.action(), kTitle, codes)) {
     printError("seldial: another program has this combination among Plasma's global shortcuts");
     return false;
   }
-  registration.codes = std::move(codes);
+  hotKey.codes = std::move(codes);
   return true;
 }
 
 void KWinHotKeys::unregisterHotKey(HotKeyRef ref) {
-  const auto found =
-      std::find_if(registrations_.begin(), registrations_.end(),
-                   [ref](const Registration& registration) { return registration.ref == ref; });
-  if (found == registrations_.end()) return;
-  shortcuts_.remove(found->action());
-  registrations_.erase(found);
+  const auto taken = take(ref);
+  if (!taken) return;
+  shortcuts_.remove(taken->action());
   if (registrations_.empty()) probe_.close();
 }
 
@@ -119,13 +108,7 @@ void KWinHotKeys::unregisterAll() {
 
 void KWinHotKeys::released(const std::string& action) {
   for (const auto& registration : registrations_) {
-    if (registration.action() != action) continue;
-    HotKeyReleased released;
-    released.hotKeyID = registration.hotKeyID;
-    released.event.timestamp = now();
-    loop_.async([handler = handler_, released] {
-      if (*handler) (*handler)(released);
-    });
+    if (registration.action() == action) postReleased(registration.hotKeyID);
   }
 }
 

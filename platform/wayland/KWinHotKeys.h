@@ -4,11 +4,10 @@
 // every code that its place has in the user's layouts, and gets other codes when those change.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "platform/HotKeyEvents.h"
+#include "platform/linux/RegisteredHotKeys.h"
 #include "platform/wayland/GlobalAccel.h"
 #include "platform/wayland/HotKeyClaims.h"
 #include "platform/wayland/ModifierProbe.h"
@@ -16,8 +15,17 @@
 
 namespace seldial::platform::wayland {
 
-/// Main thread only. Releases reach the handler through the main queue.
-class KWinHotKeys final : public HotKeyEvents {
+struct KWinHotKey {
+  std::uint32_t key = 0;        ///< an X key code
+  std::uint32_t modifiers = 0;  ///< HotKeyModifier bits
+  std::vector<int> codes;       ///< empty where the layouts have none, or another program has one
+  HotKeyClaim claim;
+
+  [[nodiscard]] std::string action() const;
+};
+
+/// Main thread only.
+class KWinHotKeys final : public linux_port::RegisteredHotKeys<KWinHotKey> {
  public:
   /// All of them must outlive this object. Combinations that a killed program left taken are given
   /// back at once.
@@ -27,8 +35,6 @@ class KWinHotKeys final : public HotKeyEvents {
   ~KWinHotKeys() override;
   KWinHotKeys(const KWinHotKeys&) = delete;
   KWinHotKeys& operator=(const KWinHotKeys&) = delete;
-
-  void installReleasedHandler(ReleasedHandler handler) override { *handler_ = std::move(handler); }
 
   /// Refuses keys that canBeHotKey() refuses or that have no code in any layout, and, with a line
   /// on standard error, what another program has.
@@ -47,27 +53,12 @@ class KWinHotKeys final : public HotKeyEvents {
   void keymapChanged();
 
  private:
-  struct Registration {
-    HotKeyRef ref = 0;
-    HotKeyID hotKeyID;
-    std::uint32_t key = 0;        ///< an X key code
-    std::uint32_t modifiers = 0;  ///< HotKeyModifier bits
-    std::vector<int> codes;       ///< empty where the layouts have none, or another program has one
-    HotKeyClaim claim;
+  bool set(KWinHotKey& hotKey);
 
-    [[nodiscard]] std::string action() const;
-  };
-
-  bool set(Registration& registration);
-
-  linux_port::MainLoop& loop_;
   GlobalAccel& shortcuts_;
   HotKeyClaims& claims_;
   ModifierProbe& probe_;
   const SeatKeymap& keymap_;
-  const std::shared_ptr<ReleasedHandler> handler_ = std::make_shared<ReleasedHandler>();
-  std::vector<Registration> registrations_;
-  HotKeyRef lastRef_ = 0;
 };
 
 }  // namespace seldial::platform::wayland

@@ -4,8 +4,6 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <chrono>
 #include <utility>
 
 #include "platform/Output.h"
@@ -38,7 +36,7 @@ int listenAt(const std::string& path) {
 }  // namespace
 
 PressHotKeys::PressHotKeys(linux_port::MainLoop& loop, std::string session)
-    : loop_(loop), session_(std::move(session)) {}
+    : RegisteredHotKeys(loop), loop_(loop), session_(std::move(session)) {}
 
 PressHotKeys::~PressHotKeys() {
   unregisterAll();
@@ -55,8 +53,7 @@ std::optional<HotKeyRef> PressHotKeys::registerHotKey(std::uint32_t keyCode,
   }
   printError("seldial: " + session_ +
              " gives programs no hot key; bind a key to \"seldial-uc press\" in its configuration");
-  registrations_.push_back({++lastRef_, hotKeyID});
-  return lastRef_;
+  return add(makeRegistration(hotKeyID, {}));
 }
 
 bool PressHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t /*modifiers*/) {
@@ -64,8 +61,7 @@ bool PressHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t /*modifiers*
 }
 
 void PressHotKeys::unregisterHotKey(HotKeyRef ref) {
-  std::erase_if(registrations_,
-                [ref](const auto& registration) { return registration.ref == ref; });
+  take(ref);
   if (registrations_.empty()) unregisterAll();
 }
 
@@ -94,13 +90,7 @@ void PressHotKeys::readable() {
   for (int press = accept(socket_, nullptr, nullptr); press != -1;
        press = accept(socket_, nullptr, nullptr)) {
     close(press);
-    HotKeyReleased released;
-    released.hotKeyID = registrations_.back().hotKeyID;
-    released.event.timestamp =
-        std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-    loop_.async([handler = handler_, released] {
-      if (*handler) (*handler)(released);
-    });
+    postReleased(registrations_.back().hotKeyID);
   }
 }
 

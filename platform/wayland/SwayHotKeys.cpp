@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
 #include <utility>
 
@@ -14,9 +13,6 @@
 
 namespace seldial::platform::wayland {
 namespace {
-
-constexpr std::uint32_t kHotKeyModifiers =
-    kHotKeyCommand | kHotKeyShift | kHotKeyOption | kHotKeyControl;
 
 /// What the bindings of a registration do. The process id keeps programs of this kind apart: each
 /// gets the events of all bindings.
@@ -55,18 +51,14 @@ std::string textIn(const std::optional<JSONValue>& value, std::string_view key,
   return text != nullptr ? *text : std::string();
 }
 
-double now() {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
 }  // namespace
 
 SwayHotKeys::SwayHotKeys(std::unique_ptr<SwayConnection> commands,
                          std::unique_ptr<SwayConnection> events, const std::string& socketPath,
                          linux_port::MainLoop& loop, SymbolsOfKey symbolsOfKey,
                          std::function<void()> connectionLost)
-    : commands_(std::move(commands)),
-      loop_(loop),
+    : RegisteredHotKeys(loop),
+      commands_(std::move(commands)),
       symbolsOfKey_(std::move(symbolsOfKey)),
       claims_(sharedRuntimeDirectory(), fileName(socketPath)),
       events_(
@@ -85,20 +77,19 @@ std::optional<HotKeyRef> SwayHotKeys::registerHotKey(std::uint32_t keyCode, std:
                                                      HotKeyID hotKeyID) {
   if (!canBeHotKey(keyCode, modifiers)) return {};
   const SwayCombination combination{*linux_port::keyAtPosition(keyCode),
-                                    modifiers & kHotKeyModifiers};
+                                    modifiers & linux_port::kHotKeyModifiers};
   auto claim = claims_.claim(combination.text());
   if (!claim || !isFree(combination)) return {};
-  Registration registration{++lastRef_, hotKeyID, combination, std::move(*claim)};
+  auto registration = makeRegistration(hotKeyID, {combination, std::move(*claim)});
   if (!bind(registration)) {
     unbind(combination.text());
     return {};
   }
-  registrations_.push_back(std::move(registration));
-  return lastRef_;
+  return add(std::move(registration));
 }
 
 bool SwayHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
-  return canBeBound(keyCode, modifiers);
+  return linux_port::canBeBound(keyCode, modifiers);
 }
 
 bool SwayHotKeys::isFree(const SwayCombination& combination) {
@@ -121,12 +112,7 @@ bool SwayHotKeys::bind(const Registration& registration) {
 }
 
 void SwayHotKeys::unregisterHotKey(HotKeyRef ref) {
-  const auto found =
-      std::find_if(registrations_.begin(), registrations_.end(),
-                   [ref](const Registration& registration) { return registration.ref == ref; });
-  if (found == registrations_.end()) return;
-  unbind(found->combination.text());
-  registrations_.erase(found);
+  if (const auto taken = take(ref)) unbind(taken->combination.text());
 }
 
 void SwayHotKeys::unregisterAll() {
@@ -177,13 +163,7 @@ void SwayHotKeys::handle(SwayEvent event, const std::string& content) {
 
 void SwayHotKeys::released(const std::string& command) {
   for (const auto& registration : registrations_) {
-    if (command != commandOf(registration.ref, "released")) continue;
-    HotKeyReleased released;
-    released.hotKeyID = registration.hotKeyID;
-    released.event.timestamp = now();
-    loop_.async([handler = handler_, released] {
-      if (*handler) (*handler)(released);
-    });
+    if (command == commandOf(registration.ref, "released")) postReleased(registration.hotKeyID);
   }
 }
 

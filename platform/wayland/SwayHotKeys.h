@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/HotKeyEvents.h"
+#include "platform/linux/RegisteredHotKeys.h"
 #include "platform/wayland/HotKeyClaims.h"
 #include "platform/wayland/SwayConfig.h"
 #include "platform/wayland/SwayIpc.h"
@@ -23,8 +23,13 @@ namespace seldial::platform::wayland {
 /// What symbols a key, an X key code, has in the user's layouts.
 using SymbolsOfKey = std::function<HasSymbol(std::uint32_t key)>;
 
-/// Main thread only. Releases reach the handler through the main queue.
-class SwayHotKeys final : public HotKeyEvents {
+struct SwayHotKey {
+  SwayCombination combination;
+  HotKeyClaim claim;
+};
+
+/// Main thread only.
+class SwayHotKeys final : public linux_port::RegisteredHotKeys<SwayHotKey> {
  public:
   /// `socketPath` is where `commands` leads; `connectionLost` is called once, from the loop.
   /// Combinations that a killed program left bound are given back at once.
@@ -35,8 +40,6 @@ class SwayHotKeys final : public HotKeyEvents {
   ~SwayHotKeys() override;
   SwayHotKeys(const SwayHotKeys&) = delete;
   SwayHotKeys& operator=(const SwayHotKeys&) = delete;
-
-  void installReleasedHandler(ReleasedHandler handler) override { *handler_ = std::move(handler); }
 
   /// Refuses keys without a key code, modifier keys, the copy keystroke, and, with a line on
   /// standard error, what sway's configuration or another program of this kind has.
@@ -52,13 +55,6 @@ class SwayHotKeys final : public HotKeyEvents {
   [[nodiscard]] std::vector<std::string> focusedProgram();
 
  private:
-  struct Registration {
-    HotKeyRef ref = 0;
-    HotKeyID hotKeyID;
-    SwayCombination combination;
-    HotKeyClaim claim;
-  };
-
   [[nodiscard]] bool isFree(const SwayCombination& combination);
   bool bind(const Registration& registration);
   void bindAllAgain();
@@ -69,13 +65,9 @@ class SwayHotKeys final : public HotKeyEvents {
   [[nodiscard]] std::string answer(SwayRequest request, const char* key);
 
   const std::unique_ptr<SwayConnection> commands_;
-  linux_port::MainLoop& loop_;
   const SymbolsOfKey symbolsOfKey_;
-  const std::shared_ptr<ReleasedHandler> handler_ = std::make_shared<ReleasedHandler>();
   HotKeyClaims claims_;
-  std::vector<Registration> registrations_;
   std::set<std::string> modes_;  ///< in which there may be bindings of ours
-  HotKeyRef lastRef_ = 0;
   SwayEvents events_;
 };
 

@@ -37,7 +37,7 @@ xcb_keycode_t carrierOf(const KeyboardMap& map, std::uint8_t modifiers) {
 
 HotKeyGrabs::HotKeyGrabs(Connection& connection, EventPump& pump, MainQueue& queue,
                          Keyboards& keyboards)
-    : connection_(connection), queue_(queue), keyboards_(keyboards) {
+    : RegisteredHotKeys(queue), connection_(connection), keyboards_(keyboards) {
   pump.add(*this);
   keyboards.whenModifiersChange([this] { grabAgain(); });
 }
@@ -48,8 +48,7 @@ std::optional<HotKeyRef> HotKeyGrabs::registerHotKey(std::uint32_t keyCode, std:
   if (!wanted) return {};
   locks_ = keyboards_.map().masks.locks;
   if (!isFree(wanted->key, wanted->mask) || !grab(wanted->key, wanted->mask)) return {};
-  registrations_.push_back({++lastRef_, hotKeyID, wanted->key, modifiers, wanted->mask});
-  return lastRef_;
+  return add(makeRegistration(hotKeyID, {wanted->key, modifiers, wanted->mask}));
 }
 
 bool HotKeyGrabs::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
@@ -67,12 +66,9 @@ std::optional<HotKeyGrabs::Combination> HotKeyGrabs::combinationFor(std::uint32_
 }
 
 void HotKeyGrabs::unregisterHotKey(HotKeyRef ref) {
-  const auto found =
-      std::find_if(registrations_.begin(), registrations_.end(),
-                   [ref](const Registration& registration) { return registration.ref == ref; });
-  if (found == registrations_.end()) return;
-  if (found->mask) ungrab(found->key, *found->mask);
-  registrations_.erase(found);
+  const auto taken = take(ref);
+  if (!taken) return;
+  if (taken->mask) ungrab(taken->key, *taken->mask);
   connection_.synchronise();  // another program can grab it as soon as this returns
 }
 
@@ -156,15 +152,12 @@ void HotKeyGrabs::release(const xcb_key_press_event_t& event) {
 }
 
 void HotKeyGrabs::post(const Registration& registration, const xcb_key_press_event_t& event) {
-  HotKeyReleased released;
-  released.hotKeyID = registration.hotKeyID;
-  released.event.locationX = event.root_x;
-  released.event.locationY = event.root_y;
-  released.event.modifierFlags = keyboards_.map().masks.flagsFor(event.state);
-  released.event.timestamp = event.time / 1000.0;
-  queue_.async([handler = handler_, released] {
-    if (*handler) (*handler)(released);
-  });
+  KeyEvent released;
+  released.locationX = event.root_x;
+  released.locationY = event.root_y;
+  released.modifierFlags = keyboards_.map().masks.flagsFor(event.state);
+  released.timestamp = event.time / 1000.0;
+  postReleased(registration.hotKeyID, released);
 }
 
 bool HotKeyGrabs::type(std::uint16_t keyCode, std::uint64_t modifierFlags) {

@@ -8,20 +8,24 @@
 #pragma once
 
 #include <functional>
-#include <memory>
-#include <vector>
+#include <optional>
 
-#include "platform/HotKeyEvents.h"
+#include "platform/linux/RegisteredHotKeys.h"
 #include "platform/x11/Keyboards.h"
 
 namespace seldial::platform::x11 {
 
-/// Main thread only. Releases reach the handler through the main queue.
-class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
+struct HotKeyGrab {
+  xcb_keycode_t key = 0;
+  std::uint32_t modifiers = 0;        ///< HotKeyModifier bits
+  std::optional<std::uint16_t> mask;  ///< of the grab; nothing while it cannot be grabbed
+  bool armed = false;                 ///< pressed, not yet released
+};
+
+/// Main thread only.
+class HotKeyGrabs final : public linux_port::RegisteredHotKeys<HotKeyGrab>, public EventHandler {
  public:
   HotKeyGrabs(Connection& connection, EventPump& pump, MainQueue& queue, Keyboards& keyboards);
-
-  void installReleasedHandler(ReleasedHandler handler) override { *handler_ = std::move(handler); }
 
   /// Returns whether a combination of an X key code and a modifier state is reserved.
   using IsReserved =
@@ -54,14 +58,6 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
     xcb_keycode_t key = 0;
     std::uint16_t mask = 0;
   };
-  struct Registration {
-    HotKeyRef ref = 0;
-    HotKeyID hotKeyID;
-    xcb_keycode_t key = 0;
-    std::uint32_t modifiers = 0;        ///< HotKeyModifier bits
-    std::optional<std::uint16_t> mask;  ///< of the grab; nothing while it cannot be grabbed
-    bool armed = false;                 ///< pressed, not yet released
-  };
 
   [[nodiscard]] std::optional<Combination> combinationFor(std::uint32_t keyCode,
                                                           std::uint32_t modifiers);
@@ -74,13 +70,9 @@ class HotKeyGrabs final : public HotKeyEvents, public EventHandler {
   void post(const Registration& registration, const xcb_key_press_event_t& event);
 
   Connection& connection_;
-  MainQueue& queue_;
   Keyboards& keyboards_;
   IsReserved isReserved_ = [](const Keyboards&, xcb_keycode_t, std::uint16_t) { return false; };
-  std::shared_ptr<ReleasedHandler> handler_ = std::make_shared<ReleasedHandler>();
-  std::vector<Registration> registrations_;
   std::uint8_t locks_ = 0;  ///< of the grabs
-  HotKeyRef lastRef_ = 0;
   KeySet pressed_;
 };
 
