@@ -3,15 +3,30 @@ import os
 import shutil
 import subprocess
 import time
+from pathlib import Path
 
 from session import ROOT, Session, eventually
 
-EVDEV = {"ctrl": 29, "alt": 56, "shift": 42, "super": 125, "d": 32, "a": 30, "end": 107, "f5": 63, "2": 3}
+EVDEV = {"ctrl": 29, "alt": 56, "shift": 42, "super": 125, "d": 32, "a": 30, "end": 107, "f5": 63, "2": 3, "left": 272}
 
 # Without a menu KWin finds no .desktop file. Plasma's own is in another package than KWin.
 MENU = """<!DOCTYPE Menu PUBLIC "-//freedesktop//DTD Menu 1.0//EN"
  "http://www.freedesktop.org/standards/menu-spec/1.0/menu.dtd">
 <Menu><Name>Applications</Name><DefaultAppDirs/><Include><All/></Include></Menu>
+"""
+
+# So that the middle of the screen is in every window.
+RULES = """[General]
+count=1
+rules=1
+[1]
+Description=All windows
+maximizehoriz=true
+maximizehorizrule=3
+maximizevert=true
+maximizevertrule=3
+types=1
+wmclassmatch=0
 """
 
 DESKTOP_FILE = """[Desktop Entry]
@@ -25,7 +40,7 @@ X-KDE-Wayland-Interfaces=org_kde_kwin_fake_input,org_kde_plasma_window_managemen
 
 class KWin(Session):
     name = "KWin"
-    packages = "kwin-wayland kwin-common"
+    packages = "kwin-wayland kwin-common xwayland"
     user_target = "seldial_kwin_user"
 
     def start(self):
@@ -35,8 +50,12 @@ class KWin(Session):
         self.allow(self.program)
         # A copy has no file capabilities, which cannot be had everywhere.
         compositor = self.copy(shutil.which("kwin_wayland"))
+        self.write("config/kwinrulesrc", RULES)
+        self.write("x11.sh", f"env > {self.directory}/x11.part; mv {self.directory}/x11.part {self.directory}/x11")
+        os.makedirs("/tmp/.X11-unix", mode=0o1777, exist_ok=True)
         self.process = self.run([compositor, "--virtual", "--width", "1280", "--height", "800",
-                                 "--no-lockscreen", "--socket", "wayland-0"],
+                                 "--no-lockscreen", "--xwayland", "--socket", "wayland-0",
+                                 f"sh {self.directory}/x11.sh"],
                                 KWIN_COMPOSE="Q", LANG="C.UTF-8", env_without=["XDG_CURRENT_DESKTOP"])
         if not eventually(lambda: os.path.exists(self.directory + "/wayland-0"), 30):
             raise RuntimeError("KWin does not start")
@@ -60,6 +79,17 @@ class KWin(Session):
         self.user.stdin.write(" ".join(words) + "\n")
         self.user.stdin.flush()
         return float(self.user.stdout.readline())
+
+    def click(self, place, times=1):
+        """Clicks with the left button."""
+        self.keys(f"@{place[0]},{place[1]} 50 " + "+left 30 -left 30 " * times)
+
+    def x11(self):
+        """Variables of programs on Xwayland."""
+        if not eventually(lambda: os.path.exists(self.directory + "/x11")):
+            raise RuntimeError("no Xwayland")
+        lines = Path(self.directory, "x11").read_text(encoding="utf-8").splitlines()
+        return dict(line.split("=", 1) for line in lines if line.startswith(("DISPLAY=", "XAUTHORITY=")))
 
     def layouts(self, layouts):
         """As System Settings does."""

@@ -71,9 +71,10 @@ class Session:
     def own(self, path):
         """Gives what this script has made to the user of the session."""
         if os.geteuid() == 0:
-            for folder, _, files in os.walk(path):
-                for name in [folder] + [os.path.join(folder, file) for file in files]:
-                    os.chown(name, NOBODY, NOBODY, follow_symlinks=False)
+            os.chown(path, NOBODY, NOBODY)
+            for folder, folders, files in os.walk(path):
+                for name in folders + files:
+                    os.chown(os.path.join(folder, name), NOBODY, NOBODY, follow_symlinks=False)
 
     def write(self, name, text):
         """A file of the user."""
@@ -108,6 +109,14 @@ class Session:
         output, _ = process.communicate(timeout=60)
         return output if process.returncode == 0 else ""
 
+    def end_group(self, process):
+        """Ends a program that was started with start_new_session, and what it started."""
+        try:
+            os.killpg(process.pid, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+        process.wait()
+
     def owns(self, name):
         return "true" in self.call(
             "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
@@ -117,11 +126,16 @@ class Session:
 class Window:
     """A window with a text, which has the focus when it is constructed."""
 
-    def __init__(self, session, toolkit, text):
+    text = copied = unharmed = "+31 20 123 4567"
+
+    def __init__(self, session, toolkit):
+        variables = {"GDK_BACKEND": "wayland", "QT_QPA_PLATFORM": "wayland"}
+        if toolkit.endswith("-x11"):
+            toolkit = toolkit.removesuffix("-x11")
+            variables = {"GDK_BACKEND": "x11", **session.x11()}
         self.process = session.run(
-            ["/usr/bin/python3", str(session.copy(ROOT / "tests/desktops/window.py")), toolkit, text],
-            stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, GDK_BACKEND="wayland",
-            QT_QPA_PLATFORM="wayland")
+            ["/usr/bin/python3", str(session.copy(ROOT / "tests/desktops/window.py")), toolkit, self.text],
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, **variables)
         if "ready" not in self.process.stdout.readline():
             raise RuntimeError(f"no window of {toolkit}")
 

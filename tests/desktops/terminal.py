@@ -1,0 +1,22 @@
+"""Fills a terminal with a number, for scripts/test-desktops: terminal.py FILE NUMBER. What the terminal types is
+appended to the file."""
+import os
+import signal
+import sys
+import tty
+
+path, number = sys.argv[1:]
+
+
+def fill(*_):
+    width, height = os.get_terminal_size()
+    line = " ".join([number] * ((width - 1) // (len(number) + 1)))
+    print("\033[2J\033[H" + "\r\n".join([line] * (height - 1)), end="", flush=True)
+
+
+tty.setraw(0)
+signal.signal(signal.SIGWINCH, fill)
+fill()
+while typed := os.read(0, 100):
+    with open(path, "a", encoding="utf-8") as file:
+        file.write(repr(typed))
