@@ -54,10 +54,13 @@ using Proxy = org_kde_plasma_window;
 
 constexpr std::uint32_t kActive = 1;  ///< a bit of a window's state
 
+/// KWin describes a window once; KWin 6 describes it a second time, as one without a name and a
+/// state that is gone. A window that is gone has no other description.
 struct Window {
   std::uint32_t id = 0;
   Proxy* proxy = nullptr;
   std::string applicationId;
+  int descriptions = 0;
   bool active = false;
   bool gone = false;
 };
@@ -76,12 +79,12 @@ const org_kde_plasma_window_listener kWindowListener{
     [](void* /*data*/, Proxy* /*proxy*/, const char* /*title*/) {},
     [](void* data, Proxy* /*proxy*/, const char* id) { window(data).applicationId = id; },
     [](void* data, Proxy* /*proxy*/, std::uint32_t state) {
-      window(data).active = (state & kActive) != 0;
+      if (window(data).descriptions == 0) window(data).active = (state & kActive) != 0;
     },
     [](void* /*data*/, Proxy* /*proxy*/, std::int32_t /*desktop*/) {},
     [](void* /*data*/, Proxy* /*proxy*/, const char* /*icon*/) {},
-    [](void* data, Proxy* /*proxy*/) { window(data).gone = true; },
-    [](void* /*data*/, Proxy* /*proxy*/) {},
+    [](void* data, Proxy* /*proxy*/) { window(data).gone = window(data).descriptions < 2; },
+    [](void* data, Proxy* /*proxy*/) { ++window(data).descriptions; },
     [](void* /*data*/, Proxy* /*proxy*/, Proxy* /*parent*/) {},
     [](void* /*data*/, Proxy* /*proxy*/, std::int32_t /*x*/, std::int32_t /*y*/,
        std::uint32_t /*width*/, std::uint32_t /*height*/) {},

@@ -1,0 +1,67 @@
+// Which program has the focus under KWin.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "platform/wayland/FocusedProgram.h"
+#include "tests/support/Sockets.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/wayland/PlasmaWindowList.h"
+
+namespace seldial::platform::wayland {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using tests::PlasmaWindowList;
+
+class PlasmaWindowsOf : public testing::TestWithParam<PlasmaWindowList::Version> {
+ protected:
+  tests::TemporaryDirectory directory_;
+  const std::string path_ = directory_.path("wayland");
+  PlasmaWindowList list{path_, GetParam()};
+  linux_port::MainLoop loop_;
+  Display display_{dup(tests::Peer::connectedTo(path_).fd), loop_, [] {}};
+  PlasmaWindows windows{display_};
+};
+
+TEST_P(PlasmaWindowsOf, NamesTheProgramOfTheActiveWindow) {
+  list.open(1, "org.test.editor");
+  list.open(2, "foot");
+  list.activate(2);
+  EXPECT_THAT(windows.activeApplications(), ElementsAre("foot"));
+}
+
+TEST_P(PlasmaWindowsOf, NamesItAgainAfterTheUserWentElsewhere) {
+  list.open(1, "org.test.editor");
+  list.open(2, "foot");
+  list.activate(2);
+  EXPECT_THAT(windows.activeApplications(), ElementsAre("foot"));
+  list.activate(1);
+  EXPECT_THAT(windows.activeApplications(), ElementsAre("org.test.editor"));
+}
+
+TEST_P(PlasmaWindowsOf, NamesNoneWhereNoWindowIsActive) {
+  list.open(1, "foot");
+  EXPECT_THAT(windows.activeApplications(), IsEmpty());
+}
+
+TEST_P(PlasmaWindowsOf, ForgetsWindowsThatAreGone) {
+  list.open(1, "foot");
+  list.activate(1);
+  list.close(1);
+  EXPECT_THAT(windows.activeApplications(), IsEmpty());
+  list.open(2, "konsole");
+  list.activate(2);
+  EXPECT_THAT(windows.activeApplications(), ElementsAre("konsole"));
+}
+
+INSTANTIATE_TEST_SUITE_P(KWin, PlasmaWindowsOf,
+                         testing::Values(PlasmaWindowList::Version::kFive,
+                                         PlasmaWindowList::Version::kSix),
+                         [](const auto& version) {
+                           return version.param == PlasmaWindowList::Version::kFive ? "5" : "6";
+                         });
+
+}  // namespace
+}  // namespace seldial::platform::wayland

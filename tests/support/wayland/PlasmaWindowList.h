@@ -1,0 +1,37 @@
+// A compositor with KWin's list of windows for taskbars.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "tests/support/wayland/BareCompositor.h"
+
+namespace seldial::tests {
+
+/// Serves one client.
+class PlasmaWindowList {
+ public:
+  /// KWin 5 describes a window once. KWin 6 describes it a second time, without its state, and says
+  /// that it is gone.
+  enum class Version { kFive, kSix };
+
+  PlasmaWindowList(const std::string& socketPath, Version version);
+
+  void open(std::uint32_t id, const std::string& applicationId);
+  void close(std::uint32_t id);
+  /// The user goes to a window; to none with 0.
+  void activate(std::uint32_t id);
+
+  // Called by libwayland.
+  void bind(wl_client* client, std::uint32_t id);
+  void describe(wl_resource* window, std::uint32_t id);
+
+ private:
+  const Version version_;
+  std::map<std::uint32_t, std::string> windows_;  ///< their application ids
+  std::uint32_t active_ = 0;
+  wl_resource* manager_ = nullptr;
+  BareCompositor compositor_;
+};
+
+}  // namespace seldial::tests
