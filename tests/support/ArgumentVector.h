@@ -5,8 +5,7 @@
 
 namespace seldial::tests {
 
-/// The texts as exec and posix_spawn take arguments and environments; null at the end. Valid as
-/// long as they are.
+/// The texts as a null-terminated array for exec and posix_spawn. Valid as long as `texts`.
 inline std::vector<char*> argumentVector(std::vector<std::string>& texts) {
   std::vector<char*> result;
   result.reserve(texts.size() + 1);

@@ -14,11 +14,11 @@
 
 namespace seldial::tests {
 
-/// Keeps every task until the test runs it, on whatever thread the test is then. Any thread.
+/// Keeps every task until the test runs it on its own thread. Any thread.
 class ManualBackgroundQueue final : public platform::BackgroundQueue {
  public:
   struct Entry {
-    std::chrono::nanoseconds delay{0};  ///< as it was asked for
+    std::chrono::nanoseconds delay{0};  ///< as requested
     Task task;
   };
 
@@ -33,7 +33,7 @@ class ManualBackgroundQueue final : public platform::BackgroundQueue {
     return entries_.size();
   }
 
-  /// The task that was posted first, taken out; an empty one when there is none.
+  /// Removes and returns the oldest task; an empty one if there is none.
   Entry take() {
     const std::lock_guard lock(mutex_);
     if (entries_.empty()) return {};
@@ -47,9 +47,9 @@ class ManualBackgroundQueue final : public platform::BackgroundQueue {
   std::deque<Entry> entries_;
 };
 
-/// The system's own queue, with a say of the test's in when each task starts, and an end to wait
-/// for: `start` gets the task in place of async(), on the thread that posted it, and may run() it,
-/// keep it, or do something first. Set `start` before the first task. Any thread.
+/// The system's queue, under the control of the test. `start` receives each task instead of
+/// async(), on the thread that posted it, and may run() it, keep it, or do something first. The
+/// test can also wait until all tasks have ended. Set `start` before the first task. Any thread.
 class SteeredBackgroundQueue final : public platform::BackgroundQueue {
  public:
   ~SteeredBackgroundQueue() override { waitUntilIdle(); }
@@ -59,16 +59,16 @@ class SteeredBackgroundQueue final : public platform::BackgroundQueue {
     platform::sharedBackgroundQueue()->after(delay, counted(std::move(task)));
   }
 
-  /// Starts a task that `start` was given.
+  /// Starts a task that `start` has received.
   void run(Task task) { platform::sharedBackgroundQueue()->async(std::move(task)); }
 
-  /// Waits until every task that was posted has ended, and what it held is gone.
+  /// Waits until every posted task has ended and been destroyed.
   void waitUntilIdle() {
     std::unique_lock lock(mutex_);
     idle_.wait(lock, [this] { return pending_ == 0; });
   }
 
-  /// The count of tasks that were posted and have not ended.
+  /// The number of tasks that were posted and have not ended.
   [[nodiscard]] int pending() {
     const std::lock_guard lock(mutex_);
     return pending_;
@@ -96,7 +96,7 @@ class SteeredBackgroundQueue final : public platform::BackgroundQueue {
   };
 
   Task counted(Task task) {
-    // The task is declared after the count, so that what it holds goes first.
+    // The task is declared after the count, so that it is destroyed first.
     struct Counted {
       std::shared_ptr<Pending> pending;
       Task task;

@@ -1,4 +1,4 @@
-// Standard output, caught in a file for as long as the object lives.
+// Redirects standard output to a file for the lifetime of the object.
 #pragma once
 
 #include <unistd.h>
@@ -25,7 +25,7 @@ class CapturedOutput {
   CapturedOutput(const CapturedOutput&) = delete;
   CapturedOutput& operator=(const CapturedOutput&) = delete;
 
-  /// Everything written since the object was made.
+  /// Everything written since the object was created.
   [[nodiscard]] std::string text() const {
     std::fflush(stdout);
     std::string all;

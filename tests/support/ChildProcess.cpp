@@ -56,7 +56,7 @@ struct Start {
   char* const* environment;
   int output;
   int errors;   ///< -1: inherited
-  int failure;  ///< gets errno when there is no such program
+  int failure;  ///< receives errno if there is no such program
   const std::vector<int>& closed;
   pid_t parent;
 };
@@ -79,7 +79,7 @@ struct Start {
   _exit(127);
 }
 
-/// Forks; returns 0 or the errno with which that or exec failed.
+/// Forks; returns 0, or the errno with which fork or exec failed.
 int startProcess(pid_t& pid, Start start, Pipe failure) {
   start.failure = failure.writing;
   start.parent = getpid();

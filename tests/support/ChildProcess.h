@@ -1,4 +1,4 @@
-// A program that a test starts. It never outlives the test.
+// A program that a test starts. It does not outlive the test.
 #pragma once
 
 #include <sys/types.h>
@@ -11,16 +11,16 @@
 
 namespace seldial::tests {
 
-/// Where a child's standard streams lead. Its standard input is empty.
+/// The standard streams of a child. Its standard input is empty.
 struct Streams {
   enum class Errors {
     kInherited,   ///< to the test's own standard error
     kCaptured,    ///< to ChildProcess::errors()
-    kWithOutput,  ///< into the standard output
+    kWithOutput,  ///< to the standard output
   };
 
   Errors errors = Errors::kInherited;
-  std::vector<int> closed;  ///< of 0, 1 and 2: closed in the child
+  std::vector<int> closed;  ///< those of 0, 1 and 2 that are closed in the child
   int output = -1;          ///< the standard output; -1: a pipe that is always read
 };
 
@@ -28,8 +28,8 @@ struct Streams {
 class ChildProcess {
  public:
   /// `command` is searched in PATH. `environment` is added to the test's own: "NAME=value" sets a
-  /// variable, "NAME" removes it. Throws std::runtime_error where the program is not found; the
-  /// text ends with `hint`.
+  /// variable, "NAME" removes it. Throws std::runtime_error if the program is not found; the text
+  /// ends with `hint`.
   explicit ChildProcess(std::vector<std::string> command,
                         const std::vector<std::string>& environment = {},
                         const std::string& hint = {}, const Streams& streams = {});
@@ -44,22 +44,22 @@ class ChildProcess {
   /// end of the output and after kTimeLimit.
   std::string readLine();
 
-  /// Reads lines up to the first that contains `part`; false where the output ends without one.
+  /// Reads lines up to the first that contains `part`; false if the output ends without one.
   bool waitForLine(const std::string& part);
 
-  /// The lines that are left, up to the end of the output.
+  /// The remaining lines, up to the end of the output.
   std::vector<std::string> restOfLines();
 
-  /// Everything on its standard error up to the end, where that is captured.
+  /// All of its standard error up to the end, if that is captured.
   std::string errors();
 
-  /// Leaves its standard output a pipe that nobody reads any more.
+  /// Closes the read end of its standard output.
   void closeOutput();
 
   void signal(int number) const;
 
-  /// Waits for its end: the exit status, or 128 and the signal's number. Throws std::runtime_error
-  /// after kTimeLimit.
+  /// Waits for its end and returns the exit status, or 128 plus the number of the signal. Throws
+  /// std::runtime_error after kTimeLimit.
   int wait();
   [[nodiscard]] bool isRunning();
 

@@ -11,7 +11,8 @@
 
 namespace seldial::tests {
 
-/// Says what the test put in, and keeps what it was asked: key code and modifier key state.
+/// Returns what the test has set, and records the key codes and modifier states that it was asked
+/// for.
 class FakeKeyboardLayout final : public platform::KeyboardLayout {
  public:
   std::optional<std::string> translate(std::uint16_t keyCode,

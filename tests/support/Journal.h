@@ -15,7 +15,7 @@ class Journal {
   [[nodiscard]] std::vector<std::string> lines() const;
   [[nodiscard]] std::size_t count(const std::string& line) const;
 
-  /// Waits until `line` was added that often; false after kTimeLimit.
+  /// Waits until `line` has been added `times` times; false after kTimeLimit.
   [[nodiscard]] bool waitFor(const std::string& line, std::size_t times = 1) const;
   void clear();
 

@@ -11,17 +11,17 @@
 
 namespace seldial::tests {
 
-/// Reads all the time, on a thread of its own, so that the process never stalls on a full pipe.
+/// Reads continuously on a separate thread, so that the process never blocks on a full pipe.
 class OutputReader {
  public:
-  /// Takes over the reading end of a pipe.
+  /// Takes over the read end of a pipe.
   explicit OutputReader(int descriptor);
   /// Stops reading and closes the pipe, whether or not the process still writes to it.
   ~OutputReader();
   OutputReader(const OutputReader&) = delete;
   OutputReader& operator=(const OutputReader&) = delete;
 
-  /// Takes the next line without its line break, or the rest where the stream ends without one.
+  /// Takes the next line without its line break, or the rest if the stream ends without one.
   /// Nothing at the end of the stream. Throws std::runtime_error after kTimeLimit.
   std::optional<std::string> nextLine();
 
@@ -41,7 +41,7 @@ class OutputReader {
 
   std::mutex mutex_;  ///< guards what the thread adds and the test takes
   std::condition_variable changed_;
-  std::deque<std::string> lines_;  ///< complete, without their line breaks
+  std::deque<std::string> lines_;  ///< complete lines, without their line breaks
   std::string unfinished_;         ///< what came after the last line break
   bool ended_ = false;
 

@@ -1,5 +1,5 @@
-// Recording doubles of the platform interfaces. Each keeps what was asked of it, in order, and
-// answers what the test put in. `Calls` is shared where the order across interfaces matters.
+// Recording doubles of the platform interfaces. Each records its calls in order and returns what
+// the test has set. Doubles can share `Calls` to record the order across interfaces.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@
 
 namespace seldial::tests {
 
-/// The calls that doubles received, in order, for one thread. Journal.h serves several.
+/// The calls that doubles received, in order, for one thread. For several threads see Journal.h.
 using Calls = std::vector<std::string>;
 
 /// Keeps posted tasks until the test runs them. Single-threaded: the caller is the main thread
@@ -28,7 +28,7 @@ class ManualMainQueue final : public platform::MainQueue {
   void async(Task task) override { tasks.push_back(std::move(task)); }
   [[nodiscard]] bool isMainThread() const override { return onMainThread; }
 
-  /// Runs every task, those posted meanwhile too.
+  /// Runs every task, including those posted meanwhile.
   void drain() {
     while (!tasks.empty()) {
       const Task task = std::move(tasks.front());
@@ -62,8 +62,8 @@ class RecordingApplication final : public platform::Application {
   Calls* calls_;
 };
 
-/// Writes "clear", "copySelection" and "text" into the calls. copySelection() runs `onCopy`,
-/// where a test plays the frontmost application.
+/// Records "clear", "copySelection" and "text". copySelection() calls `onCopy`, with which a test
+/// acts as the focused application.
 class FakeClipboard final : public platform::Clipboard {
  public:
   explicit FakeClipboard(Calls* calls = nullptr) : calls_(calls) {}
@@ -128,7 +128,7 @@ class FakeHotKeyEvents final : public platform::HotKeyEvents {
     }
   }
 
-  /// Plays the user: the hot key with that id is released.
+  /// Simulates the user releasing the hot key with that id.
   void release(std::uint32_t id) {
     platform::HotKeyReleased event;
     event.hotKeyID.id = id;

@@ -1,4 +1,4 @@
-// What the kernel tells of a process, this one unless another is named.
+// What the kernel reports about a process; by default about the calling process.
 #pragma once
 
 #include <sys/types.h>
@@ -9,12 +9,12 @@
 
 namespace seldial::tests {
 
-/// A number from /proc/PID/status, for example "Threads" or "RssAnon" (in kB); -1 where the process
-/// is gone.
+/// A number from /proc/PID/status, for example "Threads" or "RssAnon" (in kB); -1 if the process is
+/// gone.
 long statusValue(const std::string& key, pid_t process = getpid());
 
-/// Lets this process, and those that it starts from now on, have that many descriptors. Throws
-/// where the system allows it fewer.
+/// Raises the descriptor limit of this process and of those that it starts from now on. Throws if
+/// the system allows fewer.
 void allowDescriptors(std::size_t count);
 
 std::size_t openDescriptors(pid_t process = getpid());

@@ -19,7 +19,7 @@ namespace seldial::tests {
 /// Its standard error is captured by default.
 class SeldialProcess : public ChildProcess {
  public:
-  /// Without an X server where `display` is empty.
+  /// Runs without an X server if `display` is empty.
   explicit SeldialProcess(std::vector<std::string> arguments, const std::string& display = {},
                           const Streams& streams = {Streams::Errors::kCaptured, {}})
       : ChildProcess(commandLine(std::move(arguments)),
@@ -62,31 +62,31 @@ class ProgramTest : public testing::Test {
     process.emplace(std::move(flags), display, streams);
   }
 
-  /// As start(), and waits until commands can be sent.
+  /// Like start(), and waits until commands can be sent.
   void startListening(const std::string& display = {}) {
     start({"-log"}, display);
     ASSERT_TRUE(process->waitForLine("listen ok"));
   }
 
-  /// As startListening(), without log lines: for what would be millions of them.
+  /// Like startListening(), but without log lines, for tests that would produce millions of them.
   void startQuietly() {
     start({});
     waitUntilListening();
   }
 
-  /// Connects until somebody listens, and takes the answer to that empty connection.
+  /// Connects until the program listens, and reads the answer to that empty connection.
   void waitUntilListening() {
     ASSERT_TRUE(eventually([this] { return Peer::connectedTo(in).connected(); }));
     EXPECT_THAT(client.nextMessage(), IsError("empty string on standard input stream"));
   }
 
-  /// Sends one command and gives what comes back over the client's socket.
+  /// Sends one command and returns the answer on the client's socket.
   std::optional<std::string> answerTo(const std::string& command) {
     sendCommand(in, {command});
     return client.nextMessage();
   }
 
-  /// Ends the program in order.
+  /// Ends the program with SIGTERM.
   void terminate() {
     process->signal(SIGTERM);
     EXPECT_EQ(process->wait(), 0);

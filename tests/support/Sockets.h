@@ -1,4 +1,4 @@
-// The other side of a socket, played by a test with bare system calls.
+// The peer of a socket under test, with bare system calls.
 #pragma once
 
 #include <optional>
@@ -19,19 +19,19 @@ class Peer {
   Peer(const Peer&) = delete;
   Peer& operator=(const Peer&) = delete;
 
-  /// Not connected() where nobody listens.
+  /// Not connected() if nobody listens.
   static Peer connectedTo(const std::string& path);
   [[nodiscard]] bool connected() const { return fd != -1; }
 
-  /// Throws std::runtime_error where it cannot listen.
+  /// Throws std::runtime_error if it cannot listen.
   static Peer listeningAt(const std::string& path, int backlog = 5);
   /// Waits for one connection.
   [[nodiscard]] Peer accepted() const;
 
-  /// False when the reader is gone before everything was sent.
+  /// False if the reader is gone before everything was sent.
   bool send(const std::string& bytes) const;
 
-  /// Exactly that many bytes, or fewer when the stream ends before.
+  /// Exactly that many bytes, or fewer if the stream ends before.
   [[nodiscard]] std::string receive(std::size_t bytes) const;
   [[nodiscard]] std::string receiveToTheEnd() const;
 
@@ -40,14 +40,14 @@ class Peer {
   int fd;
 };
 
-/// The UC client's listening socket. A sender that connects, writes and closes before anybody
-/// accepts is served by the kernel's queue, so no thread is needed.
+/// The UC client's listening socket. It needs no thread: a sender can connect, write and close
+/// before the connection is accepted.
 class UcListener {
  public:
   explicit UcListener(const std::string& path, int backlog = 64)
       : listening_(Peer::listeningAt(path, backlog)) {}
 
-  /// The whole text of the next connection, up to its end; nothing when none comes in time.
+  /// The whole text of the next connection, up to its end; nothing if none arrives in time.
   [[nodiscard]] std::optional<std::string> nextMessage() const;
 
   /// Whether a connection is waiting right now.
@@ -60,7 +60,7 @@ class UcListener {
 };
 
 /// Connects to a socket path, sends `chunks` one after the other, and disconnects. Throws
-/// std::runtime_error where nobody listens or the connection is closed before the end.
+/// std::runtime_error if nobody listens or the connection is closed before the end.
 void sendCommand(const std::string& path, const std::vector<std::string>& chunks);
 
 }  // namespace seldial::tests

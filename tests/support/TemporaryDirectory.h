@@ -1,4 +1,4 @@
-// Files of a test, removed with it.
+// Temporary files of a test.
 #pragma once
 
 #include <sys/stat.h>
@@ -32,7 +32,7 @@ class TemporaryDirectory {
   std::string path_;
 };
 
-/// A file with the given content.
+/// A temporary file with the given contents.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::string& content) { std::ofstream(path_) << content; }

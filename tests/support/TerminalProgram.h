@@ -1,4 +1,4 @@
-// A program for the inside of a terminal.
+// A program that runs in a terminal.
 #pragma once
 
 #include <string>
@@ -9,18 +9,18 @@
 
 namespace seldial::tests {
 
-/// Shows the number 4930123, which can be selected then, and reads one key.
+/// Shows the number 4930123, which can then be selected, and reads one key.
 class TerminalProgram {
  public:
   /// The program and its arguments, for the terminal to run.
   [[nodiscard]] std::vector<std::string> command() const { return {"sh", script_.path()}; }
 
-  /// First "shown", when the number is on the screen; then the key that has reached the program.
+  /// Returns "shown" once the number is on the screen, then the key that the program has received.
   auto readLine() { return output_.readLine(); }
 
  private:
   const NamedPipe pipe_;
-  // The terminal answers where its cursor is, so what was written before is on its screen.
+  // When the terminal has reported its cursor position, the text written before is on the screen.
   const TemporaryFile script_{"exec 3>'" + pipe_.path() +
                               "'\n"
                               "stty raw -echo\n"

@@ -1,4 +1,4 @@
-// A pipe that nobody reads until the test does.
+// A pipe that is read only when the test does so.
 #pragma once
 
 #include <fcntl.h>
@@ -16,7 +16,7 @@ class UnreadPipe {
  public:
   static constexpr std::size_t kSize = 2UL * PIPE_BUF;
 
-  /// It holds two pages, the least with which poll() finds room in a pipe that is not empty.
+  /// It holds two pages, the minimum with which poll() reports space in a pipe that is not empty.
   UnreadPipe() {
     EXPECT_EQ(pipe2(ends_, O_CLOEXEC), 0);
     EXPECT_GT(fcntl(ends_[1], F_SETPIPE_SZ, static_cast<int>(kSize)), 0);
@@ -40,7 +40,7 @@ class UnreadPipe {
     return poll(&end, 1, 0) == 0;
   }
 
-  /// Reads what it holds now.
+  /// Reads its current contents.
   [[nodiscard]] std::string take() const {
     std::string all;
     char buffer[4096];

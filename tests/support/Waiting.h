@@ -5,11 +5,11 @@
 
 namespace seldial::tests {
 
-/// How long a test waits for something that must happen before it fails. Generous, since only a
-/// failing test waits that long: the machine may be busy, and a sanitizer slows a program tenfold.
+/// How long a test waits for an event before it fails. Generous, because only a failing test waits
+/// that long: the machine may be busy, and a sanitizer slows a program down tenfold.
 inline constexpr std::chrono::seconds kTimeLimit{60};
 
-/// Polls until `condition` holds, for what has no event to wait for, such as the state of another
+/// Polls until `condition` holds; for conditions without an event, such as the state of another
 /// process. False after kTimeLimit.
 template <class Condition>
 [[nodiscard]] bool eventually(const Condition& condition) {

@@ -1,5 +1,5 @@
-// A clipboard manager of the kind that never leaves the clipboard without a text: as soon as nobody
-// owns it, the text that was there before is back.
+// A clipboard manager that never leaves the clipboard empty: as soon as nobody owns the clipboard,
+// it restores the previous text.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -13,7 +13,7 @@
 
 namespace seldial::tests {
 
-/// Runs on a thread and a connection of its own.
+/// Runs on its own thread and connection.
 class ClipboardManager {
  public:
   /// Returns once it owns the clipboard with `text`.
@@ -22,7 +22,7 @@ class ClipboardManager {
   ClipboardManager(const ClipboardManager&) = delete;
   ClipboardManager& operator=(const ClipboardManager&) = delete;
 
-  /// How often it has put the text back.
+  /// How often it has restored the text.
   [[nodiscard]] int timesPutBack() const { return timesPutBack_; }
 
  private:

@@ -18,9 +18,9 @@ namespace {
 constexpr int kDeviceKeyPress = 1;  // offsets from the extension's first event
 constexpr int kDeviceKeyRelease = 2;
 
-/// Before every press, in milliseconds, waited by the server: nobody presses a key in the instant
-/// in which it went up, and a toolkit takes such a press for one that repeats. Nor does anybody
-/// click in the instant in which a selection was taken.
+/// The pause before every press, in milliseconds, in the server. Nobody presses a key in the
+/// millisecond in which it was released, and a toolkit would treat such a press as auto-repeat. Nor
+/// does anybody click in the millisecond in which a selection was taken.
 constexpr xcb_timestamp_t kPause = 1;
 
 bool isXTestDevice(xcb_connection_t* connection, xcb_input_device_id_t device) {
@@ -87,7 +87,8 @@ void Keyboard::tap(std::uint8_t key) {
 
 void Keyboard::hold(std::uint8_t key, std::chrono::milliseconds duration) {
   press(key);
-  std::this_thread::sleep_for(duration);  // what the user does, not what the test waits for
+  std::this_thread::sleep_for(
+      duration);  // simulates the user; the test does not wait for anything here
   release(key);
 }
 

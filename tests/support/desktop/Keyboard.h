@@ -1,5 +1,5 @@
-// The user's fingers: keys of a physical keyboard of the server, not of the one through which
-// programs type. "The user still holds Control" is thus real server state.
+// The user's keyboard: the keys of a physical keyboard of the server, not of the XTEST keyboard on
+// which programs type. So "the user still holds Control" is real server state.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -25,17 +25,17 @@ class Keyboard {
   void tap(std::uint8_t key);
   void hold(std::uint8_t key, std::chrono::milliseconds duration);
   void press(const std::vector<std::uint8_t>& keys);
-  /// In the order given.
+  /// Releases the keys in the given order.
   void release(const std::vector<std::uint8_t>& keys);
 
-  /// The keys that are down, as the server sees them: together, on the physical keyboard alone,
-  /// and on the keyboard through which programs type alone.
+  /// The keys that are down, as the server sees them: on all keyboards, on the physical keyboard
+  /// only, and on the XTEST keyboard only.
   [[nodiscard]] std::set<std::uint8_t> down() const { return downOn(master_); }
   [[nodiscard]] std::set<std::uint8_t> physicallyDown() const { return downOn(physical_); }
   [[nodiscard]] std::set<std::uint8_t> typedDown() const { return downOn(typing_); }
 
-  /// Waits until exactly these keys are down on the keyboard through which programs type; throws
-  /// std::runtime_error after kTimeLimit.
+  /// Waits until exactly these keys are down on the XTEST keyboard; throws std::runtime_error after
+  /// kTimeLimit.
   void waitForTypedDown(const std::set<std::uint8_t>& keys) const;
 
   /// The modifiers that applications see now, as kState bits.
@@ -43,30 +43,30 @@ class Keyboard {
 
   void movePointer(std::int16_t x, std::int16_t y);
   void holdMouseButton(bool held);
-  /// Clicks at a place on the screen; `button` is that of the mouse, whatever it means.
+  /// Clicks at a position on the screen; `button` is the physical button.
   void click(std::int16_t x, std::int16_t y, std::uint8_t button = 1);
-  /// The first and the third mouse button change places.
+  /// Swaps the first and the third mouse button.
   void swapMouseButtons();
 
-  /// No window has the focus: what is typed goes to the one under the pointer.
+  /// Gives no window the focus: keys go to the window under the pointer.
   void focusFollowsPointer();
 
-  /// Takes the physical keyboard from the desktop, with the keys that it holds, or brings it back.
+  /// Removes the physical keyboard from the desktop while its keys are down, or restores it.
   void unplug();
   void plugIn();
 
-  /// What a key means from now on, as xmodmap changes it; 0 is nothing.
+  /// Remaps a key, like xmodmap; 0 removes its symbol.
   void remap(std::uint8_t key, xcb_keysym_t symbol);
 
   /// Adds a second pointer and a second keyboard that applications see: "NAME pointer" and "NAME
   /// keyboard".
   void addMaster(const std::string& name);
 
-  /// The numbers by which setxkbmap and xkbcomp know the keyboards.
+  /// The device numbers of the keyboards, for setxkbmap and xkbcomp.
   [[nodiscard]] std::string physicalDevice() const { return std::to_string(physical_); }
   [[nodiscard]] std::string typingDevice() const { return std::to_string(typing_); }
 
-  /// Which of several layouts is chosen, from 0 on.
+  /// The index of the current layout, from 0.
   [[nodiscard]] unsigned group() const;
 
   /// Types through the XTEST keyboard, as another program would.

@@ -7,7 +7,7 @@ namespace {
 int requests = 0;
 }  // namespace
 
-// The program's own definition comes before that of the shared library.
+// The program's definition takes precedence over that of the shared library.
 extern "C" xkb_keymap* xkb_x11_keymap_new_from_device(xkb_context* context, xcb_connection_t* xcb,
                                                       int32_t device,
                                                       xkb_keymap_compile_flags flags) {

@@ -1,4 +1,4 @@
-// Key codes of the X server, by what is printed on a US keyboard, and its modifier bits.
+// X key codes, named after the labels of a US keyboard, and modifier bits.
 #pragma once
 
 #include <cstdint>
@@ -34,7 +34,7 @@ enum Key : std::uint8_t {
   kKeyCopy = 141,
 };
 
-/// What applications see of the modifiers.
+/// The modifier bits that applications see.
 inline constexpr unsigned kStateShift = 1;
 inline constexpr unsigned kStateLock = 2;
 inline constexpr unsigned kStateControl = 4;

@@ -1,5 +1,5 @@
-// How a test's client answers those who ask for a selection that it owns: whole, in pieces, not at
-// all, or not to the end.
+// How a test's client answers requests for a selection that it owns: completely, in pieces, not at
+// all, or incompletely.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -15,7 +15,7 @@
 
 namespace seldial::tests {
 
-/// One form in which a selection is offered: what is asked for, what the answer calls itself.
+/// One form in which a selection is offered: the requested target and the type of the answer.
 struct Offer {
   std::string target;
   std::string type;
@@ -23,28 +23,28 @@ struct Offer {
 };
 
 struct Answers {
-  std::vector<Offer> offers;  ///< anything else is refused
-  bool never = false;         ///< as a stopped program
-  std::size_t chunkSize = 0;  ///< above 0: handed over incrementally, so many bytes at a time
+  std::vector<Offer> offers;  ///< all other targets are refused
+  bool never = false;         ///< does not answer, like a stopped program
+  std::size_t chunkSize = 0;  ///< above 0: transferred incrementally, in pieces of this many bytes
   std::size_t chunksUntilSilence = std::numeric_limits<std::size_t>::max();
-  std::function<void()> whenSilent = [] {};  ///< called where it does not go on
+  std::function<void()> whenSilent = [] {};  ///< called when the transfer stops in the middle
 };
 
-/// A text as today's toolkits offer it.
+/// A text, offered as current toolkits do.
 Answers answersWith(const std::string& text, std::size_t chunkSize = 0);
 
-/// Of one connection; used on the thread that reads its events.
+/// The selections of one connection. Use it on the thread that reads the events.
 class SelectionService {
  public:
   SelectionService(xcb_connection_t* connection, xcb_window_t window)
       : connection_(connection), window_(window) {}
 
-  /// Takes the selection and answers so from now on. False when the server refused.
+  /// Takes the selection and answers with `answers` from now on. False if the server refused.
   bool own(xcb_atom_t selection, xcb_timestamp_t time, Answers answers);
 
   void handle(const xcb_generic_event_t& event);
 
-  /// It has stopped in the middle of an incremental transfer.
+  /// Whether it has stopped in the middle of an incremental transfer.
   [[nodiscard]] bool silent() const { return silent_; }
 
  private:

@@ -1,4 +1,4 @@
-// The doubles of a desktop do what the other tests rely on.
+// Tests of the desktop doubles on which the other tests rely.
 #include <gtest/gtest.h>
 
 #include "tests/support/desktop/Keyboard.h"

@@ -29,7 +29,8 @@ void Windows::waitForManager() const {
   waitForCare();
 }
 
-/// A manager that has only just begun may miss a window that is shown then, and never see to it.
+/// A window manager that has just started may miss a window that is mapped at that moment, and
+/// never manage it.
 void Windows::waitForCare() const {
   const auto window = xcb_generate_id(connection_);
   xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, rootOf(connection_), 0, 0, 1, 1, 0,

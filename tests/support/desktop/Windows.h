@@ -1,4 +1,4 @@
-// What a test wants to know of the windows of real programs.
+// Queries the windows of real programs.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -10,7 +10,7 @@
 
 namespace seldial::tests {
 
-/// Looks at the windows of one display. Every wait throws std::runtime_error after kTimeLimit.
+/// The windows of one display. Every wait throws std::runtime_error after kTimeLimit.
 class Windows {
  public:
   explicit Windows(const std::string& display);
@@ -18,16 +18,16 @@ class Windows {
   Windows(const Windows&) = delete;
   Windows& operator=(const Windows&) = delete;
 
-  /// Waits until a window manager is at work, and sees to new windows.
+  /// Waits until a window manager runs and manages new windows.
   void waitForManager() const;
 
   /// Waits until a window with that WM_CLASS name, or one inside it, has the focus.
   [[nodiscard]] xcb_window_t waitForFocus(const std::string& name) const;
 
-  /// Waits until somebody owns the selection ("PRIMARY").
+  /// Waits until the selection ("PRIMARY") has an owner.
   void waitForOwner(const std::string& selection) const;
 
-  /// Clicks with the first button at a place in a window, so many times in quick succession.
+  /// Clicks `times` times in quick succession with the first button, at a position in a window.
   void click(xcb_window_t window, std::int16_t x, std::int16_t y, int times) const;
 
  private:
@@ -40,7 +40,7 @@ class Windows {
   xcb_connection_t* connection_;
 };
 
-/// A window manager for as long as it lives.
+/// Runs a window manager for the lifetime of the object.
 class WindowManager {
  public:
   explicit WindowManager(const std::string& display);

@@ -1,6 +1,5 @@
-// Another program's text window: it has the focus, records what is typed into it, and copies when
-// it is told to by Ctrl+Insert, as any editor does. It runs on a thread and a connection of its
-// own.
+// The text window of another program: it has the focus, records the keys that it receives, and
+// copies on Ctrl+Insert, like any editor. It runs on its own thread and connection.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -21,10 +20,10 @@ namespace seldial::tests {
 struct XClientSettings {
   std::string wmInstance = "editor";
   std::string wmClass = "Editor";
-  Answers copy = answersWith("+31 20 123 4567");  ///< what a copy puts on the clipboard
-  bool copies = true;           ///< whether Ctrl+Insert copies; no other chord ever does
-  bool copyKey = false;         ///< whether the key Copy does so instead
-  bool takesPrimary = false;    ///< after copying it takes PRIMARY
+  Answers copy = answersWith("+31 20 123 4567");  ///< the text that a copy puts on the clipboard
+  bool copies = true;           ///< whether Ctrl+Insert copies; other chords never do
+  bool copyKey = false;         ///< whether the Copy key copies instead
+  bool takesPrimary = false;    ///< whether it takes PRIMARY after copying
   bool endsWhenSilent = false;  ///< the program dies in the middle of an incremental transfer
   bool focusOnChild = false;    ///< the focus is on a child window, which has no class of its own
   std::string machine;          ///< WM_CLIENT_MACHINE, unless empty
@@ -39,9 +38,9 @@ struct KeyRecord {
 
 class XClient {
  public:
-  /// Returns once its window is shown and has the focus.
+  /// Returns once its window is mapped and has the focus.
   explicit XClient(const std::string& display, XClientSettings settings = {});
-  /// Its windows and selections go with it.
+  /// Also destroys its windows and gives up its selections.
   ~XClient();
   XClient(const XClient&) = delete;
   XClient& operator=(const XClient&) = delete;
@@ -51,15 +50,15 @@ class XClient {
   /// Takes a selection ("CLIPBOARD", "PRIMARY") now.
   void own(const std::string& selection, Answers answers);
 
-  /// Takes and gives back the whole keyboard, as an open menu does.
+  /// Grabs or releases the whole keyboard, like an open menu.
   void grabKeyboard(bool grabbed);
 
   [[nodiscard]] std::vector<KeyRecord> keys() const;
 
-  /// Waits until what was received satisfies `enough`; throws std::runtime_error after kTimeLimit.
+  /// Waits until the received keys satisfy `enough`; throws std::runtime_error after kTimeLimit.
   void waitForKeys(const std::function<bool(const std::vector<KeyRecord>&)>& enough) const;
 
-  /// Waits until it has received `key` going up.
+  /// Waits until it has received the release of `key`.
   void waitForRelease(std::uint8_t key) const;
 
   [[nodiscard]] int copies() const;

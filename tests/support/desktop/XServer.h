@@ -1,4 +1,4 @@
-// A private X server for one test: Xvfb on a display number of its own, gone with the test.
+// A private X server for one test: Xvfb on its own display number.
 #pragma once
 
 #include <memory>
@@ -9,14 +9,14 @@
 
 namespace seldial::tests {
 
-/// Once constructed the server accepts connections. Throws std::runtime_error when there is no
-/// Xvfb on this machine; the text says what to install.
+/// After construction the server accepts connections. Throws std::runtime_error if Xvfb is not
+/// installed; the text says what to install.
 class XServer {
  public:
   /// `arguments` are added to the server's own, for example {"-extension", "XTEST"}.
   explicit XServer(const std::vector<std::string>& arguments = {});
 
-  /// What DISPLAY has to be, ":7".
+  /// The value for DISPLAY, such as ":7".
   [[nodiscard]] const std::string& display() const { return display_; }
 
   /// "DISPLAY=:7", for the environment of a ChildProcess.
@@ -25,10 +25,11 @@ class XServer {
   /// Runs a program on this server to its end and returns its exit status.
   int run(std::vector<std::string> command) const;
 
-  /// Every connection is lost at once, as when the user's session ends. Returns once it is gone.
+  /// Kills the server, which closes every connection at once, as at the end of the session. Returns
+  /// once it is gone.
   void kill();
 
-  /// It answers nobody until thaw(); requests wait in its sockets.
+  /// Stops the server until thaw(): it answers no client, and requests wait in its sockets.
   void freeze();
   void thaw();
 

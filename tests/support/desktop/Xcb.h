@@ -1,4 +1,4 @@
-// XCB for test doubles: what the calls return is freed, what cannot go wrong is checked.
+// XCB for test doubles: owning pointers to replies, and checks of calls that cannot fail.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -42,7 +42,7 @@ inline xcb_atom_t atom(xcb_connection_t* connection, const std::string& name) {
   return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
-/// Returns once the server has acted on everything that was sent.
+/// Returns once the server has executed all requests.
 inline void synchronise(xcb_connection_t* connection) {
   freed(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
 }

@@ -9,7 +9,7 @@
 namespace seldial::tests {
 namespace {
 
-/// Nobody asks for devices that the seat does not have.
+/// Clients send no requests to a seat without devices.
 void bindSeat(wl_client* client, void* /*data*/, std::uint32_t version, std::uint32_t id) {
   auto* const seat = wl_resource_create(client, &wl_seat_interface, static_cast<int>(version), id);
   wl_resource_set_implementation(seat, nullptr, nullptr, nullptr);

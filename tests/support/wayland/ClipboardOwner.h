@@ -1,4 +1,4 @@
-// Another program that owns the clipboard and the primary selection, as clipboard managers do.
+// Another program that owns the clipboard and the primary selection, like a clipboard manager.
 #pragma once
 
 #include <string>
@@ -20,15 +20,15 @@ class ClipboardOwner final : public WaylandClient {
   ClipboardOwner(const ClipboardOwner&) = delete;
   ClipboardOwner& operator=(const ClipboardOwner&) = delete;
 
-  /// Both hold this text once it returns.
+  /// Puts this text on both.
   void own(const std::string& text);
-  /// Waits until somebody else has taken the clipboard.
+  /// Waits until another program has taken the clipboard.
   void waitForLoss() const;
 
   // Called by libwayland, under the lock.
   void send(int pipe) const;
   void cancelled(zwlr_data_control_source_v1* source);
-  std::vector<zwlr_data_control_offer_v1*> offers;  ///< for the end
+  std::vector<zwlr_data_control_offer_v1*> offers;  ///< to be destroyed at the end
 
  private:
   zwlr_data_control_source_v1* makeSource();

@@ -49,7 +49,7 @@ constexpr xdg_surface_listener kSurfaceListener{
       self(data).configured(surface, serial);
     }};
 
-// It pastes nothing.
+// The editor does not paste.
 constexpr wl_data_device_listener kDataListener{
     [](void* data, wl_data_device* /*device*/, wl_data_offer* offer) {
       self(data).offers.push_back(offer);
@@ -125,7 +125,7 @@ void Editor::makeWindow() {
   wl_surface_commit(surface_);
 }
 
-/// Shows a picture, without which a window is not there.
+/// Attaches a buffer, without which a window is not mapped.
 void Editor::configured(xdg_surface* surface, std::uint32_t serial) {
   xdg_surface_ack_configure(surface, serial);
   const int file = memfd_create("picture", MFD_CLOEXEC);

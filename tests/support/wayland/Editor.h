@@ -1,4 +1,4 @@
-// A program with a window, which has the focus and perhaps a selection.
+// A program with a focused window, optionally with a selection.
 #pragma once
 
 #include <linux/input-event-codes.h>
@@ -16,24 +16,24 @@ struct xdg_wm_base;
 
 namespace seldial::tests {
 
-/// What an Editor does.
+/// The behaviour of an Editor.
 struct EditorSettings {
   std::string applicationId = "editor";
   std::optional<std::string> selected = "+31 20 123 4567";  ///< what its copy keys copy
-  std::string type = "text/plain;charset=utf-8";            ///< what it offers the text as
-  unsigned copyKey = KEY_INSERT;                            ///< with Control, or KEY_COPY without
+  std::string type = "text/plain;charset=utf-8";            ///< the type that it offers
+  unsigned copyKey = KEY_INSERT;  ///< together with Control; KEY_COPY without Control
 };
 
-/// A key that arrived in the window.
+/// A key that the window has received.
 struct EditorKey {
   unsigned key = 0;        ///< an evdev code
-  unsigned modifiers = 0;  ///< as the compositor numbers them
+  unsigned modifiers = 0;  ///< the modifier bits of the compositor
   bool operator==(const EditorKey&) const = default;
 };
 
 constexpr unsigned kEditorControl = 4;  ///< Control among EditorKey::modifiers
 
-/// Once constructed its window has the focus of the keyboard.
+/// After construction its window has the keyboard focus.
 class Editor final : public WaylandClient {
  public:
   explicit Editor(const std::string& socketPath, EditorSettings settings = {});
@@ -43,11 +43,11 @@ class Editor final : public WaylandClient {
 
   void select(std::optional<std::string> text);
 
-  /// The presses of keys that are no modifiers, in order.
+  /// The presses of keys other than modifiers, in order.
   [[nodiscard]] std::vector<EditorKey> keys() const;
-  /// Waits until this key has arrived so often.
+  /// Waits until this key has been received `times` times.
   void waitForKey(unsigned key, std::size_t times = 1) const;
-  /// Waits until the program has copied so often, and the compositor knows.
+  /// Waits until the program has copied `count` times and the compositor knows it.
   void waitForCopies(std::size_t count);
 
   // Called by libwayland, under the lock.
@@ -57,7 +57,7 @@ class Editor final : public WaylandClient {
   void sourceCancelled(wl_data_source* source);
   unsigned modifiers = 0;
   bool focused = false;
-  std::vector<wl_data_offer*> offers;  ///< of the clipboard, for the end
+  std::vector<wl_data_offer*> offers;  ///< of the clipboard, to be destroyed at the end
 
  private:
   void makeWindow();
@@ -75,7 +75,7 @@ class Editor final : public WaylandClient {
   xdg_surface* shellSurface_ = nullptr;
   xdg_toplevel* window_ = nullptr;
   std::vector<EditorKey> keys_;
-  std::set<wl_data_source*> sources_;  ///< those that the compositor still has
+  std::set<wl_data_source*> sources_;  ///< those that the compositor still uses
   std::size_t copies_ = 0;
 };
 

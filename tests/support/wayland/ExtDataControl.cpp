@@ -10,7 +10,7 @@
 namespace seldial::tests {
 namespace {
 
-// The names of variables in the generated header are those of these structures.
+// The generated header has variables with the same names as these structures.
 using OfferRequests = struct ext_data_control_offer_v1_interface;
 using SourceRequests = struct ext_data_control_source_v1_interface;
 using DeviceRequests = struct ext_data_control_device_v1_interface;

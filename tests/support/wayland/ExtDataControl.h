@@ -1,4 +1,4 @@
-// A compositor with the data control of newer compositors, ext_data_control_manager_v1, and an
+// A compositor with ext_data_control_manager_v1, the data control of newer compositors, and an
 // application that copies.
 #pragma once
 

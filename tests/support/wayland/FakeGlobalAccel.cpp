@@ -69,7 +69,7 @@ int FakeGlobalAccel::answer(sd_bus_message* call) {
   return sd_bus_reply_method_return(call, "b", static_cast<int>(actions_.erase(action) > 0));
 }
 
-/// Grants the keys that nobody else has, as the service does.
+/// Grants the keys that no other action holds, like the service.
 int FakeGlobalAccel::answerSet(sd_bus_message* call) {
   const std::string action = readAction(call);
   auto keys = readKeys(call);

@@ -15,19 +15,20 @@ namespace seldial::tests {
 /// Any thread.
 class FakeGlobalAccel {
  public:
-  using Actions = std::map<std::string, std::vector<int>>;  ///< with their keys, as Qt codes
+  using Actions = std::map<std::string, std::vector<int>>;  ///< actions and their keys, as Qt codes
 
   explicit FakeGlobalAccel(const SessionBus& bus);
 
-  /// Another program has this key.
+  /// Makes another program hold this key.
   void take(int key);
-  /// A killed program has left this action.
+  /// Adds an action that a killed program has left behind.
   void leave(const std::string& action, const std::vector<int>& keys);
 
   /// The actions of the component "seldial".
   [[nodiscard]] Actions actions() const;
 
-  /// The user presses, or releases, a key with modifiers. Tells the action that has it, if any.
+  /// Simulates the user pressing, or releasing, a key with modifiers. Notifies the action that
+  /// holds it, if any.
   void press(int key) { tell(key, "globalShortcutPressed"); }
   void release(int key) { tell(key, "globalShortcutReleased"); }
 

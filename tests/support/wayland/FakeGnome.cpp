@@ -21,7 +21,7 @@ bool isCall(sd_bus_message* call, const char* interface, const char* method) {
   return sd_bus_message_is_method_call(call, interface, method) > 0;
 }
 
-/// The path that a portal makes of the caller's name and a token.
+/// The object path that a portal derives from the caller's name and a token.
 std::string pathOf(const char* kind, sd_bus_message* call, const std::string& token) {
   std::string sender = sd_bus_message_get_sender(call) + 1;
   for (auto& character : sender) {
@@ -91,7 +91,7 @@ int FakeGnome::createPortalSession(sd_bus_message* call) {
     const std::lock_guard lock(mutex_);
     session_ = session;
   }
-  // The answer may well come before the reply.
+  // The signal may arrive before the reply.
   sd_bus_emit_signal(sd_bus_message_get_bus(call), request.c_str(), kRequest, "Response", "ua{sv}",
                      0, 1, "session_handle", "s", session.c_str());
   return sd_bus_reply_method_return(call, "o", request.c_str());
@@ -121,7 +121,7 @@ int FakeGnome::bindShortcuts(sd_bus_message* call) {
   return result;
 }
 
-/// With the code of a failure in both cases, as GNOME 48 does.
+/// Uses the code of a failure in both cases, like GNOME 48.
 void FakeGnome::respond(sd_bus* bus, bool allow) {
   if (!allow) bound_.clear();
   sd_bus_message* signal = nullptr;

@@ -1,5 +1,5 @@
-// What GNOME has on the session bus for hot keys and copies: the desktop portal, and Mutter's
-// remote desktop.
+// A double of GNOME's services on the session bus for hot keys and copying: the desktop portal, and
+// Mutter's remote desktop interface.
 #pragma once
 
 #include <xkbcommon/xkbcommon.h>
@@ -17,41 +17,42 @@ namespace seldial::tests {
 /// A GNOME with one user, one window, and one client. All functions may be called on any thread.
 class FakeGnome {
  public:
-  /// What the user says to shortcuts.
+  /// The user's answer to a request for shortcuts.
   enum class Consent { kGiven, kRefused, kAsked };
 
   explicit FakeGnome(const SessionBus& bus);
 
   void setConsent(Consent consent);
-  /// The user answers the dialog of a request that is being asked.
+  /// Answers the open dialog as the user.
   void answer(bool allow);
-  /// The user gives a shortcut another key, also later on.
+  /// Assigns another key to a shortcut, as the user can do at any time.
   void setTrigger(const std::string& id, const std::string& description);
-  /// The portal refuses the application, for want of its desktop file.
+  /// Makes the portal refuse the application, as without its .desktop file.
   void forgetApplication();
-  /// GNOME takes the shortcuts back.
+  /// Closes the session of the shortcuts.
   void closePortalSession();
-  /// What is bound, by id, with the trigger that was asked for.
+  /// The bound shortcuts, by id, with the requested triggers.
   [[nodiscard]] std::map<std::string, std::string> bound() const;
 
-  // The user's keys. A shortcut is not released for the portal once a modifier has gone up.
+  // The user's keys. As in GNOME, the portal reports no release of a shortcut once a modifier has
+  // been released.
   void holdModifiers(bool held);
   void press(const std::string& id);
   void release(const std::string& id);
-  /// The portal tells that no modifier was down, so long after the last press or release.
+  /// Makes the portal report that no modifier is down, this long after the last press or release.
   void answerModifiers(int milliseconds = 1);
 
-  /// What Ctrl+Insert copies; nothing is selected at first.
+  /// Selects the text that Ctrl+Insert copies; at first nothing is selected.
   void select(std::optional<std::string> text);
   /// The type that the window offers.
   void setCopiedType(const std::string& type);
 
-  /// What has been typed: the key that asks for the modifiers is left out.
+  /// The typed keys, without the key that tests for modifiers.
   [[nodiscard]] std::vector<std::string> typed() const;
-  /// How often the modifiers have been asked for.
+  /// How often the key that tests for modifiers was typed.
   [[nodiscard]] std::size_t questions() const;
   [[nodiscard]] bool isRemoteSessionOpen() const;
-  /// Mutter opens no session any more.
+  /// Makes Mutter refuse further sessions.
   void refuseRemoteSessions();
 
  private:

@@ -18,8 +18,8 @@ namespace seldial::tests {
 /// when nothing happens for kTimeLimit.
 void serveUntil(platform::linux_port::MainLoop& loop, const std::function<bool()>& condition);
 
-/// Gone with the test. Throws std::runtime_error when there is no dbus-daemon on this machine; the
-/// text says what to install.
+/// The private session bus. Throws std::runtime_error if dbus-daemon is not installed; the text
+/// says what to install.
 class SessionBus {
  public:
   SessionBus();
@@ -27,7 +27,7 @@ class SessionBus {
   [[nodiscard]] const std::string& address() const { return address_; }
   /// Makes it the session bus of the test's own process.
   void enter() const;
-  /// Every connection is lost at once. Returns once it is gone.
+  /// Kills the bus, which closes every connection at once. Returns once it is gone.
   void kill();
 
  private:
@@ -35,13 +35,13 @@ class SessionBus {
   const std::string address_;
 };
 
-/// A program on the bus, served by a thread of its own.
+/// A program on the bus, with its own thread.
 class BusService {
  public:
-  /// Replies to a call, as sd-bus expects of a filter: 0 leaves the call to others.
+  /// Replies to a call. The result is that of an sd-bus filter: 0 passes the call on.
   using Answer = std::function<int(sd_bus_message* call)>;
 
-  /// It has the name once it is constructed. `answer` is called on the thread.
+  /// After construction it owns the name. `answer` is called on the thread.
   BusService(const SessionBus& bus, const std::string& name, Answer answer);
   ~BusService();
   BusService(const BusService&) = delete;
@@ -56,7 +56,7 @@ class BusService {
     });
   }
 
-  /// Sends what `task` puts into the connection. No call is answered meanwhile.
+  /// Runs `task` on the connection and sends its messages. No call is answered meanwhile.
   template <class Task>
   void use(Task task) {
     const std::lock_guard lock(mutex_);

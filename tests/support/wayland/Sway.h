@@ -1,4 +1,4 @@
-// A private compositor for one test: sway without a screen, gone with the test.
+// A private compositor for one test: headless sway.
 #pragma once
 
 #include <memory>
@@ -10,22 +10,22 @@
 
 namespace seldial::tests {
 
-/// Once constructed it accepts connections. Throws std::runtime_error when there is no sway on this
-/// machine; the text says what to install.
+/// After construction it accepts connections. Throws std::runtime_error if sway is not installed;
+/// the text says what to install.
 class Sway {
  public:
-  /// `configuration` is added to what the tests need.
+  /// `configuration` is added to the configuration that all tests need.
   explicit Sway(const std::string& configuration = {});
 
   /// Paths of its sockets.
   [[nodiscard]] std::string display() const { return directory_.path("wayland-1"); }
   [[nodiscard]] std::string ipc() const { return directory_.path("sway.sock"); }
 
-  /// The variables of a session on it, for a ChildProcess.
+  /// The environment variables of a session on it, for a ChildProcess.
   [[nodiscard]] std::vector<std::string> environment() const;
 
-  /// Whether programs are told of the socket for commands. Without it, sway is a compositor like
-  /// those that give no hot key.
+  /// Whether programs get the path of the IPC socket. Without it, sway behaves like a compositor
+  /// without hot keys for programs.
   enum class Ipc { kTold, kHidden };
 
   /// Sets the same variables in the test's own environment.
@@ -34,14 +34,14 @@ class Sway {
   /// Runs a command of sway; true when it succeeds.
   bool run(const std::string& command) const;
 
-  /// Reads the configuration again, changed to the given one; returns once that is done.
+  /// Replaces and reloads the configuration; returns when that is done.
   void reload(const std::string& configuration = {}) const;
 
-  /// Waits until the window of a program has the focus. Its application id ends with `name`,
-  /// whatever the case: "zenity" and "org.gnome.Zenity".
+  /// Waits until the window of a program has the focus. Its application ID ends with `name`,
+  /// regardless of case: "zenity" and "org.gnome.Zenity".
   void waitForFocus(const std::string& name) const;
 
-  /// Every connection is lost at once. Returns once it is gone.
+  /// Kills sway, which closes every connection at once. Returns once it is gone.
   void kill();
 
  private:

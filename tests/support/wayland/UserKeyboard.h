@@ -12,8 +12,8 @@ struct zwp_virtual_keyboard_v1;
 
 namespace seldial::tests {
 
-/// Keys are evdev codes. Each operation returns once the compositor has handled it. Make it before
-/// the windows: programs expect a seat to have a keyboard.
+/// Keys are evdev codes. Each operation returns once the compositor has handled it. Create it
+/// before the windows: programs expect a seat to have a keyboard.
 class UserKeyboard final : public WaylandClient {
  public:
   explicit UserKeyboard(const std::string& socketPath, const char* layout = "us");

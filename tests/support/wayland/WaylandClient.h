@@ -1,4 +1,4 @@
-// Another program on a compositor, served by a thread of its own.
+// Another program on a compositor, with its own thread.
 #pragma once
 
 #include <wayland-client.h>
@@ -23,7 +23,7 @@ class WaylandClient {
   /// Disconnects, which destroys everything of this client in the compositor.
   ~WaylandClient();
 
-  /// Binds a global of this interface. Throws std::runtime_error when there is none.
+  /// Binds a global of this interface. Throws std::runtime_error if there is none.
   void* global(const wl_interface& interface, std::uint32_t version = 1);
 
   /// Handles events on the thread from now on, under lock().
@@ -34,7 +34,7 @@ class WaylandClient {
   /// Returns once the compositor has executed every request so far. Not before start().
   void synchronise();
 
-  /// Requests and everything that event handlers change need the lock.
+  /// Requests, and access to everything that event handlers change, need the lock.
   std::unique_lock<std::mutex> lock() const { return std::unique_lock(mutex_); }
   /// Waits until `condition`, which is called under the lock, holds; throws std::runtime_error
   /// with `what` after kTimeLimit.
