@@ -24,7 +24,7 @@ int handleSignal(sd_bus_message* signal, void* handler, sd_bus_error* /*error*/)
   return 0;
 }
 
-/// The instant of a steady_clock, in microseconds, as a timer takes it.
+/// Converts a steady_clock time, in microseconds, for a timer.
 itimerspec timerAt(std::uint64_t time) {
   itimerspec setting{};
   if (time == kNever) return setting;
@@ -160,7 +160,7 @@ void Bus::readable() {
   connectionLost_();
 }
 
-// A call may have read signals while it waited for its reply.
+// A call may have read signals while it was waiting for its reply.
 void Bus::willWait() {
   process();
 }
@@ -180,8 +180,8 @@ void Bus::process() {
   prepareWait();
 }
 
-/// Makes epoll_ readable when sd-bus has something to do. After a loss it is readable for good, and
-/// readable() tells of it.
+/// Makes epoll_ readable when sd-bus has something to do. After the connection is lost it stays
+/// readable, and readable() reports the loss.
 void Bus::prepareWait() {
   std::uint64_t time = kNever;
   sd_bus_get_timeout(bus_, &time);

@@ -58,12 +58,12 @@ DataControl::~DataControl() {
 bool DataControl::takeEmpty() {
   taken_ = false;
   if (!device_) return false;
-  // The previous source, if there still is one, is cancelled and destroyed then.
+  // The previous source, if any, is then cancelled and destroyed.
   empty_ = zwlr_data_control_manager_v1_create_data_source(display_.dataControl());
   zwlr_data_control_source_v1_add_listener(empty_, &kSourceListener, this);
   zwlr_data_control_source_v1_offer(empty_, kEmptyClipboardType);
   zwlr_data_control_device_v1_set_selection(device_.get(), empty_);
-  // The clipboard's changes up to our own are told before this returns.
+  // All clipboard changes up to our own are reported before this returns.
   taken_ = display_.synchronise() && empty_ != nullptr && device_ != nullptr;
   changed_ = false;
   return taken_;
@@ -126,7 +126,7 @@ void WaylandClipboard::clear() {
 bool WaylandClipboard::copySelection() {
   terminal_ = linux_port::TerminalKind::kNone;
   names_ = focusedProgram_();
-  // Whether Emacs copied what it shows as selected is not known here.
+  // It is not known here whether Emacs has copied the text that it shows as selected.
   if (linux_port::isLeftAlone(names_) || linux_port::takesPrimaryAfterCopying(names_)) return true;
   for (const auto& name : names_) {
     if (terminal_ == linux_port::TerminalKind::kNone) terminal_ = linux_port::terminalKind(name);

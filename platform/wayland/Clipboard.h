@@ -1,5 +1,5 @@
-// The copy on Wayland: the clipboard by data control, the copy keystroke by what the compositor
-// lets us type with.
+// Copying on Wayland: the clipboard through data control, and the copy keystroke through the
+// interface that the compositor offers for typing.
 #pragma once
 
 #include <functional>
@@ -20,23 +20,23 @@ struct zwlr_data_control_source_v1;
 
 namespace seldial::platform::wayland {
 
-/// The clipboard of a seat, without a window: through the data control that compositors offer to
-/// clipboard managers. Main thread only.
+/// The clipboard of a seat, without a window, through the data control interface for clipboard
+/// managers. Main thread only.
 class DataControl {
  public:
-  /// The display must offer a seat and the data control, and outlive this object.
+  /// The display must offer a seat and data control, and outlive this object.
   explicit DataControl(Display& display);
   ~DataControl();
   DataControl(const DataControl&) = delete;
   DataControl& operator=(const DataControl&) = delete;
 
-  /// Makes the clipboard ours, with nothing in it that is a text. What others put there afterwards
-  /// counts as copied. False when the compositor does not let us.
+  /// Takes ownership of the clipboard, without any text. What other programs put there afterwards
+  /// counts as copied. False if the compositor refuses.
   bool takeEmpty();
 
-  /// The text that has been copied since takeEmpty(), as its owner gives it. Nothing when nobody
-  /// copied, what was copied is no text, it is longer than 256 MiB, a second passes without a piece
-  /// of it, or all of it takes longer than 5 seconds.
+  /// The text that has been copied since takeEmpty(). Nothing if no program has copied, the copied
+  /// data is not text, it is longer than 256 MiB, no piece of it arrives for a second, or the
+  /// transfer takes longer than 5 seconds.
   [[nodiscard]] std::optional<std::string> copiedText();
 
   // Called by libwayland.
@@ -53,16 +53,16 @@ class DataControl {
 
   Display& display_;
   Owned<zwlr_data_control_device_v1> device_;
-  zwlr_data_control_source_v1* empty_ = nullptr;  ///< ours; null when another one took its place
-  std::map<zwlr_data_control_offer_v1*, std::size_t> offers_;  ///< with the best of their types
+  zwlr_data_control_source_v1* empty_ = nullptr;               ///< ours; null once it was replaced
+  std::map<zwlr_data_control_offer_v1*, std::size_t> offers_;  ///< each with its best type
   zwlr_data_control_offer_v1* clipboard_ = nullptr;            ///< one of offers_
   zwlr_data_control_offer_v1* primary_ = nullptr;              ///< one of offers_; never read
   bool changed_ = false;                                       ///< since takeEmpty()
   bool taken_ = false;                                         ///< takeEmpty() succeeded
 };
 
-/// Types nothing into a terminal but what it copies by and does not hand to the program inside.
-/// A terminal that cannot be made to copy like that copies nothing. Main thread only.
+/// Types into a terminal only a chord that the terminal copies on and does not pass to the program
+/// running in it. In terminals without such a chord nothing is copied. Main thread only.
 class WaylandClipboard final : public Clipboard {
  public:
   WaylandClipboard(DataControl& data, CopyKeys& keys, FocusedProgram focusedProgram)

@@ -21,7 +21,7 @@ using Clock = std::chrono::steady_clock;
 /// How long an owner may take for each piece of the text.
 constexpr milliseconds kPatience{1000};
 
-/// How long all of it may take.
+/// How long the whole transfer may take.
 constexpr milliseconds kTimeLimit{5000};
 
 /// The longest text that is read.

@@ -12,7 +12,7 @@
 namespace seldial::platform::wayland {
 namespace {
 
-/// Milliseconds of the clock that compositors stamp events with.
+/// The time in milliseconds, by the clock of event timestamps.
 std::uint32_t now() {
   const auto time = std::chrono::steady_clock::now().time_since_epoch();
   return static_cast<std::uint32_t>(
@@ -64,8 +64,8 @@ void VirtualKeyboard::press(std::uint32_t key) {
   display_.willWait();
 }
 
-/// Gives the keyboard the keymap of the seat, so that applications see no other layout. False when
-/// there is none that can be used.
+/// Gives the keyboard the keymap of the seat, so that applications see no other layout. False if
+/// there is no usable keymap.
 bool VirtualKeyboard::useKeymapOfSeat() {
   const auto& file = seatKeymap_.file();
   if (!file) return false;

@@ -1,5 +1,5 @@
-// Makes an application copy its selection: keys, which each kind of compositor lets a program type
-// in a way of its own.
+// Types the keys that make an application copy its selection. Each kind of compositor has its own
+// interface for typing.
 #pragma once
 
 #include <functional>
@@ -13,8 +13,8 @@ namespace seldial::platform::wayland {
 
 /// Keys by which applications copy.
 enum class Chord {
-  kControlInsert,  ///< copies in windows, but may be typed into a terminal
-  kCopyKey,        ///< XF86Copy; copies in some programs and means nothing to the others
+  kControlInsert,  ///< copies in most windows, but may reach the program in a terminal
+  kCopyKey,        ///< XF86Copy; copies in some programs and is ignored by the others
 };
 
 /// Main thread only.
@@ -23,14 +23,14 @@ class CopyKeys {
   virtual ~CopyKeys() = default;
 
   /// Types a chord into the focused window. Returns before the application has acted. False, with
-  /// nothing typed, when that is impossible or not safe at this moment.
+  /// nothing typed, if that is impossible or not safe at the moment.
   virtual bool type(Chord chord) = 0;
 };
 
-/// A keyboard of our own on the user's seat.
+/// A virtual keyboard on the user's seat.
 ///
-/// A compositor keeps the modifiers of each keyboard apart, so what the user holds is no part of
-/// what is typed, and nothing that is typed stays down. Main thread only.
+/// A compositor keeps separate modifiers for each keyboard, so the keys that the user holds do not
+/// affect the typed keys, and no typed key stays down. Main thread only.
 class VirtualKeyboard final : public CopyKeys {
  public:
   /// The display must offer a seat and virtual keyboards. It and the keymap must outlive this
@@ -40,7 +40,7 @@ class VirtualKeyboard final : public CopyKeys {
   VirtualKeyboard(const VirtualKeyboard&) = delete;
   VirtualKeyboard& operator=(const VirtualKeyboard&) = delete;
 
-  /// Types nothing when the keymap of the seat has no such keys.
+  /// Types nothing if the keymap of the seat has no such keys.
   bool type(Chord chord) override;
 
  private:
@@ -54,21 +54,21 @@ class VirtualKeyboard final : public CopyKeys {
   ChordKeys keys_;
 };
 
-/// Typing under KWin, by its fake input.
+/// Typing under KWin, through fake input.
 ///
-/// What is typed is mixed with what the user holds: KWin has one modifier state for all keyboards.
-/// Letting go of the user's modifiers is no way: KWin then takes a key that the user presses while
-/// still holding them for a plain one, which would replace the selection. So nothing is typed
-/// before the user has let go. Main thread only.
+/// KWin has one modifier state for all keyboards, so the modifiers that the user holds apply to the
+/// typed keys. Releasing the user's modifiers is not an option: KWin would then treat a key that
+/// the user presses while still holding them as a plain key, which would replace the selection. So
+/// nothing is typed before the user has released them. Main thread only.
 class FakeKeyboard final : public CopyKeys {
  public:
-  /// Returns once the user holds no modifier; false when that does not happen.
+  /// Returns once the user holds no modifier; false if that does not happen.
   using WaitForModifiers = std::function<bool()>;
 
   /// The display must offer fake input. It and the keymap must outlive this object.
   FakeKeyboard(Display& display, const SeatKeymap& keymap, WaitForModifiers waitForModifiers);
 
-  /// Types nothing, and says so on standard error, when the user does not let go of a modifier.
+  /// If the user does not release a modifier, types nothing and writes a line to standard error.
   bool type(Chord chord) override;
 
   /// Presses and releases a key, an evdev code. Returns once the compositor has handled both.

@@ -62,7 +62,7 @@ struct SwaySession : Session {
   WaylandClipboard clipboard{data, keyboard, [this] { return hotKeys.focusedProgram(); }};
 };
 
-/// A session of a compositor that gives programs no hot key.
+/// A session of a compositor without hot keys for programs.
 struct PressSession : Session {
   PressSession(std::shared_ptr<linux_port::MainLoop> mainLoop, std::unique_ptr<Display> open,
                const std::string& name)
@@ -110,7 +110,7 @@ struct GnomeSession {
   GnomeClipboard clipboard{remote, runningPrograms};
 };
 
-/// What a program can do nothing without; empty when nothing is missing.
+/// The missing interfaces without which the port cannot work; empty if none is missing.
 std::string missingFrom(const Display& display) {
   if (display.seat() == nullptr) return "a seat";
   if (display.dataControl() == nullptr) {

@@ -1,4 +1,4 @@
-// A Wayland session, for programs that choose it. This header needs no Wayland library.
+// The Wayland desktop. This header does not include Wayland libraries.
 #pragma once
 
 #include <functional>
@@ -10,14 +10,14 @@
 namespace seldial::platform::wayland {
 
 /// Takes over a socket that is connected to a compositor and returns the ports of its session;
-/// `connectionLost` is called once, from the loop, when the compositor goes away. Where the
-/// compositor lacks something, one line on standard error says what, and the ports refuse
+/// `connectionLost` is called once, from the loop, when the compositor goes away. If the compositor
+/// lacks a required interface, one line on standard error names it, and the ports refuse
 /// everything. Main thread.
 DesktopPorts connect(int socket, const std::shared_ptr<linux_port::MainLoop>& loop,
                      std::function<void()> connectionLost);
 
-/// The type of `seldialConnectWayland`, by which a program calls connect() in the module that has
-/// this folder. Program and module belong to the same build.
+/// The type of `seldialConnectWayland`, through which the program calls connect() in the module.
+/// Program and module must be from the same build.
 using ConnectFunction = void(int socket, const std::shared_ptr<linux_port::MainLoop>& loop,
                              const std::function<void()>& connectionLost, DesktopPorts& ports);
 

@@ -15,8 +15,8 @@
 namespace seldial::platform::wayland {
 namespace {
 
-// Version 1 of everything is enough; version 2 of the older data control would tell every change of
-// the primary selection.
+// Version 1 of everything is enough; version 2 of the older data control would report every change
+// of the primary selection.
 constexpr std::uint32_t kVersion = 1;
 
 /// The data control of newer compositors. It is version 2 of the older one under another name, with
@@ -40,11 +40,10 @@ const wl_callback_listener kSyncListener{
       *static_cast<bool*>(done) = true;
     }};
 
-/// Version 4 brought keys to KWin's fake input, and to its list of windows the way to destroy what
-/// was asked for.
+/// Version 4 added keys to KWin's fake input, and a destructor to its window list.
 constexpr std::uint32_t kKWinVersion = 4;
 
-/// Offered by KWin to every program, and by no other compositor.
+/// KWin offers this to every program; other compositors do not.
 constexpr const char* kOnlyInKWin = "org_kde_plasma_shell";
 
 /// A global as the compositor announces it.
@@ -148,7 +147,7 @@ bool Display::readableWhileBlocked() {
   return !lost_;
 }
 
-/// Handles the events that have been read, or else waits for more, at most as long as `limit`.
+/// Handles the events that have been read, or waits for more, at most for `limit`.
 void Display::serve(std::chrono::milliseconds limit) {
   while (!lost_ && wl_display_prepare_read(display_) != 0) {
     const int handled = wl_display_dispatch_pending(display_);
@@ -164,7 +163,7 @@ void Display::serve(std::chrono::milliseconds limit) {
   if (check(wl_display_read_events(display_))) check(wl_display_dispatch_pending(display_));
 }
 
-/// Takes the result of a call; false when it says that the connection is lost.
+/// Checks the result of a call. False if the connection is lost.
 bool Display::check(int result) {
   if (result == -1) lost_ = true;
   return !lost_;

@@ -1,4 +1,4 @@
-// The connection to the compositor and what it offers.
+// The connection to the compositor and its globals.
 #pragma once
 
 #include <wayland-client.h>
@@ -18,7 +18,7 @@ struct zwp_virtual_keyboard_manager_v1;
 
 namespace seldial::platform::wayland {
 
-/// Destroys a proxy; for proxies of the core protocol and of the extensions alike.
+/// Destroys a proxy of the core protocol or of an extension.
 struct DestroyProxy {
   template <class Proxy>
   void operator()(Proxy* proxy) const {
@@ -47,7 +47,7 @@ class Display final : public linux_port::EventSource {
 
   [[nodiscard]] bool lost() const { return lost_; }
 
-  // What the compositor offers; null where it does not. Owned by this object.
+  // The globals of the compositor; null if not offered. Owned by this object.
   [[nodiscard]] wl_seat* seat() const { return seat_.get(); }  ///< the first one
   /// ext_data_control_manager_v1 where that is offered, else zwlr_data_control_manager_v1.
   [[nodiscard]] zwlr_data_control_manager_v1* dataControl() const {
@@ -59,18 +59,17 @@ class Display final : public linux_port::EventSource {
 
   /// Whether it is KWin.
   [[nodiscard]] bool isKWin() const { return isKWin_; }
-  // What KWin offers to programs whose .desktop file asks for it.
+  // The globals that KWin offers only to programs whose .desktop file requests them.
   [[nodiscard]] org_kde_kwin_fake_input* fakeInput() const { return fakeInput_.get(); }
   [[nodiscard]] org_kde_plasma_window_management* plasmaWindows() const {
     return plasmaWindows_.get();
   }
 
-  /// The list of windows, which the compositor sends to each that binds it; null where it offers
-  /// none.
+  /// The list of windows, which the compositor sends after each bind; null if it offers none.
   [[nodiscard]] zwlr_foreign_toplevel_manager_v1* bindToplevels();
 
-  /// Returns once the compositor has executed every request so far and the events that it sent
-  /// before are handled. False when it does not answer in time or the connection is lost.
+  /// Returns once the compositor has executed every request so far and all events that it sent
+  /// before have been handled. False if it does not answer in time or the connection is lost.
   bool synchronise();
 
   [[nodiscard]] int descriptor() const override;
@@ -92,7 +91,7 @@ class Display final : public linux_port::EventSource {
   bool watched_ = false;
   bool lost_ = false;
   Owned<wl_registry> registry_;
-  std::uint32_t toplevelsName_ = 0;  ///< the global's; 0 where there is none
+  std::uint32_t toplevelsName_ = 0;  ///< of the global; 0 if there is none
   Owned<wl_seat> seat_;
   Owned<zwlr_data_control_manager_v1> extDataControl_;
   Owned<zwlr_data_control_manager_v1> wlrDataControl_;

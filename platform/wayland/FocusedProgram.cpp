@@ -106,7 +106,7 @@ std::vector<std::string> activeApplications(Display& display) {
   zwlr_foreign_toplevel_manager_v1_add_listener(manager.get(), &kToplevelsListener, &toplevels);
   display.synchronise();
   zwlr_foreign_toplevel_manager_v1_stop(manager.get());
-  display.synchronise();  // no handle comes after this
+  display.synchronise();  // no handle arrives after this
   std::vector<std::string> active;
   for (auto& one : toplevels) {
     if (one.active) active.push_back(std::move(one.applicationId));

@@ -1,4 +1,4 @@
-// Which program has the focus, where the compositor lists its windows.
+// Finds the focused program, if the compositor lists its windows.
 #pragma once
 
 #include <cstdint>
@@ -10,27 +10,28 @@
 
 namespace seldial::platform::wayland {
 
-/// Names of the program that owns the focused window: the application id, or the window class on
-/// Xwayland. None when no window has the focus.
+/// The names of the program that owns the focused window: the application ID, or the window class
+/// on Xwayland. Empty if no window has the focus.
 using FocusedProgram = std::function<std::vector<std::string>()>;
 
-/// The application ids of the active windows; none when the compositor does not tell. Takes two
-/// round trips. The list is requested for each call, so that changes wake nobody up in between.
+/// The application IDs of the active windows; empty if the compositor does not report them. Takes
+/// two round trips. The list is requested for each call, so that changes in between do not wake the
+/// program up.
 [[nodiscard]] std::vector<std::string> activeApplications(Display& display);
 
-/// Which program has the focus under KWin.
+/// Finds the focused program under KWin.
 ///
-/// Notes only that windows appear; what they are is requested when it is needed, so that nothing
-/// else wakes the program up. Main thread only.
+/// It only records that windows appear. Their details are requested when they are needed, so that
+/// nothing else wakes the program up. Main thread only.
 class PlasmaWindows {
  public:
-  /// The display must outlive this object. Where it offers no list of windows to this program, none
-  /// is active.
+  /// The display must outlive this object. If it offers no list of windows to this program,
+  /// activeApplications() is always empty.
   explicit PlasmaWindows(Display& display);
   PlasmaWindows(const PlasmaWindows&) = delete;
   PlasmaWindows& operator=(const PlasmaWindows&) = delete;
 
-  /// The application id, or the window class on Xwayland, of the active window. Takes two round
+  /// The application ID, or the window class on Xwayland, of the active window. Takes two round
   /// trips.
   [[nodiscard]] std::vector<std::string> activeApplications();
 
@@ -39,7 +40,7 @@ class PlasmaWindows {
 
  private:
   Display& display_;
-  std::vector<std::uint32_t> ids_;  ///< of all windows, and of those gone since the last request
+  std::vector<std::uint32_t> ids_;  ///< of all windows, and of some that are closed
 };
 
 }  // namespace seldial::platform::wayland

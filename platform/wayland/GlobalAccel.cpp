@@ -15,15 +15,15 @@ const BusObject kShortcuts{GlobalAccel::kService, "/kglobalaccel", "org.kde.KGlo
 const BusObject kOwnComponent{GlobalAccel::kService, "/component/seldial",
                               "org.kde.kglobalaccel.Component"};
 
-/// KWin itself, and what its description says before the version of Qt.
+/// KWin, and the text before the Qt version in its support information.
 const BusObject kKWin{"org.kde.KWin", "/KWin", "org.kde.KWin"};
 constexpr std::string_view kBeforeQtVersion = "Qt Version: ";
 
-/// Flags of setShortcutKeys: the program is there now; its keys win over those stored before.
+/// Flags of setShortcutKeys: the program is running; its keys override the stored ones.
 constexpr std::uint32_t kSetPresent = 2;
 constexpr std::uint32_t kNoAutoloading = 4;
 
-/// Appends what names an action to the service.
+/// Appends the identification of an action.
 bool appendAction(sd_bus_message* message, const std::string& action, const std::string& title) {
   return sd_bus_message_append(message, "as", 4, kComponent, action.c_str(), kComponentTitle,
                                title.c_str()) >= 0;

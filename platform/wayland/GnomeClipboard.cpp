@@ -23,7 +23,7 @@ bool isOurs(const std::filesystem::path& process) {
   return stat(process.c_str(), &status) == 0 && status.st_uid == geteuid();
 }
 
-/// Whether each keystroke that copies does harm in it, or copies what is not selected.
+/// Whether every copy keystroke does harm in the program, or copies text that is not selected.
 bool isLeftAlone(const std::string& name) {
   constexpr std::string_view kEmacs = "emacs";  // emacs-gtk, emacs-pgtk
   return linux_port::isLeftAlone({name}) ||
@@ -70,7 +70,7 @@ bool GnomeClipboard::copySelection() {
   return remote_.type(XKB_KEY_XF86Copy);
 }
 
-/// One line on standard error, unless it is the last one again.
+/// Writes one line to standard error, unless it repeats the previous one.
 void GnomeClipboard::tell(const std::string& line) {
   if (std::exchange(told_, line) != line) printError("seldial: " + line);
 }
@@ -78,7 +78,7 @@ void GnomeClipboard::tell(const std::string& line) {
 std::optional<std::string> GnomeClipboard::text() {
   auto text = std::exchange(taken_, false) ? remote_.copiedText() : std::nullopt;
   remote_.close();
-  // Terminals copy an empty text when nothing is selected.
+  // Terminals copy an empty text if nothing is selected.
   if (text && (text->empty() || linux_port::mayBeCurrentLine(programs_, *text))) return {};
   return text;
 }

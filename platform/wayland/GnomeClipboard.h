@@ -1,4 +1,4 @@
-// The copy under GNOME: keys and clipboard by Mutter.
+// Copying under GNOME: keys and clipboard through Mutter.
 #pragma once
 
 #include <functional>
@@ -13,9 +13,9 @@ namespace seldial::platform::wayland {
 /// The names of the user's running programs.
 [[nodiscard]] std::vector<std::string> runningPrograms();
 
-/// GNOME does not tell which window has the focus, so any running program may have it. While a
-/// terminal runs that takes Ctrl+Insert for input, the copy keystroke is the Copy key, which types
-/// nothing anywhere, but which fewer applications know; while a program runs in which each
+/// GNOME does not report which window has the focus, so any running program may have it. While a
+/// terminal runs that treats Ctrl+Insert as input, the copy keystroke is the Copy key, which is
+/// harmless everywhere but supported by fewer applications. While a program runs in which every
 /// keystroke does harm, nothing is typed. Main thread only.
 class GnomeClipboard final : public Clipboard {
  public:
@@ -34,7 +34,7 @@ class GnomeClipboard final : public Clipboard {
   const std::function<std::vector<std::string>()> runningPrograms_;
   std::vector<std::string> programs_;  ///< during the last copy
   bool taken_ = false;
-  std::string told_;  ///< what the user knows
+  std::string told_;  ///< the last line on standard error
 };
 
 }  // namespace seldial::platform::wayland

@@ -11,16 +11,16 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// The shortcut that tells that no modifier is down. Keyboards for PCs lack its key; it is F18 of
-/// others.
+/// The shortcut that fires only if no modifier is down. PC keyboards do not have its key, which is
+/// F18 on others.
 constexpr const char* kModifiersUp = "modifiers-up";
 constexpr const char* kModifiersUpTrigger = "XF86Launch9";
 constexpr xkb_keysym_t kModifiersUpKey = XKB_KEY_XF86Launch9;
 
-/// Between two times that its key is typed. An answer takes about 5 ms.
+/// The interval at which its key is typed. GNOME reports it after about 5 ms.
 constexpr milliseconds kInterval{25};
 
-/// How long modifiers may be held before the use counts as abandoned.
+/// How long modifiers may be held before the use is abandoned.
 constexpr std::chrono::seconds kLongestUse{10};
 
 }  // namespace
@@ -50,7 +50,7 @@ std::optional<HotKeyRef> GnomeHotKeys::registerHotKey(std::uint32_t keyCode,
 bool GnomeHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
   if (linux_port::isModifierOrLockKey(keyCode)) return false;
   const auto trigger = triggerOf(keyCode, modifiers);
-  // The second is what makes an application copy.
+  // Applications copy on Ctrl+Insert, so it cannot be a hot key.
   return !trigger.empty() && trigger != kModifiersUpTrigger && trigger != "CTRL+Insert";
 }
 
@@ -66,7 +66,7 @@ void GnomeHotKeys::unregisterAll() {
   portal_.release();
 }
 
-/// The combination as the portal spells it; empty when the key is none or gives no symbol.
+/// The combination in the portal's notation; empty if there is no such key or it has no symbol.
 std::string GnomeHotKeys::triggerOf(std::uint32_t keyCode, std::uint32_t modifiers) const {
   constexpr std::array<std::pair<std::uint32_t, const char*>, 4> kNames{
       {{kHotKeyControl, "CTRL+"},
@@ -113,18 +113,19 @@ void GnomeHotKeys::tellAnswer(PortalShortcuts::Answer answer) {
   tell("GNOME has the hot key: " + keys);
 }
 
-/// One line on standard error. GNOME reports a change more than once.
+/// Writes one line to standard error, unless it repeats the previous one: GNOME reports a change
+/// more than once.
 void GnomeHotKeys::tell(const std::string& line) {
   if (std::exchange(told_, line) != line) printError("seldial: " + line);
 }
 
-/// Whether the user has to hold modifiers for it. The portal's texts are "Press <Control>d" in
-/// GNOME 48, and of the kind "Ctrl+D" elsewhere.
+/// Whether the shortcut has modifiers. The portal's texts are like "Press <Control>d" in GNOME 48,
+/// and like "Ctrl+D" elsewhere.
 bool GnomeHotKeys::hasModifiers(const std::string& id) const {
   return portal_.triggerOf(id).find_first_of("<+") != std::string::npos;
 }
 
-/// Comes again and again while the key is held.
+/// Called repeatedly while the key is held.
 void GnomeHotKeys::activated(const std::string& id, std::uint64_t time) {
   if (id == kModifiersUp) return modifiersAreUp(time);
   if (use_) {
@@ -148,7 +149,7 @@ void GnomeHotKeys::deactivated(const std::string& id) {
   askForModifiers();
 }
 
-/// Types the second shortcut until it is one.
+/// Types the key of the second shortcut repeatedly, until GNOME reports that shortcut.
 void GnomeHotKeys::askForModifiers() {
   if (Clock::now() > use_->deadline || !remote_.type(kModifiersUpKey)) {
     tell("GNOME does not tell that the keys of the hot key were let go");
@@ -157,7 +158,7 @@ void GnomeHotKeys::askForModifiers() {
   timer_.start(kInterval, [this] { askForModifiers(); });
 }
 
-/// An answer that is older than the press is one to a use before.
+/// A report that is older than the press belongs to an earlier use.
 void GnomeHotKeys::modifiersAreUp(std::uint64_t time) {
   if (!use_ || time < use_->pressed || (!use_->released && !hasModifiers(use_->id))) return;
   timer_.stop();

@@ -16,11 +16,11 @@ namespace {
 /// The difference between the key codes of XKB and those of evdev.
 constexpr xkb_keycode_t kFirstKey = 8;
 
-/// Keys that keyboards do not have, the least likely to be used first.
+/// Keys that keyboards do not have, in the order of the least likely use.
 constexpr std::array<std::uint32_t, 9> kKeys{KEY_F18,   KEY_F17,   KEY_F16,   KEY_F15,  KEY_F14,
                                              KEY_PROG4, KEY_PROG3, KEY_PROG2, KEY_PROG1};
 
-/// How often to ask while a modifier is held. Fingers take about 50 ms to leave the keys.
+/// How often to check while a modifier is held. Users take about 50 ms to release the keys.
 constexpr std::chrono::milliseconds kInterval{10};
 
 std::string upAction(std::uint32_t key) {
@@ -31,7 +31,7 @@ std::string heldAction(std::uint32_t key) {
   return "modifiers held " + std::to_string(key);
 }
 
-/// The codes of the key with each combination of modifiers but none; empty where one has no code.
+/// The codes of the key with each non-empty combination of modifiers; empty if one has no code.
 std::vector<int> codesWithModifiers(xkb_keymap& keymap, xkb_keycode_t key, int qtVersion) {
   std::vector<int> codes;
   for (unsigned combination = 1; combination < 1U << kModifiers.size(); ++combination) {
@@ -69,11 +69,11 @@ bool ModifierProbe::open() {
   return false;
 }
 
-/// False when the keymap does not have the key or another program uses it.
+/// False if the keymap does not have the key or another program uses it.
 bool ModifierProbe::take(xkb_keymap& keymap, std::uint32_t key) {
   const auto alone = qtKeys(keymap, key + kFirstKey, 0, shortcuts_.qtVersion());
   const auto withModifiers = codesWithModifiers(keymap, key + kFirstKey, shortcuts_.qtVersion());
-  // A modifier that does not change the code would not be noticed.
+  // A modifier that does not change the code would not be detected.
   for (const int code : withModifiers) {
     if (std::find(alone.begin(), alone.end(), code) != alone.end()) return false;
   }

@@ -1,9 +1,9 @@
-// Whether the user holds a modifier, which KWin tells nobody but the focused window.
+// Detects whether the user holds a modifier, which KWin reports only to the focused window.
 //
-// KWin has one modifier state for all keyboards, also for keys that programs type. So a key that no
-// keyboard has is made a global shortcut: one action has it alone, another has it with each
-// combination of modifiers. The action that fires when the key is typed tells what is held, and no
-// window gets the press.
+// KWin has one modifier state for all keyboards, including keys that programs type. So a key that
+// no keyboard has is registered as a global shortcut: alone for one action, and with every
+// combination of modifiers for another. When the key is typed, the action that fires shows whether
+// a modifier is held, and no window receives the key.
 #pragma once
 
 #include <chrono>
@@ -25,27 +25,28 @@ class ModifierProbe {
   /// handled both.
   using TapKey = std::function<void(std::uint32_t key)>;
 
-  /// How long the user may hold modifiers before a use of the hot key is given up.
+  /// How long the user may hold modifiers before a use of the hot key is abandoned.
   static constexpr std::chrono::seconds kPatience{5};
 
-  /// All of them must outlive this object.
+  /// All arguments must outlive this object.
   ModifierProbe(linux_port::MainLoop& loop, Bus& bus, GlobalAccel& shortcuts, HotKeyClaims& claims,
                 const SeatKeymap& keymap, TapKey tapKey);
 
-  /// Takes a key that nobody uses, if it has none yet. False when there is none.
+  /// Registers a key that no program uses, if none is registered yet. False if there is no such
+  /// key.
   bool open();
-  /// Gives the key back.
+  /// Unregisters the key.
   void close();
 
-  /// Returns once no modifier is held. False when the user holds one for longer than kPatience, the
-  /// program is to end, or KWin does not tell.
+  /// Returns once no modifier is held. False if the user holds one for longer than kPatience, the
+  /// program is to end, or KWin does not answer.
   bool waitUntilUp();
 
-  /// For the handler of GlobalAccel.
+  /// Called by the handler of GlobalAccel.
   void pressed(const std::string& action);
 
  private:
-  /// Whether a modifier is held; nothing when that cannot be found out.
+  /// Whether a modifier is held; nothing if that cannot be determined.
   enum class Answer { kUp, kHeld };
   std::optional<Answer> ask();
   bool take(xkb_keymap& keymap, std::uint32_t key);
@@ -58,7 +59,7 @@ class ModifierProbe {
   const TapKey tapKey_;
   std::optional<HotKeyClaim> upClaim_;
   std::optional<HotKeyClaim> heldClaim_;
-  std::uint32_t key_ = 0;  ///< an evdev code; 0 while there is none
+  std::uint32_t key_ = 0;  ///< an evdev code; 0 if there is none
   std::optional<Answer> answer_;
 };
 

@@ -1,4 +1,4 @@
-// The entry of the module seldial-wayland.so.
+// The entry point of the module seldial-wayland.so.
 #include "platform/wayland/Desktop.h"
 
 extern "C" __attribute__((visibility("default"))) void seldialConnectWayland(

@@ -50,7 +50,7 @@ void MutterRemote::close() {
 
 bool MutterRemote::type(xkb_keysym_t key, bool withControl) {
   if (session_.empty()) return false;
-  // What is down goes up again, whatever fails.
+  // Every pressed key is released, whatever fails.
   bool typed = !withControl || press(XKB_KEY_Control_L, true);
   typed = typed && press(key, true);
   typed = press(key, false) && typed;
@@ -68,7 +68,7 @@ bool MutterRemote::takeClipboard() {
                          [this](sd_bus_message* signal) { ownerChanged(signal); });
   const bool taken = bus_.call(session(), "EnableClipboard", "a{sv}", 1, "mime-types", "as", 1,
                                kEmptyClipboardType) != nullptr;
-  // Handles what was told before the clipboard became ours.
+  // Handles the signals from before we took the clipboard.
   bus_.waitFor([] { return true; }, std::chrono::milliseconds(0));
   copiedType_.clear();
   return taken;
@@ -103,7 +103,7 @@ void MutterRemote::ownerChanged(sd_bus_message* signal) {
 
 std::optional<std::string> MutterRemote::copiedText() {
   if (session_.empty() || !owner_) return {};
-  // What Mutter has told by now arrives before its reply does.
+  // Signals that Mutter has sent so far arrive before its reply.
   BusObject mutter = kRemoteDesktop;
   mutter.interface = "org.freedesktop.DBus.Peer";
   bus_.call(mutter, "Ping", "");

@@ -1,7 +1,8 @@
-// Keys and the clipboard of GNOME, by the interface of its compositor Mutter for remote desktops.
+// Keys and the clipboard under GNOME, through the remote desktop interface of its compositor
+// Mutter.
 //
-// While a session is open, the top bar shows GNOME's sign of a shared screen, so one is open for
-// the time of a use only.
+// While a session is open, the top bar shows GNOME's screen sharing indicator, so a session is open
+// only during a use of the hot key.
 #pragma once
 
 #include <xkbcommon/xkbcommon.h>
@@ -24,17 +25,17 @@ class MutterRemote {
   /// Whether Mutter is on the bus.
   static bool isOffered(Bus& bus);
 
-  /// Opens a session unless one is open. False when Mutter refuses.
+  /// Opens a session unless one is open. False if Mutter refuses.
   bool open();
   void close();
 
-  /// Types a key, with Control held down or not. The modifiers that the user holds apply to it as
-  /// well: there is one keyboard state. Returns before the application has acted. False when there
-  /// is no session.
+  /// Types a key, with or without Control. The modifiers that the user holds also apply to it:
+  /// there is one keyboard state. Returns before the application has acted. False if there is no
+  /// session.
   bool type(xkb_keysym_t key, bool withControl = false);
 
-  /// Makes the clipboard ours, with nothing in it that is a text. What others put there afterwards
-  /// counts as copied. Once in a session. False when Mutter refuses.
+  /// Takes ownership of the clipboard, without any text. What other programs put there afterwards
+  /// counts as copied. Call it once per session. False if Mutter refuses.
   bool takeClipboard();
 
   /// The text that has been copied since takeClipboard(); see DataControl::copiedText().
@@ -49,7 +50,7 @@ class MutterRemote {
   std::string session_;  ///< its path; empty while none is open
   BusSlot closed_;
   BusSlot owner_;
-  std::string copiedType_;  ///< the best type of what was copied; empty when it is no text
+  std::string copiedType_;  ///< the best type of the copied data; empty if it is not text
 };
 
 }  // namespace seldial::platform::wayland

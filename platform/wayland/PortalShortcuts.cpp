@@ -6,18 +6,18 @@
 namespace seldial::platform::wayland {
 namespace {
 
-/// How long bind() waits. A desktop that asks nobody answers within half a second.
+/// How long bind() waits. A desktop that does not ask the user answers within half a second.
 constexpr std::chrono::seconds kPatience{1};
 
 const BusObject kShortcuts{"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
                            "org.freedesktop.portal.GlobalShortcuts"};
 
-/// Another interface, or object, of the portal.
+/// Another interface or object of the portal.
 BusObject portal(const char* interface, const std::string& path = kShortcuts.path) {
   return {kShortcuts.service, path, interface};
 }
 
-/// The path of the request that a call with this token makes.
+/// The path of the request that a call with this token creates.
 std::string requestPath(std::string name, const std::string& token) {
   name.erase(0, 1);
   std::replace(name.begin(), name.end(), '.', '_');
@@ -87,7 +87,7 @@ void PortalShortcuts::release() {
   response_.reset();
   signals_.clear();
   const std::string request = std::exchange(pending_, {});
-  if (!request.empty()) {  // its dialog goes, too
+  if (!request.empty()) {  // this also closes its dialog
     bus_.call(portal("org.freedesktop.portal.Request", request), "Close", "");
   }
   const std::string session = std::exchange(session_, {});
@@ -101,7 +101,7 @@ std::string PortalShortcuts::triggerOf(const std::string& id) const {
   return found != triggers_.end() ? found->second : std::string();
 }
 
-/// The answer comes from the loop, or from waitFor().
+/// The answer arrives in the loop or in waitFor().
 void PortalShortcuts::start() {
   answer_ = Answer::kAsked;
   if (registerApplication()) createSession();
@@ -111,7 +111,8 @@ bool PortalShortcuts::registerApplication() {
   auto call = bus_.newCall(portal("org.freedesktop.host.portal.Registry"), "Register");
   if (call) sd_bus_message_append(call.get(), "sa{sv}", kApplicationId, 0);
   if (bus_.call(std::move(call))) return true;
-  // A portal takes the name of a connection once; it knows ours from the last time then.
+  // A portal accepts the application ID of a connection only once. This error means that it already
+  // knows ours.
   if (bus_.error().find("already associated") != std::string::npos) return true;
   finish(Answer::kRefused, "the portal does not know this program: " + bus_.error());
   return false;
@@ -146,7 +147,7 @@ void PortalShortcuts::bindShortcuts() {
     sd_bus_message_close_container(call);
     sd_bus_message_append(call, "sa{sv}", "", 1, "handle_token", "s", token.c_str());
   };
-  // GNOME 48 answers with the code of a failure in every case, so what is bound is what counts.
+  // GNOME 48 always answers with a failure code, so only the bound shortcuts count.
   request("BindShortcuts", fill, [this](std::uint32_t /*code*/, sd_bus_message* results) {
     visitDictionary(results, [&](const std::string& key) {
       if (key != "shortcuts") return false;
@@ -161,13 +162,14 @@ void PortalShortcuts::bindShortcuts() {
   });
 }
 
-/// Calls a method that answers by a signal. `fill` uses the token of this number of the request.
+/// Calls a method that answers with a signal. `fill` adds the arguments, including the token of
+/// this request.
 void PortalShortcuts::request(const char* method, const std::function<void(sd_bus_message*)>& fill,
                               Response response) {
   auto call = bus_.newCall(kShortcuts, method);
   if (call) fill(call.get());
   pending_ = requestPath(bus_.uniqueName(), "seldial" + std::to_string(requests_++));
-  // Before the call: the answer may come before its reply.
+  // Before the call, because the answer may arrive before the reply.
   response_ = bus_.onSignal(portal("org.freedesktop.portal.Request", pending_), "Response",
                             [this, response = std::move(response)](sd_bus_message* signal) {
                               std::uint32_t code = 0;
@@ -217,7 +219,7 @@ void PortalShortcuts::finish(Answer answer, std::string error) {
   if (!binding_) handlers_.changed(answer);
 }
 
-/// A portal that has been started again knows of no session.
+/// A restarted portal does not know the session.
 void PortalShortcuts::portalChanged(bool there) {
   if (wanted_.empty() || binding_) return;
   session_.clear();

@@ -1,5 +1,5 @@
-// The desktop portal's global shortcuts: hot keys that the user allows, and may change, in a dialog
-// of the desktop. The desktop keeps what the user has chosen, so the dialog comes once.
+// The global shortcuts of the desktop portal: hot keys that the user allows, and may change, in a
+// dialog of the desktop. The desktop remembers the user's choice, so the dialog appears once.
 #pragma once
 
 #include <functional>
@@ -14,7 +14,8 @@ namespace seldial::platform::wayland {
 struct PortalShortcut {
   std::string id;
   std::string description;  ///< what it does, for the user
-  std::string trigger;      ///< a wish, as the freedesktop.org shortcuts specification spells keys
+  std::string trigger;  ///< the preferred trigger, in the notation of the freedesktop.org shortcuts
+                        ///< specification
 };
 
 /// One set of shortcuts at a time. Main thread only.
@@ -26,17 +27,18 @@ class PortalShortcuts {
     kRefused,  ///< error() says why
   };
 
-  /// What happens to the shortcuts. Called from the loop, also while that blocks; may not call
-  /// bind() or release().
+  /// The events of the shortcuts. Called from the loop, even while it blocks; must not call bind()
+  /// or release().
   struct Handlers {
-    /// `time` is the compositor's, in milliseconds.
+    /// `time` is the compositor's time, in milliseconds.
     std::function<void(const std::string& id, std::uint64_t time)> activated;
     std::function<void(const std::string& id)> deactivated;
-    /// The user has answered, the portal came back, or the user changed a key: bound or refused.
+    /// The user has answered or changed a key, or the portal has restarted. The answer is bound or
+    /// refused.
     std::function<void(Answer answer)> changed;
   };
 
-  /// The name of the installed desktop file by which the portal knows this program.
+  /// The name of the installed .desktop file by which the portal identifies this program.
   static constexpr const char* kApplicationId = "org.seldial.Seldial";
 
   PortalShortcuts(Bus& bus, Handlers handlers);
@@ -44,23 +46,23 @@ class PortalShortcuts {
   PortalShortcuts(const PortalShortcuts&) = delete;
   PortalShortcuts& operator=(const PortalShortcuts&) = delete;
 
-  /// Whether the portal is there and has such shortcuts. Starts it if it is installed.
+  /// Whether the portal is available and supports global shortcuts. Starts it if it is installed.
   static bool isOffered(Bus& bus);
 
-  /// Asks for exactly these shortcuts, in place of those before. Waits one second for the answer
-  /// of a desktop that needs not ask the user.
+  /// Requests exactly these shortcuts, which replace the previous ones. Waits one second for the
+  /// answer of a desktop that does not need to ask the user.
   Answer bind(std::vector<PortalShortcut> shortcuts);
 
-  /// Gives all of them back. What the user has allowed stays stored.
+  /// Releases all shortcuts. The desktop remembers the user's permission.
   void release();
 
-  /// The key of a shortcut in the desktop's own words; empty when it has none.
+  /// The key of a shortcut, as described by the desktop; empty if it has none.
   [[nodiscard]] std::string triggerOf(const std::string& id) const;
 
-  /// Whether the shortcuts are there.
+  /// Whether the shortcuts are bound.
   [[nodiscard]] bool isBound() const { return answer_ == Answer::kBound; }
 
-  /// Why the answer was kRefused, for people.
+  /// Why the answer was kRefused, as readable text.
   [[nodiscard]] const std::string& error() const { return error_; }
 
  private:
@@ -80,14 +82,14 @@ class PortalShortcuts {
   Bus& bus_;
   const Handlers handlers_;
   std::vector<PortalShortcut> wanted_;
-  std::map<std::string, std::string> triggers_;  ///< of what is bound, by id
+  std::map<std::string, std::string> triggers_;  ///< of the bound shortcuts, by id
   Answer answer_ = Answer::kRefused;
   std::string error_;
-  bool binding_ = false;  ///< bind() waits, and tells the answer itself
+  bool binding_ = false;  ///< bind() is waiting, and returns the answer itself
   std::string session_;   ///< its path; empty while there is none
   unsigned requests_ = 0;
   BusSlot owner_;
-  std::string pending_;  ///< the path of the request that has no answer yet
+  std::string pending_;  ///< the path of the pending request
   BusSlot response_;
   std::vector<BusSlot> signals_;
 };

@@ -13,10 +13,10 @@
 namespace seldial::platform::wayland {
 namespace {
 
-/// Presses that may wait while one is handled.
+/// The number of presses that may wait while one is handled.
 constexpr int kBacklog = 16;
 
-/// A socket that listens at `path`, whatever was there; -1 when that fails.
+/// Creates a socket that listens at `path`, replacing any file there; -1 on failure.
 int listenAt(const std::string& path) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
@@ -65,7 +65,7 @@ void PressHotKeys::unregisterHotKey(HotKeyRef ref) {
   if (registrations_.empty()) unregisterAll();
 }
 
-/// The claim says that a socket file which is there is a killed program's.
+/// Because of the claim, an existing socket file belongs to a killed process.
 bool PressHotKeys::listen() {
   claim_ = HotKeyClaims(sharedRuntimeDirectory(), "press").claim("socket");
   if (claim_) socket_ = listenAt(pressSocketPath());

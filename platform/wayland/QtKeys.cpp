@@ -9,7 +9,7 @@
 namespace seldial::platform::wayland {
 namespace {
 
-/// A modifier as hot keys, keymaps and Qt name it.
+/// The bits and names of a modifier for hot keys, keymaps and Qt.
 struct ModifierBit {
   HotKeyModifier hotKeyModifier;
   const char* name;
@@ -21,7 +21,7 @@ constexpr std::array kBits{ModifierBit{kHotKeyShift, XKB_MOD_NAME_SHIFT, 0x02000
                            ModifierBit{kHotKeyOption, XKB_MOD_NAME_ALT, 0x08000000},
                            ModifierBit{kHotKeyCommand, XKB_MOD_NAME_LOGO, 0x10000000}};
 
-/// Key symbols in a row that have Qt codes in a row.
+/// A range of key symbols with consecutive Qt codes.
 struct SymbolRange {
   xkb_keysym_t first;
   xkb_keysym_t last;
@@ -30,7 +30,7 @@ struct SymbolRange {
 
 constexpr int kLaunch0 = 0x010000a2;
 
-/// In Qt 5, the first two of these codes are other keys.
+/// In Qt 5, the first two of these codes belong to other keys.
 constexpr int kLaunchKeysInQt5 = 2;
 
 constexpr auto kRanges = std::to_array<SymbolRange>({
@@ -40,7 +40,7 @@ constexpr auto kRanges = std::to_array<SymbolRange>({
     {XKB_KEY_XF86Launch0, XKB_KEY_XF86LaunchF, kLaunch0},
     {XKB_KEY_Escape, XKB_KEY_Escape, 0x01000000},
     {XKB_KEY_Tab, XKB_KEY_Tab, 0x01000001},
-    // KWin looks for Tab when Shift makes another symbol of it.
+    // KWin expects Tab, although Shift turns it into another symbol.
     {XKB_KEY_ISO_Left_Tab, XKB_KEY_ISO_Left_Tab, 0x01000001},
     {XKB_KEY_BackSpace, XKB_KEY_BackSpace, 0x01000003},
     {XKB_KEY_Return, XKB_KEY_Return, 0x01000004},
@@ -58,7 +58,7 @@ bool isLetter(xkb_keysym_t symbol) {
   return xkb_keysym_to_upper(symbol) != xkb_keysym_to_lower(symbol);
 }
 
-/// 0 where Qt has no code.
+/// The Qt code of a symbol; 0 if there is none.
 int qtKey(xkb_keysym_t symbol, int qtVersion) {
   const auto* const range = std::find_if(kRanges.begin(), kRanges.end(), [=](const auto& one) {
     return one.first <= symbol && symbol <= one.last;
@@ -70,7 +70,8 @@ int qtKey(xkb_keysym_t symbol, int qtVersion) {
   const auto character = static_cast<int>(xkb_keysym_to_utf32(symbol));
   const auto upper = static_cast<int>(xkb_keysym_to_utf32(xkb_keysym_to_upper(symbol)));
   if (character < ' ') return 0;
-  // Qt codes are the capital letters, but KWin keeps Latin-1 within Latin-1.
+  // Qt codes are those of the capital letters, but KWin does not map Latin-1 to characters outside
+  // it.
   return character <= 0xff && upper > 0xff ? character : upper;
 }
 
@@ -84,8 +85,8 @@ xkb_mod_mask_t maskOf(xkb_keymap& keymap, std::uint32_t modifiers) {
   return mask;
 }
 
-/// The bits of the modifiers that KWin regards besides the symbol: not those that have already made
-/// another symbol of it, except for the Shift of a letter.
+/// The modifier bits that KWin compares in addition to the symbol: not those that have already
+/// changed the symbol, except Shift with a letter.
 int qtBits(xkb_keymap& keymap, xkb_state& state, xkb_keycode_t key, std::uint32_t modifiers) {
   int bits = 0;
   const bool letter = isLetter(xkb_state_key_get_one_sym(&state, key));

@@ -1,5 +1,5 @@
-// Keys as Plasma's global shortcuts name them: by Qt's codes for what the user's layout puts on the
-// key, with modifier bits.
+// Key codes of Plasma's global shortcuts: Qt's codes for the symbols that the user's layout assigns
+// to a key, with modifier bits.
 #pragma once
 
 #include <xkbcommon/xkbcommon.h>
@@ -9,9 +9,9 @@
 
 namespace seldial::platform::wayland {
 
-/// The codes under which KWin knows a key, an X key code, while the modifiers (HotKeyModifier bits)
-/// are held, in every layout of the keymap, each code once. Empty where it has none. `qtVersion` is
-/// the major version of Qt that KWin uses.
+/// The codes that KWin uses for a key, an X key code, with modifiers (HotKeyModifier bits), in all
+/// layouts of the keymap, without duplicates. Empty if there is none. `qtVersion` is the major
+/// version of Qt that KWin uses.
 [[nodiscard]] std::vector<int> qtKeys(xkb_keymap& keymap, xkb_keycode_t key,
                                       std::uint32_t modifiers, int qtVersion);
 

@@ -25,7 +25,7 @@ const wl_seat_listener kSeatListener{
     },
     [](void* /*data*/, wl_seat* /*seat*/, const char* /*name*/) {}};
 
-// Without a window there are no events but the keymap.
+// Without a window there are no events other than the keymap.
 const wl_keyboard_listener kKeyboardListener{
     [](void* data, wl_keyboard* /*keyboard*/, std::uint32_t format, std::int32_t file,
        std::uint32_t size) { self(data).keymapChanged(format, file, size); },
@@ -41,7 +41,7 @@ const wl_keyboard_listener kKeyboardListener{
     [](void* /*data*/, wl_keyboard* /*keyboard*/, std::int32_t /*rate*/, std::int32_t /*delay*/) {
     }};
 
-/// The text of a file in memory, for as long as this object lives.
+/// Maps the text of a file into memory.
 class MappedText {
  public:
   MappedText(int file, std::uint32_t size)
@@ -54,7 +54,7 @@ class MappedText {
   MappedText(const MappedText&) = delete;
   MappedText& operator=(const MappedText&) = delete;
 
-  /// Without the zero at its end; empty when there is none.
+  /// The text without the NUL byte at its end; empty if there is none.
   [[nodiscard]] std::string_view text() const {
     if (address_ == MAP_FAILED) return {};
     const auto* const characters = static_cast<const char*>(address_);
@@ -99,7 +99,7 @@ bool hasAnywhere(xkb_keymap* keymap, xkb_keycode_t key, xkb_keysym_t symbol) {
   return false;
 }
 
-/// The first key that gives the symbol without a modifier in the first layout, as evdev numbers it.
+/// The evdev code of the first key that has the symbol in the first layout without modifiers.
 std::optional<std::uint32_t> findKey(xkb_keymap* keymap, xkb_keysym_t symbol) {
   std::optional<std::uint32_t> found;
   visitKeys(keymap, [&](xkb_keycode_t key) {
@@ -160,8 +160,8 @@ ChordKeys chordKeys(xkb_keymap& keymap) {
 
 SeatKeymap::SeatKeymap(Display& display) : display_(display) {
   wl_seat_add_listener(display.seat(), &kSeatListener, this);
-  display.synchronise();  // tells that the seat has a keyboard
-  display.synchronise();  // tells its keymap
+  display.synchronise();  // reports that the seat has a keyboard
+  display.synchronise();  // reports its keymap
 }
 
 const KeymapFile& SeatKeymap::file() const {

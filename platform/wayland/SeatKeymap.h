@@ -1,4 +1,4 @@
-// The keymap of the user's seat: what its keys mean in the layouts that the user has chosen.
+// The keymap of the user's seat: the symbols of its keys in the user's layouts.
 #pragma once
 
 #include <xkbcommon/xkbcommon.h>
@@ -13,7 +13,7 @@
 
 namespace seldial::platform::wayland {
 
-/// A keymap as compositors pass it: a text in a file.
+/// A keymap as compositors pass it: text in a file.
 class KeymapFile {
  public:
   KeymapFile() = default;
@@ -23,22 +23,22 @@ class KeymapFile {
   KeymapFile(KeymapFile&& other) noexcept;
   KeymapFile& operator=(KeymapFile&& other) noexcept;
 
-  /// The keymap of a system where nobody has set another. Nothing when there is none.
+  /// The default keymap of the system. Nothing if there is none.
   static KeymapFile ofSystem();
 
   [[nodiscard]] explicit operator bool() const { return file_ != -1; }
   [[nodiscard]] int file() const { return file_; }
   [[nodiscard]] std::uint32_t size() const { return size_; }
-  /// The keymap; null when the file does not hold one.
+  /// The keymap; null if the file does not contain one.
   [[nodiscard]] std::shared_ptr<xkb_keymap> read() const;
   [[nodiscard]] bool equals(const KeymapFile& other) const;
 
  private:
   int file_ = -1;
-  std::uint32_t size_ = 0;  ///< in bytes, with the zero at the end of the text
+  std::uint32_t size_ = 0;  ///< in bytes, including the NUL byte at the end
 };
 
-/// The keys that copying needs, as evdev numbers them, and the bit of Control among the modifiers.
+/// The evdev codes of the keys that copying needs, and the modifier bit of Control.
 struct ChordKeys {
   std::optional<std::uint32_t> control;
   std::optional<std::uint32_t> insert;
@@ -48,27 +48,28 @@ struct ChordKeys {
 
 [[nodiscard]] ChordKeys chordKeys(xkb_keymap& keymap);
 
-/// Follows the keymap of the seat, which needs neither a window nor the focus. Main thread only.
+/// Tracks the keymap of the seat, which requires neither a window nor the focus. Main thread only.
 class SeatKeymap {
  public:
-  /// The display must offer a seat and outlive this object. Waits until the compositor has told the
+  /// The display must offer a seat and outlive this object. Waits until the compositor has sent the
   /// keymap.
   explicit SeatKeymap(Display& display);
   SeatKeymap(const SeatKeymap&) = delete;
   SeatKeymap& operator=(const SeatKeymap&) = delete;
 
-  /// As the compositor sent it last. A seat where no key has been pressed may have none: then the
-  /// system's, and nothing when there is none either.
+  /// The keymap that the compositor has sent last. Before the first key press a seat may have none;
+  /// then the default keymap of the system, if any.
   [[nodiscard]] const KeymapFile& file() const;
 
   /// Called whenever the compositor sends a keymap that differs from the one before.
   void whenChanged(std::function<void()> handler) { changed_ = std::move(handler); }
 
-  /// Tells of names of key symbols whether some layout has them on this key, an X key code.
+  /// Returns a function that tells whether any layout has the named symbol on this key, an X key
+  /// code.
   [[nodiscard]] std::function<bool(const std::string& name)> symbolsOf(std::uint32_t key) const;
 
-  /// The name of the symbol that the first layout puts on a key, an X key code, without modifiers.
-  /// Empty when there is none.
+  /// The name of the symbol of a key, an X key code, in the first layout without modifiers. Empty
+  /// if there is none.
   [[nodiscard]] std::string symbolName(std::uint32_t key) const;
 
   // Called by libwayland.
@@ -77,7 +78,7 @@ class SeatKeymap {
 
  private:
   Display& display_;
-  Owned<wl_keyboard> keyboard_;  ///< tells the keymap
+  Owned<wl_keyboard> keyboard_;  ///< the source of the keymap
   mutable KeymapFile file_;
   std::function<void()> changed_;
 };

@@ -26,10 +26,10 @@ struct ModifierName {
   std::uint32_t modifier;  ///< a HotKeyModifier, or kOtherModifier
 };
 
-/// Stands for modifiers that no hot key has.
+/// Represents modifiers that no hot key has.
 constexpr std::uint32_t kOtherModifier = 1;
 
-/// The first name of each modifier is the one that combinations are written with.
+/// The first name of each modifier is the one used in written combinations.
 constexpr std::array kModifierNames{
     ModifierName{"Ctrl", kHotKeyControl},    ModifierName{"Mod1", kHotKeyOption},
     ModifierName{"Shift", kHotKeyShift},     ModifierName{"Mod4", kHotKeyCommand},
@@ -47,7 +47,7 @@ std::vector<std::string> wordsOf(const std::string& line) {
   return words;
 }
 
-/// The files that an include names: sway takes it as a shell does, but runs no commands.
+/// The files that an include matches. sway expands it like a shell, but runs no commands.
 std::vector<std::string> includedFiles(const std::string& name, const std::string& directory) {
   const bool isRelative = name.find_first_of("/~$") != 0;
   wordexp_t words{};
@@ -127,7 +127,7 @@ class Reader {
     return keys != words.end() && means(withValues(*keys), words[0] == "bindcode");
   }
 
-  /// The text with the values of variables in place of their names, the longest name first.
+  /// Replaces the names of variables by their values, the longest name first.
   [[nodiscard]] std::string withValues(std::string text) const {
     for (const auto& [name, value] : variables_) {
       for (auto at = text.find(name); at != std::string::npos;
@@ -166,9 +166,9 @@ class Reader {
   const SwayCombination& combination_;
   const HasSymbol& hasSymbol_;
   std::map<std::string, std::string, std::greater<>> variables_;  ///< longer names first
-  std::vector<std::string> included_;             ///< by the line that was read last
-  std::set<std::string> seen_;                    ///< included files
-  std::string directory_;                         ///< of the file that is read
+  std::vector<std::string> included_;                             ///< by the last line
+  std::set<std::string> seen_;                                    ///< included files
+  std::string directory_;                                         ///< of the file being read
   std::vector<std::vector<std::string>> blocks_;  ///< the first words of the blocks around a line
 };
 

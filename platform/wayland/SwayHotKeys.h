@@ -1,10 +1,10 @@
-// Hot keys as bindings of sway, made while it runs.
+// Hot keys as sway bindings that are added at run time.
 //
-// A hot key is two bindings of a key code, so the key's place counts and not the layout: one for
-// the press, which keeps the key from the focused application, and one for the release. Both do
-// nothing but send us an event with their command. A reload of the configuration drops them, and
-// they work only in the binding mode in which they were made, so they are made again after a reload
-// and in each mode that the user enters.
+// A hot key is two bindings of a key code, so that the position of the key counts and not the
+// layout: one for the press, which hides the key from the focused application, and one for the
+// release. Both only send us an event with their command. Reloading the configuration removes them,
+// and they work only in the binding mode in which they were added, so they are added again after a
+// reload and in each mode that the user enters.
 #pragma once
 
 #include <functional>
@@ -20,7 +20,7 @@
 
 namespace seldial::platform::wayland {
 
-/// What symbols a key, an X key code, has in the user's layouts.
+/// Looks up the symbols of a key, an X key code, in the user's layouts.
 using SymbolsOfKey = std::function<HasSymbol(std::uint32_t key)>;
 
 struct SwayHotKey {
@@ -31,27 +31,27 @@ struct SwayHotKey {
 /// Main thread only.
 class SwayHotKeys final : public linux_port::RegisteredHotKeys<SwayHotKey> {
  public:
-  /// `socketPath` is where `commands` leads; `connectionLost` is called once, from the loop.
-  /// Combinations that a killed program left bound are given back at once.
+  /// `socketPath` is the path to which `commands` is connected; `connectionLost` is called once,
+  /// from the loop. The bindings of a killed process are removed at once.
   SwayHotKeys(std::unique_ptr<SwayConnection> commands, std::unique_ptr<SwayConnection> events,
               const std::string& socketPath, linux_port::MainLoop& loop, SymbolsOfKey symbolsOfKey,
               std::function<void()> connectionLost);
-  /// Gives the combinations back.
+  /// Removes the bindings.
   ~SwayHotKeys() override;
   SwayHotKeys(const SwayHotKeys&) = delete;
   SwayHotKeys& operator=(const SwayHotKeys&) = delete;
 
   /// Refuses keys without a key code, modifier keys, the copy keystroke, and, with a line on
-  /// standard error, what sway's configuration or another program of this kind has.
+  /// standard error, combinations that sway's configuration or another Seldial holds.
   std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                           HotKeyID hotKeyID) override;
   void unregisterHotKey(HotKeyRef ref) override;
   [[nodiscard]] bool canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) override;
 
-  /// Gives every combination back; the program ends.
+  /// Removes every binding, at the end of the program.
   void unregisterAll();
 
-  /// Names of the program that owns the focused window; see FocusedProgram.
+  /// The names of the program that owns the focused window; see FocusedProgram.
   [[nodiscard]] std::vector<std::string> focusedProgram();
 
  private:

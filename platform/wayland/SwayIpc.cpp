@@ -85,10 +85,10 @@ std::optional<std::string> SwayConnection::ask(SwayRequest request, const std::s
   for (;;) {
     if (auto message = next()) {
       if (message->type == static_cast<std::uint32_t>(request)) return std::move(message->content);
-      continue;  // an event, which is not for this caller
+      continue;  // an event, which is not the reply
     }
     if (closed_ || !waitFor(POLLIN, deadline)) {
-      closed_ = true;  // a reply that came later would be taken for the next one
+      closed_ = true;  // a late reply would be mistaken for the next one
       return {};
     }
   }

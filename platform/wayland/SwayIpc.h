@@ -1,7 +1,7 @@
-// The socket on which sway takes commands and reports events, in the protocol of i3.
+// The IPC socket of sway, which accepts commands and reports events with the protocol of i3.
 //
-// A message is the text "i3-ipc", the size of its content and its type, both as 32-bit numbers in
-// the machine's byte order, and the content: a command, or JSON.
+// A message consists of the text "i3-ipc", the size of its payload and its type, both as 32-bit
+// numbers in the machine's byte order, and the payload: a command, or JSON.
 #pragma once
 
 #include <chrono>
@@ -16,7 +16,7 @@
 
 namespace seldial::platform::wayland {
 
-/// What a message asks for. Replies have the same number.
+/// The types of requests. Replies have the same type.
 enum class SwayRequest : std::uint32_t {
   kRunCommand = 0,
   kSubscribe = 2,
@@ -26,7 +26,7 @@ enum class SwayRequest : std::uint32_t {
   kGetBindingState = 12,
 };
 
-/// What an event tells.
+/// The types of events.
 enum class SwayEvent : std::uint32_t {
   kWorkspace = 0x80000000,
   kMode = 0x80000002,
@@ -41,14 +41,14 @@ struct SwayMessage {
 /// One connection. Main thread only.
 class SwayConnection {
  public:
-  /// Connects to the socket at `path`. Null when nobody listens there.
+  /// Connects to the socket at `path`. Null if nobody listens there.
   static std::unique_ptr<SwayConnection> open(const std::string& path);
   ~SwayConnection();
   SwayConnection(const SwayConnection&) = delete;
   SwayConnection& operator=(const SwayConnection&) = delete;
 
-  /// The content of the reply to a request. Nothing when it does not come within five seconds; the
-  /// connection is closed then, and made again for the next request.
+  /// Sends a request and returns the payload of the reply. Nothing if it does not arrive within
+  /// five seconds; the connection is then closed, and opened again for the next request.
   std::optional<std::string> ask(SwayRequest request, const std::string& content = {});
 
   /// Runs commands, separated by semicolons; true when all of them succeed.
@@ -73,7 +73,7 @@ class SwayConnection {
   const std::string path_;
   int socket_ = -1;
   bool closed_ = true;
-  std::string received_;  ///< not yet taken by next()
+  std::string received_;  ///< not yet returned by next()
 };
 
 /// A connection for events. Main thread only.
@@ -81,8 +81,8 @@ class SwayEvents final : public linux_port::EventSource {
  public:
   using Handler = std::function<void(SwayEvent, const std::string& content)>;
 
-  /// Subscribes to the events whose names `names` lists as JSON. The loop watches the connection
-  /// for as long as this object lives, or until it ends; then `connectionLost` is called, once.
+  /// Subscribes to the events in `names`, a JSON array. The loop watches the connection for as long
+  /// as this object lives, or until it ends; then `connectionLost` is called, once.
   SwayEvents(std::unique_ptr<SwayConnection> connection, const std::string& names,
              linux_port::MainLoop& loop, Handler handler, std::function<void()> connectionLost);
   ~SwayEvents() override;
@@ -103,8 +103,8 @@ class SwayEvents final : public linux_port::EventSource {
   bool watched_ = true;
 };
 
-/// The application id, or the window class and instance on Xwayland, of the window that has the
-/// focus in a reply to SwayRequest::kGetTree. None where no window has it.
+/// The application ID, or the window class and instance on Xwayland, of the focused window in a
+/// reply to SwayRequest::kGetTree. Empty if no window has the focus.
 [[nodiscard]] std::vector<std::string> focusedProgram(const std::string& tree);
 
 }  // namespace seldial::platform::wayland

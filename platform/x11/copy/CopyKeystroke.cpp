@@ -21,8 +21,8 @@ void releaseOverNewConnection(const KeySet& keys) {
     xcb_test_fake_input(xcb, XCB_KEY_RELEASE, static_cast<xcb_keycode_t>(key), XCB_CURRENT_TIME,
                         XCB_WINDOW_NONE, 0, 0, 0);
   }
-  freed(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb),
-                                  nullptr));  // waits until all are executed
+  // Waits until the server has executed all requests.
+  freed(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
   xcb_disconnect(xcb);
 }
 
