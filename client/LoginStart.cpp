@@ -154,8 +154,8 @@ bool startsBySystemd() {
 }
 
 bool enableLoginStart(const std::string& program, std::string& result) {
-  if (!disableLoginStart(result))
-    return false;  // so that it never starts twice, or from an old path
+  // So that it never starts twice, or from an old path.
+  if (!disableLoginStart(result)) return false;
   if (systemdRunsSession()) return enableUnit(program, result);
   if (!writeFile(entryPath(), autostartEntry(program), result)) return false;
   result = "seldial-uc starts at the next login, by " + entryPath();

@@ -31,8 +31,7 @@ class OptionReader {
   /// Sets the error, with `place_` in front. Always returns false.
   bool fail(const std::string& error);
 
-  std::string
-      place_;  ///< where the option comes from, such as "FILE:LINE: "; empty: the command line
+  std::string place_;  ///< of the option, such as "FILE:LINE: "; empty on the command line
 
  private:
   [[nodiscard]] virtual bool takesValue(const std::string& name) const = 0;

@@ -56,8 +56,7 @@ class Dialler {
   struct Events {
     std::function<void(const std::string& number)> dialled;   ///< the program was started
     std::function<void(const std::string& sentence)> failed;  ///< the program ended with an error
-    std::function<void(const std::string& sentence)>
-        notDialled;  ///< with the reason, without a full stop
+    std::function<void(const std::string& sentence)> notDialled;  ///< the reason, no full stop
   };
 
   Dialler(DialSettings settings, std::shared_ptr<MainThread> mainThread, Events events);

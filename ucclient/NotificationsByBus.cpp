@@ -160,8 +160,7 @@ class Undo {
 }  // namespace
 
 void showNotification(const std::string& summary, const std::string& body) {
-  std::thread(show, summary, body)
-      .detach();  // a bus that does not answer must not block the caller
+  std::thread(show, summary, body).detach();  // the bus may not answer
 }
 
 void showNotificationAndWait(const std::string& summary, const std::string& body) {

@@ -144,8 +144,8 @@ int LinuxApplication::run(std::shared_ptr<ApplicationDelegate> delegate,
   delegate->applicationWillTerminate();
   disconnect();
   signals->forgetDelegate();
-  delegate =
-      nullptr;  // while the signal thread runs: the desktop may wait for its server once more
+  // While the signal thread still runs: the desktop may wait for its server once more.
+  delegate = nullptr;
   signals->stop();
   return status_;
 }

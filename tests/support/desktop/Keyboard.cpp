@@ -87,8 +87,7 @@ void Keyboard::tap(std::uint8_t key) {
 
 void Keyboard::hold(std::uint8_t key, std::chrono::milliseconds duration) {
   press(key);
-  std::this_thread::sleep_for(
-      duration);  // simulates the user; the test does not wait for anything here
+  std::this_thread::sleep_for(duration);  // simulates the user; the test waits for nothing here
   release(key);
 }
 
