@@ -1,5 +1,5 @@
-// How long dialling takes, from the release of the hot key to the end of the MakeCall message,
-// without the delay that the client asked for. Measured in the text entries of two toolkits.
+// The duration of dialling, from the release of the hot key to the end of the MakeCall message,
+// without the delay that the client requested. Measured with the text entries of two toolkits.
 #include <stdexcept>
 
 #include "bench/Figures.h"
@@ -19,7 +19,7 @@ constexpr unsigned kDelay = 50;  ///< ms; enough for every copy on a busy machin
 constexpr double kLimitMilliseconds = 2;
 constexpr std::chrono::milliseconds kNoAnswer{kDelay + 1500};
 
-/// A program that dials when Control, Alt and a key of its own are used.
+/// A program that dials on Control, Alt and its key.
 struct Dialer {
   const UcClient& client;
   std::uint8_t key = 0;
@@ -27,7 +27,7 @@ struct Dialer {
   int failures = 0;
 };
 
-/// In milliseconds; negative if no MakeCall came.
+/// Returns the duration in milliseconds; negative if no MakeCall arrived.
 double use(Keyboard& keyboard, const Dialer& dialer) {
   const std::vector<std::uint8_t> modifiers{tests::kKeyLeftControl, tests::kKeyLeftAlt};
   keyboard.press(modifiers);
@@ -50,8 +50,8 @@ void measure(Keyboard& keyboard, Dialer& dialer) {
   }
 }
 
-/// Nothing tells when an application has its focus and selection after its start, so this tries
-/// until dialling succeeds.
+/// No event shows when a started application has its focus and selection, so this tries until
+/// dialling succeeds.
 void warmUp(Keyboard& keyboard, const Dialer& dialer) {
   for (int attempt = 0; attempt < 20; ++attempt) {
     if (use(keyboard, dialer) >= 0) return;

@@ -1,4 +1,4 @@
-// The figures of the benchmark, the table that it prints, and what measuring them needs.
+// The figures of the benchmark, the table that it prints, and helpers for measuring.
 #pragma once
 
 #include <string>
@@ -10,13 +10,13 @@ namespace seldial::bench {
 struct Row {
   std::string figure;
   std::string ours;
-  std::string floor;  ///< the figure of the least program that does the same work
-  std::string limit;  ///< what ours is compared to
+  std::string floor;  ///< the figure of the minimal program that does the same work
+  std::string limit;  ///< the limit for our figure
   bool held = false;
 };
 
-// Each measures the program and its floor by turns in the same run, so that a machine that is busy
-// with something else is busy for both.
+// Each function measures the program and its floor alternately in the same run, so that other load
+// on the machine affects both.
 std::vector<Row> roundTrip();
 std::vector<Row> dial();
 std::vector<Row> start();
@@ -36,8 +36,8 @@ void print(const Row& row);
 /// The median; 0 if there are no values.
 double median(std::vector<double> values);
 
-/// Keeps the calling process, and what it starts meanwhile, on one processor while it lives. What
-/// was started before, such as a desktop, runs anywhere.
+/// Pins the calling process, and the processes that it starts meanwhile, to one processor for the
+/// lifetime of the object. Processes started before, such as a desktop, are not pinned.
 class OnOneProcessor {
  public:
   OnOneProcessor();

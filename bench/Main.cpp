@@ -1,6 +1,6 @@
-// Measures the program and its floors and prints one table. Arguments choose figures by name;
-// without any, all are measured. The exit status is 0 if all could be measured, whether they held
-// or not.
+// Measures the program and its floors and prints one table. Arguments select figures by name;
+// without arguments, all are measured. The exit status is 0 if all could be measured, even if a
+// limit was exceeded.
 #include <cstdio>
 #include <exception>
 #include <string>

@@ -1,5 +1,5 @@
-// What the program costs in memory: idle, for each command that it has answered, for clients that
-// stay connected, and at the peak of a large command. And how often it wakes up while idle.
+// The memory of the program: idle, per answered command, per connected client, and at the peak of a
+// large command. Also the number of wake-ups while idle.
 #include <algorithm>
 #include <chrono>
 #include <functional>
@@ -28,7 +28,8 @@ constexpr double kLimitConnectionKilobytes = 12;
 constexpr std::chrono::seconds kQuiet{1};  ///< after this, no more answers come
 
 constexpr double kCommandMegabytes[] = {4, 16, 64};
-constexpr double kLimitPeak = 3;  ///< times the size of the command, beside what any command costs
+constexpr double kLimitPeak =
+    3;  ///< times the size of the command, in addition to the cost of any command
 constexpr double kAnyCommand = 256 * kKilobyte;
 constexpr std::chrono::seconds kLargeCommand{60};  ///< until its answer, on a busy machine
 constexpr double kLimitLeftMegabytes = 0.5;
@@ -85,7 +86,7 @@ Cost costOf(const Measured& measured) {
   return cost;
 }
 
-/// A kind of command, and how one of `size` bytes is made.
+/// A kind of command, and a function that creates one of `size` bytes.
 struct Content {
   const char* name;
   std::function<std::string(std::size_t size)> make;
@@ -121,8 +122,8 @@ std::string manyKeys(std::size_t size) {
   return text + "}";
 }
 
-/// The worst contents. The texts are command names, which the answer repeats: where it is longer
-/// than twice the command, that is the peak.
+/// The worst cases. The texts are command names, which the answer repeats: if the answer is longer
+/// than twice the command, it determines the peak.
 const Content kContents[] = {
     filled("open brackets", "", "[", ""),
     {"balanced brackets", balancedBrackets, kLimitPeak},
@@ -138,7 +139,7 @@ const Content kContents[] = {
     filled("wide characters", R"({"command":")", "\xF0\x9F\x98\x80", R"("})"),
 };
 
-/// The peak for a command of that many megabytes, in times its size, beside kAnyCommand.
+/// The peak for a command of that many megabytes, in multiples of its size, without kAnyCommand.
 double peakOf(const Measured& measured, const Content& content, double megabytes) {
   const std::string command = content.make(static_cast<std::size_t>(megabytes * kMegabyte));
   measured.program.settle();

@@ -1,4 +1,4 @@
-// A program that is measured: the product or a floor, and what the system says about it.
+// A program that is measured, Seldial or a floor, and its resources as reported by the system.
 #pragma once
 
 #include <sys/types.h>
@@ -12,30 +12,30 @@
 
 namespace seldial::bench {
 
-/// A child process, whose output is discarded; killed and reaped at the end. Throws
+/// A child process, whose output is discarded; the destructor kills and reaps it. Throws
 /// std::runtime_error if it cannot be started.
 class Program {
  public:
-  /// `display` may be empty: then there is none.
+  /// `display` may be empty for no display.
   explicit Program(std::vector<std::string> command, const std::string& display = {});
   ~Program();
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
-  /// In bytes, what would be free if the process were gone: memory that it shares with none.
+  /// The unique set size in bytes: memory that the process shares with no other.
   [[nodiscard]] double uniqueMemory() const;
 
-  /// In bytes, the most memory that the process had since resetPeakMemory().
+  /// The peak memory since resetPeakMemory(), in bytes.
   [[nodiscard]] double peakMemory() const;
-  /// Sets the peak to the memory of now, and returns that.
+  /// Sets the peak to the current memory, and returns that.
   double resetPeakMemory() const;
 
   [[nodiscard]] int threadCount() const;
 
-  /// How many times any of its threads got a processor since it began.
+  /// How many times any of its threads was scheduled since the start.
   [[nodiscard]] long wakeUps() const;
 
-  /// Returns after 3 s in which none of its threads ran, so that nothing is left to be done.
+  /// Returns after 3 s in which none of its threads ran, so that no work is pending.
   void settle() const;
 
  private:
@@ -45,13 +45,13 @@ class Program {
 /// The command line of a program that uses the sockets of a client.
 using CommandLine = std::function<std::vector<std::string>(const UcClient&)>;
 
-/// `program` is its path; the program of this build if that is empty.
+/// `program` is the path; if empty, the program of this build.
 CommandLine seldial(const std::string& program = {});
 CommandLine threadPerConnection(std::size_t answerLength);
 CommandLine listenAndWait();
 CommandLine bareDial(unsigned keyCode, unsigned delay);
 
-/// A program that answers commands, with a UC client of its own; ready once constructed.
+/// A program that answers commands, with its own UC client. Ready after construction.
 class Measured {
  public:
   explicit Measured(const CommandLine& commandLine, const std::string& display = {});

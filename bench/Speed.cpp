@@ -1,5 +1,5 @@
-// How long a command takes, from connecting to the end of the answer, and how long the program
-// takes from its start to a connection that succeeds.
+// The duration of a command, from connecting to the end of the answer, and the start-up time, from
+// the start to the first successful connection.
 #include <cstdlib>
 #include <stdexcept>
 

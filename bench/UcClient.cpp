@@ -88,7 +88,7 @@ Descriptor UcClient::watch() const {
 
 void UcClient::awaitListening(const Descriptor& watch) const {
   if (!readableWithin(watch.number(), kLimit)) throw std::runtime_error("nobody listens");
-  // The file exists, but the program may be between bind() and listen(), on this same processor.
+  // The file exists, but the program may be between bind() and listen(), on the same processor.
   while (connect().number() == -1) sched_yield();
 }
 

@@ -8,10 +8,10 @@ namespace seldial::bench {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long to wait for what must come. Used up only if it does not.
+/// How long to wait for an expected event.
 inline constexpr std::chrono::seconds kLimit{10};
 
-/// One file descriptor, closed at the end.
+/// A file descriptor that the destructor closes.
 class Descriptor {
  public:
   explicit Descriptor(int number) : number_(number) {}
@@ -30,8 +30,8 @@ class Descriptor {
 /// Writes all of `bytes`.
 void write(const Descriptor& connection, const std::string& bytes);
 
-/// Listens at a client socket in a directory of its own, which it removes at the end. Throws
-/// std::runtime_error if the system fails.
+/// Listens at a client socket in its own directory, which the destructor removes. Throws
+/// std::runtime_error on system errors.
 class UcClient {
  public:
   UcClient();
@@ -46,18 +46,18 @@ class UcClient {
   /// A connection to the dialer socket; its number is -1 while nobody listens there.
   [[nodiscard]] Descriptor connect() const;
 
-  /// Watches the directory, for awaitListening(). To be called before the program is started.
+  /// Watches the directory, for awaitListening(). Call it before the program is started.
   [[nodiscard]] Descriptor watch() const;
   /// Returns once a program listens at the dialer socket.
   void awaitListening(const Descriptor& watch) const;
 
-  /// One connection that carries `command`.
+  /// Sends `command` over one connection.
   void send(const std::string& command) const;
 
-  /// One whole message; empty if none came in time.
+  /// Receives one whole message; empty if none arrives in time.
   [[nodiscard]] std::string receive(std::chrono::milliseconds limit = kLimit) const;
 
-  /// Sends and receives. Throws if no answer comes.
+  /// Sends and receives. Throws if no answer arrives.
   [[nodiscard]] std::string ask(const std::string& command,
                                 std::chrono::milliseconds limit = kLimit) const;
 

@@ -1,5 +1,5 @@
-# What a library needs of the rest of the repository where it is not part of the program's build:
-# configured by itself, or a subdirectory of somebody else's project, alone or with the other library.
+# The parts of the repository's build that a library needs when it is not built with the program:
+# configured on its own, or as a subdirectory of another project, with or without the other library.
 option(SELDIAL_TESTS "Build the tests" OFF)
 option(SELDIAL_INSTALL "Install the library" ${PROJECT_IS_TOP_LEVEL})
 if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE)

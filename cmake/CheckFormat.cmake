@@ -1,6 +1,6 @@
-# cmake -P CheckFormat.cmake: fails, naming the lines, when a source is not formatted as
-# .clang-format says. Only one version of clang-format is asked, since each formats a little
-# differently; on a system that does not have it, the check is skipped.
+# cmake -P CheckFormat.cmake: fails, naming the lines, if a source is not formatted according to
+# .clang-format. Only one version of clang-format is used, because versions format differently; if
+# it is not installed, the check is skipped.
 cmake_minimum_required(VERSION 3.25)
 get_filename_component(root ${CMAKE_CURRENT_LIST_DIR} DIRECTORY)
 find_program(clang_format clang-format-14)

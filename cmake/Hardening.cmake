@@ -1,7 +1,7 @@
-# Adds to seldial_options what makes memory errors harder to exploit, and makes
-# seldial_hardened_program, the link options for programs. macOS has the same without options.
-# On Debian, hardening-check still misses control flow integrity: the start files of its C library are
-# not marked for it, so no program is.
+# Adds options to seldial_options that make memory errors harder to exploit, and defines
+# seldial_hardened_program, the link options for programs. On macOS these are the defaults. On
+# Debian, hardening-check still reports missing control flow integrity: the start files of Debian's
+# C library are not marked for it, so no program is.
 option(SELDIAL_HARDENED "Harden the programs and libraries" ON)
 add_library(seldial_hardened_program INTERFACE)
 if(NOT SELDIAL_HARDENED OR APPLE)
@@ -12,13 +12,13 @@ include(CheckCompilerFlag)
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection)
-  string(MAKE_C_IDENTIFIER "SELDIAL_HAS${flag}" is_known)  # not on every processor
+  string(MAKE_C_IDENTIFIER "SELDIAL_HAS${flag}" is_known)  # not available on every processor
   check_compiler_flag(CXX ${flag} ${is_known})
   if(${is_known})
     target_compile_options(seldial_options INTERFACE ${flag})
   endif()
 endforeach()
-# It needs an optimised build, and hides calls from the sanitizers.
+# _FORTIFY_SOURCE needs an optimised build, and hides calls from the sanitizers.
 if(NOT SELDIAL_SANITIZE)
   target_compile_options(seldial_options INTERFACE
     "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>")

@@ -1,4 +1,4 @@
-# Objective-C++ as the macOS port is written: the standard of the rest, automatic reference counting.
+# Objective-C++ for the macOS port: the same C++ standard, and automatic reference counting.
 enable_language(OBJCXX)
 set(CMAKE_OBJCXX_STANDARD 20)
 set(CMAKE_OBJCXX_EXTENSIONS OFF)

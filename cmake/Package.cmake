@@ -1,16 +1,17 @@
 # seldial_package(TARGET NAME PC_NAME COMPONENT HEADERS FILE... [REQUIRES MODULE...]
-#   [FINDS PACKAGE... PC_REQUIRES MODULE...] [FRAMEWORKS NAME...]): makes NAME::NAME of a library, and
-# what `cmake --install` (alone: `--component COMPONENT`) installs for programs outside: the headers,
-# which they include as <seldial/COMPONENT/...>, the library, and how CMake (as NAME) and pkg-config (as
-# PC_NAME) find both. The prefix may be moved afterwards. HEADERS are paths in the repository. The library
-# is linked with REQUIRES, modules of pkg-config, with packages that are FINDS for CMake and PC_REQUIRES
-# for pkg-config, and with FRAMEWORKS of macOS.
+#   [FINDS PACKAGE... PC_REQUIRES MODULE...] [FRAMEWORKS NAME...]):
+# defines the target NAME::NAME for a library, and what `cmake --install` (on its own: `--component
+# COMPONENT`) installs for other projects: the headers, which they include as
+# <seldial/COMPONENT/...>, the library, a CMake package NAME and a pkg-config file PC_NAME. The
+# installation is relocatable. HEADERS are paths in the repository. The library links the pkg-config
+# modules REQUIRES, the packages FINDS (called PC_REQUIRES in pkg-config), and the macOS frameworks
+# FRAMEWORKS.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 set(SELDIAL_PACKAGE_FILES ${CMAKE_CURRENT_LIST_DIR}/package)
 
-# Copies the headers to FOLDER/seldial/COMPONENT, each without its first folder, changes what they include
-# accordingly, and installs them.
+# Copies the headers to FOLDER/seldial/COMPONENT, each without its first folder, adapts their
+# include directives, and installs them.
 function(_seldial_public_headers folder component)
   foreach(header ${ARGN})
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${SELDIAL_ROOT}/${header})
@@ -52,14 +53,14 @@ function(seldial_package target name pc_name component)
   list(JOIN ARG_FRAMEWORKS " " frameworks)
   get_target_property(type ${target} TYPE)
   if(type STREQUAL SHARED_LIBRARY)
-    set(ARG_REQUIRES "")  # it brings them itself
+    set(ARG_REQUIRES "")  # the library contains them
   endif()
   list(JOIN ARG_REQUIRES " " requires)
   list(JOIN ARG_PC_REQUIRES " " pc_requires)
   list(TRANSFORM ARG_FINDS PREPEND "find_dependency(")
   list(TRANSFORM ARG_FINDS APPEND ")")
   list(JOIN ARG_FINDS "\n" finds)
-  if(SELDIAL_SANITIZE)  # then whoever links the library has to link the sanitizer
+  if(SELDIAL_SANITIZE)  # programs that link the library must then link the sanitizer
     set(sanitizer -fsanitize=${SELDIAL_SANITIZE})
     target_link_options(${target} INTERFACE $<INSTALL_INTERFACE:${sanitizer}>)
   endif()

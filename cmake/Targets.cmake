@@ -1,5 +1,5 @@
-# seldial_library(NAME SOURCE... [LINK TARGET...]) and seldial_executable(...): a target under the
-# house's warnings and, in a linting build, under clang-tidy.
+# seldial_library(NAME SOURCE... [LINK TARGET...]) and seldial_executable(...): a target with this
+# repository's warnings and, in a linting build, with clang-tidy.
 include(CMakeParseArguments)
 
 function(_seldial_finish name)
@@ -7,7 +7,7 @@ function(_seldial_finish name)
   target_sources(${name} PRIVATE ${ARG_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PUBLIC ${ARG_LINK}
     PRIVATE $<BUILD_INTERFACE:seldial_options>)
-  if(SELDIAL_SANITIZE)  # costs half the time where it matters; tests are built sooner without
+  if(SELDIAL_SANITIZE)  # optimisation halves the run time here; without sanitizers the tests build faster without it
     target_compile_options(${name} PRIVATE -O1)
   endif()
   if(SELDIAL_LINT)
@@ -21,8 +21,9 @@ function(seldial_library name)
   target_include_directories(${name} PUBLIC $<BUILD_INTERFACE:${SELDIAL_ROOT}>)
 endfunction()
 
-# seldial_public_library(NAME MAP SOURCE... [LINK TARGET...]): the same for programs outside: shared with
-# BUILD_SHARED_LIBS, otherwise static. A shared one exports what the version script MAP names.
+# seldial_public_library(NAME MAP SOURCE... [LINK TARGET...]): a library for other projects: shared
+# with BUILD_SHARED_LIBS, otherwise static. A shared library exports the symbols in the version
+# script MAP.
 function(seldial_public_library name map)
   add_library(${name})
   _seldial_finish(${name} ${ARGN})
@@ -33,7 +34,7 @@ function(seldial_public_library name map)
   if(type STREQUAL SHARED_LIBRARY AND NOT APPLE)
     target_link_options(${name} PRIVATE LINKER:--version-script=${map})
     set_target_properties(${name} PROPERTIES LINK_DEPENDS ${map})
-    if(NOT SELDIAL_SANITIZE)  # a sanitizer's functions come with the program
+    if(NOT SELDIAL_SANITIZE)  # the functions of a sanitizer are in the program
       target_link_options(${name} PRIVATE LINKER:--no-undefined)
     endif()
   endif()
@@ -45,8 +46,8 @@ function(seldial_executable name)
   target_link_libraries(${name} PRIVATE seldial_hardened_program)
 endfunction()
 
-# seldial_moc(TARGET HEADER...): what Qt's signals need of those headers. Generated code is compiled
-# apart, away from the linter and the warnings.
+# seldial_moc(TARGET HEADER...): runs moc on the headers. The generated code is compiled separately,
+# without the linter and the warnings.
 function(seldial_moc name)
   qt_wrap_cpp(generated ${ARGN})
   add_library(${name}_moc OBJECT ${generated})
@@ -55,8 +56,8 @@ function(seldial_moc name)
   target_sources(${name} PRIVATE $<TARGET_OBJECTS:${name}_moc>)
 endfunction()
 
-# seldial_test(NAME SOURCE... [LINK TARGET...] [LABELS LABEL...]): a GoogleTest program; each of
-# its tests is a test of ctest. Label `threaded`: run once more under ThreadSanitizer.
+# seldial_test(NAME SOURCE... [LINK TARGET...] [LABELS LABEL...]): a GoogleTest program; each of its
+# tests is a ctest test. Label `threaded`: also runs under ThreadSanitizer.
 function(seldial_test name)
   cmake_parse_arguments(ARG "" "TIMEOUT" "LINK;LABELS" ${ARGN})
   add_executable(${name} ${ARG_UNPARSED_ARGUMENTS})

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Aborts, naming the line, if `condition` is false. Unlike assert, in every build.
+/// Aborts, naming the line, if `condition` is false. Unlike assert, it is active in every build.
 #define CHECK(condition)                                                                   \
   do {                                                                                     \
     if (!(condition)) {                                                                    \

@@ -1,4 +1,4 @@
-// The command line. The input is the arguments, one a line.
+// Fuzzes the command line. The input is the arguments, one per line.
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Whether both have the same letters, whatever their case.
+/// Whether both are equal, ignoring case.
 bool isSame(std::string_view one, std::string_view other) {
   if (one.size() != other.size()) return false;
   for (std::size_t index = 0; index < one.size(); ++index) {
@@ -34,7 +34,7 @@ bool hasFlag(const std::vector<std::string>& arguments, std::string_view name) {
   return false;
 }
 
-/// What follows the name in the last argument that begins with it.
+/// The text after `name` in the last argument that begins with `name`.
 std::optional<std::string> value(const std::vector<std::string>& arguments, std::string_view name) {
   for (auto argument = arguments.rbegin(); argument != arguments.rend(); ++argument) {
     if (argument->size() >= name.size() && isSame(argument->substr(0, name.size()), name)) {

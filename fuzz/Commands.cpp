@@ -1,5 +1,6 @@
-// The incoming channel: clients that come, send chunks and go in any order. The input is a script,
-// see Script. What the application prints must be what a second, simpler channel expects.
+// Fuzzes the incoming channel: clients that connect, send chunks and disconnect in any order. The
+// input is a script, see Script. The output of the application must be what a second, simpler
+// implementation expects.
 #include <iconv.h>
 
 #include <cstdint>
@@ -40,7 +41,7 @@ bool isArray(const std::string& text) {
          nlohmann::json::parse(text, nullptr, false).is_array();
 }
 
-/// What the application is expected to print, with the times left out.
+/// The expected output of the application, without the times.
 class ExpectedChannel {
  public:
   std::string printed;
@@ -136,9 +137,9 @@ std::string withoutTimes(std::string text) {
   return text;
 }
 
-/// The steps of the input. A step is a byte, whose two lowest bits say what and the next two which
-/// of four clients: 0 accept, 1 receive (a length byte and the bytes follow), 2 disconnect, 3 the
-/// main thread gets time.
+/// The steps of the input. A step is a byte. Its two lowest bits are the action, the next two the
+/// client: 0 accept, 1 receive (a length byte and the bytes follow), 2 disconnect, 3 run the main
+/// thread.
 class Script {
  public:
   explicit Script(std::string_view input) : input_(input) {}

@@ -1,5 +1,6 @@
-// Recording a hot key in a field. The input is a script of key events and of what else happens to a
-// field, see Script. The field must always show what a second, simpler editing expects.
+// Fuzzes the recording of a hot key in a field. The input is a script of key events and other
+// events of a field, see Script. The field must always show what a second, simpler implementation
+// expects.
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -27,7 +28,7 @@ class Field final : public seldial::QKHotKeyEditedField {
   int resigned = 0;
 };
 
-/// What a field is expected to have.
+/// The expected state of a field.
 struct Expected {
   std::shared_ptr<QKHotKey> original;
   bool seenKeyDown = false;
@@ -48,7 +49,7 @@ bool isLineBreak(std::string_view characters) {
          characters.substr(0, 3) == "\xE2\x80\xA9";
 }
 
-/// The steps of the input, eight bytes each: what happens, the event's type, key code (2 bytes),
+/// The steps of the input, eight bytes each: the action, the event's type, key code (2 bytes),
 /// flags (3 bytes, shifted left by 8), characters.
 class Script {
  public:
@@ -66,7 +67,7 @@ class Script {
     return static_cast<std::uint8_t>(input_[index]);
   }
 
-  /// A field begins to be edited with the record that it has.
+  /// Begins the editing of a field with its current record.
   void edit() {
     editing_.setHotKeyField(field_);
     expected_.original = field_->record;
@@ -83,7 +84,7 @@ class Script {
         editing_.end();
         edited_ = false;
         return;
-      case 2:  // the field goes while it is edited
+      case 2:  // the field is destroyed while it is edited
         field_ = std::make_shared<Field>();
         expected_ = {nullptr, expected_.seenKeyDown, 0, 0};
         edited_ = false;

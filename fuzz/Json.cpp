@@ -1,5 +1,5 @@
-// Reading and writing JSON. What our parser accepts, and every value that it yields, must be what
-// nlohmann's parser makes of the same text. The input is the text.
+// Fuzzes reading and writing JSON. Our parser must accept the same texts as nlohmann's parser and
+// return the same values. The input is the text.
 #include "api/JSON.h"
 
 #include <algorithm>
@@ -50,7 +50,7 @@ std::optional<std::int64_t> integerByMovingThePoint(const std::string& number) {
   return static_cast<std::int64_t>(negative ? ~magnitude + 1 : magnitude);
 }
 
-/// A document whose floating-point numbers keep their spelling, as {"float": TEXT}.
+/// A document that preserves the text of floating-point numbers, as {"float": TEXT}.
 class Spellings final : public nlohmann::detail::json_sax_dom_parser<Json> {
  public:
   explicit Spellings(Json& document) : json_sax_dom_parser(document, false) {}
@@ -107,7 +107,7 @@ void checkEqual(const JSONValue& ours, const Json& theirs, const Json& spelling)
   CHECK(!theirs.is_string() || *ours.text() == theirs.get_ref<const std::string&>());
 }
 
-/// A command's fields by nlohmann's values.
+/// Checks the fields of a command against nlohmann's values.
 void checkCommand(const std::string& text, const Json& theirs, const JSONValue& ours) {
   const auto record = seldial::SetHotKeyApi::fromJSONString(text);
   const auto command = theirs.find("command");
@@ -133,7 +133,8 @@ void checkCommand(const std::string& text, const Json& theirs, const JSONValue& 
   CHECK(record.ModifierShift == flag("modifierShift"));
 }
 
-/// Whether both hold the same. A double that is an integer comes back as one. Recursive.
+/// Whether both values are equal. A double with an integral value is read back as an integer.
+/// Recursive.
 bool isSame(const JSONValue& one, const JSONValue& other) {
   if (const auto* array = one.array()) {
     return other.array() != nullptr &&
@@ -191,7 +192,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text(reinterpret_cast<const char*>(data), size);
   const auto ours = seldial::readJSON(text);
   Json theirs = Json::parse(text, nullptr, false);
-  // nlohmann's parser takes a raw NUL for the end of the text.
+  // nlohmann's parser treats a raw NUL as the end of the text.
   const bool valid =
       !theirs.is_discarded() && theirs.is_structured() && text.find('\0') == std::string::npos;
   CHECK(ours.has_value() == valid);

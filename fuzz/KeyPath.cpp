@@ -1,5 +1,6 @@
-// Lookup by key path. The input is three lines: the delimiter, the path, and a JSON text. The value
-// must be the one that is found by splitting character by character.
+// Fuzzes lookup by key path. The input is three lines: the delimiter, the path, and a JSON text.
+// The value must be the same as that of a simple implementation that splits the path character by
+// character.
 #include "api/KeyPath.h"
 
 #include <cstdint>
@@ -22,7 +23,7 @@ std::string takeLine(std::string_view& input) {
   return line;
 }
 
-/// Takes one key at a time off the path and looks the rest up in what is found.
+/// Removes the first key from the path and looks up the rest in its value.
 const JSONValue* expected(std::string path, const std::string& delimiter,
                           const JSONDictionary& dictionary) {
   std::string key;

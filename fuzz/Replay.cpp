@@ -19,8 +19,8 @@ int replay(const std::filesystem::path& file) {
     std::fprintf(stderr, "%s: cannot be read\n", file.c_str());
     return -1;
   }
-  std::fprintf(stderr, "%s\n", file.c_str());  // so that it is known which one crashed
-  // A copy of exactly this size, so that a sanitizer sees a read behind its end.
+  std::fprintf(stderr, "%s\n", file.c_str());  // shows which one crashed
+  // A copy of exactly this size, so that a sanitizer detects a read beyond its end.
   const std::vector<std::uint8_t> data(bytes.begin(), bytes.end());
   LLVMFuzzerTestOneInput(data.data(), data.size());
   return 1;

@@ -1,7 +1,7 @@
-// Reading a selection that belongs to a hostile owner: wrong types and formats, properties that
-// come and go, answers to other questions, pieces without an end, windows that vanish. The input is
-// the owner's script, see Owner. An input that begins with 'h' makes an honest owner of the rest:
-// it must be read exactly. Needs Xvfb.
+// Fuzzes reading a selection of a hostile owner: wrong types and formats, properties that appear
+// and disappear, answers to other requests, endless pieces, windows that are destroyed. The input
+// is the script of the owner, see Owner. If the input begins with 'h', the owner is honest and
+// offers the rest, which must be read exactly. Needs Xvfb.
 #include <poll.h>
 #include <xcb/xcb.h>
 
@@ -31,7 +31,7 @@ constexpr std::size_t kMostBytes = 4096;
 constexpr milliseconds kHostileLimit{20};
 constexpr std::chrono::seconds kHonestLimit{30};
 
-/// The other client. It serves one request on a thread of its own.
+/// The other client. It serves one request on its own thread.
 class Owner {
  public:
   explicit Owner(const Atoms& atoms) : atoms_(atoms), xcb_(xcb_connect(nullptr, nullptr)) {
@@ -56,8 +56,8 @@ class Owner {
     });
   }
 
-  /// The server must have executed all requests of the reader: an old one would be taken for the
-  /// next input's.
+  /// The server must have executed all requests of the reader: an old request would be mistaken for
+  /// one of the next input.
   void stop() {
     over_ = true;
     thread_.join();
@@ -83,7 +83,7 @@ class Owner {
     });
   }
 
-  /// False when the reader has given up before such an event came.
+  /// False if the reader has given up before such an event arrived.
   template <class Wanted>
   bool await(Wanted wanted) {
     xcb_flush(xcb_);
@@ -100,7 +100,7 @@ class Owner {
     }
   }
 
-  /// The first byte: how many bytes a piece has; 0 for all at once.
+  /// The first byte is the size of a piece in bytes; 0 for all at once.
   void beHonest(std::string_view input) {
     if (input.empty()) return notify(XCB_ATOM_NONE);
     const std::size_t size = static_cast<std::uint8_t>(input[0]);
@@ -119,7 +119,7 @@ class Owner {
     }
   }
 
-  /// Steps of four bytes: what to do, and how.
+  /// Steps of four bytes: the action and its parameters.
   void beHostile(std::string_view script) {
     for (; script.size() >= 4; script.remove_prefix(4)) {
       const std::string bytes(static_cast<std::uint8_t>(script[3]), script[2]);
@@ -206,7 +206,7 @@ class Owner {
   std::thread thread_;
 };
 
-/// A server, the reader's side of it, and the owner. One for all inputs.
+/// An X server, the reader and the owner. Shared by all inputs.
 struct Desktop {
   Desktop() {
     setenv("DISPLAY", server.display().c_str(), 1);

@@ -1,8 +1,8 @@
-// The floor of dialling: a bare XCB program that does each step once and checks nothing. It grabs
-// Control, Alt and the key. When the key is released it takes CLIPBOARD, types Control+Insert,
-// waits the delay, asks the new owner of CLIPBOARD for its text and writes that to the client's
-// socket. It ignores the lock keys, modifiers that are still held, large texts, terminals, and
-// applications that do not copy.
+// The floor for dialling: a minimal XCB program that does each step once and checks nothing. It
+// grabs Control, Alt and the key. When the key is released it takes CLIPBOARD, types
+// Control+Insert, waits the delay, asks the new owner of CLIPBOARD for its text and writes that to
+// the client's socket. It ignores the lock keys, modifiers that are still held, large texts,
+// terminals, and applications that do not copy.
 //
 // Usage: dial CLIENT_SOCKET KEY_CODE DELAY_MS
 #include <poll.h>

@@ -1,4 +1,4 @@
-// The floor of start and idling: a program that binds, listens and waits in poll().
+// The floor for start-up and idling: a program that binds, listens and waits in poll().
 //
 // Usage: listen_and_wait DIALER_SOCKET
 #include <poll.h>
@@ -15,8 +15,8 @@ int main(int argc, char** argv) {
     perror(argv[1]);
     return 1;
   }
-  // A client that is never accepted leaves the listener readable, so the second wait is for
-  // nothing.
+  // A client that is never accepted leaves the listener readable, so the second wait watches no
+  // descriptor.
   struct pollfd descriptor = {.fd = listener, .events = POLLIN};
   poll(&descriptor, 1, -1);
   return poll(NULL, 0, -1);

@@ -1,6 +1,6 @@
-// The floor of a command's round trip, of growth per command and of a held connection: the least
-// that a server with a thread for each connection can do. It reads the command to its end, connects
-// back, writes an answer of fixed length and closes.
+// The floor for the round trip of a command, the growth per command and a held connection: a
+// minimal server with one thread per connection. It reads the command to its end, connects back,
+// writes an answer of fixed length and closes.
 //
 // Usage: thread_per_connection DIALER_SOCKET CLIENT_SOCKET ANSWER_LENGTH
 #include <pthread.h>

@@ -1,4 +1,4 @@
-// The other side of every comparison: the same work with system calls alone.
+// The same work with bare system calls, for comparison.
 #pragma once
 
 #include <chrono>
@@ -12,12 +12,12 @@
 
 namespace seldial::bench {
 
-/// Threads add to it, and one waits until there is enough.
+/// A counter to which several threads add and on which one waits.
 class Tally {
  public:
   void add(std::size_t count = 1);
 
-  /// Waits until everything that was ever added comes to `total`.
+  /// Waits until the sum of all additions reaches `total`.
   void waitFor(std::size_t total);
 
  private:
@@ -27,7 +27,7 @@ class Tally {
   std::size_t wanted_ = 0;
 };
 
-/// A path for a socket, in a directory that goes with it.
+/// A path for a socket, in a directory that the destructor removes.
 class SocketPlace {
  public:
   SocketPlace();
@@ -42,7 +42,7 @@ class SocketPlace {
   std::string path_;
 };
 
-/// Failures of these are a std::runtime_error.
+/// These functions throw std::runtime_error on failure.
 Descriptor bareListen(const std::string& path);
 Descriptor bareConnect(const std::string& path);
 Descriptor bareAccept(const Descriptor& listener);

@@ -1,4 +1,4 @@
-// Empty connections: how soon one is noticed, and how many can be made in a second.
+// Empty connections: the latency of an accept, and the number of connections per second.
 #include <benchmark/benchmark.h>
 
 #include "bench/unixsocket/Bare.h"
@@ -8,7 +8,7 @@
 namespace seldial::bench {
 namespace {
 
-/// From a bare client's connect to the accept callback, or to the return of a bare accept.
+/// Time from a bare client's connect to the accept callback, or to the return of a bare accept.
 void acceptLibrary(benchmark::State& state) {
   const SocketPlace place;
   const LibraryServer server(place.path());

@@ -25,7 +25,7 @@ class CountingDelegate final : public GDUnixSocketServerDelegate {
 
   Tally accepted;
   Tally ended;
-  Clock::time_point acceptedAt;  ///< this and the next: to be read once `accepted` has counted it
+  Clock::time_point acceptedAt;  ///< valid, like the next field, once `accepted` has counted it
   std::string lastClientID;
 };
 

@@ -1,5 +1,5 @@
 // Measures the socket library against bare system calls and prints one table. Everything runs on
-// one processor, so that a figure shows the work done, not how the system spreads it.
+// one processor, so that a figure shows the work done and not its distribution.
 #include <benchmark/benchmark.h>
 
 #include "bench/Figures.h"

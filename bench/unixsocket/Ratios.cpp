@@ -18,7 +18,7 @@ double secondsOf(const Run& run) {
   return run.real_accumulated_time / static_cast<double>(run.iterations);
 }
 
-/// What a figure is shown as: a rate where the benchmark counts something, otherwise a time.
+/// The displayed form of a figure: a rate if the benchmark counts something, otherwise a time.
 std::pair<double, std::string> shownOf(const Run& run) {
   const auto& counters = run.counters;
   if (const auto bytes = counters.find("bytes_per_second"); bytes != counters.end()) {

@@ -9,9 +9,8 @@
 
 namespace seldial::bench {
 
-/// Prints one line for each figure: the library's median, the median of the bare calls, and how
-/// many times as long the library takes. Figures are told apart by ", library" and ", bare" in the
-/// names of their benchmarks.
+/// Prints one line per figure: the median of the library, the median of the bare calls, and their
+/// ratio. The names of the benchmarks contain ", library" or ", bare".
 class Ratios final : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context& context) override;
@@ -22,14 +21,14 @@ class Ratios final : public benchmark::BenchmarkReporter {
   [[nodiscard]] bool complete() const { return complete_; }
 
  private:
-  /// One side of a figure, of each repetition: in seconds, and as it is shown.
+  /// One side of a figure, for each repetition: in seconds, and as displayed.
   struct Side {
     std::vector<double> seconds;
     std::vector<double> shown;
   };
   struct Figure {
     std::string name;
-    std::pair<std::int64_t, std::int64_t> place;  ///< among the benchmarks as they are registered
+    std::pair<std::int64_t, std::int64_t> place;  ///< in the order of registration
     std::string unit;
     Side library;
     Side bare;

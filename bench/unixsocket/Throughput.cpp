@@ -22,7 +22,7 @@ class CountingReader final : public GDUnixSocketClientDelegate {
   Tally bytes;
 };
 
-/// What a caller of the library writes too: one send may take less than all.
+/// Sends everything, as any caller of the library must: one send may be partial.
 void sendAll(GDUnixSocketServer& server, const std::string& clientID, const Data& fragment) {
   std::int64_t sent = server.sendData(fragment, clientID);
   while (sent != std::ssize(fragment)) {
@@ -77,7 +77,7 @@ void eachFragmentSize(benchmark::internal::Benchmark* benchmark) {
 }
 
 /// Short messages. The sending thread itself reads them at the other end, many at a time, so that
-/// no figure depends on when a reader wakes up.
+/// the figures do not depend on the wake-up of a reader.
 const std::string kMessage(64, 'x');
 constexpr std::size_t kSendsATurn = 128;  ///< they fit into the system's buffer
 
