@@ -1,11 +1,11 @@
 // Hot keys under GNOME: shortcuts of the desktop portal.
 //
-// The portal tells when a shortcut's key goes down and up, but not when the user lets go of the
-// modifiers, and it does not tell that the key went up when a modifier went up before it. The copy
-// keystroke may only be typed when no modifier is down: it would be another keystroke, and a
-// program in a terminal would get it. So the portal is asked for a second shortcut, a key without
-// modifiers that keyboards do not have. Typed while a modifier is down it is no shortcut; typed
-// when all are up it is, and the portal tells so.
+// The portal reports when the key of a shortcut is pressed and released, but not when the user
+// releases the modifiers. If a modifier is released before the key, it does not report the release
+// of the key either. The copy keystroke must be typed only when no modifier is down: otherwise it
+// would be a different keystroke, which a program in a terminal would receive. So we register a
+// second shortcut, a key without modifiers that keyboards do not have. Typed while a modifier is
+// down, it is not a shortcut; typed when all modifiers are up, it is, and the portal reports it.
 #pragma once
 
 #include <chrono>
@@ -22,11 +22,11 @@
 namespace seldial::platform::wayland {
 
 struct GnomeHotKey {
-  std::string trigger;  ///< as the portal spells the combination; also the shortcut's id
+  std::string trigger;  ///< the combination in the portal's notation; also the id of the shortcut
 };
 
 /// Main thread only. Releases reach the handler through the main queue, when no modifier is down;
-/// the session of `remote` is open then. Whoever handles them closes it.
+/// the session of `remote` is then open, and the handler must close it.
 class GnomeHotKeys final : public linux_port::RegisteredHotKeys<GnomeHotKey> {
  public:
   /// The name of the symbol on a key, an X key code; see SeatKeymap::symbolName().
@@ -35,28 +35,28 @@ class GnomeHotKeys final : public linux_port::RegisteredHotKeys<GnomeHotKey> {
   /// `bus` and `remote` must outlive this object.
   GnomeHotKeys(linux_port::MainLoop& loop, Bus& bus, MutterRemote& remote, SymbolName symbolName);
 
-  /// Accepts a combination also while the user is still being asked. Standard error tells that, the
-  /// answer, and the key that the user chose.
+  /// Accepts a combination even while the user is still being asked. Lines on standard error report
+  /// this, the answer, and the key that the user has chosen.
   std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                           HotKeyID hotKeyID) override;
   void unregisterHotKey(HotKeyRef ref) override;
   [[nodiscard]] bool canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) override;
 
-  /// Whether the desktop has given what was asked for last.
+  /// Whether the desktop has granted the last request.
   [[nodiscard]] bool isBound() const { return portal_.isBound(); }
 
-  /// Gives every combination back; the program ends.
+  /// Releases every combination, at the end of the program.
   void unregisterAll();
 
  private:
   using Clock = std::chrono::steady_clock;
 
-  /// From the press of a hot key until no modifier is down.
+  /// A use of a hot key: from the press until no modifier is down.
   struct Use {
     HotKeyID hotKeyID;
     std::string id;
-    std::uint64_t pressed;  ///< when, in the compositor's milliseconds
-    bool released = false;  ///< that is, the portal has told that the key went up
+    std::uint64_t pressed;  ///< time of the press, in the compositor's milliseconds
+    bool released = false;  ///< the portal has reported the release of the key
     Clock::time_point deadline;
   };
 
@@ -74,7 +74,7 @@ class GnomeHotKeys final : public linux_port::RegisteredHotKeys<GnomeHotKey> {
   MutterRemote& remote_;
   const SymbolName symbolName_;
   std::optional<Use> use_;
-  std::string told_;  ///< what the user knows
+  std::string told_;  ///< the last line on standard error
   linux_port::Timer timer_;
   PortalShortcuts portal_;
 };

@@ -22,7 +22,8 @@ HotKeyClaim& HotKeyClaim::operator=(HotKeyClaim&& other) noexcept {
 
 HotKeyClaim::~HotKeyClaim() {
   if (file_ == -1) return;
-  unlink(path_.c_str());  // before the lock goes: whoever opened the file sees that it is gone
+  unlink(path_.c_str());  // before the lock is released, so that a process that has opened the file
+                          // notices its removal
   close(file_);
 }
 
@@ -32,14 +33,14 @@ std::optional<HotKeyClaim> HotKeyClaims::claim(const std::string& combination) {
   for (;;) {
     const int file =
         open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
-    if (file == -1) return HotKeyClaim(path, -1);  // no such directory: nobody can be asked
+    if (file == -1) return HotKeyClaim(path, -1);  // there is no such directory to coordinate in
     if (flock(file, LOCK_EX | LOCK_NB) == -1) {
       close(file);
       return {};
     }
     struct stat opened {};
     if (fstat(file, &opened) == 0 && opened.st_nlink > 0) return HotKeyClaim(path, file);
-    close(file);  // its holder removed it meanwhile
+    close(file);  // the holder has removed it meanwhile
   }
 }
 

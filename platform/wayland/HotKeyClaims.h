@@ -1,8 +1,8 @@
-// Which combinations running programs of this kind hold, where the compositor does not tell.
+// The combinations that running Seldial processes hold, for compositors that do not report this.
 //
-// Each combination is a file in the user's runtime directory, locked by the program that holds it.
-// The lock goes with the program, however it ends, so a file without a lock is a combination that
-// a killed program left bound.
+// Each combination is a file in the user's runtime directory, locked by the process that holds it.
+// The lock ends with the process, however it ends, so a file without a lock is a combination that a
+// killed process has left bound.
 #pragma once
 
 #include <optional>
@@ -11,7 +11,7 @@
 
 namespace seldial::platform::wayland {
 
-/// One combination, held for as long as this object lives.
+/// Holds one combination for the lifetime of the object.
 class HotKeyClaim {
  public:
   HotKeyClaim(HotKeyClaim&& other) noexcept;
@@ -29,15 +29,15 @@ class HotKeyClaim {
 /// The combinations of one compositor. Main thread only.
 class HotKeyClaims {
  public:
-  /// `directory` is made if it is missing; `compositor` tells the user's compositors apart. Neither
-  /// it nor a combination may contain a slash.
+  /// `directory` is created if it is missing. `compositor` distinguishes several compositors of one
+  /// user. Neither it nor a combination may contain a slash.
   HotKeyClaims(std::string directory, const std::string& compositor)
       : directory_(std::move(directory)), prefix_(compositor + " ") {}
 
-  /// Nothing when another program, or this one, holds the combination.
+  /// Nothing if another process, or this one, already holds the combination.
   std::optional<HotKeyClaim> claim(const std::string& combination);
 
-  /// The combinations that killed programs have left, each told once.
+  /// The combinations that killed processes have left; each is returned once.
   std::vector<std::string> takeAbandoned();
 
  private:

@@ -42,7 +42,7 @@ KWinHotKeys::KWinHotKeys(linux_port::MainLoop& loop, GlobalAccel& shortcuts, Hot
       claims_(claims),
       probe_(probe),
       keymap_(keymap) {
-  // An action that no running program claims is a killed program's.
+  // An action that no running process claims belongs to a killed one.
   for (const auto& action : shortcuts_.actions()) {
     if (claims_.claim(action)) shortcuts_.remove(action);
   }
@@ -60,7 +60,7 @@ std::optional<HotKeyRef> KWinHotKeys::registerHotKey(std::uint32_t keyCode, std:
   auto claim = claims_.claim(actionOf(key, modifiers));
   if (!claim) return {};
   if (!probe_.open()) {
-    printError("seldial: Plasma has no free key to find held modifiers with");
+    printError("seldial: Plasma has no free key for detecting held modifiers");
     return {};
   }
   auto registration = makeRegistration(hotKeyID, {key, modifiers, {}, std::move(*claim)});
@@ -74,7 +74,7 @@ bool KWinHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
   return linux_port::canBeBound(keyCode, modifiers) && !isKeypad;
 }
 
-/// Gives the action the codes of the present layouts.
+/// Gives the action the codes of the current layouts.
 bool KWinHotKeys::set(KWinHotKey& hotKey) {
   const auto keymap = keymap_.file().read();
   auto codes = keymap ? qtKeys(*keymap, hotKey.key, hotKey.modifiers, shortcuts_.qtVersion())
@@ -86,7 +86,7 @@ bool KWinHotKeys::set(KWinHotKey& hotKey) {
     return false;
   }
   if (!shortcuts_.set(hotKey.action(), kTitle, codes)) {
-    printError("seldial: another program has this combination among Plasma's global shortcuts");
+    printError("seldial: this combination is already one of Plasma's global shortcuts");
     return false;
   }
   hotKey.codes = std::move(codes);
@@ -117,7 +117,7 @@ void KWinHotKeys::keymapChanged() {
   probe_.close();
   bool good = probe_.open();
   for (auto& registration : registrations_) good = set(registration) && good;
-  if (!good) printError("seldial: the hot key cannot be had with the new keyboard layout");
+  if (!good) printError("seldial: the hot key cannot be registered with the new keyboard layout");
 }
 
 }  // namespace seldial::platform::wayland

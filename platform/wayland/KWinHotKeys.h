@@ -1,7 +1,8 @@
 // Hot keys under KWin, as global shortcuts of Plasma.
 //
-// A shortcut is not a place on the keyboard but what the user's layout puts there. So a hot key is
-// every code that its place has in the user's layouts, and gets other codes when those change.
+// Plasma identifies a shortcut by the symbol that the user's layout assigns to the key, not by the
+// position of the key. So a hot key is registered with every code that its position has in the
+// user's layouts, and gets other codes when the layouts change.
 #pragma once
 
 #include <string>
@@ -18,7 +19,7 @@ namespace seldial::platform::wayland {
 struct KWinHotKey {
   std::uint32_t key = 0;        ///< an X key code
   std::uint32_t modifiers = 0;  ///< HotKeyModifier bits
-  std::vector<int> codes;       ///< empty where the layouts have none, or another program has one
+  std::vector<int> codes;       ///< empty if the layouts have none, or another program holds one
   HotKeyClaim claim;
 
   [[nodiscard]] std::string action() const;
@@ -27,29 +28,30 @@ struct KWinHotKey {
 /// Main thread only.
 class KWinHotKeys final : public linux_port::RegisteredHotKeys<KWinHotKey> {
  public:
-  /// All of them must outlive this object. Combinations that a killed program left taken are given
-  /// back at once.
+  /// All arguments must outlive this object. The combinations of a killed process are removed at
+  /// once.
   KWinHotKeys(linux_port::MainLoop& loop, GlobalAccel& shortcuts, HotKeyClaims& claims,
               ModifierProbe& probe, const SeatKeymap& keymap);
-  /// Gives the combinations back.
+  /// Removes the combinations.
   ~KWinHotKeys() override;
   KWinHotKeys(const KWinHotKeys&) = delete;
   KWinHotKeys& operator=(const KWinHotKeys&) = delete;
 
   /// Refuses keys that canBeHotKey() refuses or that have no code in any layout, and, with a line
-  /// on standard error, what another program has.
+  /// on standard error, combinations that another program holds.
   std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                           HotKeyID hotKeyID) override;
   void unregisterHotKey(HotKeyRef ref) override;
-  /// False for keys of the keypad too: KWin takes them for the others with the same meaning.
+  /// Also false for keypad keys: KWin does not distinguish them from other keys with the same
+  /// symbol.
   [[nodiscard]] bool canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) override;
 
-  /// Gives every combination back; the program ends.
+  /// Removes every combination, at the end of the program.
   void unregisterAll();
 
-  /// For the handler of GlobalAccel.
+  /// Called by the handler of GlobalAccel.
   void released(const std::string& action);
-  /// For the handler of SeatKeymap.
+  /// Called by the handler of SeatKeymap.
   void keymapChanged();
 
  private:

@@ -51,8 +51,9 @@ std::optional<HotKeyRef> PressHotKeys::registerHotKey(std::uint32_t keyCode,
         "directory for its socket");
     return {};
   }
-  printError("seldial: " + session_ +
-             " gives programs no hot key; bind a key to \"seldial-uc press\" in its configuration");
+  printError(
+      "seldial: " + session_ +
+      " has no hot keys for programs; bind a key to \"seldial-uc press\" in its configuration");
   return add(makeRegistration(hotKeyID, {}));
 }
 

@@ -1,5 +1,6 @@
-// The hot key of a session whose compositor gives programs none: the user binds a key to
-// "seldial-uc press" in the compositor's configuration, and each run of that is one use.
+// The hot key in sessions whose compositor has no hot keys for programs: the user binds a key to
+// "seldial-uc press" in the configuration of the compositor, and each run of the command is one
+// use.
 #pragma once
 
 #include <optional>
@@ -18,20 +19,20 @@ struct PressHotKey {};
 class PressHotKeys final : public linux_port::RegisteredHotKeys<PressHotKey>,
                            public linux_port::EventSource {
  public:
-  /// `session` names the compositor to people.
+  /// `session` is the name of the compositor for messages.
   PressHotKeys(linux_port::MainLoop& loop, std::string session);
   ~PressHotKeys() override;
   PressHotKeys(const PressHotKeys&) = delete;
   PressHotKeys& operator=(const PressHotKeys&) = delete;
 
-  /// Accepts every key that has a virtual key code, and says on standard error what the user has to
-  /// bind. Refuses while another program of this kind waits for presses.
+  /// Accepts every key that has a virtual key code, and writes to standard error what the user has
+  /// to bind. Refuses while another Seldial waits for presses.
   std::optional<HotKeyRef> registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
                                           HotKeyID hotKeyID) override;
   void unregisterHotKey(HotKeyRef ref) override;
   [[nodiscard]] bool canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) override;
 
-  /// Waits for presses no longer; the program ends.
+  /// Stops waiting for presses, at the end of the program.
   void unregisterAll();
 
   [[nodiscard]] int descriptor() const override { return socket_; }

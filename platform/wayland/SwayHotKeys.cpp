@@ -14,8 +14,8 @@
 namespace seldial::platform::wayland {
 namespace {
 
-/// What the bindings of a registration do. The process id keeps programs of this kind apart: each
-/// gets the events of all bindings.
+/// The command of a registration's bindings. It contains the process ID because every Seldial
+/// receives the events of all bindings.
 std::string commandOf(HotKeyRef ref, const char* what) {
   return "nop seldial " + std::to_string(getpid()) + " " + std::to_string(ref) + " " + what;
 }
@@ -37,7 +37,7 @@ std::string fileName(const std::string& path) {
   return path.substr(path.rfind('/') + 1);
 }
 
-/// A text of the dictionary, or of the one that it has under `outer`; empty when there is none.
+/// A text in the dictionary, or in its member `outer`; empty if there is none.
 std::string textIn(const std::optional<JSONValue>& value, std::string_view key,
                    std::string_view outer = {}) {
   const auto* dictionary = value ? value->dictionary() : nullptr;
@@ -103,7 +103,7 @@ bool SwayHotKeys::isFree(const SwayCombination& combination) {
   return !line;
 }
 
-/// In the binding mode of this moment.
+/// Adds the bindings in the current binding mode.
 bool SwayHotKeys::bind(const Registration& registration) {
   const std::string combination = registration.combination.text();
   return commands_->run("bindcode --no-warn --no-repeat " + combination + " " +
@@ -120,8 +120,8 @@ void SwayHotKeys::unregisterAll() {
   registrations_.clear();
 }
 
-/// In every mode. Bindings are removed from the current mode only, so the others are entered for
-/// it, all with one message: nothing can come between.
+/// Removes the bindings in every mode. sway removes bindings only from the current mode, so the
+/// other modes are entered for this, in a single message that cannot be interrupted.
 void SwayHotKeys::unbind(const std::string& combination) {
   const std::string current = currentMode();
   std::string commands = unbindCommands(combination);
@@ -129,7 +129,7 @@ void SwayHotKeys::unbind(const std::string& combination) {
     if (mode != current) commands += "; mode " + quoted(mode) + "; " + unbindCommands(combination);
   }
   if (modes_.size() > 1) commands += "; mode " + quoted(current);
-  commands_->run(commands);  // that there is nothing to unbind is no error here
+  commands_->run(commands);  // a missing binding is not an error here
 }
 
 std::string SwayHotKeys::currentMode() {
@@ -137,7 +137,7 @@ std::string SwayHotKeys::currentMode() {
   return mode.empty() ? "default" : mode;
 }
 
-/// A text in the reply to a request; empty when there is none.
+/// A text in the reply to a request; empty if there is none.
 std::string SwayHotKeys::answer(SwayRequest request, const char* key) {
   const auto reply = commands_->ask(request);
   return textIn(reply ? readJSON(*reply) : std::nullopt, key);
