@@ -1,4 +1,4 @@
-// What the hot key ports of Linux share: their registrations, and how a release reaches the
+// Code shared by the hot key ports on Linux: their registrations, and posting releases to the
 // handler.
 #pragma once
 
@@ -14,8 +14,8 @@
 
 namespace seldial::platform::linux_port {
 
-/// A port that keeps a list of its registrations, each with what the desktop needs to know of it.
-/// Main thread only. Releases reach the handler through the main queue.
+/// A port that keeps a list of its registrations, each with details for the desktop. Main thread
+/// only. Releases reach the handler through the main queue.
 template <class Details>
 class RegisteredHotKeys : public HotKeyEvents {
  public:
@@ -34,18 +34,18 @@ class RegisteredHotKeys : public HotKeyEvents {
   explicit RegisteredHotKeys(MainQueue& queue) : queue_(queue) {}
   ~RegisteredHotKeys() override = default;
 
-  /// A registration with a reference of its own, which is not in the list yet.
+  /// A registration with a new reference, which is not in the list yet.
   Registration makeRegistration(HotKeyID hotKeyID, Details details) {
     return {std::move(details), ++lastRef_, hotKeyID};
   }
 
-  /// Adds it to the list and returns its reference.
+  /// Adds a registration to the list and returns its reference.
   HotKeyRef add(Registration registration) {
     registrations_.push_back(std::move(registration));
     return registrations_.back().ref;
   }
 
-  /// Removes it from the list; nothing when it is not there.
+  /// Removes a registration from the list and returns it; nothing if it is not there.
   std::optional<Registration> take(HotKeyRef ref) {
     const auto found =
         std::find_if(registrations_.begin(), registrations_.end(),
@@ -63,7 +63,7 @@ class RegisteredHotKeys : public HotKeyEvents {
     });
   }
 
-  /// The same for a desktop that tells no more of the event than that it happens now.
+  /// For a desktop that reports no details of the event; the time is the current time.
   void postReleased(HotKeyID hotKeyID) {
     KeyEvent event;
     const auto now = std::chrono::steady_clock::now().time_since_epoch();

@@ -54,8 +54,8 @@ using Proxy = org_kde_plasma_window;
 
 constexpr std::uint32_t kActive = 1;  ///< a bit of a window's state
 
-/// KWin describes a window once; KWin 6 describes it a second time, as one without a name and a
-/// state that is gone. A window that is gone has no other description.
+/// KWin describes a window once. KWin 6 describes it a second time, without a name and as closed. A
+/// closed window has only that description.
 struct Window {
   std::uint32_t id = 0;
   Proxy* proxy = nullptr;

@@ -22,8 +22,8 @@ HotKeyClaim& HotKeyClaim::operator=(HotKeyClaim&& other) noexcept {
 
 HotKeyClaim::~HotKeyClaim() {
   if (file_ == -1) return;
-  unlink(path_.c_str());  // before the lock is released, so that a process that has opened the file
-                          // notices its removal
+  // Before the lock is released: a process that has opened the file then notices its removal.
+  unlink(path_.c_str());
   close(file_);
 }
 

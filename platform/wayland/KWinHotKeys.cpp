@@ -20,7 +20,7 @@ constexpr std::array kKeypad{kVK_ANSI_KeypadDecimal, kVK_ANSI_KeypadMultiply, kV
                              kVK_ANSI_Keypad5,       kVK_ANSI_Keypad6,        kVK_ANSI_Keypad7,
                              kVK_ANSI_Keypad8,       kVK_ANSI_Keypad9,        kVK_JIS_KeypadComma};
 
-/// "Ctrl+Alt+40"
+/// The name of the action for a combination, "Ctrl+Alt+40".
 std::string actionOf(std::uint32_t key, std::uint32_t modifiers) {
   std::string name;
   for (const auto& modifier : kModifiers) {

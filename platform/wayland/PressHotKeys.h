@@ -12,7 +12,7 @@
 
 namespace seldial::platform::wayland {
 
-/// All that there is to know of a hot key is its registration.
+/// The registration needs no details.
 struct PressHotKey {};
 
 /// A press is a use of the last registration. Main thread only.
