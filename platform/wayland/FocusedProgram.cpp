@@ -1,6 +1,7 @@
 #include "platform/wayland/FocusedProgram.h"
 
 #include <algorithm>
+#include <fstream>
 #include <list>
 #include <utility>
 
@@ -60,6 +61,7 @@ struct Window {
   std::uint32_t id = 0;
   Proxy* proxy = nullptr;
   std::string applicationId;
+  std::uint32_t process = 0;
   int descriptions = 0;
   bool active = false;
   bool gone = false;
@@ -89,7 +91,7 @@ const org_kde_plasma_window_listener kWindowListener{
     [](void* /*data*/, Proxy* /*proxy*/, std::int32_t /*x*/, std::int32_t /*y*/,
        std::uint32_t /*width*/, std::uint32_t /*height*/) {},
     [](void* /*data*/, Proxy* /*proxy*/) {},
-    [](void* /*data*/, Proxy* /*proxy*/, std::uint32_t /*process*/) {},
+    [](void* data, Proxy* /*proxy*/, std::uint32_t process) { window(data).process = process; },
     [](void* /*data*/, Proxy* /*proxy*/, const char* /*desktop*/) {},
     [](void* /*data*/, Proxy* /*proxy*/, const char* /*desktop*/) {},
     [](void* /*data*/, Proxy* /*proxy*/, const char* /*service*/, const char* /*path*/) {},
@@ -98,6 +100,12 @@ const org_kde_plasma_window_listener kWindowListener{
     [](void* /*data*/, Proxy* /*proxy*/, const char* /*name*/) {}};
 
 }  // namespace
+
+std::string processName(std::uint32_t process) {
+  std::string name;
+  std::getline(std::ifstream("/proc/" + std::to_string(process) + "/comm"), name);
+  return name;
+}
 
 std::vector<std::string> activeApplications(Display& display) {
   const Owned<zwlr_foreign_toplevel_manager_v1> manager(display.bindToplevels());
@@ -133,7 +141,10 @@ std::vector<std::string> PlasmaWindows::activeApplications() {
   std::vector<std::string> active;
   for (auto& one : windows) {
     if (!one.gone) ids_.push_back(one.id);
-    if (one.active && !one.gone) active.push_back(std::move(one.applicationId));
+    if (one.active && !one.gone) {
+      active.push_back(std::move(one.applicationId));
+      active.push_back(processName(one.process));
+    }
     org_kde_plasma_window_destroy(one.proxy);
   }
   return active;

@@ -14,6 +14,10 @@ namespace seldial::platform::wayland {
 /// on Xwayland. Empty if no window has the focus.
 using FocusedProgram = std::function<std::vector<std::string>()>;
 
+/// The name of a process, of which the kernel keeps 15 characters; empty if there is none. Any
+/// thread.
+[[nodiscard]] std::string processName(std::uint32_t process);
+
 /// The application IDs of the active windows; empty if the compositor does not report them. Takes
 /// two round trips. The list is requested for each call, so that changes in between do not wake the
 /// program up.
@@ -31,7 +35,8 @@ class PlasmaWindows {
   PlasmaWindows(const PlasmaWindows&) = delete;
   PlasmaWindows& operator=(const PlasmaWindows&) = delete;
 
-  /// The application ID, or the window class on Xwayland, of the active window. Takes two round
+  /// The application ID of the active window, or its window class on Xwayland, and the name of its
+  /// process: KWin 6 replaces both by the name of a .desktop file ("debian-xterm"). Takes two round
   /// trips.
   [[nodiscard]] std::vector<std::string> activeApplications();
 

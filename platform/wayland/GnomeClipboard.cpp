@@ -7,13 +7,13 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "platform/Output.h"
 #include "platform/linux/Applications.h"
+#include "platform/wayland/FocusedProgram.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -42,8 +42,7 @@ std::vector<std::string> runningPrograms() {
   for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
     const std::string number = entry.path().filename();
     if (std::isdigit(static_cast<unsigned char>(number[0])) == 0 || !isOurs(entry.path())) continue;
-    std::string name;
-    std::getline(std::ifstream(entry.path() / "comm"), name);
+    auto name = processName(static_cast<std::uint32_t>(std::stoul(number)));
     if (!name.empty()) programs.push_back(std::move(name));
   }
   return programs;

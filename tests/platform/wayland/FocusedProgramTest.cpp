@@ -3,9 +3,13 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <filesystem>
+
 #include "platform/wayland/FocusedProgram.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/Sockets.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tests/support/Waiting.h"
 #include "tests/support/wayland/PlasmaWindowList.h"
 
 namespace seldial::platform::wayland {
@@ -29,16 +33,16 @@ TEST_P(PlasmaWindowsOf, NamesTheProgramOfTheActiveWindow) {
   list.open(1, "org.test.editor");
   list.open(2, "foot");
   list.activate(2);
-  EXPECT_THAT(windows.activeApplications(), ElementsAre("foot"));
+  EXPECT_THAT(windows.activeApplications(), ElementsAre("foot", ""));
 }
 
 TEST_P(PlasmaWindowsOf, NamesItAgainAfterTheUserWentElsewhere) {
   list.open(1, "org.test.editor");
   list.open(2, "foot");
   list.activate(2);
-  EXPECT_THAT(windows.activeApplications(), ElementsAre("foot"));
+  EXPECT_THAT(windows.activeApplications(), ElementsAre("foot", ""));
   list.activate(1);
-  EXPECT_THAT(windows.activeApplications(), ElementsAre("org.test.editor"));
+  EXPECT_THAT(windows.activeApplications(), ElementsAre("org.test.editor", ""));
 }
 
 TEST_P(PlasmaWindowsOf, NamesNoneWhereNoWindowIsActive) {
@@ -53,7 +57,18 @@ TEST_P(PlasmaWindowsOf, ForgetsWindowsThatAreGone) {
   EXPECT_THAT(windows.activeApplications(), IsEmpty());
   list.open(2, "konsole");
   list.activate(2);
-  EXPECT_THAT(windows.activeApplications(), ElementsAre("konsole"));
+  EXPECT_THAT(windows.activeApplications(), ElementsAre("konsole", ""));
+}
+
+TEST_P(PlasmaWindowsOf, NamesTheProcessToo) {
+  const std::string path = directory_.path("xterm");
+  std::filesystem::copy_file("/bin/sleep", path);
+  const tests::ChildProcess sleeper({path, "1000"});
+  ASSERT_TRUE(tests::eventually(
+      [&] { return processName(static_cast<std::uint32_t>(sleeper.id())) == "xterm"; }));
+  list.open(1, "debian-xterm", static_cast<std::uint32_t>(sleeper.id()));
+  list.activate(1);
+  EXPECT_THAT(windows.activeApplications(), ElementsAre("debian-xterm", "xterm"));
 }
 
 INSTANTIATE_TEST_SUITE_P(KWin, PlasmaWindowsOf,

@@ -43,9 +43,10 @@ PlasmaWindowList::PlasmaWindowList(const std::string& socketPath, Version versio
             });
       }) {}
 
-void PlasmaWindowList::open(std::uint32_t id, const std::string& applicationId) {
+void PlasmaWindowList::open(std::uint32_t id, const std::string& applicationId,
+                            std::uint32_t process) {
   compositor_.run([=, this] {
-    windows_[id] = applicationId;
+    windows_[id] = {applicationId, process};
     if (manager_ != nullptr) org_kde_plasma_window_management_send_window(manager_, id);
   });
 }
@@ -61,15 +62,18 @@ void PlasmaWindowList::activate(std::uint32_t id) {
 void PlasmaWindowList::bind(wl_client* client, std::uint32_t id) {
   manager_ = wl_resource_create(client, &org_kde_plasma_window_management_interface, kVersion, id);
   wl_resource_set_implementation(manager_, &kManager, this, nullptr);
-  for (const auto& [window, applicationId] : windows_) {
-    org_kde_plasma_window_management_send_window(manager_, window);
+  for (const auto& [number, window] : windows_) {
+    org_kde_plasma_window_management_send_window(manager_, number);
   }
 }
 
 void PlasmaWindowList::describe(wl_resource* window, std::uint32_t id) {
   const auto found = windows_.find(id);
   if (found != windows_.end()) {
-    org_kde_plasma_window_send_app_id_changed(window, found->second.c_str());
+    org_kde_plasma_window_send_app_id_changed(window, found->second.applicationId.c_str());
+    if (found->second.process != 0) {
+      org_kde_plasma_window_send_pid_changed(window, found->second.process);
+    }
     org_kde_plasma_window_send_state_changed(window, id == active_ ? kActive : 0);
     org_kde_plasma_window_send_initial_state(window);
     if (version_ == Version::kFive) return;

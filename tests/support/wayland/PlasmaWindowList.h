@@ -17,7 +17,8 @@ class PlasmaWindowList {
 
   PlasmaWindowList(const std::string& socketPath, Version version);
 
-  void open(std::uint32_t id, const std::string& applicationId);
+  /// `process`: 0 for none.
+  void open(std::uint32_t id, const std::string& applicationId, std::uint32_t process = 0);
   void close(std::uint32_t id);
   /// The user goes to a window; to none with 0.
   void activate(std::uint32_t id);
@@ -28,7 +29,11 @@ class PlasmaWindowList {
 
  private:
   const Version version_;
-  std::map<std::uint32_t, std::string> windows_;  ///< their application ids
+  struct Window {
+    std::string applicationId;
+    std::uint32_t process = 0;
+  };
+  std::map<std::uint32_t, Window> windows_;
   std::uint32_t active_ = 0;
   wl_resource* manager_ = nullptr;
   BareCompositor compositor_;
