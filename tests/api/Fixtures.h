@@ -1,4 +1,4 @@
-// What the tests of this directory share.
+// Helpers for the tests of this directory.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,8 @@
 
 namespace seldial {
 
-/// Sets the time zone of the process while it lives, in POSIX form: "CET-1" is one hour east.
+/// Sets the time zone of the process for the lifetime of the object, in POSIX form: "CET-1" is one
+/// hour east.
 class LocalTimeZone {
  public:
   explicit LocalTimeZone(const char* zone) {

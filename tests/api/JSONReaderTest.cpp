@@ -8,7 +8,7 @@
 namespace seldial {
 namespace {
 
-/// The value of {"v":TEXT}; fails the test when that is not valid.
+/// The value of {"v":TEXT}; fails the test if that is invalid.
 JSONValue member(const std::string& text) {
   auto value = readJSON(R"({"v":)" + text + "}");
   EXPECT_TRUE(value && value->dictionary() != nullptr) << text;

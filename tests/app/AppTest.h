@@ -1,4 +1,4 @@
-// An application on doubles: nothing of the desktop, a main queue that the test drains.
+// An application on doubles: no desktop, and a main queue that the test drains.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -28,7 +28,7 @@ class AppTest : public testing::Test {
     QKHotKeyCenter::setHotKeyEvents(nullptr);
   }
 
-  /// The lines on standard output with every log line's time taken out: "Log> message".
+  /// The lines on standard output, with the times of log lines removed: "Log> message".
   [[nodiscard]] std::vector<std::string> lines() const {
     auto all = output.lines();
     for (auto& line : all) {
@@ -62,7 +62,7 @@ class AppTest : public testing::Test {
   std::shared_ptr<AppDelegate> app = AppDelegate::init(ports);
 };
 
-/// The value of a text member of a compact JSON line, still escaped; empty when it has none.
+/// The value of a text member of a compact JSON line, still escaped; empty if there is none.
 inline std::string jsonText(const std::string& line, const std::string& key) {
   const std::string opening = "\"" + key + "\":\"";
   const auto begin = line.find(opening);

@@ -7,7 +7,7 @@ using testing::SizeIs;
 
 class CommandProcessing : public AppTest {
  protected:
-  /// Processes `input`, which must be answered with one Error; gives its message, still escaped.
+  /// Processes `input`, expects one Error as the answer, and returns its message, still escaped.
   std::string errorFor(const std::optional<std::string>& input) {
     const tests::CapturedOutput answer;
     app->processInputString(input);

@@ -10,7 +10,7 @@ constexpr const char* kState = R"("response":"HotkeyState")";
 
 class HotKeyDialing : public AppTest {
  protected:
-  /// Processes a SetHotKey with these further members; gives its answer line.
+  /// Processes a SetHotKey with these additional members and returns the answer line.
   std::string setHotKey(const std::string& members) {
     const tests::CapturedOutput answer;
     app->processInputString(R"({"command":"SetHotKey")" + members + "}");
@@ -31,7 +31,7 @@ class HotKeyDialing : public AppTest {
     return jsonText(answer, "failreason");
   }
 
-  /// Plays the frontmost application: the copy keystroke puts `text` on the clipboard.
+  /// Acts as the focused application: the copy keystroke puts `text` on the clipboard.
   void selection(const std::optional<std::string>& text) {
     clipboard->onCopy = [this, text] { clipboard->contents = text; };
   }

@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::SizeIs;
 
-/// The incoming channel with the library's callbacks played by the test.
+/// The incoming channel; the test makes the library's callbacks.
 class SocketChannels : public AppTest {
  protected:
   SocketChannels() {
@@ -29,7 +29,7 @@ class SocketChannels : public AppTest {
     events->unixSocketServerClientWithIDDidDisconnect(*server, id);
   }
 
-  /// What the steps posted so far print.
+  /// The output of the steps posted so far.
   std::vector<std::string> drained() {
     const auto before = lines().size();
     mainQueue->drain();

@@ -1,4 +1,4 @@
-// The start at login, with a systemctl of the test's own.
+// The start at login, with a fake systemctl.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -25,8 +25,8 @@ class LoginStart : public testing::Test {
     unsetenv("XDG_RUNTIME_DIR");
   }
 
-  /// A systemctl that keeps its arguments and ends with that status: 0 where systemd runs the
-  /// session.
+  /// Creates a systemctl that records its arguments and exits with that status: 0 means that
+  /// systemd runs the session.
   void makeSystemctl(int status) {
     const std::string path = directory_.path("systemctl");
     std::ofstream(path) << "#!/bin/sh\necho \"$@\" >>" << directory_.path("calls") << "\nexit "

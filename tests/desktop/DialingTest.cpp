@@ -1,4 +1,4 @@
-// The whole road on a desktop: the real program, a real X server, the user's keyboard, another
+// End-to-end tests on a desktop: the real program, a real X server, the user's keyboard, another
 // program's window and a UC client's sockets.
 #include <algorithm>
 
@@ -20,7 +20,7 @@ std::string setHotKey(int virtualKey, int delay = 300) {
          std::to_string(virtualKey) + R"(,"readdelay":)" + std::to_string(delay) + "}";
 }
 
-/// Either order of the keys of a message is right.
+/// The keys of a message may be in either order.
 MATCHER_P(IsMakeCall, number, "") {
   const std::string& message = arg.value_or("nothing");
   *result_listener << message;

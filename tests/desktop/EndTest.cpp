@@ -1,4 +1,4 @@
-// The end of the program, and its waits, on an X server that does not answer or while the user
+// Termination of the program, and its waits, on an X server that does not answer or while the user
 // holds keys.
 #include <csignal>
 #include <filesystem>
@@ -37,7 +37,7 @@ class EndOnDesktop : public ProgramTest {
     ASSERT_THAT(answerTo(setHotKey(delay)).value_or(""), HasSubstr("\"result\":true"));
   }
 
-  /// Uses the hot key, and goes on holding its modifiers until they are typed too.
+  /// Uses the hot key, and keeps holding its modifiers until the program presses them again.
   void useAndHold() {
     keyboard.press(kControlAlt);
     keyboard.tap(kKeyD);

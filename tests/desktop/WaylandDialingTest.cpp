@@ -1,4 +1,4 @@
-// The whole road on Wayland: the real program, a real compositor, the user's keyboard, windows of
+// End-to-end tests on Wayland: the real program, a real compositor, the user's keyboard, windows of
 // other programs and a UC client's sockets.
 #include <algorithm>
 #include <csignal>
@@ -21,7 +21,7 @@ std::string setHotKey(int virtualKey, int delay) {
          std::to_string(virtualKey) + R"(,"readdelay":)" + std::to_string(delay) + "}";
 }
 
-/// Either order of the members of a message is right.
+/// The members of a message may be in either order.
 MATCHER(IsMakeCallOfTheNumber, "") {
   const std::string& message = arg.value_or("nothing");
   *result_listener << message;
@@ -101,7 +101,7 @@ TEST_F(WaylandDialing, ATerminalsSelectionIsDialledAndNothingReachesTheProgramIn
   EXPECT_THAT(answerTo(setHotKey(2, 100)), IsHotkeyStateTrue());
   use();
   EXPECT_TRUE(process->waitForLine("> no number found on pasteboard"));
-  // Its search selects what it finds.
+  // foot's search selects the text that it finds.
   keyboard.use({KEY_LEFTCTRL, KEY_LEFTSHIFT}, KEY_R);
   for (const auto key :
        std::vector<unsigned>{KEY_4, KEY_9, KEY_3, KEY_0, KEY_1, KEY_2, KEY_3, KEY_ENTER}) {

@@ -1,4 +1,4 @@
-// What a test and the preloaded FailingMalloc.cpp share, in a file that both map.
+// The data shared by a test and the preloaded FailingMalloc.cpp, in a file that both map.
 #pragma once
 
 #include <atomic>

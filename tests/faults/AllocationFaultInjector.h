@@ -1,4 +1,4 @@
-// Makes one allocation of a program fail, whether its own code or a library asked for the memory.
+// Makes one allocation of a program fail, whether its own code or a library requested the memory.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// A library to preload: one allocation of the program fails, as AllocationFaultInjector.h says.
+// A preloaded library that makes one allocation of the program fail, see AllocationFaultInjector.h.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -10,8 +10,7 @@
 
 #include "tests/faults/AllocationControl.h"
 
-// glibc's own names for what is replaced here.
-// NOLINTBEGIN
+// glibc's internal names of the replaced functions. NOLINTBEGIN
 extern "C" {
 void* __libc_malloc(size_t size);
 void* __libc_calloc(size_t count, size_t size);
@@ -34,7 +33,7 @@ __attribute__((constructor)) void attach() {
   if (memory != MAP_FAILED) control = static_cast<seldial::tests::AllocationControl*>(memory);
 }
 
-/// A libxcb that lacks memory for a reply waits for ever: it marks its connection as broken, and
+/// libxcb waits forever if it has no memory for a reply: it marks its connection as broken, and
 /// then polls it.
 bool isOfXcb(const void* caller) {
   Dl_info object{};

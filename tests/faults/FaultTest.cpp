@@ -1,4 +1,4 @@
-// Every system call and every allocation of the program fails once, in each phase of its life.
+// Makes every system call and every allocation of the program fail once, in each phase of its life.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,8 +13,8 @@
 namespace seldial::tests {
 namespace {
 
-/// Whether to try every error of every call and every allocation, which takes long, instead of the
-/// first error and a sample of the allocations.
+/// Whether to try every error of every call and every allocation, which takes long, instead of only
+/// the first error and a sample of the allocations.
 bool exhaustive() {
   return std::getenv("SELDIAL_ALL_FAULTS") != nullptr;
 }
@@ -26,7 +26,7 @@ class Faults : public testing::TestWithParam<Phase> {
   static void SetUpTestSuite() { desktop = std::make_unique<FaultDesktop>(); }
   static void TearDownTestSuite() { desktop.reset(); }
 
-  /// Lives once without a fault; returns how often each call was made.
+  /// Runs the program once without a fault; returns how often each call was made.
   template <class Injector>
   std::map<std::pair<Phase, std::string>, int> reference() {
     Injector injector;

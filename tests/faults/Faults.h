@@ -1,4 +1,4 @@
-// Which call of the program fails, and how a test makes it fail.
+// The calls of the program that fail, and the interface by which a test makes them fail.
 #pragma once
 
 #include <map>
@@ -8,10 +8,11 @@
 
 namespace seldial::tests {
 
-/// What the program goes through, in this order.
+/// The phases of the program, in order.
 enum Phase { kStart, kCommand, kPress, kEnd };
 
-/// The call of that name that is the `occurrence`-th (from 0 on) of its phase fails.
+/// Makes one call fail: number `occurrence`, counted from 0, of the calls of that name in that
+/// phase.
 struct Fault {
   Phase phase = kStart;
   std::string name;  ///< of a system call, or "allocation"

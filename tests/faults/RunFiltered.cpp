@@ -1,5 +1,6 @@
-// run_filtered CHANNEL PROGRAM ARGUMENT...: becomes PROGRAM with a filter that reports every call
-// of SystemCallTable.h before it is made to whoever listens at the socket CHANNEL.
+// run_filtered CHANNEL PROGRAM ARGUMENT...: executes PROGRAM with a seccomp filter that reports
+// every call in SystemCallTable.h, before it is made, to the process that listens at the socket
+// CHANNEL.
 #include <fcntl.h>
 #include <linux/audit.h>
 #include <linux/filter.h>
@@ -24,7 +25,7 @@ sock_filter statement(unsigned code, std::uint32_t value) {
   return {static_cast<std::uint16_t>(code), 0, 0, value};
 }
 
-/// Executes the statement that follows where the loaded word is `value`, else skips `skipped`.
+/// Executes the next statement if the loaded word is `value`, otherwise skips `skipped` statements.
 sock_filter unlessEqualSkip(long value, std::uint8_t skipped) {
   return {BPF_JMP | BPF_JEQ | BPF_K, 0, skipped, static_cast<std::uint32_t>(value)};
 }
@@ -76,8 +77,8 @@ bool sendDescriptor(int descriptor) {
 int run(char* arguments[]) {
   const Peer channel = Peer::connectedTo(arguments[1]);
   if (dup3(channel.fd, kChannelDescriptor, O_CLOEXEC) == -1) return 126;
-  // From here on each call of the table waits for an answer, and the channel's owner is not ready
-  // before it has the listener.
+  // From here on each call in the table waits for an answer, but the owner of the channel cannot
+  // answer before it has the listener.
   const int listener = installFilter();
   if (listener == -1 || !sendDescriptor(listener)) return 126;
   execv(arguments[2], arguments + 2);

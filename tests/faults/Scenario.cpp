@@ -18,7 +18,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long to wait for what the fault may have swallowed, before it is asked for again.
+/// How long to wait for a message that the fault may have suppressed, before it is requested again.
 constexpr std::chrono::milliseconds kForgivenWait{1500};
 
 const std::vector<std::uint8_t> kModifiers{kKeyLeftControl, kKeyLeftAlt};
@@ -48,7 +48,7 @@ void Scenario::enter(Phase phase) {
   injector_.enter(phase);
 }
 
-/// Whether the fault has struck in this phase.
+/// Whether the fault has occurred in this phase.
 bool Scenario::forgivable() const {
   return fault_ && fault_->phase == phase_ && injector_.hasInjected();
 }
@@ -72,11 +72,11 @@ void Scenario::start() {
     return listening_ || hasEnded() || (struck && Clock::now() > *struck + kForgivenWait);
   });
   EXPECT_TRUE(settled) << "neither listens nor ends";
-  // The connection above is a command too, an empty one.
+  // The connection above is also a command, an empty one.
   if (listening_) listening_ = isAnswered("empty string", true) || forgivable();
 }
 
-/// Waits for the next message that contains `part`. The fault may have swallowed a first one.
+/// Waits for the next message that contains `part`. The fault may have suppressed the first one.
 bool Scenario::isAnswered(const std::string& part, bool first) {
   const auto begin = Clock::now();
   while (Clock::now() < begin + (first && forgivable() ? kForgivenWait : kTimeLimit)) {
@@ -92,7 +92,7 @@ bool Scenario::isAnswered(const std::string& part, bool first) {
   return false;
 }
 
-/// False where nobody listens, or `part` is not in any answer.
+/// False if nobody listens, or no answer contains `part`.
 bool Scenario::ask(const std::string& text, const std::string& part, bool first) {
   Peer peer = Peer::connectedTo(in_);
   if (!peer.connected() || !peer.send(text)) return false;
@@ -102,7 +102,7 @@ bool Scenario::ask(const std::string& text, const std::string& part, bool first)
 
 void Scenario::command() {
   enter(kCommand);
-  // What was asked for before the fault may fail by it; what is asked for afterwards may not.
+  // A request from before the fault may fail because of it; a later request must not.
   bool answered = false;
   for (int attempt = 0; attempt < 2 && !hasHotKey_; ++attempt) {
     answered = ask(kSetHotKey, "HotkeyState", attempt == 0);
@@ -110,7 +110,7 @@ void Scenario::command() {
   }
   if (hasEnded()) return;
   listening_ = Peer::connectedTo(in_).connected();
-  if (!listening_) return;  // which it has to say, as end() finds
+  if (!listening_) return;  // the program must report this, which end() checks
   const bool desktopMayBeMissing = fault_ && fault_->phase == kStart;
   const bool served = answered && (hasHotKey_ || desktopMayBeMissing);
   // A program that has lost its desktop still listens for a moment.
@@ -160,12 +160,12 @@ void Scenario::end() {
   }
 }
 
-/// Then any line may be missing.
+/// Whether writing fails; then any line may be missing.
 bool Scenario::writeFails() const {
   return fault_ && fault_->name == "write";
 }
 
-/// Waits until it has said that nobody can send it commands any more, or has ended.
+/// Waits until the program has reported that it accepts no more commands, or has ended.
 void Scenario::expectWordOfClosing() {
   const auto says = [](const std::string& line) {
     return line.find("did close") != std::string::npos ||
@@ -178,7 +178,7 @@ void Scenario::expectWordOfClosing() {
   }
 }
 
-/// With status 1 it ended by an error a moment before it was told to.
+/// Status 1 means that it ended with an error just before it was told to end.
 void Scenario::expectOrderlyEnd() {
   const int status = process_->wait();
   if (status != 0 && injector_.hasInjected()) {

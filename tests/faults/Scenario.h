@@ -1,5 +1,5 @@
-// One life of the program on a desktop, with one call that fails: start, command, press and end,
-// and what must hold whatever failed.
+// One run of the program on a desktop, with one failing call: start, command, press and end, and
+// the checks that must hold whatever has failed.
 #pragma once
 
 #include <chrono>
@@ -18,7 +18,7 @@
 
 namespace seldial::tests {
 
-/// A desktop for many lives, one after the other.
+/// A desktop for many runs, one after the other.
 struct FaultDesktop {
   XServer server;
   Keyboard keyboard{server.display()};
@@ -27,18 +27,18 @@ struct FaultDesktop {
 
 class Scenario {
  public:
-  /// `fault` is the one that `injector` injects, if any.
-  /// `mostDescriptors` is what it may have open before it is told to end, if that is known.
+  /// `fault` is the one that `injector` injects, if any. `mostDescriptors` is the limit for its
+  /// open descriptors before it is told to end, if known.
   Scenario(FaultDesktop& desktop, FaultInjector& injector, std::optional<Fault> fault = {},
            std::optional<std::size_t> mostDescriptors = {});
 
-  /// Lives through all phases, with expectations of GoogleTest. Without a fault everything works.
-  /// With one, the program may end by an error that it states; it may close its incoming socket and
-  /// say so; it may lose what the failing call was to bring. Whatever is asked of it afterwards it
-  /// does, it leaves no socket, no descriptor and no key behind, and it ends when it is told to.
+  /// Runs through all phases, with GoogleTest expectations. Without a fault everything works. With
+  /// one, the program may end with an error that it reports; it may close its incoming socket and
+  /// report that; it may lose the result of the failing call. It performs every later request,
+  /// leaves no socket, no descriptor and no key behind, and ends when it is told to.
   void run();
 
-  /// How many descriptors it had open before it ended; nothing where it ended early.
+  /// How many descriptors it had open before it ended; nothing if it ended early.
   [[nodiscard]] std::optional<std::size_t> descriptors() const { return descriptors_; }
 
  private:

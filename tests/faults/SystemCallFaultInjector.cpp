@@ -104,7 +104,7 @@ void SystemCallFaultInjector::serve(int listener) {
     response.id = call.id;
     response.error = -error;
     response.flags = error == 0 ? SECCOMP_USER_NOTIF_FLAG_CONTINUE : 0;
-    // Fails where the caller was interrupted meanwhile, which then asks again.
+    // Fails if the caller was interrupted meanwhile; it then makes the call again.
     ioctl(listener, SECCOMP_IOCTL_NOTIF_SEND, &response);
   }
 }
@@ -112,10 +112,10 @@ void SystemCallFaultInjector::serve(int listener) {
 int SystemCallFaultInjector::answer(const seccomp_notif& asked) {
   const long number = asked.data.nr;
   const auto firstArgument = asked.data.args[0];
-  // No more than shutdown and close does a write to an eventfd ever fail, as the program uses it.
+  // Like shutdown and close, a write to an eventfd never fails in the way the program uses it.
   if (number == SYS_write && isEventDescriptor(asked.pid, firstArgument)) return 0;
   const std::lock_guard lock(mutex_);
-  // The first thing that the program does is to ignore SIGPIPE; what came before is the loader's.
+  // The program begins by ignoring SIGPIPE; earlier calls are made by the loader.
   if (number == SYS_rt_sigaction && firstArgument == SIGPIPE) counting_ = true;
   if (!counting_) return 0;
   const auto& table = systemCallTable();

@@ -1,4 +1,4 @@
-// Makes chosen system calls of a program fail, whatever made them: its own code or a library.
+// Makes chosen system calls of a program fail, whether its own code or a library makes them.
 #pragma once
 
 #include <map>
@@ -34,7 +34,7 @@ class SystemCallFaultInjector final : public FaultInjector {
   void run();
   [[nodiscard]] int receiveListener() const;
   void serve(int listener);
-  /// The error with which that call is to fail, or 0.
+  /// The error with which the call must fail, or 0.
   int answer(const seccomp_notif& asked);
 
   const std::optional<Fault> fault_;

@@ -1,6 +1,7 @@
 // The system calls of the program that can fail, each with the errors that its manual page names.
-// EFAULT and EINVAL are left out: they tell of a mistake in the program, not of the world. So are
-// shutdown, which never fails on a local socket, and close, which closes also where it fails.
+// EFAULT and EINVAL are left out: they indicate a bug in the program, not a condition of the
+// system. Also left out are shutdown, which never fails on a local socket, and close, which closes
+// the descriptor even if it fails.
 #pragma once
 
 #include <sys/syscall.h>
@@ -18,8 +19,8 @@ struct SystemCallFaults {
   const char* name;
   long number;
   std::vector<int> errors;  ///< the most likely one first
-  /// The call is made on the connection to the X server alone, and fails since that is lost. libxcb
-  /// takes any error for that, and waits for ever where the connection is as good as before.
+  /// The call is made only on the connection to the X server, and fails because that is lost.
+  /// libxcb treats any error as a lost connection, and waits forever if the connection still works.
   bool losesConnection = false;
 };
 
@@ -50,7 +51,7 @@ inline const std::vector<SystemCallFaults>& systemCallTable() {
       {"read", SYS_read, {EINTR, EIO, ECONNRESET}},
       {"recvfrom", SYS_recvfrom, {ECONNRESET}, true},
       {"recvmsg", SYS_recvmsg, {ECONNRESET}, true},
-      {"rt_sigaction", SYS_rt_sigaction, {}},  // tells where main begins
+      {"rt_sigaction", SYS_rt_sigaction, {}},  // marks the beginning of main
       {"sendmsg", SYS_sendmsg, {EINTR, EPIPE, ENOBUFS, ENOMEM}},
       {"sendto", SYS_sendto, {EPIPE, EINTR, EAGAIN, ECONNRESET, ENOBUFS, ENOMEM}},
       {"setsockopt", SYS_setsockopt, {ENOMEM, ENOBUFS}},

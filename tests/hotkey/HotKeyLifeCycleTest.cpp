@@ -1,4 +1,4 @@
-// Who owns a record, and what its destruction does.
+// Ownership and destruction of records.
 #include "tests/hotkey/HotKeyTest.h"
 
 namespace seldial {

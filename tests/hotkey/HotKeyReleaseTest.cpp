@@ -1,4 +1,4 @@
-// What happens when a hot key is used.
+// Using a hot key.
 #include "tests/hotkey/HotKeyTest.h"
 
 namespace seldial {

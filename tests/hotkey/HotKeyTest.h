@@ -1,4 +1,4 @@
-// A centre of its own for each test, on a port that the test commands.
+// A new centre for each test, on a port that the test controls.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -42,7 +42,7 @@ class HotKeyTest : public testing::Test {
   std::shared_ptr<QKHotKeyCenter> center;
 };
 
-/// Knows one action and keeps what it was called with.
+/// Implements one action and records its arguments.
 class RecordingTarget final : public QKHotKeyTarget {
  public:
   explicit RecordingTarget(QKAction known) : known_(std::move(known)) {}

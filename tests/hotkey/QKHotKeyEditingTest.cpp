@@ -1,4 +1,4 @@
-// Recording a hot key in a field, as seen by a field of no toolkit.
+// Recording a hot key in a field that belongs to no toolkit.
 #include "hotkey/QKHotKeyEditing.h"
 #include "hotkey/QKKeyStrings.h"
 #include "tests/hotkey/HotKeyTest.h"
@@ -17,7 +17,7 @@ constexpr std::uint16_t kKeyEscape = platform::kVK_Escape;
 constexpr std::uint16_t kKeyLeftCommand = platform::kVK_Command;
 constexpr std::uint64_t kShift = platform::kModifierFlagShift;
 
-/// Writes what is done to it into its journal.
+/// Records the calls in its journal.
 class RecordingField final : public QKHotKeyEditedField {
  public:
   [[nodiscard]] std::shared_ptr<QKHotKey> hotKey() const override { return shown; }

@@ -1,4 +1,4 @@
-// How a hot key is shown.
+// Display strings of hot keys.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

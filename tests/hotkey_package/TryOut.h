@@ -1,4 +1,4 @@
-// What the programs share that use an example as a person would.
+// Code shared by the programs that use an example like a user.
 #pragma once
 
 #include <cstdio>
@@ -13,8 +13,8 @@ inline void expect(bool condition, const char* what) {
   if (!condition) throw std::runtime_error(what);
 }
 
-/// The exit status of a program that is called with the directory of the example of that name, and
-/// perhaps with another name: `tryOut` gets its path, and throws when it is not as it should be.
+/// The main function of a program that is called with the directory of the example, and optionally
+/// with another name. `tryOut` gets the path of the example and throws if it does not work.
 inline int tryOutIn(int argc, char* argv[], const std::string& example,
                     const std::function<void(const std::string& program)>& tryOut) {
   try {

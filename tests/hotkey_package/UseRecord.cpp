@@ -1,5 +1,5 @@
-// hotkey_record_user DIRECTORY: records a hot key in the window of the hotkey_record there, on a
-// desktop of its own, and uses it.
+// hotkey_record_user DIRECTORY: records a hot key in the window of the hotkey_record in DIRECTORY,
+// on a private desktop, and uses it.
 #include <csignal>
 #include <string>
 

@@ -1,4 +1,5 @@
-// hotkey_watch_user DIRECTORY: uses the hot key of the hotkey_watch there on a desktop of its own.
+// hotkey_watch_user DIRECTORY: uses the hot key of the hotkey_watch in DIRECTORY on a private
+// desktop.
 #include <csignal>
 #include <string>
 

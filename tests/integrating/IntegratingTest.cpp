@@ -162,7 +162,7 @@ TEST_F(Integrating, EveryMessageIsOnStandardOutputBeforeItIsOnTheSocket) {
 
 TEST_F(Integrating, StandardOutputMayBeDevNull) {
   const std::string command =
-      R"(exec "$0" "$@" >/dev/null)";  // the shell leaves its process to Seldial
+      R"(exec "$0" "$@" >/dev/null)";  // the shell's process becomes Seldial
   const ChildProcess quiet(
       {"sh", "-c", command, SELDIAL_PROGRAM, "dialerpipename=" + in, "clientpipename=" + out},
       {"DISPLAY"});
@@ -201,7 +201,8 @@ TEST_F(Integrating, TheVirtualKeyIsMissingOrOutOfRange) {
 }
 
 TEST_F(Integrating, SIGTERMEndsItWithStatus0) {
-  auto* const before = std::signal(SIGHUP, SIG_DFL);  // it may be ignored here, as under nohup
+  auto* const before =
+      std::signal(SIGHUP, SIG_DFL);  // it may be ignored in this process, as under nohup
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     startListening();
     process->signal(signal);

@@ -1,4 +1,4 @@
-// The pages docs/integrating.md and docs/troubleshooting.md and the tests of this folder agree.
+// docs/integrating.md and docs/troubleshooting.md match the tests of this folder.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@
 namespace seldial::tests {
 namespace {
 
-/// "Seldial creates no folders." as "SeldialCreatesNoFolders".
+/// Converts "Seldial creates no folders." to "SeldialCreatesNoFolders".
 std::string testNameOf(const std::string& statement) {
   std::string name;
   bool startsWord = true;
@@ -45,7 +45,8 @@ std::set<std::string> statements() {
   return names;
 }
 
-/// The symptoms; where there is none, because it is that of the line above, the cause.
+/// The symptoms. A row without a symptom, which has the same symptom as the row above, is named
+/// after its cause.
 std::set<std::string> symptoms() {
   std::istringstream lines(page("troubleshooting.md"));
   static const std::regex row(R"(\| ([^|]*)\| ([^|]*)\|.*)");
@@ -59,7 +60,7 @@ std::set<std::string> symptoms() {
   return names;
 }
 
-/// The names of the tests whose suite's name begins so.
+/// The names of the tests in suites whose names begin with `suites`.
 std::set<std::string> testsOf(const std::string& suites) {
   std::set<std::string> names;
   const auto& all = *testing::UnitTest::GetInstance();
@@ -81,8 +82,7 @@ TEST(IntegrationPage, EachStatementIsATestAndEachTestAStatement) {
 TEST(PageOfTroubleshooting, EachEntryIsATestAndEachTestAnEntry) {
   EXPECT_THAT(symptoms(), testing::SizeIs(testing::Gt(20)));
   auto tested = testsOf("Troubleshooting");
-  // Brought about in tests/platform/wayland/GnomeTest.cpp, beside a portal that stands in for
-  // GNOME's.
+  // Tested in tests/platform/wayland/GnomeTest.cpp, with a double of GNOME's portal.
   tested.insert({"EverythingIsRefusedUnderGNOMEAndStandardErrorSaysDoesNotKnowThisProgram",
                  "EverythingIsRefusedUnderGNOMEAndStandardErrorSaysFromVersion48On"});
   EXPECT_EQ(symptoms(), tested);

@@ -1,4 +1,4 @@
-// The real program on a desktop of its own, with a user's keyboard and another program beside it.
+// The real program on a private desktop, with a user's keyboard and another program.
 #pragma once
 
 #include <string>
@@ -26,8 +26,8 @@ inline std::string setHotKey(int virtualKey, int delay = 300) {
          std::to_string(virtualKey) + R"(,"readdelay":)" + std::to_string(delay) + "}";
 }
 
-/// A terminal in which a text is selected, which Seldial reads. An editor would have to copy it,
-/// and on a busy machine that may take longer than the delay.
+/// A terminal with selected text, which Seldial reads. An editor would have to copy the text, which
+/// may take longer than the delay on a busy machine.
 class Terminal {
  public:
   explicit Terminal(const std::string& display, const std::string& text = "+31 20 123 4567")
@@ -58,7 +58,7 @@ class ProgramOnDesktop : public ProgramTest {
     EXPECT_THAT(answerTo(command).value_or("nothing"), testing::HasSubstr("\"result\":true"));
   }
 
-  /// The next message is a call of what is selected by default.
+  /// Expects the next message to be a call with the default selection.
   void expectCall() const {
     EXPECT_THAT(client.nextMessage().value_or("nothing"),
                 testing::HasSubstr(R"("number":"+31 20 123 4567")"));

@@ -1,5 +1,5 @@
-// The entries of docs/troubleshooting.md that need a desktop: each test brings a symptom about and,
-// where there is something to do, does that.
+// The entries of docs/troubleshooting.md that need a desktop: each test reproduces a symptom and,
+// if there is a remedy, applies it.
 #include <optional>
 #include <string>
 #include <vector>
@@ -69,7 +69,7 @@ TEST_F(TroubleshootingOnDesktop, EverythingIsRefusedAndStandardErrorSaysTheXServ
 TEST_F(TroubleshootingOnDesktop, TheLogHasNoLineHotKeyPressed) {
   Terminal terminal(server.display());
   expectSet(setHotKey(kVirtualKeyD, 0));
-  terminal.window.grabKeyboard(true);  // as an open menu does
+  terminal.window.grabKeyboard(true);  // like an open menu
   press();
   terminal.window.waitForRelease(kKeyD);
   EXPECT_TRUE(isSilentAbout("hot key pressed"));

@@ -1,4 +1,4 @@
-// The entries of docs/troubleshooting.md that need no desktop: each test brings a symptom about.
+// The entries of docs/troubleshooting.md that need no desktop: each test reproduces a symptom.
 #include <sys/socket.h>
 
 #include <csignal>
@@ -87,7 +87,7 @@ TEST_F(Troubleshooting, AnswersToSomeCommandsAreMissing) {
   EXPECT_THAT(answerTo(""), IsError("empty string on standard input stream"));
   EXPECT_TRUE(process->waitForLine("PURGED !!!"));
   first.leave();
-  EXPECT_THAT(answerTo("{}"), IsError("command tag not found"));  // no answer came in between
+  EXPECT_THAT(answerTo("{}"), IsError("command tag not found"));  // there was no answer in between
 }
 
 TEST_F(Troubleshooting, AllAnswersAreMissingAndTheLogSaysConnectFailed) {

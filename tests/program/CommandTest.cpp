@@ -1,4 +1,4 @@
-// Commands, good and bad, through the real program's sockets.
+// Valid and invalid commands through the real program's sockets.
 #include <csignal>
 
 #include "tests/support/SeldialProcess.h"
@@ -72,8 +72,8 @@ TEST_F(Command, WrongKindsAndNumbersOutOfRangeTakeTheirDefaults) {
 
 TEST_F(Command, ACharacterCutAtTheChunkBoundaryLeavesAHole) {
   startListening();
-  // Everything is sent at once and read 256 bytes a time: the second cut falls inside "é", so that
-  // the second chunk and the third are dropped.
+  // Everything is sent at once and read 256 bytes at a time. The second chunk ends inside "é", so
+  // the second and the third chunk are dropped.
   const std::string opening = R"({"command":")";
   const std::string command = opening + std::string(511 - opening.size(), 'a') + "é\"}";
   EXPECT_THAT(answerTo(command), IsError(kNoTag));

@@ -1,4 +1,4 @@
-// Signals end the program whatever it is doing.
+// Signals end the program, whatever it is doing.
 #include <atomic>
 #include <csignal>
 #include <filesystem>

@@ -36,7 +36,7 @@ TEST_F(Launch, TheReferenceFlagsPrintAndQuitWithoutASocket) {
   EXPECT_FALSE(std::filesystem::exists(in));
 }
 
-/// A display server that takes connections and never says anything.
+/// A display server that accepts connections and never answers.
 class SilentServer {
  public:
   SilentServer() : listening_(socket(AF_INET, SOCK_STREAM, 0)) {

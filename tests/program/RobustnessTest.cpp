@@ -22,7 +22,7 @@ TEST_F(Robustness, AfterALongGarbageTheProgramIsBackToItsSizeAndServes) {
   const long before = statusValue("RssAnon", process->id());
   EXPECT_THAT(answerTo(std::string(64UL << 20, 'g')), IsError(kNoTag));
   EXPECT_THAT(answerTo("{}"), IsError(kNoTag));
-  if (SELDIAL_SANITIZED) return;  // a sanitizer keeps what was freed
+  if (SELDIAL_SANITIZED) return;  // a sanitizer keeps freed memory
   EXPECT_TRUE(eventually([&] { return statusValue("RssAnon", process->id()) < before + 1024; }))
       << statusValue("RssAnon", process->id()) << " kB after " << before;
 }
@@ -102,7 +102,7 @@ TEST_F(Robustness, AClientThatReadsALongMessageSlowlyHoldsTheNextUpForFiveSecond
   const auto begin = std::chrono::steady_clock::now();
   sendCommand(in, {"{}"});
   std::atomic<bool> over{false};
-  std::thread reading([&] {  // each read makes room, so that no wait for room is long
+  std::thread reading([&] {  // each read frees space, so that no wait is long
     while (!over && slow.receive(65536).size() == 65536) {
       std::this_thread::sleep_for(std::chrono::seconds(1));
     }

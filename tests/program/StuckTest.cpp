@@ -1,4 +1,4 @@
-// Nobody reads what the program writes: it goes on, and it ends when it is told to.
+// Nobody reads the program's output: it keeps working, and it ends when it is told to.
 #include <chrono>
 
 #include "tests/support/SeldialProcess.h"
@@ -11,7 +11,7 @@ constexpr const char* kNoTag = "command tag not found";
 
 class Stuck : public ProgramTest {
  protected:
-  /// Starts with an output that is full after a few commands, and fills it.
+  /// Starts with a pipe for its output that is full after a few commands, and fills it.
   void startUnread(const std::vector<std::string>& flags,
                    Streams::Errors errors = Streams::Errors::kCaptured) {
     start(flags, {}, {errors, {}, pipe.writingEnd()});

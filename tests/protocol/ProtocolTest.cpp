@@ -1,4 +1,4 @@
-// docs/protocol.schema.json, the manual's examples and the messages of the real program agree.
+// The examples in the pages and the messages of the real program match docs/protocol.schema.json.
 #include <set>
 
 #include "tests/support/SeldialProcess.h"

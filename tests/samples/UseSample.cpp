@@ -1,5 +1,4 @@
-// use_sample COMMAND...: runs a sample of samples/ on a desktop of its own, presses its hot key,
-// and ends it.
+// use_sample COMMAND...: runs a sample on a private desktop, presses its hot key, and stops it.
 #include <csignal>
 #include <cstdio>
 #include <exception>

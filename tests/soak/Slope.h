@@ -7,14 +7,14 @@
 
 namespace seldial::tests {
 
-/// How fast a value grows with another: the slope of the line through the points that fits best.
-/// The first quarter of the points is warming up, and does not count.
+/// How fast a value grows with another: the slope of the regression line through the points. The
+/// first quarter of the points is the warm-up and is ignored.
 class Slope {
  public:
   void add(double x, double y) { points_.emplace_back(x, y); }
   [[nodiscard]] std::size_t count() const { return points_.size(); }
 
-  /// 0 where there are too few points to tell.
+  /// The slope; 0 if there are too few points.
   [[nodiscard]] double value() const {
     const auto begin = points_.begin() + static_cast<std::ptrdiff_t>(points_.size() / 4);
     const auto number = static_cast<double>(points_.end() - begin);

@@ -1,6 +1,6 @@
-// seldial_soak MINUTES: everything at once for a long time: commands, presses, clients that stay,
-// clients that misbehave, changes of the keyboard layout, and lost X servers. At every pause the
-// program has to answer each command once, and to be as large as it was. Ends with 1 if not.
+// seldial_soak MINUTES: runs the program under mixed load: commands, presses, clients that stay
+// connected, clients that misbehave, keyboard layout changes, and lost X servers. At every pause
+// the program must answer each command once and must not have grown. Exits with status 1 otherwise.
 #include <sys/socket.h>
 
 #include <atomic>
@@ -37,7 +37,7 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 constexpr seconds kBusyTime{15};    ///< between two pauses
-constexpr int kPausesOfALife = 12;  ///< then the X server goes
+constexpr int kPausesOfALife = 12;  ///< then the X server is killed
 constexpr int kCommandsOfAPause = 100;
 constexpr double kMostBytesPerCommand = 8;
 
@@ -58,7 +58,7 @@ std::string setHotKey(int virtualKey) {
          std::to_string(virtualKey) + "}";
 }
 
-/// Takes all messages on a thread of its own, and counts them.
+/// Receives and counts all messages on a separate thread.
 class Receiver {
  public:
   Receiver(std::string path, Totals& totals)
@@ -87,7 +87,7 @@ class Receiver {
   std::thread thread_;
 };
 
-/// One life of the program, with its desktop.
+/// One run of the program, with its desktop.
 class Life {
  public:
   explicit Life(Totals& totals) : totals_(totals) {
@@ -99,7 +99,7 @@ class Life {
     threads_ = runningThreads(process_.id());
   }
 
-  /// Everything at once.
+  /// Generates all kinds of load at once.
   void beBusy() {
     const auto end = Clock::now() + kBusyTime;
     std::vector<std::thread> threads;
@@ -112,7 +112,8 @@ class Life {
     for (auto& thread : threads) thread.join();
   }
 
-  /// Nobody but one orderly client: each command is answered once, and nothing is left of the rest.
+  /// With a single well-behaved client, each command is answered once, and nothing is left of the
+  /// load.
   void pause() {
     settle();
     const long before = totals_.answers;
@@ -146,7 +147,7 @@ class Life {
   [[nodiscard]] const Slope& memory() const { return memory_; }
 
  private:
-  /// Until the program is idle: its threads have ended, and no answer is under way.
+  /// Waits until the program is idle: its threads have ended, and no answer is pending.
   void settle() {
     long before = -1;
     require(eventually([&] {
@@ -163,7 +164,7 @@ class Life {
     const Peer peer = Peer::connectedTo(in_);
     (void)peer.send(setHotKey(static_cast<int>(totals_.commands++ % 2) + 2));
     ::shutdown(peer.fd, SHUT_WR);
-    // Another client may have made it forget this one.
+    // Another client may have replaced this one as the current client.
     const auto limit = Clock::now() + milliseconds(20);
     while (totals_.answers == before && Clock::now() < limit) std::this_thread::yield();
   }

@@ -1,4 +1,4 @@
-// The variants that run on the background queue, and calls that other threads end.
+// The variants that run on the background queue, and calls that are ended by other threads.
 #include <gtest/gtest.h>
 #include <unistd.h>
 

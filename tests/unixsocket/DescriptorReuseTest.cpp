@@ -1,5 +1,5 @@
-// A number that was closed is given to somebody else at once. No call that was already on its way
-// may land there.
+// The system reuses a closed descriptor number at once. No call that was already in progress may
+// reach the new file.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -16,7 +16,7 @@
 namespace seldial::tests {
 namespace {
 
-/// Opens files, as another part of the program would, and closes them at its end.
+/// Opens files, like another part of the program, and closes them in its destructor.
 class Opener {
  public:
   Opener() = default;
@@ -26,7 +26,7 @@ class Opener {
   Opener(const Opener&) = delete;
   Opener& operator=(const Opener&) = delete;
 
-  /// Whether the system gives `number` to one of the next files.
+  /// Whether the system assigns `number` to one of the next files.
   bool isGiven(int number) {
     for (int i = 0; i < 20; ++i) numbers_.push_back(::open("/dev/null", O_RDONLY | O_CLOEXEC));
     return std::find(numbers_.begin(), numbers_.end(), number) != numbers_.end();
@@ -36,8 +36,8 @@ class Opener {
   std::vector<int> numbers_;
 };
 
-/// Closes in another thread while a call of that name is about to be made, and looks whether the
-/// number is free.
+/// Closes on another thread just before a call of that name is made, and checks whether the number
+/// is free.
 class CloseInBetween {
  public:
   CloseInBetween(std::string name, std::function<void()> close) : close_(std::move(close)) {

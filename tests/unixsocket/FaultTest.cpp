@@ -1,4 +1,4 @@
-// What becomes of a call that the system refuses.
+// Calls of the library when a system call fails.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <unistd.h>
@@ -90,7 +90,7 @@ TEST(Fault, ADescriptorWhoseCloseFailsIsForgotten) {
   ::close(descriptor);
 }
 
-/// A listen in which one call fails.
+/// A listen in which one system call fails.
 class FaultyListen : public ListeningServer {
  protected:
   std::string errorOfListen(const std::string& name, int error) {
@@ -116,7 +116,7 @@ TEST_F(FaultyListen, WithoutASocketNothingIsClosed) {
 }
 
 TEST_F(FaultyListen, AFailedBindIsToldAfterTheCloseSoOfNoDescriptorAndTheErrnoLeftThen) {
-  // The close found no file: that is the errno that is left.
+  // The close found no file; its errno is the one that remains.
   EXPECT_EQ("-3023 Failed to bind socket" + info(-1, ENOENT), errorOfListen("bind", EACCES));
   EXPECT_EQ(2U, server->state());
   EXPECT_EQ(-1, server->fd());
@@ -154,7 +154,7 @@ TEST_F(FaultyListen, AFailedListenWhoseFileCannotBeRemovedKeepsTheSocket) {
   std::optional<Error> error;
   EXPECT_FALSE(server->listenWithError(&error));
   SystemCalls::set({});
-  // A close that cannot remove the file leaves the socket as it is, here too.
+  // Here too, a close that cannot remove the file does not change the socket.
   EXPECT_NE(-1, server->fd());
   EXPECT_EQ("Failed to listen on socket" + info(server->fd(), EACCES), error->localizedDescription);
   EXPECT_EQ(0U, server->state());
@@ -291,7 +291,7 @@ TEST_F(FaultyClient, AFailedConnectIsToldAsItWasBeforeTheClose) {
     ::close(descriptor);
     const auto refuse = failing("connect", error);
     SystemCalls::set([refuse](const SystemCall& call) {
-      if (call.name == "close") errno = EIO;  // nothing of the close is told
+      if (call.name == "close") errno = EIO;  // the close is not reported
       return refuse(call);
     });
     std::optional<Error> told;

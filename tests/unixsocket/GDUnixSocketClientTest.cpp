@@ -159,7 +159,7 @@ TEST_F(GDUnixSocketClientTest, AReadFailureInTheLoopIsToldOnceAndClosesTheClient
   ASSERT_TRUE(client->connectWithAutoRead(false));
   Peer accepted = server.accepted();
   client->writeData("never read");
-  accepted.leave();  // with bytes unread: the connection is reset
+  accepted.leave();  // with unread bytes: the connection is reset
   client->readLoop();
   queue->waitUntilIdle();
   EXPECT_THAT(delegate->journal.lines(), ElementsAre("failed -3017"));
@@ -286,7 +286,7 @@ TEST_F(GDUnixSocketClientTest, ASlowReaderCannotStretchTheSendTimeout) {
   ASSERT_TRUE(client->connectWithAutoRead(false));
   const Peer reader = server.accepted();
   std::thread reading([&] {
-    // Each read makes room, so that no single wait is as long as the timeout.
+    // Each read frees space, so that no single wait is as long as the timeout.
     while (!reader.receive(65536).empty()) std::this_thread::sleep_for(kTimeout / 10);
   });
   const std::int64_t count = client->writeData(much);

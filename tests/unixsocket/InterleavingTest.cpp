@@ -1,9 +1,9 @@
-// One connection, from its accept to its end, in every order in which the accept thread, its
-// reader, its client and a close can meet.
+// One connection, from its accept to its end, in every possible interleaving of the accept thread,
+// its reader, its client and a close.
 //
-// The accept thread passes the moments below. At each, a plan says who acts: the reader's task is
-// started, the client sends or leaves, somebody closes the server. The thread that passes a moment
-// waits there until those actions are done, or blocked on something that only it can give.
+// The accept thread passes the moments below. At each moment, a plan says who acts: the reader's
+// task is started, the client sends or disconnects, or the server is closed. The thread that passes
+// a moment waits there until those actions are done, or blocked on that thread.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -24,10 +24,11 @@ enum Moment : unsigned {
   // of the accept thread
   kConnected,  ///< the client is connected, and waits to be accepted
   kAccepted,
-  kReaderPosted,  ///< the reader's task was handed to the queue, which has not come back
+  kReaderPosted,  ///< the reader's task was passed to the queue, which has not returned
   kBeforeTable,
   kAcceptTold,     ///< in the accept callback
-  kAcceptToldEnd,  ///< at its end, after something was sent to the connection
+  kAcceptToldEnd,  ///< at the end of the accept callback, after something was sent to the
+                   ///< connection
   kNextAccept,
   kLater,  ///< the accept thread has nothing to do
   // of the reader
@@ -38,7 +39,7 @@ enum Moment : unsigned {
   kMoments
 };
 
-/// Whether a close that begins at that moment is over before the reader may read.
+/// Whether a close that begins at that moment ends before the reader may read.
 bool isBeforeTheReaders(Moment moment) {
   return moment <= kAcceptToldEnd && moment != kBeforeTable;  // where the table is locked
 }
@@ -62,8 +63,7 @@ class Actor {
     if (thread_.joinable()) thread_.join();
   }
 
-  /// Runs `action` on a thread of its own, or where `runner` puts it; comes back when it has ended
-  /// or is blocked.
+  /// Runs `action` on a separate thread, or with `runner`; returns when it has ended or is blocked.
   void act(std::function<void()> action,
            const std::function<void(std::function<void()>)>& runner = {}) {
     auto run = [this, action = std::move(action)] {
@@ -89,7 +89,7 @@ class Actor {
   std::atomic<bool> ended_{false};
 };
 
-/// Plays one plan.
+/// Executes one plan.
 class Stage {
  public:
   explicit Stage(const Plan& plan) : plan_(plan) {
@@ -116,7 +116,7 @@ class Stage {
     mayAccept_.set_value();
     ASSERT_TRUE(delegate_->journal.waitFor("accept"));
     ASSERT_TRUE(eventually([this] { return passed_[kNextAccept] || server_->fd() == -1; }));
-    pass(kNextAccept);  // which the accept thread does not, if the server is closed before
+    pass(kNextAccept);  // the accept thread does not get there if the server is closed before
     pass(kLater);
     ASSERT_TRUE(delegate_->journal.waitFor(plan_.closes ? "close" : "disconnect"));
     EXPECT_TRUE(eventually([this] { return server_->connectedClients().empty(); }));
@@ -127,7 +127,7 @@ class Stage {
   [[nodiscard]] std::vector<std::string> lines() const { return delegate_->journal.lines(); }
 
  private:
-  /// The first that passes a moment sees to the actions; any other waits for them.
+  /// The first thread that passes a moment performs the actions; other threads wait for them.
   void pass(Moment moment) {
     if (passed_[moment].exchange(true)) {
       EXPECT_TRUE(eventually([&] { return done_[moment].load(); }));
@@ -145,7 +145,7 @@ class Stage {
     done_[moment] = true;
   }
 
-  /// Leaving with bytes unread would be a reset, not a disconnect.
+  /// Disconnecting with unread bytes would reset the connection.
   void leave() {
     EXPECT_EQ(welcomed_ ? "welcome" : "", client_->receive(welcomed_ ? 7 : 0));
     client_->leave();
@@ -196,8 +196,8 @@ std::string nameOf(const Plan& plan) {
          ", server closed at " + (plan.closes ? std::to_string(*plan.closes) : "no moment");
 }
 
-/// What the delegate may have been told when the server was closed on the way: a beginning of the
-/// whole story, with the close anywhere after the listening.
+/// Checks the callbacks after a close in between: a prefix of the complete sequence, with the close
+/// anywhere after the listen.
 void expectABeginning(std::vector<std::string> lines, bool withoutTheReaders) {
   const std::vector<std::string> story = {"listening", "accept",  "data 256",
                                           "data 256",  "data 88", "disconnect"};
@@ -228,7 +228,7 @@ void playAllWith(Moment readerStarts, std::optional<Moment> closes) {
   for (unsigned sends = kConnected; sends <= kLater; ++sends) {
     for (unsigned leaves = sends; leaves <= kLater; ++leaves) {
       play({readerStarts, static_cast<Moment>(sends), static_cast<Moment>(leaves), closes});
-      if (testing::Test::HasFailure()) return;  // the first order that fails says enough
+      if (testing::Test::HasFailure()) return;  // the first failing order is enough
     }
   }
 }

@@ -1,4 +1,4 @@
-// listen and close from several threads, in callbacks, and while an accept or a send is under way.
+// listen and close from several threads, in callbacks, and during an accept or a send.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -29,7 +29,7 @@ void together(const std::function<void()>& one, const std::function<void()>& oth
 
 class Lifecycle : public ListeningServer {
  protected:
-  /// What one of the two calls left behind as the last: a server that serves, or no trace.
+  /// Expects the result of whichever call came last: a working server, or nothing left behind.
   void expectServingOrGone() {
     const bool listening = server->state() == GDUnixSocketStateListening;
     EXPECT_EQ(listening, server->fd() != -1);
@@ -96,7 +96,7 @@ TEST_F(Lifecycle, AFailedListenBesideAListenLeavesThatAlone) {
 TEST_F(Lifecycle, AFailedAcceptLeavesALaterListeningAlone) {
   std::promise<void> listensAgain;
   delegate->onAcceptFailed = [&](GDUnixSocketServer& it) {
-    // The failed accept is reported, and its listening not closed yet.
+    // The failed accept has been reported, but its listening socket is not closed yet.
     EXPECT_TRUE(std::async(std::launch::async, [&] { return it.listenWithError(); }).get());
     listensAgain.set_value();
   };

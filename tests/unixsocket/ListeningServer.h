@@ -10,8 +10,8 @@
 
 namespace seldial::tests {
 
-/// A server with a recording delegate, in a directory of its own. At the end it is closed, and all
-/// its tasks end.
+/// A server with a recording delegate, in its own directory. At the end it is closed, and all its
+/// tasks end.
 class ListeningServer : public testing::Test {
  protected:
   ListeningServer() { server->setDelegate(delegate); }

@@ -119,7 +119,7 @@ TEST_F(ServerClose, ListeningAgainAtOnceLeavesOneAcceptLoop) {
     server->close();
   }
   listen();
-  // The loop, and no reader: those of the earlier rounds have ended, or will.
+  // Only the loop, no reader: those of earlier rounds have ended or will end.
   EXPECT_TRUE(eventually([this] { return queue->pending() == 1; }));
   server->close();
   queue->waitUntilIdle();
@@ -192,7 +192,7 @@ TEST_F(ServerClose, TheLastReferenceMayGoInTheCloseCallback) {
 
 TEST_F(ServerClose, AListeningServerLivesUntilItIsClosed) {
   listen();
-  const Peer peer = connect();  // the loop is at work
+  const Peer peer = connect();  // the loop is running
   const std::weak_ptr<GDUnixSocketServer> weak = server;
   server = serverAt(directory.path("other"));
   const Peer later = connect();

@@ -1,4 +1,4 @@
-// Connections of a server: what is read from them, what is sent to them, and the table.
+// Connections of a server: reading, sending, and the table.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/socket.h>
@@ -102,7 +102,7 @@ TEST_F(ServerConnection, AReadFailureIsToldAndClosesThatConnectionOnly) {
   listen();
   const Peer staying = connect();
   Peer leaving = connect();
-  // A peer that leaves with bytes unread resets the connection.
+  // A peer that disconnects with unread bytes resets the connection.
   ASSERT_EQ(1, server->sendData("x", lastClientID()));
   leaving.leave();
   EXPECT_TRUE(delegate->journal.waitFor("read failed -3017"));

@@ -89,7 +89,7 @@ TEST_F(ServerListen, AMissingDirectoryMakesBindFail) {
 }
 
 TEST_F(ServerListen, APathThatAnAddressCannotHoldIsInconsistent) {
-  // A NUL byte passes the initialiser and is cut by the address.
+  // The initialiser accepts a NUL byte, but the address ends there.
   const Peer innocent = Peer::listeningAt(path);
   const auto other = serverAt(path + std::string("\0x", 2));
   ASSERT_TRUE(other);
@@ -199,8 +199,8 @@ TEST_F(AcceptLoopStart, AServerDestroyedBeforeItNeverStartsIt) {
 TEST_F(AcceptLoopStart, AServerClosedBeforeItDoesNotAccept) {
   ASSERT_TRUE(server->listenWithError());
   server->close();
-  queue->take().task();  // comes back
-  server->mainLoop();    // so does this
+  queue->take().task();  // returns
+  server->mainLoop();    // returns too
 }
 
 TEST_F(AcceptLoopStart, ALoopOfAnEarlierListenLeavesTheNewSocketAlone) {
@@ -222,7 +222,7 @@ TEST_F(AcceptLoopStart, TheBacklogIsFiveUnlessSaidOtherwise) {
       peers.push_back(std::move(peer));
     }
   };
-  // The system lets one more wait than it was asked for.
+  // The system queues one more connection than the backlog.
   ASSERT_TRUE(server->listenWithError());
   EXPECT_EQ(6U, countOfPlaces());
   server->close();

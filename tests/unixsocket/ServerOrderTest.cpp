@@ -1,5 +1,5 @@
-// Connections one after another: the callbacks of one whose peer has left come before the accept of
-// the next. The tests hold a reader back at the moment that they are about.
+// Connections one after another: the callbacks of a connection whose peer has disconnected come
+// before the accept of the next one. The tests delay a reader at the critical moment.
 #include <gmock/gmock.h>
 #include <sys/socket.h>
 
@@ -77,7 +77,7 @@ TEST_F(ServerOrder, AReadFailureComesBeforeTheNextAcceptToo) {
   listen();
   Peer first = connect();
   ASSERT_EQ(1, server->sendData("x", lastClientID()));
-  first.leave();  // with a byte unread: the connection is reset
+  first.leave();  // with an unread byte: the connection is reset
   const Peer second = connectWhileTheAcceptThreadWaits();
   EXPECT_EQ(1U, delegate->journal.count("accept"));
   releaseReader();
@@ -154,7 +154,8 @@ TEST_F(ServerOrder, ADisconnectCallbackMayCloseTheServerWhileTheNextPeerWaits) {
   queue->waitUntilIdle();
 }
 
-/// Plays the receiver of commands: what has arrived belongs to the connection accepted last.
+/// Acts as the receiver of commands: received data belongs to the connection that was accepted
+/// last.
 class CommandDelegate final : public GDUnixSocketServerDelegate {
  public:
   void unixSocketServerDidAcceptClientWithID(GDUnixSocketServer& /*server*/,

@@ -18,7 +18,7 @@
 
 namespace seldial::tests {
 
-/// A connected pair, one side of it in a socket object.
+/// A connected pair of sockets, one of them in a socket object.
 struct SocketAndPeer {
   std::shared_ptr<GDUnixSocket> socket;
   Peer peer;
@@ -26,8 +26,9 @@ struct SocketAndPeer {
 SocketAndPeer makePair(std::uint64_t fragmentSize = GDUnixSocket::kDefaultFragmentSize,
                        const GDUnixSocket::Queue& queue = platform::sharedBackgroundQueue());
 
-/// Adds "listening", "accept", "data BYTES", "disconnect", "read failed CODE", "accept failed
-/// DESCRIPTION" and "close" or "close DESCRIPTION"; keeps the identifiers, and what was received.
+/// Records "listening", "accept", "data BYTES", "disconnect", "read failed CODE", "accept failed
+/// DESCRIPTION" and "close" or "close DESCRIPTION"; also keeps the identifiers and the received
+/// data.
 class RecordingServerDelegate final : public GDUnixSocketServerDelegate {
  public:
   using Hook = std::function<void(GDUnixSocketServer& server, const std::string& clientID)>;
@@ -65,7 +66,7 @@ class RecordingServerDelegate final : public GDUnixSocketServerDelegate {
   std::string received_;
 };
 
-/// Adds "data BYTES" and "failed CODE"; keeps what was received.
+/// Records "data BYTES" and "failed CODE"; also keeps the received data.
 class RecordingClientDelegate final : public GDUnixSocketClientDelegate {
  public:
   void unixSocketClientDidReceiveData(GDUnixSocketClient& client, const Data& data) override;
@@ -78,10 +79,10 @@ class RecordingClientDelegate final : public GDUnixSocketClientDelegate {
 
 [[nodiscard]] bool exists(const std::string& path);
 
-/// The calling thread's number, as isAsleepOrGone() takes it.
+/// The ID of the calling thread, for isAsleepOrGone().
 [[nodiscard]] int threadNumber();
 
-/// Whether that thread of this process waits in the system for something, or has ended.
+/// Whether that thread of this process is blocked in a system call or has ended.
 [[nodiscard]] bool isAsleepOrGone(int thread);
 
 }  // namespace seldial::tests

@@ -90,8 +90,7 @@ SystemCalls::Before failing(const std::string& name, int error, int first, int t
 
 }  // namespace seldial::tests
 
-// The names are the linker's.
-// NOLINTBEGIN
+// The names are given by the linker. NOLINTBEGIN
 extern "C" {
 
 using seldial::tests::route;
@@ -136,7 +135,7 @@ ssize_t __wrap_write(int fd, const void* bytes, size_t size) {
   return route({"write", fd, &size}, [&] { return __real_write(fd, bytes, size); });
 }
 
-// To the tests, a send is a write.
+// The tests treat a send as a write.
 ssize_t __real_send(int fd, const void* bytes, size_t size, int flags);
 ssize_t __wrap_send(int fd, const void* bytes, size_t size, int flags) {
   return route({"write", fd, &size}, [&] { return __real_send(fd, bytes, size, flags); });

@@ -1,5 +1,5 @@
-// A say in the system calls of the socket library: the linker routes them through here
-// (--wrap, see CMakeLists.txt), in test programs that ask for it alone.
+// Interception of the socket library's system calls. The linker routes them through here (--wrap,
+// see CMakeLists.txt) in the test programs that request it.
 #pragma once
 
 #include <cstddef>
@@ -12,18 +12,19 @@ namespace seldial::tests {
 /// One call that the library is about to make, or has made.
 struct SystemCall {
   std::string name;             ///< "socket", "bind", "getentropy", ...
-  int descriptor;               ///< that it is made on; -1 when it has none
+  int descriptor;               ///< of the call; -1 if it has none
   std::size_t* size = nullptr;  ///< of a write, to be changed
 };
 
-/// What the test wants done, for as long as this lives. One at a time. The functions run on the
-/// thread that makes the call.
+/// Installs functions of the test for the lifetime of the object. One at a time. The functions run
+/// on the thread that makes the call.
 class SystemCalls {
  public:
-  /// Before a call: an errno to fail with instead of being made, or nothing.
+  /// Called before a call. Returns the errno with which the call fails without being made, or
+  /// nothing.
   using Before = std::function<std::optional<int>(const SystemCall&)>;
 
-  /// After a call that was made; errno is kept.
+  /// Called after a call that was made. errno is preserved.
   using After = std::function<void(const SystemCall&)>;
 
   SystemCalls() = default;
@@ -31,13 +32,13 @@ class SystemCalls {
   SystemCalls(const SystemCalls&) = delete;
   SystemCalls& operator=(const SystemCalls&) = delete;
 
-  /// Both wait until no call is inside the functions that were there before.
+  /// Both wait until no call is inside the previous functions.
   static void set(Before before, After after = {});
   static void limitWrites(std::size_t longestWrite);
 };
 
-/// For SystemCalls::set(): the call of that name fails with `error`, from its `first` one (0) on,
-/// `times` times.
+/// For SystemCalls::set(): makes the call of that name fail with `error`, `times` times, beginning
+/// with call number `first`, counted from 0.
 SystemCalls::Before failing(const std::string& name, int error, int first = 0, int times = 1000000);
 
 }  // namespace seldial::tests

@@ -1,4 +1,4 @@
-// Many connections at once: nobody waits for another, and nothing stays behind.
+// Many connections at once: none waits for another, and nothing is left behind.
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 
@@ -41,7 +41,7 @@ TEST(Threads, FiveHundredConnectionsDoNotStarveTheNextAndLeaveNoThread) {
   EXPECT_TRUE(eventually([&] { return runningThreads() <= threads; }));
 }
 
-/// Counts what a server tells, and checks the order of each connection.
+/// Counts the callbacks of a server, and checks their order for each connection.
 class CountingDelegate final : public GDUnixSocketServerDelegate {
  public:
   void unixSocketServerDidAcceptClientWithID(GDUnixSocketServer& server,
@@ -116,7 +116,7 @@ TEST(Stress, SixtyFourThreadsLoseNoByteAndNoCallback) {
   EXPECT_TRUE(eventually([&] { return openDescriptors() == descriptors; }));
 }
 
-/// Tells the clients when it is worth while to connect.
+/// Tells the clients when they can connect.
 class Opening {
  public:
   void set(bool open) {
@@ -135,7 +135,7 @@ class Opening {
   bool open_ = false;
 };
 
-/// Somebody closes, reopens and drops servers while others use them.
+/// Closes, reopens and destroys servers while other threads use them.
 void disturb(const std::string& path, const std::shared_ptr<CountingDelegate>& delegate,
              Opening& opening) {
   for (unsigned round = 0; round < 40; ++round) {

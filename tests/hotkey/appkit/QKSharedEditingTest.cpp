@@ -1,4 +1,5 @@
-// Several hot key fields with one editor, in the orders in which AppKit asks, begins and ends.
+// Several hot key fields with one editor, in the order in which AppKit requests, begins and ends
+// the editing.
 #include <gtest/gtest.h>
 
 #include "hotkey/appkit/QKSharedEditing.h"
@@ -11,7 +12,7 @@ using platform::kVK_ANSI_A;
 using platform::kVK_ANSI_B;
 using platform::kVK_Escape;
 
-/// A field that shows the hot key of one key at first.
+/// A field that initially shows the hot key of one key.
 class Field final : public QKHotKeyEditedField {
  public:
   explicit Field(std::uint16_t keyCode) : shown_(QKHotKey::hotKeyWithKeyCode(keyCode, 0, {})) {}
@@ -57,7 +58,7 @@ TEST_F(QKSharedEditingTest, RestoresTheFirstRecordAlsoWhenTheSameFieldAskedAgain
   editing.begin();
   EXPECT_TRUE(press(kVK_ANSI_A));
   editing.setHotKeyField(first);
-  editing.begin();  // AppKit has re-hosted the editor
+  editing.begin();  // AppKit has moved the editor
   EXPECT_TRUE(press(kVK_Escape));
   EXPECT_EQ(first->keyCode(), kFirstKey);
 }

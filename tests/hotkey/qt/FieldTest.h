@@ -13,7 +13,7 @@
 namespace seldial {
 
 using namespace tests;     // NOLINT: keys and keyboards by their short names
-using namespace platform;  // NOLINT: the same for modifier flags
+using namespace platform;  // NOLINT: modifier flags by their short names
 using testing::ElementsAre;
 
 /// A window with a field between two buttons; the second button has the focus.
@@ -41,7 +41,7 @@ class FieldTest : public testing::Test {
     ASSERT_TRUE(field.isEditing());
   }
 
-  /// Whether so many actions come.
+  /// Whether `times` actions arrive.
   bool acts(std::size_t times) {
     return comesTrue([&] { return shown.size() >= times; });
   }

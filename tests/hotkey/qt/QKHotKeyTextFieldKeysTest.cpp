@@ -1,4 +1,4 @@
-// What the keys of a real keyboard are in the field, under layouts of all kinds.
+// Keys of a real keyboard in the field, with various layouts.
 #include "tests/hotkey/qt/FieldTest.h"
 #include "tests/support/desktop/KeymapRequests.h"
 
@@ -64,7 +64,7 @@ TEST_F(QKHotKeyTextFieldKeys, AltAfterShiftIsAltThoughItsSymbolIsAnotherThen) {
   EXPECT_THAT(shown, ElementsAre("⇧", "⌥⇧", "⌥⇧K"));
 }
 
-/// Another layout for as long as it lives.
+/// Sets another layout for the lifetime of the object.
 class Layout {
  public:
   explicit Layout(const std::string& option) { set(option); }

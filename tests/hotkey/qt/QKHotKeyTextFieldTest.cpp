@@ -1,4 +1,4 @@
-// The field by the keys of a real keyboard, under a window manager that has hot keys of its own.
+// The field with a real keyboard, under a window manager that has its own hot keys.
 #include <utility>
 
 #include "hotkey/QKHotKeyCenter.h"

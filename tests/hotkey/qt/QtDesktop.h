@@ -1,5 +1,5 @@
-// A private desktop for the tests of windows: one X server, one window manager, one application and
-// the X11 port, for all tests of a process; and a user's keyboard.
+// A private desktop for window tests: one X server, one window manager, one application, the X11
+// port and a user's keyboard, shared by all tests of a process.
 #pragma once
 
 #include <QApplication>
@@ -15,8 +15,8 @@
 
 namespace seldial::tests {
 
-/// Waits, serving events, until `condition` holds and what was asked of the server then is under
-/// way; false after a limit that only a failure reaches.
+/// Serves events until `condition` holds and the pending requests have been sent; false after the
+/// time limit.
 template <class Condition>
 [[nodiscard]] bool comesTrue(const Condition& condition) {
   const bool holds =
@@ -25,7 +25,7 @@ template <class Condition>
   return holds;
 }
 
-/// Made by the environment of the test program before the first test, gone after the last.
+/// Created by the environment of the test program before the first test, destroyed after the last.
 class QtDesktop {
  public:
   QtDesktop();
@@ -33,7 +33,7 @@ class QtDesktop {
   QtDesktop(const QtDesktop&) = delete;
   QtDesktop& operator=(const QtDesktop&) = delete;
 
-  /// The one of this process.
+  /// The desktop of this process.
   static QtDesktop& shared();
 
   [[nodiscard]] platform::qt::Desktop& ports() { return *ports_; }
@@ -50,7 +50,7 @@ class QtDesktop {
   Keyboard keyboard{server.display()};
 };
 
-/// Counts the keys that go down and up in a widget, but for those that only repeat.
+/// Counts key presses and releases in a widget, without auto-repeat.
 class KeyCounter final : public QObject {
  public:
   explicit KeyCounter(QWidget& widget) { widget.installEventFilter(this); }
@@ -66,7 +66,7 @@ class KeyCounter final : public QObject {
 /// Shows the window and waits until the user can type into it.
 [[nodiscard]] bool activate(QWidget& window);
 
-/// Presses the keys in that order and releases them the other way round.
+/// Presses the keys in that order and releases them in reverse order.
 void press(const std::vector<std::uint8_t>& keys);
 
 }  // namespace seldial::tests

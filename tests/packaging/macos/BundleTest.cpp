@@ -1,4 +1,4 @@
-// What macOS reads in the bundle's Info.plist and in the example of a launch agent.
+// The contents of the bundle's Info.plist and of the example launch agent.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -28,12 +28,12 @@ std::vector<std::string> stringsIn(const std::string& xml) {
   return strings;
 }
 
-/// A property list whose keys are searched for in its text, on any level.
+/// A property list. Keys are searched for in its text, at any level.
 struct PropertyList {
   explicit PropertyList(const std::string& path) : xml(contentOf(path)) {}
 
-  /// The element after that key: a text, "true/", "false/", or an array's elements as they stand.
-  /// Empty without the key.
+  /// The element after that key: a text, "true/", "false/", or the unparsed elements of an array.
+  /// Empty if there is no such key.
   std::string operator[](const std::string& key) const {
     const std::regex element("<key>" + key +
                              "</key>\\s*(?:<string>([^<]*)</string>|<(true/|false/)>|"
@@ -100,7 +100,7 @@ std::string socketFolder(const std::string& argument, const std::string& name) {
   return path.substr(0, path.rfind('/'));
 }
 
-// Nothing makes a folder for the sockets, so it has to be one that every account has.
+// Nothing creates a folder for the sockets, so it must be one that every account has.
 TEST(LaunchAgent, PutsItsSocketsIntoAFolderThatExists) {
   const PropertyList agent(SELDIAL_PACKAGING "/launch-agent.plist");
   const auto arguments = stringsIn(agent["ProgramArguments"]);
