@@ -10,7 +10,8 @@
 
 #include "tests/faults/AllocationControl.h"
 
-// glibc's internal names of the replaced functions. NOLINTBEGIN
+// glibc's internal names of the replaced functions.
+// NOLINTBEGIN
 extern "C" {
 void* __libc_malloc(size_t size);
 void* __libc_calloc(size_t count, size_t size);

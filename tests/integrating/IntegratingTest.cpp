@@ -201,8 +201,7 @@ TEST_F(Integrating, TheVirtualKeyIsMissingOrOutOfRange) {
 }
 
 TEST_F(Integrating, SIGTERMEndsItWithStatus0) {
-  auto* const before =
-      std::signal(SIGHUP, SIG_DFL);  // it may be ignored in this process, as under nohup
+  auto* const before = std::signal(SIGHUP, SIG_DFL);  // it may be ignored, as under nohup
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     startListening();
     process->signal(signal);

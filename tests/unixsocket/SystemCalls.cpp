@@ -90,7 +90,8 @@ SystemCalls::Before failing(const std::string& name, int error, int first, int t
 
 }  // namespace seldial::tests
 
-// The names are given by the linker. NOLINTBEGIN
+// The names are given by the linker.
+// NOLINTBEGIN
 extern "C" {
 
 using seldial::tests::route;
