@@ -1,4 +1,4 @@
-// The ports of a desktop, running on a main loop of their own, as the program runs them.
+// The ports of a desktop, running on their own main loop, as in the program.
 #pragma once
 
 #include <condition_variable>
@@ -19,8 +19,8 @@
 
 namespace seldial::platform {
 
-/// The "main thread" is a thread of its own, so that the test can play the user while the program
-/// is busy. It records the releases of hot keys and, if asked to, dials on each.
+/// The "main thread" is a separate thread, so that the test can act as the user while the program
+/// is busy. It records the releases of hot keys and, if requested, dials on each.
 class RunningPort {
  public:
   RunningPort(const RunningPort&) = delete;
@@ -44,12 +44,12 @@ class RunningPort {
   /// From now on a release of the hot key copies the selection; `wait` is called on the main thread
   /// before the text is read.
   void dialOnRelease(std::function<void()> wait);
-  /// Does the same at once and returns the text. Main thread.
+  /// Dials at once and returns the text. Main thread.
   std::optional<std::string> dial(const std::function<void()>& wait);
 
   [[nodiscard]] std::vector<HotKeyReleased> releases() const;
   void waitForReleases(std::size_t count) const;
-  /// What each dial found, in order.
+  /// The results of all dials, in order.
   [[nodiscard]] std::vector<std::optional<std::string>> dialled() const;
   void waitForDials(std::size_t count) const;
   [[nodiscard]] int connectionsLost() const;
@@ -73,7 +73,7 @@ class RunningPort {
 
   /// Starts the main thread; returns once `connect` has.
   void start(Connect connect);
-  /// The orderly end of the program. The derived class calls it before its members go.
+  /// Ends the program cleanly. The derived class calls it before its members are destroyed.
   void end();
 
  private:

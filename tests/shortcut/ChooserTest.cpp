@@ -1,5 +1,4 @@
-// The window in which the number to call is chosen, as a process: what it is told and what it
-// prints.
+// The window in which the number to call is chosen, as a process: its input and its output.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -20,7 +19,7 @@ using namespace tests;  // NOLINT: keys and keyboards by their short names
 
 class Chooser : public testing::Test {
  protected:
-  /// Opens the window and waits until it can be typed into. Its exit status is the line after its
+  /// Opens the window and waits until it accepts keys. The exit status is the line after the
   /// answer.
   std::unique_ptr<ChildProcess> open(const std::string& numbers,
                                      const std::string& locale = "C.UTF-8") {

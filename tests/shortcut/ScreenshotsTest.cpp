@@ -1,5 +1,5 @@
-// Pictures of the windows in each of their states and languages, for the manual, in the theme and
-// at the scale that the environment asks for; and that there is something to see on them.
+// Takes pictures of the windows in each state and language, for the manual, in the theme and at the
+// scale that the environment sets, and checks that they show something.
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QImage>
@@ -29,7 +29,7 @@ std::string environment(const char* name) {
 
 class Screenshots : public WindowTest {
  protected:
-  /// Keeps a picture of the window as it is now.
+  /// Saves a picture of the window in its current state.
   QImage take(const std::string& state) {
     QImage picture = takeOf(*window, state);
     const int texts = status()->layout()->heightForWidth(status()->width());
@@ -42,7 +42,7 @@ class Screenshots : public WindowTest {
     return picture;
   }
 
-  /// Keeps a picture of any window.
+  /// Saves a picture of any window.
   QImage takeOf(QWidget& shown, const std::string& state) const {
     QCoreApplication::processEvents();  // a longer text makes the window larger
     QImage picture = shown.grab().toImage();
@@ -57,7 +57,7 @@ class Screenshots : public WindowTest {
     return picture;
   }
 
-  /// Where the panel has its lamp or its warning sign.
+  /// The area of the panel's lamp or warning sign.
   static QRect signOf(const QWidget& panel) {
     constexpr int kEdge = 44;
     const QRect left(0, 0, kEdge, panel.height());
@@ -72,7 +72,7 @@ class Screenshots : public WindowTest {
     return widget.fontMetrics().horizontalAdvance(text);
   }
 
-  /// Whether it has more than a few colours.
+  /// Whether the picture has more than a few colours.
   static bool showsSomething(const QImage& picture) {
     constexpr qsizetype kFew = 10;
     QSet<QRgb> colours;
@@ -105,7 +105,7 @@ class Screenshots : public WindowTest {
     }
   }
 
-  /// In the middle above all texts.
+  /// The colour at the top centre, above all texts.
   static QColor colourAtEdge(const QImage& picture) {
     return picture.pixelColor(picture.width() / 2, picture.height() / 12);
   }
@@ -119,7 +119,7 @@ class Screenshots : public WindowTest {
   void takeLit();
   void takeSettings();
 
-  std::string prefix_;  ///< of the names of the pictures
+  std::string prefix_;  ///< of the file names of the pictures
 };
 
 void Screenshots::takeEachState() {
@@ -155,7 +155,7 @@ void Screenshots::takeEachState() {
   take("failed");
 }
 
-/// It soon goes out again.
+/// The panel is lit only for a short time.
 void Screenshots::takeLit() {
   const QImage unlit = pictureOf("status");
   press({kKeyLeftControl, kKeyLeftAlt, kKeyD});

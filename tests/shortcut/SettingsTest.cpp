@@ -1,4 +1,4 @@
-// The settings besides the shortcut: their controls, and how they are kept and applied.
+// The settings other than the shortcut: their controls, and saving and applying them.
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>

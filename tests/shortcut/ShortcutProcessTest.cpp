@@ -1,4 +1,4 @@
-// The real window as a process, beside a real seldial.
+// The real window as a process, together with a real seldial.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -41,7 +41,7 @@ class ShortcutProcess : public testing::Test {
     server.reset();
   }
 
-  /// Runs a command line of the shell, in which $S is the program.
+  /// Runs a shell command line, in which $S is the program.
   static std::unique_ptr<ChildProcess> run(const std::string& line,
                                            std::vector<std::string> environment = {}) {
     environment.emplace_back("S=" SELDIAL_SHORTCUT_PROGRAM);
@@ -98,7 +98,7 @@ TEST_F(ShortcutProcess, ARunningSeldialReceivesTheCommandAndFindsTheShortcutFree
       {"-log", "dialerpipename=" + directory.path("in"), "clientpipename=" + directory.path("out")},
       server->display());
   ASSERT_TRUE(seldial.waitForLine("listen ok"));
-  for (int i = 0; i < 2; ++i) {  // the second time it holds the shortcut itself
+  for (int i = 0; i < 2; ++i) {  // the second time the window itself holds the shortcut
     const auto window = openWindow("--socket=" + directory.path("in"));
     keyboard->tap(kKeyReturn);
     EXPECT_EQ(window->wait(), 0);
@@ -110,14 +110,14 @@ TEST_F(ShortcutProcess, WhereNobodyListensTheWindowStaysOpen) {
   const tests::TemporaryDirectory directory;
   const auto window = openWindow("--socket=" + directory.path("in"));
   keyboard->tap(kKeyReturn);
-  // Listens from now on: had the window gone, nobody would come.
+  // Listens only from now on: if the window had ended, nobody would connect.
   const tests::UcListener seldial(directory.path("in"));
   keyboard->tap(kKeyReturn);
   EXPECT_EQ(seldial.nextMessage(), kCommand);
   EXPECT_EQ(window->wait(), 0);
 }
 
-/// The settings of a client, on a desktop of their own.
+/// The settings of a client, on a private desktop.
 class SettingsProcess : public testing::Test {
  protected:
   std::string configure(const std::string& content) {
@@ -257,7 +257,7 @@ TEST_F(ShortcutProcess, NonsenseIsSaidAndEndsWithAStatus) {
 TEST_F(ShortcutProcess, TheClientsCheckTriesACopyInAWindow) {
   ChildProcess check({SELDIAL_UC, "check", "--delay=1000", "--dial=true", "--hotkey=ctrl+alt+k"},
                      {server->environment(), "XDG_CONFIG_HOME=/nowhere", "WAYLAND_DISPLAY"});
-  // On a machine that is too busy to copy in time, the check says so.
+  // On a machine that is too busy to copy in time, the check reports this.
   std::string line;
   while (line.find(" copy  ") == std::string::npos) line = check.readLine();
   EXPECT_THAT(line, Not(HasSubstr("not tried")));

@@ -1,4 +1,4 @@
-// The window as its user drives it, by the keys of a real keyboard.
+// The window, operated with a real keyboard.
 #include <QAccessible>
 #include <QLabel>
 #include <thread>
@@ -63,7 +63,7 @@ TEST_F(ShortcutWindowTest, ARecordedShortcutLightsUpWhenItIsReleasedAndGoesOutAg
 TEST_F(ShortcutWindowTest, AShortcutThatIsHeldForAWhileLightsUpToo) {
   open(controlAltD());
   keyboard.press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
-  QTest::qWait(300);  // what the user does, while the window goes on
+  QTest::qWait(300);  // simulates the user, while the window keeps running
   keyboard.release({kKeyD, kKeyLeftAlt, kKeyLeftControl});
   EXPECT_TRUE(comesTrue([this] { return isLit(); }));
   EXPECT_TRUE(window->isActiveWindow());
@@ -327,7 +327,7 @@ TEST_F(ShortcutWindowTest, AReturnThatIsHeldEndsTheRecordingAndAcceptsNothing) {
   keyboard.press(kKeyReturn);
   ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
   const KeyCounter keys(*control<QWidget>("accept"));
-  QTest::qWait(900);  // it repeats after 660, while the window goes on
+  QTest::qWait(900);  // it repeats after 660 ms, while the window keeps running
   keyboard.release(kKeyReturn);
   ASSERT_TRUE(comesTrue([&] { return keys.releases() > 0; }));
   EXPECT_TRUE(window->isVisible());

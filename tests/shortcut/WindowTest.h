@@ -19,7 +19,7 @@ namespace seldial {
 
 using namespace tests;  // NOLINT: keys and keyboards by their short names
 
-/// The window on a private desktop; what it hands over is kept.
+/// The window on a private desktop; records the commands that it delivers.
 class WindowTest : public testing::Test {
  protected:
   static void SetUpTestSuite() {
@@ -43,7 +43,7 @@ class WindowTest : public testing::Test {
     ASSERT_TRUE(activate(*window));
   }
 
-  /// Records a combination that the user presses, and keeps it.
+  /// Records a combination that the user presses, and accepts it with Return.
   void record(const std::vector<std::uint8_t>& keys) {
     control<QPushButton>("record")->click();
     ASSERT_TRUE(field()->isEditing());
@@ -61,7 +61,7 @@ class WindowTest : public testing::Test {
   [[nodiscard]] std::string statusName() const { return status()->accessibleName().toStdString(); }
   [[nodiscard]] bool isLit() const { return status()->kind() == StatusPanel::Kind::kLit; }
 
-  /// Whether the panel comes to say that.
+  /// Waits until the panel shows that headline.
   [[nodiscard]] bool says(const std::string& headline) const {
     return comesTrue([&] { return statusName() == headline; });
   }
@@ -72,8 +72,8 @@ class WindowTest : public testing::Test {
 
   Keyboard& keyboard = QtDesktop::shared().keyboard;
   ShortcutWindow::Ours ours;
-  std::optional<std::string> deliveryError;  ///< what the next deliveries fail with
-  std::vector<std::string> commands;         ///< what was handed over
+  std::optional<std::string> deliveryError;  ///< the error of the next deliveries
+  std::vector<std::string> commands;         ///< the delivered commands
   std::unique_ptr<ShortcutWindow> window;
 };
 

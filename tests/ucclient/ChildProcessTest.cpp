@@ -15,7 +15,8 @@ namespace {
 class ChildProcessTest : public testing::Test {
  protected:
   void start(const std::string& script) {
-    // A task does not hold the thread that it waits for: one that is never run would keep it.
+    // A task must not own the thread on which it is to run: a task that never runs would keep it
+    // alive.
     ChildProcess::Events events;
     events.wroteLine = [main = main_, lines = lines_](const std::string& line) {
       main->post([&main = *main, lines, line] {

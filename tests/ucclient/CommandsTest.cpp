@@ -1,4 +1,4 @@
-// The commands of the client, some beside a client that runs.
+// The commands of the client, some with a running client.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -37,7 +37,7 @@ class Commands : public testing::Test {
     return file_;
   }
 
-  /// A connection on which the next use of the hot key will be told.
+  /// A connection on which the next use of the hot key will be reported.
   [[nodiscard]] tests::Peer askToTry() const {
     tests::Peer asker = tests::Peer::connectedTo(client_.socket());
     EXPECT_TRUE(asker.send("try\n"));
@@ -56,7 +56,7 @@ class Commands : public testing::Test {
     keyboard.release({key, tests::kKeyLeftAlt, tests::kKeyLeftControl});
   }
 
-  /// The same, and waits for the outcome.
+  /// Like pressHotKey(), and waits for the result.
   void use(const std::string& selection, std::uint8_t key = tests::kKeyD) {
     pressHotKey(selection, key);
     ASSERT_TRUE(client_.process().waitForLine("ialled"));
@@ -127,7 +127,7 @@ TEST_F(Commands, AUseThatIsTriedOutIsNotDialled) {
 
 TEST_F(Commands, AnAskerThatHasGonePreventsNoCall) {
   { const tests::Peer asker = askToTry(); }
-  (void)client_.outputOf({"status"});  // it has seen the end of that connection by now
+  (void)client_.outputOf({"status"});  // by now it has noticed the end of that connection
   use("020 123 4567");
   EXPECT_THAT(client_.outputOf({"status"}), HasSubstr("called +31201234567"));
 }
@@ -179,7 +179,7 @@ TEST_F(Commands, CheckTellsWhatIsWrong) {
               HasSubstr("wrong hot key        seldial ended with status 1\n"));
 }
 
-/// The headings of the page, as links name them.
+/// The anchors of the headings in the page.
 std::set<std::string> sectionsOfTroubleshooting() {
   std::ifstream page(SELDIAL_DOCS "/troubleshooting.md");
   std::set<std::string> sections;
@@ -215,7 +215,7 @@ TEST_F(Commands, CheckNamesSectionsThatThePageHas) {
   EXPECT_THAT(sections, testing::Contains("no-number-is-found")) << "named when a copy fails";
 }
 
-/// Commands for which no client has to run.
+/// Runs a command that needs no running client.
 std::string outputOf(const std::vector<std::string>& arguments) {
   return RunningClient({"--version"}).outputOf(arguments);
 }

@@ -1,4 +1,4 @@
-// Every option of a program with values that make no sense.
+// Tries every option of a program with invalid values.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,12 +14,13 @@
 
 namespace seldial {
 
-/// Runs a program without a desktop. What would dial leaves a mark.
+/// Runs a program without a desktop. A dial command would leave a mark.
 class Nonsense {
  public:
   explicit Nonsense(std::string program) : program_(std::move(program)) {}
 
-  /// Each option that the help text has, with each value, ends with a sentence and dials nothing.
+  /// Checks that each option in the help text, with each value, is refused with a sentence and
+  /// dials nothing.
   void tryAll(const std::vector<std::string>& command = {}) const {
     const auto help = run({"--help"});
     EXPECT_EQ(help.status, 0);
@@ -33,7 +34,7 @@ class Nonsense {
     EXPECT_FALSE(std::filesystem::exists(mark_)) << "something was dialled";
   }
 
-  /// A program's name, then what is wrong.
+  /// Expects the name of the program and an error.
   void expectRefusal(const std::vector<std::string>& arguments) const {
     const auto result = run(arguments);
     std::string commandLine;

@@ -1,4 +1,4 @@
-// What the client shows on the desktop, as the session bus sees it.
+// The notifications of the client, observed on the session bus.
 #include <gtest/gtest.h>
 #include <systemd/sd-bus.h>
 
@@ -32,7 +32,7 @@ class Notifications : public testing::Test {
     keyboard.release({tests::kKeyD, tests::kKeyLeftAlt, tests::kKeyLeftControl});
   }
 
-  /// The same, and waits for the outcome.
+  /// Like pressHotKey(), and waits for the result.
   void use(RunningClient& client, const std::string& selection) {
     pressHotKey(client, selection);
     ASSERT_TRUE(client.process().waitForLine("ialled"));
@@ -46,7 +46,7 @@ class Notifications : public testing::Test {
   tests::ChildProcess monitor_{{"dbus-monitor", "--address", bus_}};
 };
 
-/// The desktop that shows notifications.
+/// A double of the desktop's notification service.
 class NotificationDesktop {
  public:
   explicit NotificationDesktop(const std::string& address) {
@@ -105,7 +105,7 @@ class NotificationDesktop {
   std::string summary_;
 };
 
-/// A client whose calls can be undone, for as long as a test may take.
+/// A client whose calls can be undone for the duration of a test.
 class Undo : public Notifications {
  protected:
   const Softphone phone_{"phone"};

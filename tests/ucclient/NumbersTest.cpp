@@ -1,5 +1,4 @@
-// Which numbers are found in a selection: every line of Selections.txt, and what is safe for any
-// text.
+// Finding numbers in selections: every line of Selections.txt, and robustness against any text.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -19,7 +18,7 @@ std::string encoded(unsigned long character) {
           byte(0x80 | (character & 0x3F))};
 }
 
-/// With "\n" and "\u{202F}" for the characters that they stand for.
+/// Replaces "\n" and "\u{202F}" by the characters that they represent.
 std::string unescaped(std::string text) {
   for (auto at = text.find("\\n"); at != std::string::npos; at = text.find("\\n", at)) {
     text.replace(at, 2, "\n");

@@ -19,7 +19,7 @@ void makeFile(const std::string& path, mode_t mode) {
   ASSERT_EQ(chmod(path.c_str(), mode), 0);
 }
 
-/// A build tree: the client's folder and the application's beside it.
+/// A build tree: the client's folder next to the application's.
 class FindSeldial : public testing::Test {
  protected:
   FindSeldial() {

@@ -1,4 +1,4 @@
-// The client as a user starts it, with the dialer that was built beside it.
+// The client as a user starts it, with the dialer from the same build.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,12 +13,12 @@
 
 namespace seldial {
 
-/// Its standard error comes with its standard output. Its sockets lie under a directory of the
-/// test's own.
+/// Its standard error is merged into its standard output. Its sockets are in a directory of the
+/// test.
 class RunningClient {
  public:
-  /// `environment` ("NAME=value") tells where the desktop is; by default there is none. `path` is
-  /// where programs are looked for, `bus` the address of the session bus.
+  /// `environment` ("NAME=value") specifies the desktop; by default there is none. `path` is the
+  /// PATH, `bus` the address of the session bus.
   explicit RunningClient(const std::vector<std::string>& arguments,
                          const std::string& environment = "DISPLAY=",
                          const std::string& path = std::getenv("PATH"),
@@ -31,7 +31,7 @@ class RunningClient {
                      "XDG_SESSION_TYPE=x11"},
         process_(commandLine(arguments), environment_, {}, kStreams) {}
 
-  /// Runs another client beside it, such as "status". Returns its output, with a line for its exit
+  /// Runs another client command, such as "status". Returns its output, with a line for the exit
   /// status unless that is 0.
   [[nodiscard]] std::string outputOf(const std::vector<std::string>& arguments,
                                      const std::vector<std::string>& variables = {}) const {
@@ -51,7 +51,7 @@ class RunningClient {
   /// The socket on which it answers requests.
   [[nodiscard]] std::string socket() const { return directory_.path("seldial-uc"); }
 
-  /// Where its sockets lie.
+  /// The directory of its sockets.
   [[nodiscard]] std::string directory() const { return directory_.path(""); }
 
   /// Whether it has left nothing behind.

@@ -1,5 +1,5 @@
-// The client dials: a selection on a desktop of its own, the real seldial, and a program that
-// stands in for a softphone and reports its arguments.
+// The client dials: a selection on a private desktop, the real seldial, and a program that acts as
+// a softphone and reports its arguments.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -90,7 +90,7 @@ TEST_F(SeldialUcDials, WhatIsNotDialledIsExplainedAndNeverShown) {
   client.expectLine(beginning + "nothing was selected");
 }
 
-/// Whether a file below the directory has that text.
+/// Whether a file below the directory contains that text.
 bool isInFiles(const std::string& directory, const std::string& text) {
   for (const auto& entry : std::filesystem::recursive_directory_iterator(directory)) {
     std::ostringstream content;
@@ -130,7 +130,7 @@ TEST_F(SeldialUcDials, AProgramThatFailsIsReported) {
   EXPECT_EQ(client.process().wait(), 0);
 }
 
-/// The real seldial, which says its process id on standard error first.
+/// The real seldial, which first prints its process ID to standard error.
 class AnnouncedSeldial {
  public:
   AnnouncedSeldial() {

@@ -1,4 +1,4 @@
-// The client itself with the real dialer on a desktop of its own.
+// The client with the real dialer on a private desktop.
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -69,7 +69,7 @@ TEST_F(SeldialUcOnDesktop, AReaderThatIsGoneEndsItWithStatus1) {
        SELDIAL_UC},
       {server_.environment()});
   EXPECT_EQ(shell.readLine(), R"({"response":"HotkeyState","result":true})");
-  pressHotKey();  // what it then has to print finds no reader, if nothing before did
+  pressHotKey();  // its next output, at the latest, finds no reader
   EXPECT_EQ(shell.readLine(), "status 1");
 }
 

@@ -1,4 +1,4 @@
-// The client itself with the real dialer, where there is no desktop: every hot key is refused.
+// The client with the real dialer without a desktop: every hot key is refused.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -42,7 +42,7 @@ TEST(SeldialUc, AProgramThatCannotBeStartedIsSaid) {
   EXPECT_TRUE(client.directoryIsEmpty());
 }
 
-/// A dialer of the test's own: a shell script that never registers anything.
+/// A fake dialer: a shell script that never registers anything.
 class Script {
  public:
   explicit Script(const std::string& text) {
@@ -58,7 +58,7 @@ class Script {
 
 TEST(SeldialUc, AnySignalForTheEndEndsTheDialerFirstAndThenItselfInOrder) {
   const Script dialer("sleep 1000 & trap 'echo told >&2; kill $!; exit' TERM; echo up >&2; wait");
-  std::signal(SIGHUP, SIG_DFL);  // where the tests themselves were started to outlive a hang-up
+  std::signal(SIGHUP, SIG_DFL);  // in case the tests themselves run under nohup
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     RunningClient client(dialer.arguments());
     client.expectLine("up");
@@ -77,13 +77,14 @@ TEST(SeldialUc, AHangUpThatItsStarterIgnoresIsIgnored) {
   const pid_t dialerID = std::stoi(client.process().readLine());
   client.process().signal(SIGHUP);
   kill(dialerID, SIGKILL);
-  EXPECT_EQ(client.process().wait(), 1);  // the status of an end that nobody asked for
+  EXPECT_EQ(client.process().wait(), 1);  // the status of an unrequested end
 }
 
 TEST(SeldialUc, TheSecondSignalKillsADialerThatDoesNotEnd) {
   const Script dialer("trap '' TERM; echo up >&2; exec sleep 1000");
   auto arguments = dialer.arguments();
-  arguments.insert(arguments.end(), {"--delay", "65535"});  // it is not the client's patience
+  arguments.insert(arguments.end(),
+                   {"--delay", "65535"});  // so that the client does not lose patience
   RunningClient client(arguments);
   client.expectLine("up");
   client.process().signal(SIGTERM);
@@ -111,7 +112,7 @@ TEST(SeldialUc, TheDialerDoesNotOutliveAClientThatIsKilled) {
   client.expectLine("up");
   client.process().signal(SIGKILL);
   EXPECT_EQ(client.process().wait(), 128 + SIGKILL);
-  // The dialer holds the other end of what is read here until it has ended too.
+  // The dialer keeps the other end of this pipe open until it has ended too.
   EXPECT_THAT([&] { client.process().readLine(); },
               testing::ThrowsMessage<std::runtime_error>(testing::HasSubstr("ended")));
 }

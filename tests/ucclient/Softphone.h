@@ -11,8 +11,8 @@
 
 namespace seldial {
 
-/// A program that stands in for a softphone: writes each of its arguments in brackets, and then a
-/// line break, to its reader.
+/// A program that acts as a softphone: writes each argument in brackets, and then a line break, to
+/// its reader.
 class Softphone {
  public:
   explicit Softphone(const std::string& name) : path_(directory_.path(name)) {

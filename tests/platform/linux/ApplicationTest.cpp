@@ -39,7 +39,7 @@ class RecordingDelegate final : public ApplicationDelegate {
 
 struct ApplicationTest : testing::Test {
   ApplicationTest() {
-    std::signal(SIGHUP, SIG_DFL);  // where the tests themselves were started to outlive a hang-up
+    std::signal(SIGHUP, SIG_DFL);  // in case the tests themselves run under nohup
     const sigset_t signals = posix_port::terminationSignals();
     pthread_sigmask(SIG_BLOCK, &signals, &before);
   }

@@ -57,7 +57,7 @@ TEST(BackgroundQueue, RunsATaskOnAnotherThread) {
 }
 
 TEST(BackgroundQueue, TasksThatBlockForEverKeepNobodyWaiting) {
-  std::thread([] {}).join();  // ThreadSanitizer starts one of its own with the first
+  std::thread([] {}).join();  // ThreadSanitizer starts its own thread with the first one
   const std::size_t before = tests::runningThreads();
   std::promise<void> release;
   const auto released = release.get_future().share();
@@ -76,7 +76,7 @@ TEST(BackgroundQueue, TasksThatBlockForEverKeepNobodyWaiting) {
 
 TEST(BackgroundQueue, AnIdleThreadIsUsedAgain) {
   const auto first = onBackgroundThread([] { return gettid(); });
-  // The thread is idle a moment after its task has ended: some later task finds it.
+  // The thread becomes idle shortly after its task has ended, so a later task finds it.
   bool again = false;
   for (int i = 0; i < 1000 && !again; ++i) {
     again = onBackgroundThread([] { return gettid(); }) == first;
@@ -106,7 +106,7 @@ TEST(BackgroundQueue, SignalsNeverReachItsThreads) {
 }
 
 TEST(BackgroundQueue, ATaskWhoseThreadIsRefusedRunsSoonAfter) {
-  // One without an idle thread, and never destroyed.
+  // A queue without an idle thread, never destroyed.
   static auto* const queue = new linux_port::ThreadPerTaskQueue;
   std::promise<void> ran;
   refusedThreads = 3;

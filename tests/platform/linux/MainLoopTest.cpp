@@ -12,7 +12,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// A pipe's reading end; what becomes readable is counted and, if wanted, read.
+/// The read end of a pipe. Counts the notifications and, if requested, reads.
 class PipeSource final : public EventSource {
  public:
   PipeSource() { EXPECT_EQ(pipe(ends_), 0); }
@@ -151,7 +151,7 @@ TEST(MainLoop, ASourceThatIsNoLongerWatchedIsLeftAlone) {
   EXPECT_EQ(source.waits, 0);
 }
 
-/// Whether the loop asks for being served.
+/// Whether the loop needs to be served.
 bool asks(const MainLoop& loop) {
   pollfd entry{loop.descriptor(), POLLIN, 0};
   return poll(&entry, 1, 0) == 1;

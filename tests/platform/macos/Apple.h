@@ -1,4 +1,4 @@
-// The system as the tests see it: the functions declared in include/ record their calls here.
+// A double of the system: the functions declared in include/ record their calls here.
 #pragma once
 
 #include <Carbon/Carbon.h>
@@ -13,7 +13,8 @@
 
 namespace seldial::tests {
 
-/// Records every call, in order, and answers what the test has set. AppleTest creates it anew.
+/// Records every call, in order, and returns what the test has set. AppleTest creates a new one for
+/// each test.
 struct Apple {
   /// Submitted work, which the test can run.
   struct Submitted {
@@ -44,8 +45,8 @@ struct Apple {
   OSStatus handlerStatus = noErr;       ///< of InstallEventHandler()
   OSStatus registrationStatus = noErr;  ///< of RegisterEventHotKey()
   OSStatus unregistrationStatus = noErr;
-  OSStatus parameterStatus = noErr;  ///< of GetEventParameter(), which then gives nothing
-  EventHotKeyID parameter{};         ///< what it gives otherwise
+  OSStatus parameterStatus = noErr;  ///< of GetEventParameter(); on failure it returns no data
+  EventHotKeyID parameter{};         ///< the data that it returns otherwise
   seldial::platform::macos::EventFields fields;
   bool hasCurrentSource = true;
   bool currentSourceHasLayout = true;
@@ -57,7 +58,7 @@ struct Apple {
   std::string executable;                 ///< as it was started
   std::optional<std::string> pasteboard;  ///< the text of the general pasteboard
 
-  /// What the port has called and made.
+  /// The calls of the port, and the objects that it has created.
   std::vector<std::string> calls;
   std::vector<Submitted> submitted;
   int queues = 0;  ///< made so far

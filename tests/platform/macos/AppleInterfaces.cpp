@@ -1,6 +1,6 @@
-// What the port relies on in Apple's interfaces. This is compiled twice: against the declarations
-// of the tests, in include/, and by scripts/check-macos against Apple's headers. So the test
-// doubles are called as the system is.
+// The properties of Apple's interfaces on which the port relies. This file is compiled twice: with
+// the declarations of the tests, in include/, and by scripts/check-macos with Apple's headers. So
+// the test doubles are called like the system.
 #include <ApplicationServices/ApplicationServices.h>
 #include <Carbon/Carbon.h>
 #include <CoreFoundation/CoreFoundation.h>

@@ -97,7 +97,7 @@ struct MacTerminationSignals : tests::AppleTest {
     source.handler(source.context);
   }
 
-  /// Runs what was submitted at that place.
+  /// Runs the submitted work with that index.
   static void run(std::size_t place) { apple().submitted.at(place).run(); }
 
   static constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP};
@@ -127,7 +127,7 @@ TEST_F(MacTerminationSignals, ASecondInterruptsAtOnceAndAThirdEndsTheProcess) {
   signal(0);
   signal(1);
   EXPECT_EQ(interrupted, 1);
-  run(1);  // what the first signal has planned
+  run(1);  // the work that the first signal has scheduled
   EXPECT_EQ(interrupted, 1);
   EXPECT_EQ(apple().submitted[3].when, 200000001U);
   EXPECT_EXIT(signal(2), testing::ExitedWithCode(0), "");

@@ -25,7 +25,7 @@ namespace {
 std::mutex mutex;
 std::vector<int> withoutSignals;  // descriptors for which SO_NOSIGPIPE was set
 std::atomic<bool> refusePipes = false;
-std::atomic<int> lateAccepts = 0;  // this many calls find that another thread was faster
+std::atomic<int> lateAccepts = 0;  // this many calls act as if another thread was faster
 
 // SO_NOSIGPIPE has no effect here.
 const auto signalBefore = std::signal(SIGPIPE, SIG_IGN);
@@ -73,10 +73,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A listening socket that connections can be made to.
+/// A listening socket for test connections.
 struct MacSockets : testing::Test {
   MacSockets() : listening(::socket(AF_UNIX, SOCK_STREAM, 0)) {
-    // Without a name the system makes one up.
+    // Without a name the system chooses one.
     const sockaddr_un address{AF_UNIX, {}};
     const auto* generic = reinterpret_cast<const sockaddr*>(&address);
     EXPECT_EQ(::bind(listening, generic, sizeof address.sun_family), 0);

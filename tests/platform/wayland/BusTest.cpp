@@ -1,4 +1,4 @@
-// The connection to the session bus: calls, signals, and its end.
+// The connection to the session bus: calls, signals, and losing it.
 #include <gmock/gmock.h>
 
 #include "platform/wayland/Bus.h"
@@ -23,7 +23,7 @@ class BusTest : public testing::Test {
 
   void emit(int number) { echo.emit("/echo", "org.test.Echo", "Said", "i", number); }
 
-  /// Adds the numbers that the service says.
+  /// Records the numbers in the signals of the service.
   BusSlot listen(std::vector<int>& heard) {
     return bus->onSignal(kEcho, "Said", [&heard](sd_bus_message* signal) {
       int number = 0;
@@ -33,7 +33,7 @@ class BusTest : public testing::Test {
   }
 
   tests::SessionBus session;
-  /// Replies to Twice and Say; Say also says the number. Refuses everything else.
+  /// Replies to Twice and Say; Say also emits a signal with the number. Refuses everything else.
   tests::BusService echo{session, "org.test.Echo", [](sd_bus_message* call) {
                            int number = 0;
                            if (sd_bus_message_read(call, "i", &number) <= 0) return 0;

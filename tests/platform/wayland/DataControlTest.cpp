@@ -1,4 +1,4 @@
-// What another program sends as its copied text, and the data control of newer compositors.
+// Reading copied text from another program, and the data control of newer compositors.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Hot keys and copies under GNOME, against a stand-in for the portal and Mutter.
+// Hot keys and copying under GNOME, with doubles of the portal and Mutter.
 #include <gmock/gmock.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -47,7 +47,7 @@ int connectTo(const std::string& path) {
   return number;
 }
 
-/// What is written to standard error meanwhile.
+/// The output of `task` on standard error.
 std::string errorsOf(const std::function<void()>& task) {
   testing::internal::CaptureStderr();
   task();
@@ -86,7 +86,7 @@ class GnomeTest : public testing::Test {
     return hotKeys->registerHotKey(kVK_ANSI_D, kControlAlt, {0, id});
   }
 
-  /// Presses and releases the key, and lets the modifiers go afterwards.
+  /// Presses and releases the key, and then releases the modifiers.
   void use(const char* hotKey = kDial) {
     const auto before = releases.size();
     gnome->press(hotKey);
@@ -94,7 +94,7 @@ class GnomeTest : public testing::Test {
     serveUntil([&] { return releases.size() > before; });
   }
 
-  /// Runs the loop until the modifiers have been asked for so many more times.
+  /// Runs the loop until the key that tests for modifiers has been typed `count` more times.
   void serveQuestions(std::size_t count) {
     const auto wanted = gnome->questions() + count;
     serveUntil([&] { return gnome->questions() >= wanted; });
@@ -107,7 +107,7 @@ class GnomeTest : public testing::Test {
   std::optional<MutterRemote> remote;
   std::optional<GnomeHotKeys> hotKeys;
   std::optional<GnomeClipboard> clipboard;
-  std::vector<std::string> programs{"gnome-shell", "ptyxis"};  ///< that run
+  std::vector<std::string> programs{"gnome-shell", "ptyxis"};  ///< that are running
   std::vector<std::uint32_t> releases;
   std::vector<std::optional<std::string>> dialled;
 };
@@ -151,7 +151,7 @@ TEST_F(GnomeTest, AKeyWithoutModifiersIsUsedWhenItGoesUp) {
   ASSERT_TRUE(hotKeys->registerHotKey(kVK_F5, 0, {0, 2}));
   ASSERT_TRUE(registerDial());
   gnome->press("F5");
-  gnome->answerModifiers();  // nobody has asked
+  gnome->answerModifiers();  // unrequested
   gnome->press("F5");
   gnome->release("F5");
   serveUntil([&] { return !releases.empty(); });
@@ -297,7 +297,7 @@ TEST_F(GnomeTest, WithoutKeysOfMutterAUseIsNone) {
   EXPECT_THAT(releases, IsEmpty());
 }
 
-/// What the whole port of a session with Mutter says about a hot key; empty when it gives one.
+/// The error of the whole port of a session with Mutter for a hot key; empty if it succeeds.
 std::string answerOfPort(const tests::SessionBus& session) {
   const tests::TemporaryDirectory directory;
   const std::string path = directory.path("wayland-0");

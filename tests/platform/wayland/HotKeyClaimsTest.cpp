@@ -1,4 +1,4 @@
-// Combinations that running programs hold, and those that killed ones have left.
+// Combinations that running processes hold, and those that killed ones have left.
 #include <gmock/gmock.h>
 
 #include <filesystem>

@@ -1,4 +1,4 @@
-// Hot keys as global shortcuts of Plasma, and how held modifiers are found, against a double of the
+// Hot keys as global shortcuts of Plasma, and detecting held modifiers, with a double of the
 // service.
 #include <gmock/gmock.h>
 #include <sys/mman.h>
@@ -27,12 +27,12 @@ using testing::Pair;
 
 constexpr std::uint32_t kControlAlt = kHotKeyControl | kHotKeyOption;
 constexpr int kD = 0x0c000044;          ///< Ctrl+Alt+D
-constexpr int kCyrillicD = 0x0c000412;  ///< the same place on a Russian keyboard
-constexpr int kProbe = 0x010000ad;      ///< the key by which held modifiers are found
+constexpr int kCyrillicD = 0x0c000412;  ///< the same position on a Russian keyboard
+constexpr int kProbe = 0x010000ad;      ///< the key for detecting held modifiers
 constexpr int kControlProbe = 0x050000ad;
 const std::string kAction = "Ctrl+Alt+40";
 
-/// Everything that one program has under KWin, except for the clipboard.
+/// The KWin objects of one program, without the clipboard.
 class Program {
  public:
   Program(linux_port::MainLoop& loop, const std::string& display, const std::string& runtime)
@@ -47,7 +47,7 @@ class Program {
         [this](const HotKeyReleased& event) { released.push_back(event.hotKeyID.id); });
   }
 
-  /// What the compositor tells when the user chooses other layouts.
+  /// Simulates the user choosing other layouts.
   void useLayouts(const char* layouts) {
     const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
         xkb_context_new(XKB_CONTEXT_NO_FLAGS), &xkb_context_unref);

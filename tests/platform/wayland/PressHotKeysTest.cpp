@@ -1,4 +1,4 @@
-// A compositor that gives programs no hot key: each connection to a socket is a use.
+// A compositor without hot keys for programs: each connection to a socket is a use.
 #include <gmock/gmock.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -18,10 +18,10 @@ using tests::EditorKey;
 using tests::EditorSettings;
 using tests::Peer;
 
-/// sway without the socket over which it gives hot keys.
+/// sway without its IPC socket.
 class PressHotKeysTest : public testing::Test {
  protected:
-  /// As "seldial-uc press" does; false when nobody waits for it.
+  /// Connects like "seldial-uc press"; false if nobody waits for it.
   static bool press() { return Peer::connectedTo(pressSocketPath()).connected(); }
 
   tests::Sway sway;

@@ -1,4 +1,4 @@
-// What Plasma calls the places on a keyboard, in one layout and in several.
+// Plasma's codes for keyboard positions, in one layout and in several.
 #include <gmock/gmock.h>
 
 #include "platform/VirtualKeys.h"

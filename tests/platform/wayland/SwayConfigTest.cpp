@@ -1,4 +1,4 @@
-// What of sway's configuration counts as holding a combination.
+// Finding the bindings of a combination in sway's configuration.
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -1,4 +1,4 @@
-// The copy under sway: what is selected in the window that has the focus, and nothing else.
+// Copying under sway: only the selection of the focused window.
 #include "tests/platform/wayland/WaylandPort.h"
 #include "tests/support/wayland/ClipboardOwner.h"
 
@@ -27,7 +27,7 @@ class SwayCopy : public WaylandTest {
     port->dialOnRelease([&] { editor.waitForCopies(port->dialled().size() + 1); });
   }
 
-  /// Reads once the window has got the copy keystroke.
+  /// Reads once the window has received the copy keystroke.
   void dialKeystrokes(Editor& editor, unsigned key = KEY_INSERT) {
     port->dialOnRelease([&, key] { editor.waitForKey(key, port->dialled().size() + 1); });
   }

@@ -1,4 +1,4 @@
-// Hot keys under sway: when they fire, what is refused, and what is left when the program ends.
+// Hot keys under sway: when they fire, which are refused, and cleanup at the end of the program.
 #include <gmock/gmock.h>
 
 #include <csignal>
@@ -15,12 +15,12 @@ using testing::ElementsAre;
 using tests::Editor;
 using tests::EditorKey;
 
-/// What the window gets when the hot key's keys are just keys.
+/// The key event of the window when the combination is not a hot key.
 const EditorKey kFreeD{KEY_D, tests::kEditorControl | 8};
 
 class SwayHotKeysTest : public WaylandTest {
  protected:
-  /// Types a key that nobody holds and waits for it, so that what was typed before has arrived.
+  /// Types a key that is not bound and waits for it, so that all keys typed before have arrived.
   void settle(const Editor& editor) {
     keyboard.tap(KEY_ENTER);
     editor.waitForKey(KEY_ENTER, ++settled_);
@@ -120,7 +120,7 @@ TEST_F(SwayHotKeysTest, ItWorksAfterTheConfigurationIsReadAgain) {
   useHotKey();
   port->waitForReleases(1);
   sway.reload();
-  // The bindings are back some time after the reload: until then the keys reach the window.
+  // The bindings are restored some time after the reload; until then the keys reach the window.
   ASSERT_TRUE(tests::eventually([&] {
     useHotKey();
     settle(editor);

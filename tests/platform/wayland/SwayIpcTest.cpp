@@ -1,4 +1,4 @@
-// The socket of sway: replies, and which window has the focus in its tree.
+// sway's IPC socket: replies, and finding the focused window in the tree.
 #include <gmock/gmock.h>
 #include <sys/socket.h>
 #include <sys/un.h>

@@ -1,4 +1,4 @@
-// The clipboard over selections that other programs own.
+// The clipboard with selections that other programs own.
 #include "tests/platform/x11/X11Test.h"
 #include "tests/support/desktop/ClipboardManager.h"
 #include "tests/support/desktop/Xcb.h"
@@ -16,7 +16,7 @@ std::string longText(std::size_t size) {
   return text;
 }
 
-/// Somebody who asks for the clipboard, as a program that pastes.
+/// A client that requests the clipboard, like a program that pastes.
 class Asker {
  public:
   explicit Asker(const std::string& display)
@@ -30,7 +30,7 @@ class Asker {
 
   xcb_atom_t named(const std::string& name) { return atom(connection_, name); }
 
-  /// Returns once the owner has been told of the question.
+  /// Returns once the owner has received the request.
   void send(const std::string& target, bool namesProperty = true) {
     const auto property = namesProperty ? named("ANSWER") : xcb_atom_t{XCB_ATOM_NONE};
     xcb_convert_selection(connection_, window_, named("CLIPBOARD"), named(target), property,
@@ -38,14 +38,14 @@ class Asker {
     synchronise(connection_);
   }
 
-  /// The 32-bit values of the answer; nothing when it is refused.
+  /// The 32-bit values of the answer; nothing if the request is refused.
   std::optional<std::vector<std::uint32_t>> ask(const std::string& target,
                                                 bool namesProperty = true) {
     send(target, namesProperty);
     return answer();
   }
 
-  /// Its window is gone before it is answered.
+  /// Destroys its window before the answer.
   void vanish() {
     xcb_destroy_window(connection_, window_);
     synchronise(connection_);
@@ -191,7 +191,7 @@ TEST_F(BlockedClipboard, AQuestionFromBeforeIsAnswered) {
   port.clear();
   block([&] {
     asker.send("TARGETS");
-    // Its reply brings the question along, and nothing to read is left.
+    // Its reply arrives together with the request, so that no data is left to read.
     EXPECT_EQ(port.clipboard().text(), std::nullopt);
   });
   EXPECT_TRUE(asker.answer());

@@ -66,7 +66,7 @@ TEST_F(CopyingWithKeys, WhatEmacsCopiesIsDialledIfItTakesPrimaryToo) {
   settings.wmClass = "Emacs";
   {
     XClient client(server.display(), settings);
-    client.own("PRIMARY", answersWith(kNumber));  // before the copy counts as little as never
+    client.own("PRIMARY", answersWith(kNumber));  // taking PRIMARY before the copy does not count
     port.whenBlocking([&] { client.waitForRelease(kKeyInsert); });
     useHotKey();
     port.waitForDials(1);

@@ -1,4 +1,4 @@
-// Finding a desktop, finding none, and losing it.
+// Connecting to a desktop, failing to, and losing it.
 #include <algorithm>
 #include <cstdlib>
 
@@ -8,7 +8,7 @@
 namespace seldial::platform::x11 {
 namespace {
 
-/// What a try to connect writes on the standard streams.
+/// The output of an attempt to connect.
 struct Attempt {
   bool connected = false;
   std::string output;
@@ -94,7 +94,7 @@ TEST(Desktop, AServerThatHasEverythingIsUsedInSilence) {
 
 TEST(Desktop, XwaylandIsUsedAndOneLineTellsWhichWindowsAreReached) {
   const XServer server;
-  // Its devices show an Xwayland that has no extension of its own yet.
+  // An Xwayland without its own extension is recognised by its devices.
   Keyboard(server.display()).addMaster("xwayland-test");
   setenv("DISPLAY", server.display().c_str(), 1);
   const auto result = attempt();
@@ -112,7 +112,7 @@ class LostDesktop : public X11Test {
     ::testing::internal::CaptureStderr();
   }
 
-  /// It is told once, in one line, and every port then refuses.
+  /// The loss is reported once, in one line, and every port then refuses.
   void expectLoss() {
     port.waitForLoss();
     EXPECT_FALSE(port.registerHotKey(kVK_ANSI_F, kControlAlt));

@@ -19,13 +19,13 @@ class DialTest : public X11Test {
     port.dialOnRelease(kDelay);
   }
 
-  /// Dials number `count` found the number.
+  /// Waits for dial number `count` and expects the number.
   void expectDial(std::size_t count) {
     port.waitForDials(count);
     EXPECT_EQ(port.dialled()[count - 1], kNumber);
   }
 
-  /// What arrived of keys that are no modifiers, as "key state".
+  /// The received keys other than modifiers, as key and state.
   static std::vector<std::pair<unsigned, unsigned>> typedInto(const XClient& client) {
     std::vector<std::pair<unsigned, unsigned>> result;
     for (const auto& record : client.keys()) {

@@ -1,4 +1,4 @@
-// A terminal keeps PRIMARY when a click drops the selection. The old text is not dialled then.
+// A terminal keeps PRIMARY when a click clears the selection. The old text must not be dialled.
 #include "platform/x11/EventPump.h"
 #include "tests/platform/x11/DialTest.h"
 #include "tests/support/desktop/Xcb.h"
@@ -6,7 +6,7 @@
 namespace seldial::platform::x11 {
 namespace {
 
-/// A terminal at the upper left with a selection.
+/// A terminal at the top left with a selection.
 class DroppedSelection : public DialTest {
  protected:
   void SetUp() override {
@@ -16,7 +16,7 @@ class DroppedSelection : public DialTest {
     client.own("PRIMARY", answersWith(kNumber));
   }
 
-  /// Returns once the port has done what it does before it waits, and the server has followed.
+  /// Returns once the port is idle and the server has executed its requests.
   void beIdle() {
     port.call([this] {
       port.session().pump.willWait();
@@ -116,7 +116,7 @@ TEST_F(DroppedSelection, IsNotDialledAfterAClickThroughVeryManyWindows) {
   xcb_disconnect(connection);
 }
 
-/// Counts what the ports leave over.
+/// Counts the events that the ports do not handle.
 class LeftOver final : public EventHandler {
  public:
   bool handle(const xcb_generic_event_t& /*event*/) override {

@@ -18,7 +18,7 @@ class ForeignGrabs {
   ForeignGrabs(const ForeignGrabs&) = delete;
   ForeignGrabs& operator=(const ForeignGrabs&) = delete;
 
-  /// Whether the server let us have it; `modifiers` are kState bits.
+  /// Grabs a combination; false if the server refuses. `modifiers` are kState bits.
   bool take(std::uint8_t key, unsigned modifiers) {
     const auto cookie = xcb_grab_key_checked(connection_, 0, tests::rootOf(connection_),
                                              static_cast<std::uint16_t>(modifiers), key,

@@ -58,7 +58,7 @@ TEST_F(HeldModifiers, ModifiersLetGoDuringTheWaitAreNotStuck) {
   keyboard.release(kKeyLeftControl);
   keyboard.waitForTypedDown({});
   EXPECT_EQ(keyboard.modifiers(), 0U);
-  EXPECT_EQ(port.dialled().size(), 0U);  // all that while the main thread was blocked
+  EXPECT_EQ(port.dialled().size(), 0U);  // all of this happened while the main thread was blocked
   expectDial(1);
 }
 
@@ -71,7 +71,7 @@ TEST_F(HeldModifiers, ModifiersLetGoBeforeTheKeyAreNotTyped) {
   expectDial(1);
   keyboard.tap(kKeyF5);
   client.waitForRelease(kKeyF5);
-  // The hot key's modifiers going down, the keystroke, and the last key.
+  // The presses of the hot key's modifiers, the keystroke, and the last key.
   EXPECT_EQ(client.keys().size(), 2U + 4U + 2U);
 }
 

@@ -114,7 +114,7 @@ class UnregisterOnX11 : public HotKeyCenterTest {
     });
   }
 
-  /// The keys, among A, D, F and Q, whose combination the server still keeps for us.
+  /// The keys, among A, D, F and Q, whose combination we still hold on the server.
   std::string held() {
     std::string keys;
     for (const auto& [key, name] :

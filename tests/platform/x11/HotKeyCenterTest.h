@@ -37,13 +37,13 @@ class HotKeyCenterTest : public X11Test {
     X11Test::TearDown();
   }
 
-  /// Registers Control and Option with that key; what it was used with is added to `uses`.
+  /// Registers Control and Option with that key; each use adds its event to `uses`.
   std::shared_ptr<QKHotKey> add(std::uint16_t keyCode) {
     return center->registerHotKeyWithKeyCode(
         keyCode, kControlOption, [this](const QKKeyEvent& event) { uses.push_back(event); });
   }
 
-  /// The user uses Ctrl+Alt and that key; returns what all uses so far came with.
+  /// Presses Ctrl+Alt and that key as the user; returns the events of all uses so far.
   std::vector<QKKeyEvent> useKey(std::uint8_t key) {
     keyboard.press(kControlAltKeys);
     keyboard.tap(key);

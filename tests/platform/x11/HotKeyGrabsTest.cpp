@@ -1,4 +1,4 @@
-// Hot keys under a real X server, pressed on a physical keyboard of it.
+// Hot keys on a real X server, pressed on a physical keyboard.
 #include "platform/VirtualKeys.h"
 #include "tests/platform/x11/X11Test.h"
 
@@ -189,8 +189,7 @@ TEST_F(HotKeyGrabs, APressThatArrivesWhileRequestsAreSentIsNotOverlooked) {
   client.own("CLIPBOARD", answersWith("text"));
   ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   port.call([&] {
-    // Reading leaves a request behind that nothing has sent yet; when it leaves, the press is
-    // there.
+    // Reading leaves an unsent request behind; when it is sent, the press has arrived.
     EXPECT_EQ(port.clipboard().text(), "text");
     useHotKey();
   });

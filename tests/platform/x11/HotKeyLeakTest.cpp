@@ -1,4 +1,4 @@
-// What ten thousand registrations leave behind, in the program and in the server.
+// Resources that ten thousand registrations leave behind, in the program and in the server.
 #include <malloc.h>
 #include <xcb/res.h>
 
@@ -10,7 +10,7 @@
 namespace seldial::platform::x11 {
 namespace {
 
-/// Counts what the server keeps for its clients.
+/// Counts the resources that the server keeps for its clients.
 class ServerResources {
  public:
   explicit ServerResources(const std::string& display) : connection_(connectToServer(display)) {}
@@ -49,8 +49,8 @@ class ServerResources {
 
 class HotKeyLeak : public HotKeyCenterTest {
  protected:
-  /// Returns once the server has done what the main loop asks for when it becomes idle: what is
-  /// watched while there is a hot key begins and ends then.
+  /// Returns once the server has executed the requests that the main loop sends when it becomes
+  /// idle: watching starts and stops then.
   void settle() {
     onMain([] {});  // the loop was idle before it
     onMain([this] { port.session().connection.synchronise(); });

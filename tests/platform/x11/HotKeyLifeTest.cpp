@@ -1,4 +1,4 @@
-// What happens to keyboards while a hot key is registered.
+// Changes of keyboards while a hot key is registered.
 #include "tests/platform/x11/DialTest.h"
 #include "tests/support/desktop/Xcb.h"
 
@@ -38,7 +38,7 @@ TEST_F(HotKeyLife, WorksOnAKeyboardThatIsPluggedInLater) {
   keyboard.press(kControlAltKeys);
   keyboard.tap(kKeyD);
   expectDial(1);
-  keyboard.waitForTypedDown({kKeyLeftControl, kKeyLeftAlt});  // held, and known to be
+  keyboard.waitForTypedDown({kKeyLeftControl, kKeyLeftAlt});  // held, and the program knows it
   keyboard.release(kControlAltKeys);
   keyboard.waitForTypedDown({});
 }

@@ -75,7 +75,7 @@ TEST_F(HotKeyRefusal, ARefusedCombinationIsFreeForOthersAtOnce) {
   ASSERT_TRUE(holder.take(kKeyD, kStateControl | kStateAlt | kStateNumLock));
   port.call([&] {
     EXPECT_FALSE(port.hotKeys().registerHotKey(kVK_ANSI_D, kControlAlt, {}));
-    // The main loop, which would send it, has not run since.
+    // The main loop, which would flush the request, has not run since.
     for (const unsigned locks : {0U, kStateLock, kStateLock | kStateNumLock}) {
       EXPECT_TRUE(third.take(kKeyD, kStateControl | kStateAlt | locks)) << locks;
     }

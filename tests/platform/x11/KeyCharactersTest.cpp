@@ -1,4 +1,4 @@
-// What keys say in the layout of a real X server.
+// The characters of keys in the layout of a real X server.
 #include <gtest/gtest.h>
 
 #include "hotkey/QKKeyStrings.h"
@@ -21,7 +21,7 @@ class KeyCharacters : public ::testing::Test {
   void use(const std::string& layouts) {
     ASSERT_EQ(server.run({"setxkbmap", "-option", "grp:menu_toggle", layouts}), 0);
   }
-  /// What the key says; "-" when it says nothing.
+  /// The characters of the key; "-" if there are none.
   std::string at(std::uint16_t keyCode, std::uint32_t modifierKeyState = 0) {
     return layout->translate(keyCode, modifierKeyState).value_or("-");
   }

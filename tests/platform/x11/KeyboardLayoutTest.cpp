@@ -7,7 +7,7 @@ namespace {
 using KeyboardLayout = X11Test;
 
 TEST_F(KeyboardLayout, FiresWhileALockOnAnotherModifierIsOn) {
-  // ScrollLock on a modifier of its own is not among the usual four variants.
+  // Scroll Lock with its own modifier is not one of the usual four variants.
   useLayout("scroll-lock.xkb");
   ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   keyboard.tap(kKeyScrollLock);

@@ -1,4 +1,4 @@
-// Dialling from programs that people use: Tk, GTK 3 and a terminal, under a window manager.
+// Dialling from real programs: Tk, GTK 3 and a terminal, under a window manager.
 #include "tests/platform/x11/X11Test.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/TerminalProgram.h"
@@ -19,8 +19,8 @@ class RealPrograms : public X11Test {
     port.dialOnRelease(milliseconds(500));
   }
 
-  /// The hot key with its modifiers let go in time and with them kept down; twice in a row each,
-  /// since some programs need to lose the clipboard before they take it again.
+  /// Uses the hot key with its modifiers released in time and with them held, twice in a row each,
+  /// because some programs must lose the clipboard before they take it again.
   void expectDials(const std::string& text) {
     for (const std::size_t uses : {1U, 2U}) {
       useHotKey();
@@ -84,7 +84,7 @@ TEST_F(RealPrograms, ATerminalsSelectionIsDialledAndNothingReachesTheProgramInsi
   windows.click(window, 5, 5, 2);  // on the first character, whatever the font
   windows.waitForOwner("PRIMARY");
   expectDials("4930123");
-  windows.click(window, 5, 5, 1);  // drops the selection; xterm keeps PRIMARY
+  windows.click(window, 5, 5, 1);  // clears the selection; xterm keeps PRIMARY
   useHotKey();
   port.waitForDials(5);
   EXPECT_EQ(port.dialled()[4], std::nullopt);

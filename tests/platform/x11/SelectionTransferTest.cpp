@@ -1,4 +1,4 @@
-// The limits on what is read from another program.
+// The limits for reading text from another program.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

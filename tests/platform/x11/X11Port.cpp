@@ -45,8 +45,8 @@ std::optional<std::string> X11Port::text() {
   return call([this] { return clipboard().text(); });
 }
 
-// Registering takes a round trip, and events come before the reply; what they cause is on the
-// queue before the second task.
+// Registering takes a round trip, and events arrive before the reply; the tasks that they post are
+// in the queue before the second task.
 void X11Port::settle() {
   const std::uint32_t unused = 90;  // F20
   const auto ref = registerHotKey(unused, 0);

@@ -25,7 +25,7 @@ class X11Port final : public RunningPort {
 
   /// From now on a release of the hot key copies the selection, waits and reads the text.
   void dialOnRelease(std::chrono::milliseconds delay);
-  /// Does the same at once. Main thread.
+  /// Dials at once. Main thread.
   std::optional<std::string> dial(std::chrono::milliseconds delay);
   /// `blocked` is called on the main thread whenever a dial is about to wait.
   void whenBlocking(std::function<void()> blocked);
@@ -33,7 +33,7 @@ class X11Port final : public RunningPort {
   void clear();
   std::optional<std::string> text();
 
-  /// Returns once everything that the server has sent us so far has been acted on.
+  /// Returns once all events that the server has sent so far have been handled.
   void settle();
 
   Session& session() { return *session_; }

@@ -1,4 +1,4 @@
-// A desktop with nothing on it but the ports under test and a user's keyboard.
+// A desktop with only the ports under test and a user's keyboard.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -22,7 +22,7 @@ class X11Test : public ::testing::Test {
   explicit X11Test(const std::vector<std::string>& serverArguments = {})
       : server(serverArguments), keyboard(server.display()), port(server.display()) {}
 
-  /// Whatever a test did: no key may be stuck on any keyboard.
+  /// After every test: no key may be stuck on any keyboard.
   void TearDown() override {
     if (!serverLives) return;
     port.settle();
@@ -38,7 +38,7 @@ class X11Test : public ::testing::Test {
     server.kill();
   }
 
-  /// Gives every keyboard, or one of them, the layout in that file of the test data.
+  /// Sets the layout of all keyboards, or of one of them, from a file of the test data.
   void useLayout(const std::string& file, const std::string& keyboardNumber = {}) {
     std::vector<std::string> command{"xkbcomp", "-w0"};
     if (!keyboardNumber.empty()) command.insert(command.end(), {"-i", keyboardNumber});
