@@ -83,8 +83,8 @@ TEST(SeldialUc, AHangUpThatItsStarterIgnoresIsIgnored) {
 TEST(SeldialUc, TheSecondSignalKillsADialerThatDoesNotEnd) {
   const Script dialer("trap '' TERM; echo up >&2; exec sleep 1000");
   auto arguments = dialer.arguments();
-  arguments.insert(arguments.end(),
-                   {"--delay", "65535"});  // so that the client does not lose patience
+  // The client kills a dialer only after this delay.
+  arguments.insert(arguments.end(), {"--delay", "65535"});
   RunningClient client(arguments);
   client.expectLine("up");
   client.process().signal(SIGTERM);

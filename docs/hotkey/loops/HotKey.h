@@ -1,4 +1,4 @@
-// What the three programs do besides running a loop.
+// Code shared by the three programs, which differ only in their loops.
 #pragma once
 
 #include <seldial/hotkey/QKHotKeyCenter.h>
@@ -11,7 +11,7 @@
 #include <memory>
 
 /// Connects to the desktop and registers Control+Option+D, which prints a line each time it is
-/// used. Null where that is not possible.
+/// used. Null if that fails.
 inline std::unique_ptr<seldial::platform::ServedDesktop> desktopWithHotKey() {
   using namespace seldial;
   constexpr auto kModifiers = platform::kModifierFlagControl | platform::kModifierFlagOption;

@@ -1,5 +1,5 @@
 // with_qt: a hot key in a program with Qt's event loop, until SIGINT or SIGTERM. It needs no window
-// and no Qt but QtCore.
+// and only QtCore.
 #include <sys/signalfd.h>
 
 #include <QAbstractEventDispatcher>

@@ -1,4 +1,4 @@
-// echo_client PATH: sends each line of its input and prints what comes back.
+// echo_client PATH: sends each line of its input and prints the reply.
 #include <seldial/unixsocket/GDUnixSocketClient.h>
 
 #include <iostream>
@@ -11,7 +11,7 @@ using seldial::Data;
 using seldial::Error;
 using seldial::GDUnixSocketClient;
 
-/// Sends all of `rest`: one write may take less.
+/// Sends all of `rest`: one write may be partial.
 bool send(GDUnixSocketClient& client, Data rest, std::optional<Error>* error) {
   while (!rest.empty()) {
     const auto taken = client.writeData(rest, error);

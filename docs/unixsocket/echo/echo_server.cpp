@@ -1,4 +1,4 @@
-// echo_server PATH: sends back what its clients send, until its own input ends (Ctrl-D).
+// echo_server PATH: sends back the data of its clients, until its standard input ends (Ctrl-D).
 #include <seldial/unixsocket/GDUnixSocketServer.h>
 
 #include <iostream>
@@ -15,7 +15,7 @@ class Echo final : public seldial::GDUnixSocketServerDelegate {
                                       const seldial::Data& data,
                                       const std::string& clientID) override {
     seldial::Data rest = data;
-    while (!rest.empty()) {  // one send may take less
+    while (!rest.empty()) {  // one send may be partial
       std::optional<seldial::Error> error;
       const auto taken = server.sendData(rest, clientID, &error);
       if (taken == -1) {
