@@ -86,6 +86,33 @@ class JSONValue {
 /// lower-case hexadecimal digits. Everything else is raw UTF-8.
 [[nodiscard]] std::optional<std::string> writeJSON(const JSONDictionary& dictionary);
 
+/// A JSON text for output. It may be six times as long as the texts of the dictionary that it was
+/// made from, so it is not held: every reading writes the same text again, in pieces.
+class JSONString {
+ public:
+  /// Takes the next piece. Returns false if it wants no more.
+  using Take = std::function<bool(std::string_view piece)>;
+
+  /// A text as it is.
+  JSONString(std::string text);
+  JSONString(const char* text);
+
+  /// The text that writeJSON() returns.
+  [[nodiscard]] static std::optional<JSONString> from(JSONDictionary dictionary);
+
+  /// Gives the text to `take`, in order, in pieces of 16 KiB and a last one that may be shorter. No
+  /// piece is empty.
+  void forEachPiece(const Take& take) const;
+
+  /// The whole text.
+  [[nodiscard]] std::string string() const;
+
+ private:
+  explicit JSONString(JSONDictionary dictionary);
+
+  std::variant<std::string, JSONDictionary> content_;
+};
+
 /// Whether `bytes` are valid UTF-8: no overlong form, no surrogate, nothing above U+10FFFF and no
 /// incomplete character. Empty is valid. Any thread.
 [[nodiscard]] bool isValidUTF8(std::string_view bytes);

@@ -1,3 +1,4 @@
+#include <array>
 #include <cmath>
 #include <limits>
 #include <locale>
@@ -44,20 +45,48 @@ std::string decimalText(double number) {
   return stream.str();
 }
 
-/// Writes a dictionary into `text`, or only measures it if that is null. Keeps the open containers
-/// in a list instead of recursing.
+/// Collects what is written and gives it to `take` in pieces of one size, the last one excepted.
+class Pieces {
+ public:
+  explicit Pieces(const JSONString::Take& take) : take_(take) {}
+
+  void append(std::string_view text) {
+    while (!text.empty() && wanted_) {
+      const std::size_t count = text.copy(piece_.data() + size_, piece_.size() - size_);
+      size_ += count;
+      text.remove_prefix(count);
+      if (size_ == piece_.size()) finish();
+    }
+  }
+
+  /// Gives away what is left.
+  void finish() {
+    if (size_ > 0 && wanted_) wanted_ = take_({piece_.data(), size_});
+    size_ = 0;
+  }
+
+  /// False once `take` has returned that.
+  [[nodiscard]] bool wanted() const { return wanted_; }
+
+ private:
+  const JSONString::Take& take_;
+  std::array<char, 16384> piece_;  // NOLINT(*-member-init): filled before it is read
+  std::size_t size_ = 0;
+  bool wanted_ = true;
+};
+
+/// Writes a dictionary in pieces. Keeps the open containers in a list instead of recursing.
 class Writer {
  public:
-  explicit Writer(std::string* text) : text_(text) {}
+  explicit Writer(const JSONString::Take& take) : pieces_(take) {}
 
   /// False if the dictionary cannot be written; the text is then incomplete.
   bool write(const JSONDictionary& dictionary) {
     open(&dictionary, nullptr);
-    while (valid_ && !open_.empty()) writeNext();
+    while (valid_ && pieces_.wanted() && !open_.empty()) writeNext();
+    pieces_.finish();
     return valid_;
   }
-
-  [[nodiscard]] std::size_t size() const { return size_; }
 
  private:
   struct OpenContainer {
@@ -127,7 +156,7 @@ class Writer {
     valid_ = valid_ && isValidUTF8(text);
     append("\"");
     std::size_t plain = 0;  // where the characters without escapes begin
-    for (std::size_t index = 0; index < text.size(); ++index) {
+    for (std::size_t index = 0; index < text.size() && pieces_.wanted(); ++index) {
       if (!needsEscape(text[index])) continue;
       append(text.substr(plain, index - plain));
       append(escapeOf(text[index]));
@@ -137,13 +166,9 @@ class Writer {
     append("\"");
   }
 
-  void append(std::string_view piece) {
-    size_ += piece.size();
-    if (text_ != nullptr) *text_ += piece;
-  }
+  void append(std::string_view text) { pieces_.append(text); }
 
-  std::string* text_;
-  std::size_t size_ = 0;
+  Pieces pieces_;
   std::vector<OpenContainer> open_;
   bool valid_ = true;
 };
@@ -151,11 +176,40 @@ class Writer {
 }  // namespace
 
 std::optional<std::string> writeJSON(const JSONDictionary& dictionary) {
-  Writer measure(nullptr);
-  if (!measure.write(dictionary)) return {};
   std::string text;
-  text.reserve(measure.size());  // growing a large text would need twice its size
-  (void)Writer(&text).write(dictionary);
+  const JSONString::Take append = [&text](std::string_view piece) {
+    text += piece;
+    return true;
+  };
+  if (!Writer(append).write(dictionary)) return {};
+  return text;
+}
+
+JSONString::JSONString(std::string text) : content_(std::move(text)) {}
+JSONString::JSONString(const char* text) : content_(std::string(text)) {}
+JSONString::JSONString(JSONDictionary dictionary) : content_(std::move(dictionary)) {}
+
+std::optional<JSONString> JSONString::from(JSONDictionary dictionary) {
+  if (!Writer([](std::string_view /*piece*/) { return true; }).write(dictionary)) return {};
+  return JSONString(std::move(dictionary));
+}
+
+void JSONString::forEachPiece(const Take& take) const {
+  if (const auto* dictionary = std::get_if<JSONDictionary>(&content_)) {
+    (void)Writer(take).write(*dictionary);
+  } else if (const auto* text = std::get_if<std::string>(&content_)) {
+    Pieces pieces(take);
+    pieces.append(*text);
+    pieces.finish();
+  }
+}
+
+std::string JSONString::string() const {
+  std::string text;
+  forEachPiece([&text](std::string_view piece) {
+    text += piece;
+    return true;
+  });
   return text;
 }
 

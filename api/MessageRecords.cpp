@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "api/FatalError.h"
-#include "api/JSON.h"
 #include "api/KeyPath.h"
 #include "api/Timestamps.h"
 
@@ -33,14 +32,14 @@ std::uint16_t numberAt(const char* key, const JSONDictionary& dictionary, std::u
 
 // Writes a message with the time `now` as "datetime", its kind ("response" or "event") and name.
 // If that fails, the line is `{"datetime":"`, the same time and `fallback`.
-std::string stampedMessage(std::time_t now, const char* kind, const char* name, std::string message,
-                           const char* fallback) {
+JSONString stampedMessage(std::time_t now, const char* kind, const char* name, std::string message,
+                          const char* fallback) {
   const std::string datetime = messageTimestamp(now);
   JSONDictionary dictionary;
   dictionary["datetime"] = datetime;
   dictionary[kind] = name;
   dictionary["message"] = std::move(message);
-  if (auto text = writeJSON(dictionary)) return *std::move(text);
+  if (auto text = JSONString::from(std::move(dictionary))) return *std::move(text);
   return R"({"datetime":")" + datetime + fallback;
 }
 
@@ -65,27 +64,27 @@ SetHotKeyApi SetHotKeyApi::fromJSONString(const std::string& text) {
   return record;
 }
 
-std::optional<std::string> HotKeyStateApi::toJSONString() const {
+std::optional<JSONString> HotKeyStateApi::toJSONString() const {
   JSONDictionary dictionary;
   dictionary["response"] = "HotkeyState";
   dictionary["result"] = Result;
   if (FailReason) dictionary["failreason"] = *FailReason;
-  return writeJSON(dictionary);
+  return JSONString::from(std::move(dictionary));
 }
 
-std::string ErrorApi::toJSONString(std::time_t now) && {
+JSONString ErrorApi::toJSONString(std::time_t now) && {
   return stampedMessage(now, "response", "Error", std::move(Message),
                         R"(","response":"Error","message":"cascading error while serializing"})");
 }
 
-std::optional<std::string> MakeCallApi::toJSONString() && {
+std::optional<JSONString> MakeCallApi::toJSONString() && {
   JSONDictionary dictionary;
   dictionary["command"] = "MakeCall";  // a command, not a response: the client acts on it
   dictionary["number"] = std::move(Number).value_or("");
-  return writeJSON(dictionary);
+  return JSONString::from(std::move(dictionary));
 }
 
-std::string LogApi::toJSONString(std::time_t now) && {
+JSONString LogApi::toJSONString(std::time_t now) && {
   return stampedMessage(now, "event", "Log", std::move(Message),
                         R"(","event":"Log","message":"error while serializing [log]"})");
 }

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "api/JSON.h"
+
 namespace seldial {
 
 /// The incoming command "SetHotKey".
@@ -40,7 +42,7 @@ struct HotKeyStateApi {
   std::optional<std::string> FailReason;  ///< why not; written if present, even if empty
 
   /// Empty if FailReason cannot be written.
-  [[nodiscard]] std::optional<std::string> toJSONString() const;
+  [[nodiscard]] std::optional<JSONString> toJSONString() const;
 };
 
 /// The answer to an input that is not a valid command.
@@ -48,7 +50,7 @@ struct ErrorApi {
   std::string Message;
 
   /// Stamped with the time `now`. If Message cannot be written, the line carries a fixed text.
-  [[nodiscard]] std::string toJSONString(std::time_t now = std::time(nullptr)) &&;
+  [[nodiscard]] JSONString toJSONString(std::time_t now = std::time(nullptr)) &&;
 };
 
 /// A request to the client to dial.
@@ -56,7 +58,7 @@ struct MakeCallApi {
   std::optional<std::string> Number;  ///< as read from the pasteboard; written as "" if absent
 
   /// Empty if Number cannot be written.
-  [[nodiscard]] std::optional<std::string> toJSONString() &&;
+  [[nodiscard]] std::optional<JSONString> toJSONString() &&;
 };
 
 /// A log line as an event.
@@ -64,7 +66,7 @@ struct LogApi {
   std::string Message;
 
   /// Stamped with the time `now`. If Message cannot be written, the line carries a fixed text.
-  [[nodiscard]] std::string toJSONString(std::time_t now = std::time(nullptr)) &&;
+  [[nodiscard]] JSONString toJSONString(std::time_t now = std::time(nullptr)) &&;
 };
 
 /// Where a number to dial came from.

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "api/JSON.h"
 #include "platform/Application.h"
 #include "platform/Ports.h"
 
@@ -88,9 +89,9 @@ class AppDelegate final : public platform::ApplicationDelegate,
   /// Writes `message` to standard output in the forms that the flags ask for. Any thread.
   void log(const std::string& message);
   /// Emits a message for the UC client: a line on standard output, then the outgoing socket.
-  void emitMessage(const std::string& message);
+  void emitMessage(const JSONString& message);
   /// Delivers one message over its own connection; does nothing if ValueClientPipeName is not set.
-  void sendToClientPipe(const std::string& message);
+  void sendToClientPipe(const JSONString& message);
 
  private:
   explicit AppDelegate(platform::Ports ports);

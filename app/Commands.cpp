@@ -82,9 +82,9 @@ void AppDelegate::hotKeyPressed() {
   desktop_.clipboard->clear();  // so that an older text is never dialled
   copySelectionToPasteboard();
   ports_.application->usleep(ReadPasteboardDelay * 1000U);
-  const auto number = desktop_.clipboard->text();
+  auto number = desktop_.clipboard->text();
   if (!number) return log("no number found on pasteboard");
-  const auto message = MakeCallApi{number}.toJSONString();
+  const auto message = MakeCallApi{std::move(number)}.toJSONString();
   if (!message) return log("error while serializing [makecall]");
   emitMessage(*message);
 }

@@ -32,22 +32,27 @@ std::string timeOfDay() {
   return text;
 }
 
+void printLine(const JSONString& line) {
+  platform::printLine([&line](const auto& take) { line.forEachPiece(take); });
+}
+
 }  // namespace
 
 void AppDelegate::log(const std::string& message) {
   if (FlagLog) {
     const bool main = ports_.mainQueue->isMainThread();
-    platform::printLine((main ? "" : kSubThreadMarker) + ("Log " + timeOfDay() + "> ") + message);
+    const std::string before = (main ? "" : kSubThreadMarker) + ("Log " + timeOfDay() + "> ");
+    platform::printLine([&](const auto& take) { return take(before) && take(message); });
   }
-  if (FlagJsonLog) platform::printLine(LogApi{message}.toJSONString());
+  if (FlagJsonLog) printLine(LogApi{message}.toJSONString());
 }
 
-void AppDelegate::emitMessage(const std::string& message) {
-  platform::printLine(message);
+void AppDelegate::emitMessage(const JSONString& message) {
+  printLine(message);
   sendToClientPipe(message);
 }
 
-void AppDelegate::sendToClientPipe(const std::string& message) {
+void AppDelegate::sendToClientPipe(const JSONString& message) {
   if (!ValueClientPipeName) return;
   const std::string& path = *ValueClientPipeName;
   const auto client = GDUnixSocketClient::initWithSocketPath(path);
@@ -56,7 +61,8 @@ void AppDelegate::sendToClientPipe(const std::string& message) {
   prepareToSend(client);
   if (!client->connectWithAutoRead(false)) return log("Unix socket client connect failed");
   log("Unix socket client connect ok at path " + path);
-  const auto written = client->writeData(message);
+  const auto written =
+      client->writeData([&message](const auto& take) { message.forEachPiece(take); });
   log("Unix socket client bytes written (" + std::to_string(written) + ").");
   log("Now closing unix socket client.");
   client->close();

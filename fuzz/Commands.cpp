@@ -113,7 +113,7 @@ class ExpectedChannel {
 
   void error(const std::string& message) {
     log(message);
-    printed += seldial::ErrorApi{message}.toJSONString() + "\n";
+    printed += seldial::ErrorApi{message}.toJSONString().string() + "\n";
   }
   void log(const std::string& message) { printed += "Log 00:00:00> " + message + "\n"; }
 

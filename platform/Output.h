@@ -3,10 +3,15 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <mutex>
 #include <string_view>
 
 namespace seldial::platform {
+
+/// Calls `take` with the pieces of a line, in order, until it returns false. For lines that are too
+/// long to be held.
+using LinePieces = std::function<void(const std::function<bool(std::string_view)>& take)>;
 
 /// Writes `line` and a line break to standard output, never mixed with the lines of other threads.
 /// A pipe that is full because nobody reads it delays a line by at most one second. That line and
@@ -15,6 +20,7 @@ namespace seldial::platform {
 /// part ends with a line break. If the output is closed or the disk is full, the line is lost
 /// silently. Any thread.
 void printLine(std::string_view line);
+void printLine(const LinePieces& line);
 
 /// Writes `line` and a line break to standard error, and drops it if there is no space. Any thread.
 void printError(std::string_view line);
@@ -32,6 +38,7 @@ class LineOutput {
 
   /// Writes a line. If that succeeds, returns how many lines before it were lost.
   std::size_t print(std::string_view line);
+  std::size_t print(const LinePieces& line);
 
   /// Returns the number of lost lines that print() has not returned yet, and resets it to 0.
   std::size_t takeLost();
@@ -39,7 +46,7 @@ class LineOutput {
  private:
   using Clock = std::chrono::steady_clock;
 
-  bool write(std::string_view line);
+  bool write(const LinePieces& line);
   bool writePiece(std::string_view piece, Clock::time_point deadline);
   [[nodiscard]] bool waitForRoom(Clock::time_point deadline) const;
 

@@ -147,6 +147,19 @@ std::int64_t GDUnixSocketClient::writeData(const Data& data, std::optional<Error
   return count;
 }
 
+std::int64_t GDUnixSocketClient::writeData(const DataPieces& pieces, std::optional<Error>* error) {
+  handError(error, {});
+  std::int64_t written = 0;
+  pieces([&](std::string_view piece) {
+    // Once something is written, a failure is a short count.
+    const bool first = written == 0;
+    const std::int64_t count = writeData(Data(piece), first ? error : nullptr);
+    if (first || count > 0) written += count;
+    return count == static_cast<std::int64_t>(piece.size());
+  });
+  return written;
+}
+
 std::optional<Data> GDUnixSocketClient::readWithError(std::optional<Error>* error) {
   return readAndNotify(descriptor().generation(), error);
 }

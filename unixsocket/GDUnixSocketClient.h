@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "unixsocket/GDUnixSocket.h"
 
@@ -40,6 +41,8 @@ class GDUnixSocketClient final : public GDUnixSocket {
  public:
   /// Called with the error or none.
   using ConnectCompletion = std::function<void(const std::optional<Error>& error)>;
+  /// Calls `take` with the pieces of some data, in order, until it returns false.
+  using DataPieces = std::function<void(const std::function<bool(std::string_view)>& take)>;
 
   /// A client for `socketPath`, not connected; null if the path is rejected.
   static std::shared_ptr<GDUnixSocketClient> initWithSocketPath(
@@ -76,6 +79,10 @@ class GDUnixSocketClient final : public GDUnixSocket {
   /// deadline.
   std::int64_t writeData(const Data& data, std::optional<Error>* error = nullptr) override;
   using GDUnixSocket::writeData;
+
+  /// Writes data that is too large to be held. The same as the function above with all of the
+  /// pieces at once, except that it makes a system call for each.
+  std::int64_t writeData(const DataPieces& pieces, std::optional<Error>* error = nullptr);
 
   /// Like the base class, and calls the delegate.
   std::optional<Data> readWithError(std::optional<Error>* error = nullptr) override;

@@ -36,6 +36,10 @@ void printLine(std::string_view line) {
   report(standardOutput().print(line));
 }
 
+void printLine(const LinePieces& line) {
+  report(standardOutput().print(line));
+}
+
 void printError(std::string_view line) {
   standardError().print(line);
 }
@@ -45,6 +49,10 @@ void reportLostLines() {
 }
 
 std::size_t LineOutput::print(std::string_view line) {
+  return print([line](const auto& take) { take(line); });
+}
+
+std::size_t LineOutput::print(const LinePieces& line) {
   const std::lock_guard lock(mutex_);
   if (lost_ > 0 && !waitForRoom(Clock::now())) {
     ++lost_;
@@ -60,22 +68,28 @@ std::size_t LineOutput::takeLost() {
   return std::exchange(lost_, 0);
 }
 
-/// If poll() reports a pipe as writable, it takes PIPE_BUF bytes without blocking, so no piece is
-/// longer. False if there was no space for the whole line in time.
-bool LineOutput::write(std::string_view line) {
+/// If poll() reports a pipe as writable, it takes PIPE_BUF bytes without blocking, so no more are
+/// written at once. False if there was no space for the whole line in time.
+bool LineOutput::write(const LinePieces& line) {
   const auto deadline = Clock::now() + patience_;
-  char piece[PIPE_BUF];
+  char buffer[PIPE_BUF];
   std::size_t size = 0;
-  if (!atLineBegin_) piece[size++] = '\n';
-  for (bool last = false; !last; size = 0) {
-    const std::size_t count = line.copy(piece + size, sizeof piece - size);
-    line.remove_prefix(count);
-    size += count;
-    last = size < sizeof piece;
-    if (last) piece[size++] = '\n';
-    if (!writePiece({piece, size}, deadline)) return false;
-  }
-  return true;
+  bool inTime = true;
+  const auto append = [&](std::string_view piece) {
+    while (inTime && !piece.empty()) {
+      if (size == sizeof buffer) {
+        inTime = writePiece({buffer, std::exchange(size, 0)}, deadline);
+      }
+      const std::size_t count = piece.copy(buffer + size, sizeof buffer - size);
+      piece.remove_prefix(count);
+      size += count;
+    }
+    return inTime;
+  };
+  if (!atLineBegin_) append("\n");
+  line(append);
+  append("\n");
+  return inTime && writePiece({buffer, size}, deadline);
 }
 
 bool LineOutput::writePiece(std::string_view piece, Clock::time_point deadline) {

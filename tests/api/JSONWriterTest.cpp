@@ -109,5 +109,44 @@ TEST(JSONWriter, HalfAMillionLevelsAreWritten) {
   EXPECT_TRUE(written == text);
 }
 
+TEST(JSONString, GivesTheSameTextInPiecesEachTime) {
+  const std::string text(100000, '\x7F');
+  const auto written = writeJSON(dictionaryOf("v", text));
+  const auto string = JSONString::from(dictionaryOf("v", text));
+  ASSERT_TRUE(written && string);
+  for (int reading = 0; reading < 2; ++reading) {
+    std::string all;
+    string->forEachPiece([&all](std::string_view piece) {
+      EXPECT_LE(piece.size(), 16384U);
+      EXPECT_FALSE(piece.empty());
+      all += piece;
+      return true;
+    });
+    EXPECT_TRUE(all == *written);
+  }
+}
+
+/// How many pieces are given to a reader that wants two.
+int piecesOf(const JSONString& string) {
+  int pieces = 0;
+  string.forEachPiece([&pieces](std::string_view /*piece*/) { return ++pieces < 2; });
+  return pieces;
+}
+
+TEST(JSONString, GivesNoPieceAfterTheLastThatWasWanted) {
+  const std::string text(100000, '/');
+  EXPECT_EQ(piecesOf(*JSONString::from(dictionaryOf("v", text))), 2);
+  EXPECT_EQ(piecesOf(JSONString(text)), 2);
+}
+
+TEST(JSONString, KeepsATextAsItIs) {
+  EXPECT_EQ(JSONString("\xFF").string(), "\xFF");
+  EXPECT_EQ(JSONString("").string(), "");
+}
+
+TEST(JSONString, IsNotMadeFromWhatCannotBeWritten) {
+  EXPECT_FALSE(JSONString::from(dictionaryOf("a", std::string(100000, 'x') + "\xFF")));
+}
+
 }  // namespace
 }  // namespace seldial

@@ -277,6 +277,38 @@ TEST_F(GDUnixSocketClientTest, ASendTimeoutEndsAWriteThatNobodyReads) {
   EXPECT_EQ(-3018, error->code);
 }
 
+TEST_F(GDUnixSocketClientTest, PiecesAreWrittenOneAfterAnother) {
+  const Peer server = Peer::listeningAt(path);
+  ASSERT_TRUE(client->connectWithAutoRead(false));
+  std::optional<Error> error = Error::gduds_errorForCode(0);
+  EXPECT_EQ(7, client->writeData(
+                   [](const auto& take) { EXPECT_TRUE(take("mes") && take("") && take("sage")); },
+                   &error));
+  EXPECT_FALSE(error);
+  EXPECT_EQ(0, client->writeData([](const auto& /*take*/) {}, &error));
+  client->close();
+  EXPECT_EQ("message", server.accepted().receiveToTheEnd());
+}
+
+TEST_F(GDUnixSocketClientTest, PiecesThatNobodyReadsAreNotTakenAfterTheSendTimeout) {
+  const Peer server = Peer::listeningAt(path);
+  client->setSendTimeout(std::chrono::milliseconds(20));
+  ASSERT_TRUE(client->connectWithAutoRead(false));
+  const std::string piece(1 << 20, 'x');
+  std::int64_t taken = 0;
+  const auto endless = [&](const auto& take) {
+    while (take(piece)) taken += static_cast<std::int64_t>(piece.size());
+  };
+  std::optional<Error> error;
+  const std::int64_t count = client->writeData(endless, &error);
+  EXPECT_GE(count, taken);
+  EXPECT_LT(count, taken + static_cast<std::int64_t>(piece.size()));
+  EXPECT_FALSE(error);
+  EXPECT_EQ(-1, client->writeData(endless, &error));
+  ASSERT_TRUE(error);
+  EXPECT_EQ(-3018, error->code);
+}
+
 TEST_F(GDUnixSocketClientTest, ASlowReaderCannotStretchTheSendTimeout) {
   const std::string much(64 << 20, 'x');
   const Peer server = Peer::listeningAt(path);

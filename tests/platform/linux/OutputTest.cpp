@@ -40,6 +40,28 @@ TEST_F(OutputTest, ALineLongerThanThePipeIsReadWhole) {
   expectLongLinesWhole();
 }
 
+TEST_F(OutputTest, PiecesAreOneLine) {
+  const std::string piece(PIPE_BUF - 1, 'x');
+  EXPECT_EQ(output.print([&](const auto& take) {
+    for (const auto& next : {std::string(), std::string("1"), piece, std::string("2")}) {
+      EXPECT_TRUE(take(next));
+    }
+  }),
+            0U);
+  EXPECT_EQ(pipe.take(), "1" + piece + "2\n");
+}
+
+TEST_F(OutputTest, NoMorePiecesAreTakenOnceTheLineIsLost) {
+  const std::string piece(tests::UnreadPipe::kSize, 'x');
+  int taken = 0;
+  output.print([&](const auto& take) {
+    while (take(piece)) ++taken;
+  });
+  EXPECT_LE(taken, 1);
+  EXPECT_EQ(pipe.take(), piece);
+  EXPECT_EQ(output.print("next"), 1U);
+}
+
 TEST_F(OutputTest, ANonBlockingPipeIsWaitedForToo) {
   ASSERT_EQ(fcntl(pipe.writingEnd(), F_SETFL, O_NONBLOCK), 0);
   expectLongLinesWhole();
