@@ -66,9 +66,9 @@ void AppDelegate::applicationWillTerminate() {
 void AppDelegate::applicationMustEnd() {
   const std::lock_guard lock(endLock_);
   mustEnd_ = true;
-  if (const auto client = outgoing_.lock()) client->close();
   // Without the callback, which would only log, and only on the main thread.
   if (const auto server = incoming_.lock()) server->closeSilently();
+  if (const auto client = outgoing_.lock()) client->close();
 }
 
 void AppDelegate::connectToDesktop() {

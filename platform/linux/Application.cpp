@@ -64,6 +64,7 @@ class TerminationSignals {
   [[nodiscard]] Event next(milliseconds timeout) const;
   void quit() const;
   void interrupt();
+  [[nodiscard]] bool mayEnd() const;
 
   const std::weak_ptr<MainLoop> loop_;
   const Descriptor signals_{makeSignalDescriptor()};
@@ -81,9 +82,8 @@ void TerminationSignals::run() {
   const Event second = next(posix_port::kTerminationPatience);
   if (second == Event::kStop) return;
   interrupt();
-  const auto grace = second == Event::kSignal ? posix_port::kSecondTerminationGrace
-                                              : posix_port::kTerminationGrace;
-  if (next(grace) == Event::kStop) return;
+  const bool atOnce = second == Event::kSignal && mayEnd();
+  if (!atOnce && next(posix_port::kTerminationGrace) == Event::kStop) return;
   _exit(EXIT_SUCCESS);
 }
 
@@ -108,6 +108,11 @@ void TerminationSignals::interrupt() {
     if (delegate_ != nullptr) delegate_->applicationMustEnd();
   }
   if (const auto loop = loop_.lock()) loop->interrupt();
+}
+
+bool TerminationSignals::mayEnd() const {
+  const auto loop = loop_.lock();
+  return !loop || loop->mayEnd();
 }
 
 void TerminationSignals::forgetDelegate() {

@@ -34,8 +34,8 @@ class LinuxApplication final : public platform::Application {
   /// - The first signal ends the main loop after the tasks that were posted before it.
   /// - A second later, or with a second signal, what the main thread waits for is interrupted: see
   ///   MainLoop::interrupt() and ApplicationDelegate::applicationMustEnd().
-  /// - Half a second after that (a fifth after a second signal), or with a third signal, the
-  ///   process ends with status 0 at once.
+  /// - Half a second after that, or with a third signal, the process ends with status 0. With a
+  ///   second signal it ends at once, unless MainLoop::mayEnd() is false.
   ///
   /// Throws std::system_error when the system has no descriptor left.
   int run(

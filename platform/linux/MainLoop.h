@@ -71,6 +71,11 @@ class MainLoop final : public MainQueue {
   void interrupt();
   [[nodiscard]] bool interrupted() const { return interrupted_; }
 
+  /// False while something has to be undone before the process ends, such as keys that are held
+  /// down. True at first. Set on the main thread, read on any thread.
+  void setMayEnd(bool mayEnd) { mayEnd_ = mayEnd; }
+  [[nodiscard]] bool mayEnd() const { return mayEnd_; }
+
   /// Readable once interrupt() has been called. Do not read from it.
   [[nodiscard]] int interruption() const { return interruption_; }
 
@@ -86,6 +91,7 @@ class MainLoop final : public MainQueue {
   const int interruption_;  ///< an eventfd
   std::atomic<bool> quit_{false};
   std::atomic<bool> interrupted_{false};
+  std::atomic<bool> mayEnd_{true};
   std::vector<EventSource*> sources_;
 
   std::mutex mutex_;         ///< guards the members below

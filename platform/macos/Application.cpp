@@ -96,10 +96,8 @@ void signalArrived(void* termination) {
     dispatch_async_f(dispatch_get_main_queue(), &ending, &received);
     after(kTerminationPatience, ending, &interrupt);
     after(kTerminationPatience + posix_port::kTerminationGrace, ending, &endProcess);
-  } else if (ending.signals == 2) {
-    interrupt(&ending);
-    after(posix_port::kSecondTerminationGrace, ending, &endProcess);
   } else {
+    interrupt(&ending);
     endProcess(nullptr);
   }
 }

@@ -15,12 +15,8 @@ sigset_t terminationSignals();
 inline constexpr std::chrono::milliseconds kTerminationPatience{1000};
 
 /// Time from the interruption to the end of the process: enough to release the keys that are held
-/// down.
+/// down. After a second signal the process waits only if it holds keys down.
 inline constexpr std::chrono::milliseconds kTerminationGrace{500};
-
-/// Time from the interruption to the end of the process, if a second signal has caused the
-/// interruption.
-inline constexpr std::chrono::milliseconds kSecondTerminationGrace{200};
 
 /// Main thread, before any other thread is started:
 /// - opens /dev/null for each of the descriptors 0, 1 and 2 that is closed, so that output is never

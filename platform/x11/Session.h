@@ -20,6 +20,7 @@ class Session {
   const std::unique_ptr<Connection> connection_;
 
  public:
+  linux_port::MainLoop& loop = *loop_;
   Connection& connection = *connection_;
   EventPump pump;
   Keyboards keyboards;

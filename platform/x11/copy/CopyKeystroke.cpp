@@ -29,7 +29,8 @@ void releaseOverNewConnection(const KeySet& keys) {
 }  // namespace
 
 CopyKeystroke::CopyKeystroke(Session& session)
-    : connection_(session.connection),
+    : loop_(session.loop),
+      connection_(session.connection),
       pump_(session.pump),
       keyboards_(session.keyboards),
       hotKeys_(session.hotKeys) {
@@ -135,6 +136,8 @@ void CopyKeystroke::watchKeys() {
   if (std::exchange(watching_, needed) == needed) return;
   connection_.selectRawInput(
       XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE, needed);
+  xcb_flush(connection_.xcb());  // what was typed, too
+  loop_.setMayEnd(!needed);
 }
 
 void CopyKeystroke::typeAll(const KeySet& keys, bool down) {

@@ -46,6 +46,7 @@ class CopyKeystroke final : public EventHandler {
   void typeAll(const KeySet& keys, bool down);
   void type(xcb_keycode_t key, bool down);
 
+  linux_port::MainLoop& loop_;
   Connection& connection_;
   EventPump& pump_;
   Keyboards& keyboards_;

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -8,6 +9,7 @@
 
 #include "platform/linux/Application.h"
 #include "platform/posix/ProcessSetUp.h"
+#include "tests/support/Waiting.h"
 
 namespace seldial::platform::linux_port {
 namespace {
@@ -101,6 +103,29 @@ TEST_F(ApplicationTest, AMainThreadThatNeverReturnsIsLeftBehind) {
     return application.run(delegate);
   };
   EXPECT_EXIT(runForEver(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ApplicationTest, ASecondSignalEndsItAtOnce) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto sleepAfterTwoSignals = [this] {
+    delegate->onLaunched = [this] {
+      kill(getpid(), SIGTERM);
+      kill(getpid(), SIGINT);
+      application.usleep(std::numeric_limits<std::uint32_t>::max());
+      ::usleep(100'000);
+      _exit(EXIT_FAILURE);
+    };
+    return application.run(delegate);
+  };
+  const auto endsAtOnce = [&] {
+    const pid_t child = fork();
+    if (child == 0) _exit(sleepAfterTwoSignals());
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status == 0;
+  };
+  // The end races against the main thread, and on a busy machine it may lose.
+  EXPECT_EXIT(_exit(tests::eventually(endsAtOnce) ? 0 : 1), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(ApplicationTest, TheDelegateIsGivenUpWhileSignalsStillCount) {
