@@ -14,6 +14,8 @@
 #include <utility>
 
 #include "platform/BackgroundQueue.h"
+#include "platform/Clipboard.h"
+#include "platform/HotKeyEvents.h"
 #include "platform/posix/ProcessSetUp.h"
 
 namespace seldial::platform::linux_port {
@@ -22,6 +24,23 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds kForever{-1};
+
+class NoClipboard final : public Clipboard {
+ public:
+  void clear() override {}
+  [[nodiscard]] bool copySelection() override { return false; }
+  [[nodiscard]] std::optional<std::string> text() override { return {}; }
+};
+
+class NoHotKeyEvents final : public HotKeyEvents {
+ public:
+  void installReleasedHandler(ReleasedHandler /*handler*/) override {}
+  std::optional<HotKeyRef> registerHotKey(std::uint32_t /*keyCode*/, std::uint32_t /*modifiers*/,
+                                          HotKeyID /*hotKeyID*/) override {
+    return {};
+  }
+  void unregisterHotKey(HotKeyRef /*ref*/) override {}
+};
 
 int checked(int descriptor, const char* call) {
   if (descriptor == -1) throw std::system_error(errno, std::generic_category(), call);
@@ -153,6 +172,10 @@ int LinuxApplication::run(std::shared_ptr<ApplicationDelegate> delegate,
   delegate = nullptr;
   signals->stop();
   return status_;
+}
+
+DesktopPorts noDesktop() {
+  return {std::make_shared<NoHotKeyEvents>(), std::make_shared<NoClipboard>()};
 }
 
 int runApplication(int argc, char* const argv[], const MakeApplicationDelegate& makeDelegate,

@@ -8,8 +8,6 @@
 #include <vector>
 
 #include "platform/Application.h"
-#include "platform/Clipboard.h"
-#include "platform/HotKeyEvents.h"
 #include "platform/Ports.h"
 #include "platform/linux/MainLoop.h"
 
@@ -58,23 +56,8 @@ using ConnectDesktop = std::function<DesktopPorts(const std::shared_ptr<MainLoop
 int runApplication(int argc, char* const argv[], const MakeApplicationDelegate& makeDelegate,
                    const ConnectDesktop& connect);
 
-/// Always empty; nothing can be copied to it.
-class NoClipboard final : public Clipboard {
- public:
-  void clear() override {}
-  [[nodiscard]] bool copySelection() override { return false; }
-  [[nodiscard]] std::optional<std::string> text() override { return {}; }
-};
-
-/// Refuses every hot key.
-class NoHotKeyEvents final : public HotKeyEvents {
- public:
-  void installReleasedHandler(ReleasedHandler /*handler*/) override {}
-  std::optional<HotKeyRef> registerHotKey(std::uint32_t /*keyCode*/, std::uint32_t /*modifiers*/,
-                                          HotKeyID /*hotKeyID*/) override {
-    return {};
-  }
-  void unregisterHotKey(HotKeyRef /*ref*/) override {}
-};
+/// The ports of a process without a display server: an empty clipboard to which nothing can be
+/// copied, and hot keys that are all refused.
+DesktopPorts noDesktop();
 
 }  // namespace seldial::platform::linux_port

@@ -25,6 +25,7 @@ namespace seldial::platform {
 namespace {
 
 using linux_port::MainLoop;
+using linux_port::noDesktop;
 
 std::string environment(const char* name) {
   const char* const value = std::getenv(name);
@@ -67,11 +68,6 @@ wayland::ConnectFunction* loadModule() {
              " cannot be loaded (" + (error.empty() ? "it is not installed" : error) +
              "); there will be no hot key");
   return nullptr;
-}
-
-DesktopPorts noDesktop() {
-  return {std::make_shared<linux_port::NoHotKeyEvents>(),
-          std::make_shared<linux_port::NoClipboard>()};
 }
 
 /// The ports of the Wayland session whose compositor answers at WAYLAND_DISPLAY; nothing if there

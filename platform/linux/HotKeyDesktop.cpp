@@ -16,7 +16,7 @@ DesktopPorts connectDesktop(const std::shared_ptr<linux_port::MainLoop>& loop,
   if (const auto session = x11::connect(loop, std::move(connectionLost))) {
     return {x11::hotKeyEvents(session), nullptr};
   }
-  return {std::make_shared<linux_port::NoHotKeyEvents>(), nullptr};
+  return {linux_port::noDesktop().hotKeyEvents, nullptr};
 }
 
 class ConnectedDesktop final : public ServedDesktop {

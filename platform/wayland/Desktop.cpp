@@ -142,8 +142,7 @@ std::string lacks(const std::string& missing) {
 
 DesktopPorts refuseEverything(const std::string& reason) {
   printError("seldial: " + reason + "; there will be no hot key");
-  return {std::make_shared<linux_port::NoHotKeyEvents>(),
-          std::make_shared<linux_port::NoClipboard>()};
+  return linux_port::noDesktop();
 }
 
 /// The ports of a session, which lives as long as one of them.

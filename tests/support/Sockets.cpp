@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <stdexcept>
+#include <utility>
 
 #include "tests/support/Waiting.h"
 
@@ -41,6 +42,12 @@ Peer Peer::connectedTo(const std::string& path) {
     peer.leave();
   }
   return peer;
+}
+
+int connectTo(const std::string& path) {
+  Peer peer = Peer::connectedTo(path);
+  if (!peer.connected()) throw std::runtime_error("nobody listens at " + path);
+  return std::exchange(peer.fd, -1);
 }
 
 Peer Peer::listeningAt(const std::string& path, int backlog) {

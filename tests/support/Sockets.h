@@ -40,6 +40,10 @@ class Peer {
   int fd;
 };
 
+/// The descriptor of a connection, which the caller owns. Throws std::runtime_error if nobody
+/// listens.
+int connectTo(const std::string& path);
+
 /// The UC client's listening socket. It needs no thread: a sender can connect, write and close
 /// before the connection is accepted.
 class UcListener {

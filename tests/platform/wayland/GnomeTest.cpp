@@ -1,8 +1,6 @@
 // Hot keys and copying under GNOME, with doubles of the portal and Mutter.
 #include <gmock/gmock.h>
 #include <poll.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,6 +9,7 @@
 #include "platform/wayland/Desktop.h"
 #include "platform/wayland/GnomeClipboard.h"
 #include "platform/wayland/GnomeHotKeys.h"
+#include "tests/support/Sockets.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/Waiting.h"
 #include "tests/support/wayland/BareCompositor.h"
@@ -36,15 +35,6 @@ std::string symbolName(std::uint32_t key) {
                                                    {77, "Num_Lock"}, {196, "XF86Launch9"}};
   const auto found = names.find(key);
   return found != names.end() ? found->second : "";
-}
-
-int connectTo(const std::string& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  path.copy(address.sun_path, sizeof address.sun_path - 1);
-  const int number = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  EXPECT_EQ(connect(number, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-  return number;
 }
 
 /// The output of `task` on standard error.
@@ -306,7 +296,7 @@ std::string answerOfPort(const tests::SessionBus& session) {
   const auto loop = std::make_shared<linux_port::MainLoop>();
   bool given = false;
   const auto said = errorsOf([&] {
-    const auto ports = connect(connectTo(path), loop, [] {});
+    const auto ports = connect(tests::connectTo(path), loop, [] {});
     given = ports.hotKeyEvents->registerHotKey(kVK_F5, 0, {0, 1}).has_value();
     ports.disconnect();
   });

@@ -1,18 +1,16 @@
 // Hot keys as global shortcuts of Plasma, and detecting held modifiers, with a double of the
 // service.
 #include <gmock/gmock.h>
-#include <sys/mman.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <cstring>
 #include <utility>
 
 #include "platform/wayland/KWinHotKeys.h"
+#include "tests/support/Sockets.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/wayland/BareCompositor.h"
 #include "tests/support/wayland/FakeGlobalAccel.h"
+#include "tests/support/wayland/UserKeyboard.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -37,7 +35,7 @@ class Program {
  public:
   Program(linux_port::MainLoop& loop, const std::string& display, const std::string& runtime)
       : loop_(loop),
-        display_(connectTo(display), loop, [] {}),
+        display_(tests::connectTo(display), loop, [] {}),
         claims_(runtime, "kglobalaccel"),
         bus_(Bus::open(loop, [] {})) {
     shortcuts_.listen([this](const std::string& action) { probe.pressed(action); },
@@ -49,29 +47,11 @@ class Program {
 
   /// Simulates the user choosing other layouts.
   void useLayouts(const char* layouts) {
-    const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
-        xkb_context_new(XKB_CONTEXT_NO_FLAGS), &xkb_context_unref);
-    xkb_rule_names names{};
-    names.layout = layouts;
-    const std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap(
-        xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS),
-        &xkb_keymap_unref);
-    const std::unique_ptr<char, decltype(&std::free)> text(
-        xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1), &std::free);
-    const int file = memfd_create("keymap", MFD_CLOEXEC);
-    const auto size = std::strlen(text.get()) + 1;
-    ASSERT_EQ(write(file, text.get(), size), static_cast<ssize_t>(size));
-    keymap_.keymapChanged(WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file, static_cast<std::uint32_t>(size));
+    const auto keymap = tests::fileOf(*tests::keymapOf(layouts));
+    keymap_.keymapChanged(WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, dup(keymap.file()), keymap.size());
   }
 
  private:
-  static int connectTo(const std::string& path) {
-    wl_display* const display = wl_display_connect(path.c_str());
-    const int socket = dup(wl_display_get_fd(display));
-    wl_display_disconnect(display);
-    return socket;
-  }
-
   linux_port::MainLoop& loop_;
   Display display_;
   SeatKeymap keymap_{display_};

@@ -4,6 +4,7 @@
 #include "platform/VirtualKeys.h"
 #include "platform/linux/KeyTable.h"
 #include "platform/wayland/QtKeys.h"
+#include "tests/support/wayland/UserKeyboard.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -18,14 +19,8 @@ constexpr int kMeta = 0x10000000;
 
 std::vector<int> keysIn(const char* layouts, std::uint32_t virtualKey, std::uint32_t modifiers,
                         int qtVersion = 5) {
-  const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
-      xkb_context_new(XKB_CONTEXT_NO_FLAGS), &xkb_context_unref);
-  xkb_rule_names names{};
-  names.layout = layouts;
-  const std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)> keymap(
-      xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS),
-      &xkb_keymap_unref);
-  return qtKeys(*keymap, *linux_port::keyAtPosition(virtualKey), modifiers, qtVersion);
+  return qtKeys(*tests::keymapOf(layouts), *linux_port::keyAtPosition(virtualKey), modifiers,
+                qtVersion);
 }
 
 TEST(QtKeys, ALetterIsTheLayoutsCapitalLetter) {

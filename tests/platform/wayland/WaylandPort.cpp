@@ -1,34 +1,16 @@
 #include "tests/platform/wayland/WaylandPort.h"
 
-#include <fcntl.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-
-#include <stdexcept>
 #include <utility>
 
 #include "platform/wayland/Desktop.h"
+#include "tests/support/Sockets.h"
 
 namespace seldial::platform::wayland {
-namespace {
-
-int connectTo(const std::string& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  path.copy(address.sun_path, sizeof address.sun_path - 1);
-  const int number = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  if (connect(number, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
-    throw std::runtime_error("no compositor at " + path);
-  }
-  return number;
-}
-
-}  // namespace
 
 WaylandPort::WaylandPort(const tests::Sway& sway, tests::Sway::Ipc ipc) {
   sway.enter(ipc);
   start([display = sway.display()](const auto& loop, auto connectionLost) {
-    return connect(connectTo(display), loop, std::move(connectionLost));
+    return connect(tests::connectTo(display), loop, std::move(connectionLost));
   });
 }
 

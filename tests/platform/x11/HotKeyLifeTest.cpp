@@ -7,7 +7,18 @@ namespace {
 
 constexpr xcb_keysym_t kInsertSymbol = 0xFF63;
 
-using HotKeyLife = DialTest;
+class HotKeyLife : public DialTest {
+ protected:
+  void expectThatItDialsAgainWhileHeld() {
+    useHotKey();
+    expectDial(1);
+    keyboard.press(kControlAltKeys);
+    keyboard.tap(kKeyD);
+    expectDial(2);
+    keyboard.release(kControlAltKeys);
+    keyboard.waitForTypedDown({});
+  }
+};
 using HotKeyUses = X11Test;
 
 TEST_F(HotKeyUses, FiftyInARowAreFiftyReleases) {
@@ -46,13 +57,7 @@ TEST_F(HotKeyLife, WorksOnAKeyboardThatIsPluggedInLater) {
 TEST_F(HotKeyLife, ASecondMasterKeyboardChangesNothing) {
   const XClient client(server.display());
   keyboard.addMaster("second");
-  useHotKey();
-  expectDial(1);
-  keyboard.press(kControlAltKeys);
-  keyboard.tap(kKeyD);
-  expectDial(2);
-  keyboard.release(kControlAltKeys);
-  keyboard.waitForTypedDown({});
+  expectThatItDialsAgainWhileHeld();
 }
 
 TEST_F(HotKeyLife, FollowsAnInsertKeyThatMovesToAnotherPlace) {
@@ -70,7 +75,7 @@ TEST_F(HotKeyLife, FollowsAnInsertKeyThatMovesToAnotherPlace) {
 }
 
 /// Modifiers that are tapped count for the next key.
-class StickyKeys : public DialTest {
+class StickyKeys : public HotKeyLife {
  protected:
   void SetUp() override {
     DialTest::SetUp();
@@ -97,13 +102,7 @@ TEST_F(StickyKeys, AHotKeyThatIsTappedKeyByKeyDials) {
 
 TEST_F(StickyKeys, AHotKeyThatIsHeldDialsAndNothingSticks) {
   const XClient client(server.display());
-  useHotKey();
-  expectDial(1);
-  keyboard.press(kControlAltKeys);
-  keyboard.tap(kKeyD);
-  expectDial(2);
-  keyboard.release(kControlAltKeys);
-  keyboard.waitForTypedDown({});
+  expectThatItDialsAgainWhileHeld();
 }
 
 }  // namespace

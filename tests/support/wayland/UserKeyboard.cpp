@@ -14,15 +14,6 @@ namespace {
 
 constexpr xkb_keycode_t kFirstKey = 8;
 
-std::shared_ptr<xkb_keymap> keymapOf(const char* layout) {
-  const std::shared_ptr<xkb_context> context(xkb_context_new(XKB_CONTEXT_NO_FLAGS),
-                                             xkb_context_unref);
-  xkb_rule_names names{};
-  names.layout = layout;
-  return {xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS),
-          xkb_keymap_unref};
-}
-
 std::uint32_t now() {
   const auto time = std::chrono::steady_clock::now().time_since_epoch();
   return static_cast<std::uint32_t>(
@@ -31,6 +22,24 @@ std::uint32_t now() {
 
 }  // namespace
 
+std::shared_ptr<xkb_keymap> keymapOf(const char* layouts) {
+  const std::shared_ptr<xkb_context> context(xkb_context_new(XKB_CONTEXT_NO_FLAGS),
+                                             xkb_context_unref);
+  xkb_rule_names names{};
+  names.layout = layouts;
+  return {xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS),
+          xkb_keymap_unref};
+}
+
+platform::wayland::KeymapFile fileOf(xkb_keymap& keymap) {
+  const std::unique_ptr<char, decltype(&std::free)> text(
+      xkb_keymap_get_as_string(&keymap, XKB_KEYMAP_FORMAT_TEXT_V1), &std::free);
+  const auto size = std::strlen(text.get()) + 1;
+  const int file = memfd_create("keymap", MFD_CLOEXEC);
+  if (write(file, text.get(), size) != static_cast<ssize_t>(size)) std::abort();
+  return {file, static_cast<std::uint32_t>(size)};
+}
+
 UserKeyboard::UserKeyboard(const std::string& socketPath, const char* layout)
     : WaylandClient(socketPath) {
   auto* const seat = static_cast<wl_seat*>(global(wl_seat_interface));
@@ -38,15 +47,10 @@ UserKeyboard::UserKeyboard(const std::string& socketPath, const char* layout)
       global(zwp_virtual_keyboard_manager_v1_interface));
   const auto keymap = keymapOf(layout);
   state_.reset(xkb_state_new(keymap.get()), xkb_state_unref);
-  const std::unique_ptr<char, decltype(&std::free)> text(
-      xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1), &std::free);
-  const auto size = std::strlen(text.get()) + 1;
-  const int file = memfd_create("keymap", MFD_CLOEXEC);
-  if (write(file, text.get(), size) != static_cast<ssize_t>(size)) std::abort();
+  const auto file = fileOf(*keymap);
   keyboard_ = zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(manager, seat);
-  zwp_virtual_keyboard_v1_keymap(keyboard_, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file,
-                                 static_cast<std::uint32_t>(size));
-  close(file);
+  zwp_virtual_keyboard_v1_keymap(keyboard_, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file.file(),
+                                 file.size());
   zwp_virtual_keyboard_manager_v1_destroy(manager);
   wl_seat_destroy(seat);
   start();

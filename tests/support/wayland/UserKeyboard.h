@@ -1,4 +1,4 @@
-// The user's keyboard on a compositor.
+// The user's keyboard on a compositor, and its keymap.
 #pragma once
 
 #include <xkbcommon/xkbcommon.h>
@@ -6,11 +6,18 @@
 #include <memory>
 #include <vector>
 
+#include "platform/wayland/SeatKeymap.h"
 #include "tests/support/wayland/WaylandClient.h"
 
 struct zwp_virtual_keyboard_v1;
 
 namespace seldial::tests {
+
+/// The keymap of these layouts, such as "us,ru".
+std::shared_ptr<xkb_keymap> keymapOf(const char* layouts);
+
+/// The file in which a compositor passes the keymap.
+platform::wayland::KeymapFile fileOf(xkb_keymap& keymap);
 
 /// Keys are evdev codes. Each operation returns once the compositor has handled it. Create it
 /// before the windows: programs expect a seat to have a keyboard.
