@@ -103,7 +103,8 @@ TEST_F(KWinHotKeysTest, WhatAnotherProgramHasIsRefusedAndLeavesNothing) {
   plasma.take(kD);
   testing::internal::CaptureStderr();
   EXPECT_FALSE(program->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {}));
-  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("another program"));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(),
+              HasSubstr("already one of Plasma's global shortcuts"));
   EXPECT_THAT(plasma.actions(), IsEmpty());
   EXPECT_TRUE(program->hotKeys.registerHotKey(kVK_ANSI_F, kControlAlt, {}));
 }
