@@ -25,6 +25,7 @@
 namespace {
 
 using namespace seldial::platform::linux_port;
+using namespace seldial::platform::x11;
 using std::chrono::milliseconds;
 
 constexpr std::size_t kMostBytes = 4096;
@@ -217,7 +218,7 @@ struct Desktop {
   }
 
   seldial::tests::XServer server;
-  seldial::platform::linux_port::MainLoop loop;
+  MainLoop loop;
   std::unique_ptr<Connection> connection;
   std::unique_ptr<EventPump> pump;
   std::unique_ptr<Owner> owner;
