@@ -1,11 +1,6 @@
 #include <QApplication>
-#include <QDialog>
-#include <QEvent>
-#include <QLabel>
-#include <QLineEdit>
 #include <QLocale>
 #include <QTimer>
-#include <QVBoxLayout>
 #include <chrono>
 #include <cstdio>
 #include <functional>
@@ -17,8 +12,10 @@
 #include "client/Connection.h"
 #include "client/Options.h"
 #include "hotkey/QKHotKeyCenter.h"
+#include "platform/VirtualKeys.h"
 #include "platform/qt/Desktop.h"
 #include "platform/x11/Desktop.h"
+#include "shortcut/CopyTest.h"
 #include "shortcut/Options.h"
 #include "shortcut/Resources.h"
 #include "shortcut/Settings.h"
@@ -103,50 +100,20 @@ int showSettings(platform::qt::Desktop& desktop, const ShortcutOptions& options,
   return show(window, options);
 }
 
-/// A window with selected text, with which `seldial-uc check` tests whether Seldial can copy.
-class CopyTestWindow : public QDialog {
-  Q_DECLARE_TR_FUNCTIONS(CopyTestWindow)
-
- public:
-  /// `ready` is called once, from the event loop, when the window has become active.
-  CopyTestWindow(const std::string& text, std::function<void()> ready) : ready_(std::move(ready)) {
-    constexpr int kMargin = 20;
-    setWindowTitle(tr("Seldial check"));
-    auto* const line = new QLineEdit(QString::fromStdString(text), this);
-    line->selectAll();
-    line->setFocus();
-    auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-    layout->addWidget(new QLabel(tr("Seldial tries to copy this text."), this));
-    layout->addWidget(line);
-  }
-
- protected:
-  void showEvent(QShowEvent* event) override {
-    QDialog::showEvent(event);
-    activateWindow();
-  }
-
-  void changeEvent(QEvent* event) override {
-    QDialog::changeEvent(event);
-    if (event->type() != QEvent::ActivationChange || !isActiveWindow() || !ready_) return;
-    std::exchange(ready_, nullptr)();
-  }
-
- private:
-  std::function<void()> ready_;
-};
-
 /// Types the hot key in a window with selected text. The caller ends this program when it has the
 /// result.
 int testCopy(platform::qt::Desktop& desktop, const ShortcutOptions& options) {
-  CopyTestWindow window(options.testCopy, [&] {
-    const HotKey& hotKey = *options.hotKey;
-    if (!platform::x11::typeHotKey(*desktop.hotKeyEvents(), hotKey.virtualKey,
-                                   hotKey.modifierFlags)) {
-      QCoreApplication::exit(1);
-    }
-  });
+  const auto type = [&desktop](const HotKey& hotKey) {
+    const bool typed =
+        platform::x11::typeHotKey(*desktop.hotKeyEvents(), hotKey.virtualKey, hotKey.modifierFlags);
+    if (!typed) QCoreApplication::exit(1);
+  };
+  CopyTestWindow window(
+      options.testCopy,
+      [type] {
+        type({platform::kVK_Shift, 0});
+      },
+      [&] { type(*options.hotKey); });
   QTimer limit;
   QObject::connect(&limit, &QTimer::timeout, [] { QCoreApplication::exit(1); });
   limit.start(kTestLimit);

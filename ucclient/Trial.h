@@ -30,7 +30,6 @@ class Trial {
   void wrote(const std::string& line);
   void setHotKey();
   void useHotKey();
-  void windowEnded(int window);
   void endWith(const std::string& copyFailure);
 
   const HotKey hotKey_;
@@ -38,7 +37,6 @@ class Trial {
   const std::string window_;
   const std::shared_ptr<MainThread> mainThread_ = std::make_shared<MainThread>();
   std::unique_ptr<ChildProcess> copying_;
-  int windows_ = 0;  ///< opened so far
   std::string path_;
   std::string failure_;
   std::optional<Message> answer_;

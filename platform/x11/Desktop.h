@@ -1,6 +1,7 @@
 // The X11 desktop. This header does not include XCB.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -36,6 +37,10 @@ std::shared_ptr<RecordingKeyboard> recordingKeyboard(const std::shared_ptr<Sessi
 /// Whether an X event says that a window has lost the keyboard to a grab, or regained it, without a
 /// change of focus. A pressed hot key is such a grab.
 [[nodiscard]] bool isFocusChangeOfGrab(const void* event);
+
+/// Whether an X event says that this window now has the focus. A toolkit may call a window active
+/// before that, when the pointer enters it.
+[[nodiscard]] bool givesFocusTo(std::uint32_t window, const void* event);
 
 // The copy, which programs of the hot key library do without; see copy/Clipboard.cpp.
 
