@@ -11,6 +11,7 @@
 #include "ucclient/ChildProcess.h"
 #include "ucclient/Notifications.h"
 #include "ucclient/Places.h"
+#include "ucclient/Words.h"
 
 namespace seldial {
 namespace {
@@ -187,7 +188,7 @@ void Dialler::startUnlessUndone(const std::string& selection, const FoundNumber&
     if (outcome == UndoOffer::kNotShown) return choose(selection, {number});
     events_->notDialled("it was undone");
   };
-  offerUndo("Calling " + dialledNumber(number, settings_), settings_.undoTime,
+  offerUndo(translated("Calling %1", {dialledNumber(number, settings_)}), settings_.undoTime,
             [ended, main = mainThread_, weak = std::weak_ptr(pending_)](UndoOffer outcome) {
               main->post([=] {
                 if (weak.lock()) ended(outcome);

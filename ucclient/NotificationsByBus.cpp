@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "ucclient/Notifications.h"
+#include "ucclient/Words.h"
 
 namespace seldial {
 namespace {
@@ -114,9 +115,10 @@ class Undo {
 
   bool notify(const std::string& summary, std::chrono::milliseconds time) {
     constexpr int kTextsOfActions = 2;
-    const BusMessage answer = call(bus_, "Notify", "susssasa{sv}i", "Seldial", kNoneToReplace,
-                                   "call-start", summary.c_str(), "", kTextsOfActions, "undo",
-                                   "Undo", 0, static_cast<std::int32_t>(time.count()));
+    const BusMessage answer =
+        call(bus_, "Notify", "susssasa{sv}i", "Seldial", kNoneToReplace, "call-start",
+             summary.c_str(), "", kTextsOfActions, "undo", translated("Undo").c_str(), 0,
+             static_cast<std::int32_t>(time.count()));
     return answer && sd_bus_message_read(answer.get(), "u", &id_) > 0;
   }
 

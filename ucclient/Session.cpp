@@ -11,6 +11,7 @@
 #include "client/Connection.h"
 #include "client/Protocol.h"
 #include "ucclient/Notifications.h"
+#include "ucclient/Words.h"
 
 namespace seldial {
 namespace {
@@ -38,6 +39,11 @@ std::string inPlainWords(const std::string& failReason) {
   if (failReason != "hotkey not set") return failReason;
   return failReason +
          " (another program holds it, the keyboard has no such key, or there is no desktop)";
+}
+
+void showRefusal(const std::string& hotKey, const std::string& why) {
+  showNotificationAndWait(translated("There is no hot key"),
+                          translated("the hot key %1 was refused: %2", {hotKey, translated(why)}));
 }
 
 }  // namespace
@@ -171,7 +177,7 @@ void Session::hotKeyWasRefused(const std::string& why) {
   hasHotKey_ = false;
   const std::string sentence = "the hot key " + options_.spelling + " was refused: " + why;
   if (!reloading_) {
-    if (dialling_) showNotificationAndWait("There is no hot key", sentence);
+    if (dialling_) showRefusal(options_.spelling, why);
     return fail(sentence);
   }
   console_.error(sentence);
@@ -183,19 +189,19 @@ void Session::hotKeyWasRefused(const std::string& why) {
 void Session::dialled(const std::string& number) {
   console_.dialled();
   history_.add("called " + number);
-  showNotification("Calling " + number, "");
+  showNotification(translated("Calling %1", {number}), "");
 }
 
 void Session::dialFailed(const std::string& what) {
   console_.error(what);
   history_.add(what);
-  showNotification("The call failed", what);
+  showNotification(translated("The call failed"), what);
 }
 
 void Session::notDialled(const std::string& why) {
   console_.notDialled(why);
   history_.add("nothing was dialled: " + why);
-  showNotification("Nothing was dialled", why);
+  showNotification(translated("Nothing was dialled"), translated(why));
 }
 
 void Session::endRequested() {

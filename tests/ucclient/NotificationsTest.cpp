@@ -179,6 +179,20 @@ TEST_F(Notifications, ACallIsShownWithItsNumber) {
   EXPECT_TRUE(monitor_.waitForLine("string \"Calling +31201234567\""));
 }
 
+TEST_F(Notifications, TheySpeakTheLanguageOfTheSession) {
+  setenv("LC_ALL", "de_DE.UTF-8", 1);
+  RunningClient client({"--dial", "true", "--delay", "500"}, server_.environment(), "/usr/bin:/bin",
+                       bus_);
+  setenv("LC_ALL", "C.UTF-8", 1);
+  use(client, "030 23125123");
+  EXPECT_TRUE(monitor_.waitForLine("string \"+493023125123 wird angerufen\""));
+  pressHotKey(client, "hello");
+  // What is printed stays English.
+  EXPECT_TRUE(client.process().waitForLine("there is no telephone number in the selection"));
+  EXPECT_TRUE(monitor_.waitForLine("string \"Es wurde nichts gewählt\""));
+  EXPECT_TRUE(monitor_.waitForLine("string \"im markierten Text ist keine Telefonnummer\""));
+}
+
 TEST_F(Notifications, WhatIsNotDialledIsShownWithTheReason) {
   RunningClient client({"--dial", "true", "--delay", "500", "--region", "NL"},
                        server_.environment(), "/usr/bin:/bin", bus_);

@@ -1,0 +1,68 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <set>
+
+#include "ucclient/Words.h"
+
+namespace seldial {
+namespace {
+
+/// The variables that choose the language, without those of this machine.
+class Words : public testing::Test {
+ protected:
+  Words() {
+    for (const char* const name : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) unsetenv(name);
+  }
+
+  /// "Undo" where the variable has this value too.
+  static std::string undoIn(const char* variable, const char* value) {
+    setenv(variable, value, 1);
+    return translated("Undo");
+  }
+};
+
+TEST_F(Words, WithoutALanguageTheyAreEnglish) {
+  EXPECT_EQ(translated("Undo"), "Undo");
+  for (const char* const locale : {"C", "C.UTF-8", "POSIX", "en_GB.UTF-8", "xx_YY", "_", ""}) {
+    EXPECT_EQ(undoIn("LANG", locale), "Undo") << locale;
+  }
+}
+
+TEST_F(Words, TheLanguageIsThatOfTheSession) {
+  EXPECT_EQ(undoIn("LANG", "de_AT.UTF-8"), "Rückgängig");
+  EXPECT_EQ(undoIn("LC_MESSAGES", "nl"), "Ongedaan maken");
+  EXPECT_EQ(undoIn("LC_ALL", "es_MX@x"), "Deshacer");
+  EXPECT_EQ(undoIn("LANGUAGE", "xx:pl:de"), "Cofnij");
+  EXPECT_EQ(undoIn("LANGUAGE", "xx:en:de"), "Undo");
+  EXPECT_EQ(undoIn("LANGUAGE", "fr"), "Annuler");
+  EXPECT_EQ(undoIn("LC_ALL", "C.UTF-8"), "Undo");
+}
+
+TEST_F(Words, ValuesArePutInAndNotSearched) {
+  EXPECT_EQ(translated("Calling %1", {"+31%1%2"}), "Calling +31%1%2");
+  setenv("LANG", "de_DE", 1);
+  EXPECT_EQ(translated("Calling %1", {"+31"}), "+31 wird angerufen");
+  EXPECT_EQ(translated("100 %, %9 and %", {"x"}), "100 %, %9 and %");
+}
+
+TEST_F(Words, EachReasonIsTranslatedIntoEachLanguage) {
+  for (const char* const text :
+       {"nothing was selected", "the selection is too long to be a telephone number",
+        "there is no telephone number in the selection",
+        "there is more than one telephone number in the selection",
+        "it is not certain what the telephone number is", "it was undone",
+        "the number cannot be dialled after a prefix",
+        "the selection has a zero byte, which no argument can have",
+        "the selection begins with a hyphen, so the program could take it for an option"}) {
+    std::set<std::string> all{text};
+    for (const char* const language : {"de", "es", "fr", "nl", "pl"}) {
+      setenv("LANG", language, 1);
+      all.insert(translated(text));
+    }
+    EXPECT_EQ(all.size(), 6U) << text;
+  }
+}
+
+}  // namespace
+}  // namespace seldial
