@@ -88,9 +88,14 @@ int disable(const Arguments& /*arguments*/) {
   return 0;
 }
 
+/// Without the settings of this user's client: the seldial belongs to another program.
 int sendSetHotKey(const Arguments& arguments) {
-  const auto options = optionsOf(Arguments(arguments.begin() + 1, arguments.end()));
-  if (!options) return 2;
+  std::string error;
+  const auto options = optionsFrom(Arguments(arguments.begin() + 1, arguments.end()), "", error);
+  if (!options) {
+    fail(error);
+    return 2;
+  }
   const std::string command = setHotKeyCommand(options->hotKey, options->delay);
   if (const auto failure = sendCommand(command, arguments.front())) return fail(*failure);
   std::puts(command.c_str());
