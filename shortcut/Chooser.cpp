@@ -1,7 +1,6 @@
 // seldial-choose: asks which of the numbers on standard input, one per line, to call, and prints
-// its position, counted from 0. Exit status: 0 if one was chosen, 1 if the window was cancelled, 2
-// if there are no numbers. The numbers are not arguments, because every user can read the arguments
-// of a process.
+// its position, counted from 0. The numbers are not arguments, because every user can read the
+// arguments of a process.
 #include <QApplication>
 #include <QLocale>
 #include <cstdio>
@@ -11,9 +10,40 @@
 #include "shortcut/NumberChooser.h"
 #include "shortcut/Resources.h"
 
-int main(int argc, char* argv[]) {
+namespace {
+
+constexpr const char* kHelp = R"(usage: seldial-choose
+
+Shows the numbers that standard input has, one a line, in a window, and prints the
+position of the one that is to be called, from 0 on. seldial-uc starts it.
+
+  --help      print this text
+  --version   print the version
+
+Exit status: 0 when a number was chosen; 1 when the window was cancelled; 2 when
+there are no numbers or the command line is wrong.
+)";
+
+/// Does what the option asks for. Returns the exit status.
+int readOption(const std::string& option) {
+  if (option == "--help" || option == "-h") return std::fputs(kHelp, stdout) < 0 ? 1 : 0;
+  if (option == "--version") return std::puts("seldial-choose " SELDIAL_VERSION) < 0 ? 1 : 0;
+  std::fprintf(stderr, "seldial-choose: there is no option %s\nTry seldial-choose --help.\n",
+               option.c_str());
+  return 2;
+}
+
+QStringList readNumbers() {
   QStringList numbers;
   for (std::string line; std::getline(std::cin, line);) numbers << QString::fromStdString(line);
+  return numbers;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  if (argc > 1) return readOption(argv[1]);
+  const QStringList numbers = readNumbers();
   if (numbers.isEmpty()) {
     std::fputs("seldial-choose: there are no numbers on standard input\n", stderr);
     return 2;

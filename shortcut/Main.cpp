@@ -181,6 +181,10 @@ int main(int argc, char* argv[]) {
     std::fputs(seldial::shortcutHelpText(), stdout);
     return 0;
   }
+  if (options->version) {
+    std::puts("seldial-shortcut " SELDIAL_VERSION);
+    return 0;
+  }
   if (options->configuration.empty()) options->configuration = seldial::usualConfigurationPath();
   std::optional<std::vector<seldial::Setting>> settings{std::in_place};
   if (options->settings) settings = seldial::readConfiguration(options->configuration, error);

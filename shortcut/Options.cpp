@@ -37,6 +37,7 @@ class Reader final : public OptionReader {
     if (name == "--print") return print_ = true;
     if (name == "--settings") return options_.settings = true;
     if (name == "--help" || name == "-h") return options_.help = true;
+    if (name == "--version") return options_.version = true;
     return false;
   }
 
@@ -108,6 +109,7 @@ sets it, sends it to seldial, or keeps it with the other settings of seldial-uc.
   --test-copy TEXT  show a selected text and type the shortcut there, as seldial-uc
                   check does to try out whether Seldial can copy
   --help          print this text
+  --version       print the version
 
 Exit status: 0 when the shortcut was handed over; 1 when the window was closed
 without it, or there is no X11 desktop; 2 when the command line is wrong.

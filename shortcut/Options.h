@@ -21,6 +21,7 @@ struct ShortcutOptions {
   std::string configuration;  ///< the file; empty: the default one
   std::string testCopy;       ///< the text for a CopyTestWindow; empty: no such window
   bool help = false;
+  bool version = false;
 };
 
 /// Reads the arguments, which do not include the path of the program. Nothing if they are invalid;

@@ -41,7 +41,8 @@ _seldial_shortcut() {
   case $previous in
     --socket | --client | --config) _seldial_files "$word" ;;
     --hotkey | --delay | --test-copy) ;;
-    *) _seldial_words '--print --socket --client --settings --config --hotkey --delay --test-copy --help' "$word" ;;
+    *) _seldial_words '--print --socket --client --settings --config --hotkey --delay --test-copy --help
+      --version' "$word" ;;
   esac
 }
 

@@ -40,7 +40,8 @@ _seldial_shortcut() {
     '--hotkey[the shortcut to start with]:keys' \
     '--delay[how long the other application gets to copy]:milliseconds' \
     '--test-copy[show this text and type the shortcut there]:text' \
-    '--help[print a help text]'
+    '--help[print a help text]' \
+    '--version[print the version]'
 }
 
 case $service in

@@ -135,6 +135,35 @@ TEST_F(Launch, AStartThatCannotListenKeepsRunning) {
   terminate();
 }
 
+TEST_F(Launch, ArgumentsThatMakeNoSenseAreIgnored) {
+  std::vector<std::string> nonsense{"", "=", "nonsense", "--log", std::string(5000, '9')};
+  for (const char* const option : {"-log", "-jsonlog", "-help", "-changelog", "-showapi"}) {
+    for (const char* const rest : {"=", "=nonsense", "x", " -help", "=$(touch mark)"}) {
+      nonsense.push_back(std::string(option) + rest);
+    }
+  }
+  start(nonsense);
+  waitUntilListening();
+  EXPECT_THAT(answerTo("{}"), IsError("command tag not found"));
+  terminate();
+  const auto lines = process->restOfLines();
+  EXPECT_EQ(lines.size(), 8U + 2U) << "the banner and two answers";
+  EXPECT_EQ(process->errors(), "");
+}
+
+TEST_F(Launch, APathThatMakesNoSenseIsLogged) {
+  const std::string mark = directory.path("mark");
+  for (const auto& path : {std::string(), std::string("nonsense"), "$(touch " + mark + ");'\"",
+                           std::string(5000, '9'), "/" + std::string(5000, '9')}) {
+    SeldialProcess seldial({"-log", "dialerpipename=" + path, "clientpipename=" + path});
+    EXPECT_TRUE(seldial.waitForLine(" at path " + path + ".")) << path;
+    seldial.signal(SIGTERM);
+    EXPECT_EQ(seldial.wait(), 0);
+    EXPECT_EQ(seldial.errors(), "");
+  }
+  EXPECT_FALSE(std::filesystem::exists(mark));
+}
+
 TEST_F(Launch, APathMayHoldBlanksLineBreaksAndAnyLetters) {
   for (const char* name : {"a b", "a\nb", "zażółć 📞", "=", "-log", "\xff"}) {
     in = directory.path(name);

@@ -9,6 +9,7 @@
 #include "tests/support/desktop/Windows.h"
 #include "tests/support/desktop/XClient.h"
 #include "tests/support/desktop/XServer.h"
+#include "tests/ucclient/Nonsense.h"
 #include "tests/ucclient/RunningClient.h"
 #include "tests/ucclient/Softphone.h"
 
@@ -97,6 +98,20 @@ TEST_F(Chooser, TheClientAsksWhereNothingCanBeUndone) {
   (void)Windows(server_.display()).waitForFocus("seldial-choose");
   keyboard_.tap(kKeyReturn);
   EXPECT_EQ(phone.called(), "[+31201234567]");
+}
+
+TEST(ChooserOptions, TheVersionIsPrinted) {
+  ChildProcess process({SELDIAL_CHOOSER_PROGRAM, "--version"}, {"DISPLAY="});
+  EXPECT_EQ(process.readLine(), "seldial-choose " SELDIAL_VERSION);
+  EXPECT_EQ(process.wait(), 0);
+}
+
+TEST(ChooserOptions, NonsenseIsSaidAndEndsWithAStatus) {
+  const Nonsense nonsense(SELDIAL_CHOOSER_PROGRAM);
+  nonsense.tryAll(2);
+  nonsense.expectRefusal({});
+  nonsense.expectRefusal({"112"});
+  nonsense.expectRefusal({"-platform", "offscreen"});
 }
 
 TEST_F(Chooser, WithoutNumbersThereIsNoWindow) {

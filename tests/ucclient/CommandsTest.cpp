@@ -252,6 +252,17 @@ TEST(CommandLine, ListenPrintsEachMessage) {
   EXPECT_EQ(listener.wait(), 0);
 }
 
+TEST(CommandLine, SendNeedsNoConfigurationFile) {
+  const tests::TemporaryDirectory directory;
+  std::filesystem::create_directory(directory.path("seldial"));
+  std::ofstream(directory.path("seldial/seldial-uc.toml")) << "nonsense";
+  const tests::UcListener seldial(directory.path("in"));
+  tests::ChildProcess send({SELDIAL_UC, "send", directory.path("in")},
+                           {"XDG_CONFIG_HOME=" + directory.path("")});
+  EXPECT_EQ(send.wait(), 0);
+  EXPECT_EQ(seldial.nextMessage(), send.readLine());
+}
+
 TEST(CommandLine, CheckWithoutADesktopTellsSo) {
   const std::string output = outputOf({"check"});
   EXPECT_THAT(output, HasSubstr("wrong session        x11, DISPLAY is not set\n"));
@@ -268,7 +279,7 @@ TEST(CommandLine, NothingIsEnabledThatWouldNotDial) {
 
 TEST(CommandLine, NonsenseIsSaidAndDialsNothing) {
   const Nonsense nonsense(SELDIAL_UC);
-  nonsense.tryAll();
+  nonsense.tryAll(15);
   for (const char* const command : {"enable", "status", "reload", "press", "settings", "send",
                                     "raw", "listen", "check", "nonsense", "", "-x", "--"}) {
     nonsense.expectRefusal({command, "--nonsense"});
