@@ -40,8 +40,12 @@ const wl_callback_listener kSyncListener{
       *static_cast<bool*>(done) = true;
     }};
 
-/// Version 4 added keys to KWin's fake input, and a destructor to its window list.
-constexpr std::uint32_t kKWinVersion = 4;
+/// Version 4 added keys to KWin's fake input.
+constexpr std::uint32_t kFakeInputVersion = 4;
+
+/// Version 13 added the UUIDs of windows. A window that is requested by its number gets two objects
+/// with one ID in KWin 6, which sends events to both, also when the ID is another object's.
+constexpr std::uint32_t kPlasmaWindowsVersion = 13;
 
 /// KWin offers this to every program; other compositors do not.
 constexpr const char* kOnlyInKWin = "org_kde_plasma_shell";
@@ -100,9 +104,9 @@ void Display::globalAppeared(wl_registry* registry, std::uint32_t name, const ch
   bindFirst(extDataControl_, kExtDataControl, registry, global);
   bindFirst(wlrDataControl_, zwlr_data_control_manager_v1_interface, registry, global);
   bindFirst(virtualKeyboards_, zwp_virtual_keyboard_manager_v1_interface, registry, global);
-  bindFirst(fakeInput_, org_kde_kwin_fake_input_interface, registry, global, kKWinVersion);
+  bindFirst(fakeInput_, org_kde_kwin_fake_input_interface, registry, global, kFakeInputVersion);
   bindFirst(plasmaWindows_, org_kde_plasma_window_management_interface, registry, global,
-            kKWinVersion);
+            kPlasmaWindowsVersion);
   if (std::strcmp(interface, kOnlyInKWin) == 0) isKWin_ = true;
   if (std::strcmp(interface, zwlr_foreign_toplevel_manager_v1_interface.name) == 0) {
     toplevelsName_ = name;

@@ -55,14 +55,11 @@ using Proxy = org_kde_plasma_window;
 
 constexpr std::uint32_t kActive = 1;  ///< a bit of a window's state
 
-/// KWin describes a window once. KWin 6 describes it a second time, without a name and as closed. A
-/// closed window has only that description.
 struct Window {
-  std::uint32_t id = 0;
+  std::string uuid;
   Proxy* proxy = nullptr;
   std::string applicationId;
   std::uint32_t process = 0;
-  int descriptions = 0;
   bool active = false;
   bool gone = false;
 };
@@ -73,20 +70,23 @@ Window& window(void* data) {
 
 const org_kde_plasma_window_management_listener kManagerListener{
     [](void* /*data*/, Manager* /*manager*/, std::uint32_t /*state*/) {},
-    [](void* windows, Manager* /*manager*/, std::uint32_t id) {
-      static_cast<PlasmaWindows*>(windows)->appeared(id);
+    [](void* /*data*/, Manager* /*manager*/, std::uint32_t /*id*/) {},
+    [](void* /*data*/, Manager* /*manager*/, wl_array* /*ids*/) {},
+    [](void* /*data*/, Manager* /*manager*/, const char* /*uuids*/) {},
+    [](void* windows, Manager* /*manager*/, std::uint32_t /*id*/, const char* uuid) {
+      static_cast<PlasmaWindows*>(windows)->appeared(uuid);
     }};
 
 const org_kde_plasma_window_listener kWindowListener{
     [](void* /*data*/, Proxy* /*proxy*/, const char* /*title*/) {},
     [](void* data, Proxy* /*proxy*/, const char* id) { window(data).applicationId = id; },
     [](void* data, Proxy* /*proxy*/, std::uint32_t state) {
-      if (window(data).descriptions == 0) window(data).active = (state & kActive) != 0;
+      window(data).active = (state & kActive) != 0;
     },
     [](void* /*data*/, Proxy* /*proxy*/, std::int32_t /*desktop*/) {},
     [](void* /*data*/, Proxy* /*proxy*/, const char* /*icon*/) {},
-    [](void* data, Proxy* /*proxy*/) { window(data).gone = window(data).descriptions < 2; },
-    [](void* data, Proxy* /*proxy*/) { ++window(data).descriptions; },
+    [](void* data, Proxy* /*proxy*/) { window(data).gone = true; },
+    [](void* /*data*/, Proxy* /*proxy*/) {},
     [](void* /*data*/, Proxy* /*proxy*/, Proxy* /*parent*/) {},
     [](void* /*data*/, Proxy* /*proxy*/, std::int32_t /*x*/, std::int32_t /*y*/,
        std::uint32_t /*width*/, std::uint32_t /*height*/) {},
@@ -131,16 +131,17 @@ PlasmaWindows::PlasmaWindows(Display& display) : display_(display) {
 std::vector<std::string> PlasmaWindows::activeApplications() {
   display_.synchronise();
   std::list<Window> windows;  // its elements keep their addresses
-  for (const auto id : std::exchange(ids_, {})) {
+  for (auto& uuid : std::exchange(uuids_, {})) {
     auto& added = windows.emplace_back();
-    added.id = id;
-    added.proxy = org_kde_plasma_window_management_get_window(display_.plasmaWindows(), id);
+    added.proxy =
+        org_kde_plasma_window_management_get_window_by_uuid(display_.plasmaWindows(), uuid.c_str());
+    added.uuid = std::move(uuid);
     org_kde_plasma_window_add_listener(added.proxy, &kWindowListener, &added);
   }
   display_.synchronise();
   std::vector<std::string> active;
   for (auto& one : windows) {
-    if (!one.gone) ids_.push_back(one.id);
+    if (!one.gone) uuids_.push_back(std::move(one.uuid));
     if (one.active && !one.gone) {
       active.push_back(std::move(one.applicationId));
       active.push_back(processName(one.process));

@@ -26,7 +26,7 @@ using FocusedProgram = std::function<std::vector<std::string>()>;
 /// Finds the focused program under KWin.
 ///
 /// It only records that windows appear. Their details are requested when they are needed, so that
-/// nothing else wakes the program up. Main thread only.
+/// nothing wakes the program up but a new order of the windows. Main thread only.
 class PlasmaWindows {
  public:
   /// The display must outlive this object. If it offers no list of windows to this program,
@@ -41,11 +41,11 @@ class PlasmaWindows {
   [[nodiscard]] std::vector<std::string> activeApplications();
 
   // Called by libwayland.
-  void appeared(std::uint32_t id) { ids_.push_back(id); }
+  void appeared(const char* uuid) { uuids_.emplace_back(uuid); }
 
  private:
   Display& display_;
-  std::vector<std::uint32_t> ids_;  ///< of all windows, and of some that are closed
+  std::vector<std::string> uuids_;  ///< of all windows, and of those gone since the last request
 };
 
 }  // namespace seldial::platform::wayland

@@ -19,24 +19,24 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using tests::PlasmaWindowList;
 
-class PlasmaWindowsOf : public testing::TestWithParam<PlasmaWindowList::Version> {
+class PlasmaWindowsTest : public testing::Test {
  protected:
   tests::TemporaryDirectory directory_;
   const std::string path_ = directory_.path("wayland");
-  PlasmaWindowList list{path_, GetParam()};
+  PlasmaWindowList list{path_};
   linux_port::MainLoop loop_;
   Display display_{dup(tests::Peer::connectedTo(path_).fd), loop_, [] {}};
   PlasmaWindows windows{display_};
 };
 
-TEST_P(PlasmaWindowsOf, NamesTheProgramOfTheActiveWindow) {
+TEST_F(PlasmaWindowsTest, NamesTheProgramOfTheActiveWindow) {
   list.open(1, "org.test.editor");
   list.open(2, "foot");
   list.activate(2);
   EXPECT_THAT(windows.activeApplications(), ElementsAre("foot", ""));
 }
 
-TEST_P(PlasmaWindowsOf, NamesItAgainAfterTheUserWentElsewhere) {
+TEST_F(PlasmaWindowsTest, NamesItAgainAfterTheUserWentElsewhere) {
   list.open(1, "org.test.editor");
   list.open(2, "foot");
   list.activate(2);
@@ -45,12 +45,12 @@ TEST_P(PlasmaWindowsOf, NamesItAgainAfterTheUserWentElsewhere) {
   EXPECT_THAT(windows.activeApplications(), ElementsAre("org.test.editor", ""));
 }
 
-TEST_P(PlasmaWindowsOf, NamesNoneWhereNoWindowIsActive) {
+TEST_F(PlasmaWindowsTest, NamesNoneWhereNoWindowIsActive) {
   list.open(1, "foot");
   EXPECT_THAT(windows.activeApplications(), IsEmpty());
 }
 
-TEST_P(PlasmaWindowsOf, ForgetsWindowsThatAreGone) {
+TEST_F(PlasmaWindowsTest, ForgetsWindowsThatAreGone) {
   list.open(1, "foot");
   list.activate(1);
   list.close(1);
@@ -60,7 +60,7 @@ TEST_P(PlasmaWindowsOf, ForgetsWindowsThatAreGone) {
   EXPECT_THAT(windows.activeApplications(), ElementsAre("konsole", ""));
 }
 
-TEST_P(PlasmaWindowsOf, NamesTheProcessToo) {
+TEST_F(PlasmaWindowsTest, NamesTheProcessToo) {
   const std::string path = directory_.path("xterm");
   std::filesystem::copy_file("/bin/sleep", path);
   const tests::ChildProcess sleeper({path, "1000"});
@@ -70,13 +70,6 @@ TEST_P(PlasmaWindowsOf, NamesTheProcessToo) {
   list.activate(1);
   EXPECT_THAT(windows.activeApplications(), ElementsAre("debian-xterm", "xterm"));
 }
-
-INSTANTIATE_TEST_SUITE_P(KWin, PlasmaWindowsOf,
-                         testing::Values(PlasmaWindowList::Version::kFive,
-                                         PlasmaWindowList::Version::kSix),
-                         [](const auto& version) {
-                           return version.param == PlasmaWindowList::Version::kFive ? "5" : "6";
-                         });
 
 }  // namespace
 }  // namespace seldial::platform::wayland

@@ -8,14 +8,11 @@
 
 namespace seldial::tests {
 
-/// Serves one client.
+/// Serves one client. A client that requests a window by its number is disconnected: KWin 6 makes
+/// two objects with one ID for it.
 class PlasmaWindowList {
  public:
-  /// KWin 5 describes a window once. KWin 6 describes it a second time, without its state, and says
-  /// that it is gone.
-  enum class Version { kFive, kSix };
-
-  PlasmaWindowList(const std::string& socketPath, Version version);
+  explicit PlasmaWindowList(const std::string& socketPath);
 
   /// `process`: 0 for none.
   void open(std::uint32_t id, const std::string& applicationId, std::uint32_t process = 0);
@@ -25,10 +22,9 @@ class PlasmaWindowList {
 
   // Called by libwayland.
   void bind(wl_client* client, std::uint32_t id);
-  void describe(wl_resource* window, std::uint32_t id);
+  void describe(wl_resource* window, const std::string& uuid);
 
  private:
-  const Version version_;
   struct Window {
     std::string applicationId;
     std::uint32_t process = 0;
