@@ -7,7 +7,8 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <cstring>
+
+#include "platform/System.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -107,7 +108,7 @@ BusMessage Bus::newCall(const BusObject& object, const char* method) {
   const int result =
       sd_bus_message_new_method_call(bus_, &message, object.service.c_str(), object.path.c_str(),
                                      object.interface.c_str(), method);
-  if (result < 0) error_ = std::strerror(-result);
+  if (result < 0) error_ = errorText(-result);
   return BusMessage(message);
 }
 
@@ -116,7 +117,7 @@ BusMessage Bus::call(BusMessage message) {
   sd_bus_error error{};
   sd_bus_message* reply = nullptr;
   const int result = sd_bus_call(bus_, message.get(), 0, &error, &reply);
-  if (result < 0) error_ = error.message != nullptr ? error.message : std::strerror(-result);
+  if (result < 0) error_ = error.message != nullptr ? error.message : errorText(-result);
   sd_bus_error_free(&error);
   return BusMessage(reply);
 }
@@ -143,7 +144,7 @@ BusSlot Bus::addMatch(const std::string& rule, SignalHandler handler) {
   sd_bus_slot* slot = nullptr;
   const int result = sd_bus_add_match(bus_, &slot, rule.c_str(), handleSignal, owned.get());
   if (result < 0) {
-    error_ = std::strerror(-result);
+    error_ = errorText(-result);
     return nullptr;
   }
   // The slot owns the handler, and sd-bus keeps the slot while it calls the handler.
