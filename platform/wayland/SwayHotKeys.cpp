@@ -14,6 +14,12 @@
 namespace seldial::platform::wayland {
 namespace {
 
+/// How long a key counts as held if sway does not report its release.
+constexpr std::chrono::seconds kLongestPress{10};
+
+constexpr const char* kPressed = "pressed";
+constexpr const char* kReleased = "released";
+
 /// The command of a registration's bindings. It contains the process ID because every Seldial
 /// receives the events of all bindings.
 std::string commandOf(HotKeyRef ref, const char* what) {
@@ -58,6 +64,7 @@ SwayHotKeys::SwayHotKeys(std::unique_ptr<SwayConnection> commands,
                          linux_port::MainLoop& loop, SymbolsOfKey symbolsOfKey,
                          std::function<void()> connectionLost)
     : RegisteredHotKeys(loop),
+      loop_(loop),
       commands_(std::move(commands)),
       symbolsOfKey_(std::move(symbolsOfKey)),
       claims_(sharedRuntimeDirectory(), fileName(socketPath)),
@@ -65,8 +72,7 @@ SwayHotKeys::SwayHotKeys(std::unique_ptr<SwayConnection> commands,
           std::move(events), R"(["binding","workspace","mode"])", loop,
           [this](SwayEvent event, const std::string& content) { handle(event, content); },
           std::move(connectionLost)) {
-  modes_.insert(currentMode());
-  for (const auto& combination : claims_.takeAbandoned()) unbind(combination);
+  for (const auto& combination : claims_.takeAbandoned()) unbind(combination, {});
 }
 
 SwayHotKeys::~SwayHotKeys() {
@@ -80,9 +86,9 @@ std::optional<HotKeyRef> SwayHotKeys::registerHotKey(std::uint32_t keyCode, std:
                                     modifiers & linux_port::kHotKeyModifiers};
   auto claim = claims_.claim(combination.text());
   if (!claim || !isFree(combination)) return {};
-  auto registration = makeRegistration(hotKeyID, {combination, std::move(*claim)});
-  if (!bind(registration)) {
-    unbind(combination.text());
+  auto registration = makeRegistration(hotKeyID, {combination, std::move(*claim), {}});
+  if (!bind(registration, currentMode())) {
+    unbind(combination.text(), {});
     return {};
   }
   return add(std::move(registration));
@@ -103,32 +109,52 @@ bool SwayHotKeys::isFree(const SwayCombination& combination) {
   return !line;
 }
 
-/// Adds the bindings in the current binding mode.
-bool SwayHotKeys::bind(const Registration& registration) {
+/// Adds the bindings in `mode`, the current binding mode.
+bool SwayHotKeys::bind(Registration& registration, const std::string& mode) {
+  registration.modes.insert(mode);
   const std::string combination = registration.combination.text();
   return commands_->run("bindcode --no-warn --no-repeat " + combination + " " +
-                        commandOf(registration.ref, "pressed") + "; bindcode --no-warn --release " +
-                        combination + " " + commandOf(registration.ref, "released"));
+                        commandOf(registration.ref, kPressed) + "; bindcode --no-warn --release " +
+                        combination + " " + commandOf(registration.ref, kReleased));
 }
 
 void SwayHotKeys::unregisterHotKey(HotKeyRef ref) {
-  if (const auto taken = take(ref)) unbind(taken->combination.text());
+  waitForRelease();
+  if (const auto taken = take(ref)) unbind(taken->combination.text(), taken->modes);
 }
 
 void SwayHotKeys::unregisterAll() {
-  for (const auto& registration : registrations_) unbind(registration.combination.text());
+  if (registrations_.empty()) return;
+  if (waitForRelease()) {
+    for (const auto& registration : registrations_) {
+      unbind(registration.combination.text(), registration.modes);
+    }
+  }
   registrations_.clear();
 }
 
-/// Removes the bindings in every mode. sway removes bindings only from the current mode, so the
-/// other modes are entered for this, in a single message that cannot be interrupted.
-void SwayHotKeys::unbind(const std::string& combination) {
+/// sway crashes if a binding is removed while its key is held: the release uses the binding. If
+/// another key was pressed meanwhile, sway reports no release, and the binding can be removed after
+/// a while. False if the program must end at once.
+bool SwayHotKeys::waitForRelease() {
+  commands_->ask(SwayRequest::kGetBindingState);  // sway sends earlier events before its reply
+  events_.waitFor([this] { return !pressed_; }, pressed_.value_or(Clock::now()) + kLongestPress);
+  return !pressed_ || !loop_.interrupted();
+}
+
+/// Removes the bindings in the current mode and in `modes`. sway removes bindings only from the
+/// current mode, so the other modes are entered for this, in a single message that cannot be
+/// interrupted.
+void SwayHotKeys::unbind(const std::string& combination, const std::set<std::string>& modes) {
   const std::string current = currentMode();
   std::string commands = unbindCommands(combination);
-  for (const auto& mode : modes_) {
-    if (mode != current) commands += "; mode " + quoted(mode) + "; " + unbindCommands(combination);
+  bool left = false;
+  for (const auto& mode : modes) {
+    if (mode == current) continue;
+    commands += "; mode " + quoted(mode) + "; " + unbindCommands(combination);
+    left = true;
   }
-  if (modes_.size() > 1) commands += "; mode " + quoted(current);
+  if (left) commands += "; mode " + quoted(current);
   commands_->run(commands);  // a missing binding is not an error here
 }
 
@@ -151,25 +177,30 @@ std::vector<std::string> SwayHotKeys::focusedProgram() {
 void SwayHotKeys::handle(SwayEvent event, const std::string& content) {
   const auto value = readJSON(content);
   if (event == SwayEvent::kBinding) {
-    released(textIn(value, "command", "binding"));
+    used(textIn(value, "command", "binding"));
   } else if (event == SwayEvent::kMode) {
-    modes_.insert(textIn(value, "change"));
-    bindAllAgain();
+    bindWhereMissing();
   } else if (event == SwayEvent::kWorkspace && textIn(value, "change") == "reload") {
-    modes_ = {currentMode()};
-    bindAllAgain();
+    for (auto& registration : registrations_) registration.modes.clear();
+    bindWhereMissing();
   }
 }
 
-void SwayHotKeys::released(const std::string& command) {
+void SwayHotKeys::used(const std::string& command) {
   for (const auto& registration : registrations_) {
-    if (command == commandOf(registration.ref, "released")) postReleased(registration.hotKeyID);
+    if (command == commandOf(registration.ref, kPressed)) pressed_ = Clock::now();
+    if (command != commandOf(registration.ref, kReleased)) continue;
+    pressed_.reset();
+    postReleased(registration.hotKeyID);
   }
 }
 
-void SwayHotKeys::bindAllAgain() {
-  for (const auto& registration : registrations_) {
-    if (!isFree(registration.combination) || !bind(registration)) {
+/// Never replaces a binding, whose keys may be down; see waitForRelease().
+void SwayHotKeys::bindWhereMissing() {
+  const std::string mode = currentMode();
+  for (auto& registration : registrations_) {
+    if (registration.modes.contains(mode)) continue;
+    if (!isFree(registration.combination) || !bind(registration, mode)) {
       printError("seldial: the hot key cannot be had under the new configuration");
     }
   }

@@ -26,6 +26,7 @@ using SymbolsOfKey = std::function<HasSymbol(std::uint32_t key)>;
 struct SwayHotKey {
   SwayCombination combination;
   HotKeyClaim claim;
+  std::set<std::string> modes;  ///< the binding modes that have its bindings
 };
 
 /// Main thread only.
@@ -55,19 +56,23 @@ class SwayHotKeys final : public linux_port::RegisteredHotKeys<SwayHotKey> {
   [[nodiscard]] std::vector<std::string> focusedProgram();
 
  private:
+  using Clock = std::chrono::steady_clock;
+
   [[nodiscard]] bool isFree(const SwayCombination& combination);
-  bool bind(const Registration& registration);
-  void bindAllAgain();
-  void unbind(const std::string& combination);
+  bool bind(Registration& registration, const std::string& mode);
+  void bindWhereMissing();
+  void unbind(const std::string& combination, const std::set<std::string>& modes);
+  bool waitForRelease();
   void handle(SwayEvent event, const std::string& content);
-  void released(const std::string& command);
+  void used(const std::string& command);
   [[nodiscard]] std::string currentMode();
   [[nodiscard]] std::string answer(SwayRequest request, const char* key);
 
+  linux_port::MainLoop& loop_;
   const std::unique_ptr<SwayConnection> commands_;
   const SymbolsOfKey symbolsOfKey_;
   HotKeyClaims claims_;
-  std::set<std::string> modes_;  ///< in which there may be bindings of ours
+  std::optional<Clock::time_point> pressed_;  ///< of a hot key whose release was not reported
   SwayEvents events_;
 };
 

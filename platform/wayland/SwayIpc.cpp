@@ -175,6 +175,19 @@ SwayEvents::~SwayEvents() {
   if (watched_) loop_.unwatch(*this);
 }
 
+bool SwayEvents::waitFor(const std::function<bool()>& condition,
+                         std::chrono::steady_clock::time_point deadline) {
+  for (handleArrived(); !condition(); handleArrived()) {
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    if (left.count() <= 0 || connection_->closed() || loop_.interrupted()) return false;
+    std::array<pollfd, 2> sources{
+        {{connection_->descriptor(), POLLIN, 0}, {loop_.interruption(), POLLIN, 0}}};
+    poll(sources.data(), sources.size(), static_cast<int>(left.count()));
+  }
+  return true;
+}
+
 void SwayEvents::readable() {
   handleArrived();
   if (!connection_->closed() || !std::exchange(watched_, false)) return;

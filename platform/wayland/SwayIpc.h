@@ -89,6 +89,11 @@ class SwayEvents final : public linux_port::EventSource {
   SwayEvents(const SwayEvents&) = delete;
   SwayEvents& operator=(const SwayEvents&) = delete;
 
+  /// Handles events until `condition` holds. False at the deadline, at the end of the connection,
+  /// and when the loop is interrupted.
+  bool waitFor(const std::function<bool()>& condition,
+               std::chrono::steady_clock::time_point deadline);
+
   [[nodiscard]] int descriptor() const override { return connection_->descriptor(); }
   void readable() override;
   void willWait() override { handleArrived(); }

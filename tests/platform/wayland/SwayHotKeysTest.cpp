@@ -4,6 +4,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <future>
 
 #include "tests/platform/wayland/WaylandPort.h"
 #include "tests/support/Waiting.h"
@@ -154,6 +155,32 @@ TEST_F(SwayHotKeysTest, ItWorksInEveryBindingModeAndLeavesNothingInThem) {
   const auto keys = editor.keys();
   EXPECT_THAT(std::vector(keys.begin() + static_cast<std::ptrdiff_t>(before), keys.end()),
               ElementsAre(kFreeD, EditorKey{KEY_ENTER, 0}, kFreeD, EditorKey{KEY_ENTER, 0}));
+}
+
+// sway crashes when the binding of a key that is down is removed.
+TEST_F(SwayHotKeysTest, ACombinationWhoseKeysAreDownIsGivenBackOnceTheyAreUp) {
+  const auto ref = port->registerHotKey(kVK_ANSI_D, kControlAlt, 7);
+  ASSERT_TRUE(ref);
+  keyboard.press(kControlAltKeys);
+  keyboard.press({KEY_D});
+  std::promise<void> begun;
+  const auto given = std::async(std::launch::async, [&] {
+    port->call([&] {
+      begun.set_value();
+      port->hotKeys().unregisterHotKey(*ref);
+    });
+  });
+  begun.get_future().wait();
+  for (int i = 0; i < 5; ++i) ASSERT_TRUE(sway.run("nop"));  // the bindings could be gone by now
+  keyboard.release({KEY_D});
+  keyboard.release(kControlAltKeys);
+  given.wait();
+  port->waitForReleases(1);
+  EXPECT_THAT(port->releases(), ElementsAre(7));
+  EXPECT_TRUE(sway.run("nop"));
+  EXPECT_TRUE(port->registerHotKey(kVK_ANSI_D, kControlAlt, 8));
+  useHotKey();
+  port->waitForReleases(2);
 }
 
 TEST_F(SwayHotKeysTest, TheEndOfTheCompositorIsToldOnce) {
