@@ -41,6 +41,9 @@ const zwlr_data_control_source_v1_listener kSourceListener{
        std::int32_t pipe) { close(pipe); },
     [](void* data, zwlr_data_control_source_v1* source) { self(data).sourceCancelled(source); }};
 
+const wl_callback_listener kTakenListener{
+    [](void* data, wl_callback* /*callback*/, std::uint32_t /*serial*/) { self(data).taken(); }};
+
 }  // namespace
 
 DataControl::DataControl(Display& display)
@@ -55,22 +58,28 @@ DataControl::~DataControl() {
   if (device_) zwlr_data_control_device_v1_destroy(device_.release());
 }
 
-bool DataControl::takeEmpty() {
+void DataControl::takeEmpty() {
   taken_ = false;
-  if (!device_) return false;
+  if (!device_) return;
   // The previous source, if any, is then cancelled and destroyed.
   empty_ = zwlr_data_control_manager_v1_create_data_source(display_.dataControl());
   zwlr_data_control_source_v1_add_listener(empty_, &kSourceListener, this);
   zwlr_data_control_source_v1_offer(empty_, kEmptyClipboardType);
   zwlr_data_control_device_v1_set_selection(device_.get(), empty_);
-  // All clipboard changes up to our own are reported before this returns.
-  taken_ = display_.synchronise() && empty_ != nullptr && device_ != nullptr;
+  taking_ = display_.requestCallback();
+  wl_callback_add_listener(taking_.get(), &kTakenListener, this);
+  display_.willWait();
+}
+
+/// All clipboard changes up to our own have been reported.
+void DataControl::taken() {
+  taking_.reset();
+  taken_ = empty_ != nullptr && device_ != nullptr;
   changed_ = false;
-  return taken_;
 }
 
 std::optional<std::string> DataControl::copiedText() {
-  if (!taken_ || !display_.synchronise()) return {};
+  if (!display_.synchronise() || !taken_) return {};
   const bool copied = empty_ == nullptr && changed_ && clipboard_ != nullptr;
   if (!copied || offers_[clipboard_] == std::size(kTextTypes)) return {};
   return receive(kTextTypes[offers_[clipboard_]]);
@@ -80,8 +89,8 @@ std::optional<std::string> DataControl::receive(const char* type) {
   std::array<int, 2> pipe{};
   if (pipe2(pipe.data(), O_CLOEXEC) == -1) return {};
   zwlr_data_control_offer_v1_receive(clipboard_, type, pipe[1]);
-  display_.synchronise();  // the descriptor has been sent
-  close(pipe[1]);
+  close(pipe[1]);  // libwayland sends a duplicate
+  display_.willWait();
   auto text = readClipboardText(pipe[0]);
   close(pipe[0]);
   return text;

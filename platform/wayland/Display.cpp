@@ -122,7 +122,7 @@ zwlr_foreign_toplevel_manager_v1* Display::bindToplevels() {
 bool Display::synchronise() {
   if (lost_) return false;
   bool done = false;
-  const Owned<wl_callback> callback(wl_display_sync(display_));
+  const auto callback = requestCallback();
   wl_callback_add_listener(callback.get(), &kSyncListener, &done);
   const auto deadline = Clock::now() + kPatience;
   for (auto now = Clock::now(); !done && !lost_ && now < deadline; now = Clock::now()) {

@@ -68,6 +68,11 @@ class Display final : public linux_port::EventSource {
   /// The list of windows, which the compositor sends after each bind; null if it offers none.
   [[nodiscard]] zwlr_foreign_toplevel_manager_v1* bindToplevels();
 
+  /// Its event arrives once the compositor has executed every request so far.
+  [[nodiscard]] Owned<wl_callback> requestCallback() {
+    return Owned<wl_callback>(wl_display_sync(display_));
+  }
+
   /// Returns once the compositor has executed every request so far and all events that it sent
   /// before have been handled. False if it does not answer in time or the connection is lost.
   bool synchronise();
