@@ -5,10 +5,12 @@
 #include <functional>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include "bench/Figures.h"
 #include "bench/Program.h"
 #include "tests/support/desktop/XServer.h"
+#include "tests/support/wayland/Sway.h"
 
 namespace seldial::bench {
 namespace {
@@ -17,7 +19,8 @@ constexpr double kKilobyte = 1024;
 constexpr double kMegabyte = 1024 * 1024;
 
 constexpr std::chrono::seconds kIdleTime{20};
-constexpr double kLimitIdleMegabytes = 1.5;
+constexpr double kLimitIdleMegabytesOnX11 = 1.5;
+constexpr double kLimitIdleMegabytesOnSway = 2;
 
 constexpr int kWarmUp = 5000;
 constexpr int kCommands = 20000;
@@ -44,6 +47,30 @@ void registerHotKey(const UcClient& client) {
 
 void askTimes(const UcClient& client, int times) {
   for (int i = 0; i < times; ++i) static_cast<void>(client.ask(R"({"command":"x"})"));
+}
+
+std::vector<Row> idleOn(const std::string& name, const std::vector<std::string>& desktop,
+                        double limitMegabytes) {
+  const Measured ours(seldial(), desktop);
+  const UcClient floorClient;
+  const Program floor(listenAndWait()(floorClient));
+  registerHotKey(ours.client);
+  floor.settle();
+  ours.program.settle();
+
+  const long oursBefore = ours.program.wakeUps();
+  const long floorBefore = floor.wakeUps();
+  std::this_thread::sleep_for(kIdleTime);
+  const long oursWoken = ours.program.wakeUps() - oursBefore;
+  const long floorWoken = floor.wakeUps() - floorBefore;
+
+  const double oursMemory = ours.program.uniqueMemory() / kMegabyte;
+  const double floorMemory = floor.uniqueMemory() / kMegabyte;
+  return {{text("wake-ups in 20 s, idle, %s", name.c_str()), text("%ld", oursWoken),
+           text("%ld", floorWoken), "0", oursWoken == 0},
+          {text("unique memory, idle, %s", name.c_str()), text("%.2f MB", oursMemory),
+           text("%.2f MB", floorMemory), text("%.1f MB", limitMegabytes),
+           oursMemory <= limitMegabytes}};
 }
 
 double growthPerCommand(const Measured& measured) {
@@ -163,25 +190,12 @@ Row peakRow(const Measured& measured, const Content& content) {
 
 std::vector<Row> idle() {
   const tests::XServer server;
-  const Measured ours(seldial(), server.display());
-  const UcClient floorClient;
-  const Program floor(listenAndWait()(floorClient));
-  registerHotKey(ours.client);
-  floor.settle();
-  ours.program.settle();
-
-  const long oursBefore = ours.program.wakeUps();
-  const long floorBefore = floor.wakeUps();
-  std::this_thread::sleep_for(kIdleTime);
-  const long oursWoken = ours.program.wakeUps() - oursBefore;
-  const long floorWoken = floor.wakeUps() - floorBefore;
-
-  const double oursMemory = ours.program.uniqueMemory() / kMegabyte;
-  const double floorMemory = floor.uniqueMemory() / kMegabyte;
-  return {{"wake-ups in 20 s, idle", text("%ld", oursWoken), text("%ld", floorWoken), "0",
-           oursWoken == 0},
-          {"unique memory, idle, X11", text("%.2f MB", oursMemory), text("%.2f MB", floorMemory),
-           text("%.1f MB", kLimitIdleMegabytes), oursMemory <= kLimitIdleMegabytes}};
+  const tests::Sway sway;
+  auto rows = idleOn("X11", {server.environment()}, kLimitIdleMegabytesOnX11);
+  for (auto& row : idleOn("sway", sway.environment(), kLimitIdleMegabytesOnSway)) {
+    rows.push_back(std::move(row));
+  }
+  return rows;
 }
 
 std::vector<Row> growth() {

@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstring>
@@ -19,15 +20,18 @@
 namespace seldial::bench {
 namespace {
 
-std::vector<std::string> environmentWith(const std::string& display) {
-  std::vector<std::string> result;
+/// The environment of this process, with a desktop in place of its own.
+std::vector<std::string> environmentWith(const std::vector<std::string>& desktop) {
+  std::vector<std::string> result = desktop;
   for (char** entry = environ; *entry != nullptr; ++entry) {
     const std::string_view variable = *entry;
-    const bool desktop =
-        variable.starts_with("DISPLAY=") || variable.starts_with("WAYLAND_DISPLAY=");
-    if (!desktop) result.emplace_back(*entry);
+    const auto name = variable.substr(0, variable.find('=') + 1);
+    const bool replaced =
+        name == "DISPLAY=" || name == "WAYLAND_DISPLAY=" || name == "SWAYSOCK=" ||
+        std::any_of(desktop.begin(), desktop.end(),
+                    [&](const std::string& other) { return other.starts_with(name); });
+    if (!replaced) result.emplace_back(variable);
   }
-  if (!display.empty()) result.push_back("DISPLAY=" + display);
   return result;
 }
 
@@ -59,8 +63,8 @@ CommandLine floorProgram(const std::string& name, const std::string& argument) {
 
 }  // namespace
 
-Program::Program(std::vector<std::string> command, const std::string& display) {
-  auto environment = environmentWith(display);
+Program::Program(std::vector<std::string> command, const std::vector<std::string>& desktop) {
+  auto environment = environmentWith(desktop);
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
@@ -130,15 +134,15 @@ CommandLine listenAndWait() {
   };
 }
 
-CommandLine bareDial(unsigned keyCode, unsigned delay) {
+CommandLine bareDial(const std::string& floor, unsigned keyCode, unsigned delay) {
   return [=](const UcClient& client) {
-    return std::vector<std::string>{SELDIAL_FLOORS "/dial", client.clientSocket(),
+    return std::vector<std::string>{std::string(SELDIAL_FLOORS "/") + floor, client.clientSocket(),
                                     std::to_string(keyCode), std::to_string(delay)};
   };
 }
 
-Measured::Measured(const CommandLine& commandLine, const std::string& display)
-    : watch_(client.watch()), program(commandLine(client), display) {
+Measured::Measured(const CommandLine& commandLine, const std::vector<std::string>& desktop)
+    : watch_(client.watch()), program(commandLine(client), desktop) {
   client.awaitListening(watch_);
   if (client.receive().empty()) throw std::runtime_error("a measured program does not answer");
 }

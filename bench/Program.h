@@ -16,8 +16,9 @@ namespace seldial::bench {
 /// std::runtime_error if it cannot be started.
 class Program {
  public:
-  /// `display` may be empty for no display.
-  explicit Program(std::vector<std::string> command, const std::string& display = {});
+  /// `desktop` holds the variables of the desktop session, such as "DISPLAY=:1". It may be empty
+  /// for no desktop.
+  explicit Program(std::vector<std::string> command, const std::vector<std::string>& desktop = {});
   ~Program();
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
@@ -49,12 +50,13 @@ using CommandLine = std::function<std::vector<std::string>(const UcClient&)>;
 CommandLine seldial(const std::string& program = {});
 CommandLine threadPerConnection(std::size_t answerLength);
 CommandLine listenAndWait();
-CommandLine bareDial(unsigned keyCode, unsigned delay);
+/// `floor` is that of the desktop: "dial" or "dial_sway".
+CommandLine bareDial(const std::string& floor, unsigned keyCode, unsigned delay);
 
 /// A program that answers commands, with its own UC client. Ready after construction.
 class Measured {
  public:
-  explicit Measured(const CommandLine& commandLine, const std::string& display = {});
+  explicit Measured(const CommandLine& commandLine, const std::vector<std::string>& desktop = {});
 
   const UcClient client;
 
