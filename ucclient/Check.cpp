@@ -18,6 +18,7 @@
 #include "client/Protocol.h"
 #include "platform/System.h"
 #include "ucclient/Commands.h"
+#include "ucclient/Compositor.h"
 #include "ucclient/Options.h"
 #include "ucclient/Places.h"
 #include "ucclient/Trial.h"
@@ -158,6 +159,14 @@ constexpr const char* kNotFound = "no-number-is-found";
 constexpr const char* kEnded = "seldial-ends";
 constexpr const char* kNotDialled = "seldial-uc-does-not-dial";
 
+/// Seldial itself says on standard error what that compositor lacks.
+void tellCompositor(Report& report, const std::optional<std::string>& compositor) {
+  report.tell(compositor.has_value(), "compositor",
+              compositor ? *compositor + ": " + mechanismUnder(*compositor)
+                         : "none answers at WAYLAND_DISPLAY, so Seldial uses DISPLAY",
+              kRefused);
+}
+
 void checkSession(Report& report) {
   const std::string type = variable("XDG_SESSION_TYPE");
   const std::string display = variable("DISPLAY");
@@ -168,6 +177,7 @@ void checkSession(Report& report) {
   if (!wayland.empty()) text += ", WAYLAND_DISPLAY " + wayland;
   text += display.empty() ? ", DISPLAY is not set" : ", DISPLAY " + display;
   report.tell(!display.empty() || !wayland.empty(), "session", text, kRefused);
+  if (!wayland.empty()) tellCompositor(report, compositorAt(wayland));
   report.tell(!variable("DBUS_SESSION_BUS_ADDRESS").empty() || !variable("XDG_RUNTIME_DIR").empty(),
               "notifications", "over the session bus", kNotDialled);
 }

@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,6 +11,8 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+
+#include "platform/SocketOwner.h"
 
 namespace seldial::platform {
 namespace {
@@ -69,6 +72,22 @@ bool endWithParent(pid_t parent) {
 
 const char* uriOpener() {
   return "xdg-open";
+}
+
+std::optional<pid_t> socketOwner(const std::string& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (path.size() >= sizeof address.sun_path) return std::nullopt;
+  std::memcpy(address.sun_path, path.c_str(), path.size());
+  const int connection = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (connection == -1) return std::nullopt;
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  const bool known =
+      connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+      getsockopt(connection, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0;
+  close(connection);
+  return known ? std::optional(peer.pid) : std::nullopt;
 }
 
 }  // namespace seldial::platform

@@ -12,6 +12,8 @@
 #include <cstring>
 #include <mutex>
 
+#include "platform/SocketOwner.h"
+
 namespace seldial::platform {
 namespace {
 
@@ -161,6 +163,10 @@ bool endWithParent(pid_t /*parent*/) {
 
 const char* uriOpener() {
   return "/usr/bin/open";
+}
+
+std::optional<pid_t> socketOwner(const std::string& /*path*/) {
+  return std::nullopt;
 }
 
 }  // namespace seldial::platform

@@ -1,6 +1,7 @@
 // The commands of the client, some with a running client.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 
 #include <cctype>
 #include <csignal>
@@ -11,6 +12,7 @@
 #include <set>
 
 #include "tests/support/Sockets.h"
+#include "tests/support/TemporaryDirectory.h"
 #include "tests/support/Waiting.h"
 #include "tests/support/desktop/Keyboard.h"
 #include "tests/support/desktop/Keys.h"
@@ -161,6 +163,24 @@ TEST_F(Commands, CheckAsksGnomeForNoSecondHotKey) {
   EXPECT_THAT(client_.outputOf({"check", "--config", file_},
                                {"WAYLAND_DISPLAY=nowhere", "XDG_CURRENT_DESKTOP=Debian:GNOME"}),
               HasSubstr("\nok    copy           not tried: GNOME would ask about a hot key"));
+}
+
+TEST_F(Commands, CheckNamesTheCompositorAndItsMechanism) {
+  const tests::TemporaryDirectory directory;
+  const std::string path = directory.path("wayland");
+  const auto outputWith = [&](const std::string& sway) {
+    return client_.outputOf({"check", "--config", file_, "--seldial", "/nowhere/seldial"},
+                            {"WAYLAND_DISPLAY=" + path, sway});
+  };
+  EXPECT_THAT(outputWith("SWAYSOCK"), HasSubstr("\nwrong compositor     none answers"));
+  const auto compositor = tests::Peer::listeningAt(path);
+  EXPECT_THAT(outputWith("SWAYSOCK"),
+              ContainsRegex("\nok    compositor     seldial_.*: no hot key"));
+  EXPECT_THAT(outputWith("SWAYSOCK=/nowhere"), HasSubstr(": hot key by bindings over SWAYSOCK"));
+  ASSERT_EQ(prctl(PR_SET_NAME, "kwin_wayland_wr"), 0);
+  EXPECT_THAT(outputWith("SWAYSOCK"),
+              HasSubstr("\nok    compositor     kwin_wayland_wr: hot key by Plasma's global"));
+  ASSERT_EQ(prctl(PR_SET_NAME, "seldial_uc_test"), 0);
 }
 
 TEST_F(Commands, CheckTellsWhatIsWrong) {
