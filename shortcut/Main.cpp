@@ -68,6 +68,7 @@ bool isOurs(const HotKey& hotKey) {
 int show(ShortcutWindow& window, const ShortcutOptions& options) {
   window.setOurs(
       {isOurs, [](std::function<void()> used) { return HotKeyTrial::start(std::move(used)); }});
+  if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) window.tellOfWayland();
   window.begin(options.hotKey, options.delay.value_or(kUsualDelay));
   QObject::connect(&window, &QDialog::finished, &window,
                    [](int result) { QCoreApplication::exit(result == QDialog::Accepted ? 0 : 1); });

@@ -280,8 +280,16 @@ void ShortcutWindow::showState() {
                  tr("If that program is Seldial, keep it. Otherwise record another one."));
   } else {
     panel_->tell(Kind::kPlain, tr("Try it here"),
-                 tr("Press the shortcut and release it: this panel lights up."));
+                 asFarAsKnown(tr("Press the shortcut and release it: this panel lights up.")));
   }
+}
+
+/// On Xwayland the window gets what the compositor passes on, which is no sign that Seldial gets it
+/// as a global shortcut.
+QString ShortcutWindow::asFarAsKnown(const QString& text) const {
+  if (!onWayland_) return text;
+  return text + QLatin1Char(' ') +
+         tr("On Wayland that is no sign that the desktop grants it: Seldial reports that later.");
 }
 
 }  // namespace seldial

@@ -48,6 +48,9 @@ class ShortcutWindow : public QDialog {
   /// key.
   void setOurs(Ours ours) { ours_ = std::move(ours); }
 
+  /// Says in the window what it cannot know in a Wayland session. Call this before begin().
+  void tellOfWayland() { onWayland_ = true; }
+
   /// Sets the initial shortcut and delay. Call this before the window is shown.
   void begin(const std::optional<HotKey>& hotKey, std::uint16_t delay);
 
@@ -77,6 +80,7 @@ class ShortcutWindow : public QDialog {
   void showAll();
   void showShortcut();
   void showState();
+  [[nodiscard]] QString asFarAsKnown(const QString& text) const;
 
   const platform::KeyboardPorts keyboard_;
   const Deliver deliver_;
@@ -93,6 +97,7 @@ class ShortcutWindow : public QDialog {
   StatusPanel* panel_;
   QPushButton* accept_ = nullptr;
   KeyRepeats repeats_;
+  bool onWayland_ = false;
   ShortcutTrial trial_;
   ShortcutState state_ = ShortcutState::kUnknown;
   std::optional<std::string> failure_;  ///< of the last delivery, until something changes

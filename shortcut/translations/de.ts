@@ -422,5 +422,9 @@
         <source>Press the shortcut and release it: this panel lights up.</source>
         <translation>Drücken Sie das Tastenkürzel und lassen Sie es los: Dieses Feld leuchtet auf.</translation>
     </message>
+    <message>
+        <source>On Wayland that is no sign that the desktop grants it: Seldial reports that later.</source>
+        <translation>Unter Wayland ist das kein Zeichen, dass der Desktop es gewährt: Das meldet Seldial später.</translation>
+    </message>
 </context>
 </TS>

@@ -422,5 +422,9 @@
         <source>Press the shortcut and release it: this panel lights up.</source>
         <translation>Pulse el atajo y suéltelo: este panel se ilumina.</translation>
     </message>
+    <message>
+        <source>On Wayland that is no sign that the desktop grants it: Seldial reports that later.</source>
+        <translation>En Wayland eso no indica que el escritorio lo conceda: Seldial lo comunica después.</translation>
+    </message>
 </context>
 </TS>

@@ -422,5 +422,9 @@
         <source>Press the shortcut and release it: this panel lights up.</source>
         <translation>Appuyez sur le raccourci puis relâchez : ce panneau s’allume.</translation>
     </message>
+    <message>
+        <source>On Wayland that is no sign that the desktop grants it: Seldial reports that later.</source>
+        <translation>Sous Wayland, cela n’indique pas que le bureau l’accorde : Seldial le signale ensuite.</translation>
+    </message>
 </context>
 </TS>

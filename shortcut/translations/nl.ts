@@ -422,5 +422,9 @@
         <source>Press the shortcut and release it: this panel lights up.</source>
         <translation>Druk de sneltoets in en laat los: dit vak licht op.</translation>
     </message>
+    <message>
+        <source>On Wayland that is no sign that the desktop grants it: Seldial reports that later.</source>
+        <translation>Onder Wayland is dat geen teken dat het bureaublad hem toekent: dat meldt Seldial later.</translation>
+    </message>
 </context>
 </TS>

@@ -422,5 +422,9 @@
         <source>Press the shortcut and release it: this panel lights up.</source>
         <translation>Naciśnij skrót i puść: to pole się zaświeci.</translation>
     </message>
+    <message>
+        <source>On Wayland that is no sign that the desktop grants it: Seldial reports that later.</source>
+        <translation>W sesji Wayland nie oznacza to, że pulpit go przydzieli: Seldial zgłasza to później.</translation>
+    </message>
 </context>
 </TS>

@@ -60,6 +60,16 @@ TEST_F(ShortcutWindowTest, ARecordedShortcutLightsUpWhenItIsReleasedAndGoesOutAg
   EXPECT_TRUE(says("Try it here"));
 }
 
+TEST_F(ShortcutWindowTest, OnWaylandItSaysWhatItCannotKnow) {
+  const auto detail = [this] { return status()->accessibleDescription().toStdString(); };
+  open(controlAltD());
+  EXPECT_THAT(detail(), testing::Not(testing::HasSubstr("Wayland")));
+  window->tellOfWayland();
+  window->begin(controlAltD(), 500);
+  EXPECT_THAT(detail(),
+              testing::HasSubstr("On Wayland that is no sign that the desktop grants it"));
+}
+
 TEST_F(ShortcutWindowTest, AShortcutThatIsHeldForAWhileLightsUpToo) {
   open(controlAltD());
   keyboard.press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
