@@ -42,6 +42,7 @@ class KWin(Session):
     name = "KWin"
     packages = "kwin-wayland kwin-common xwayland"
     user_target = "seldial_kwin_user"
+    options = ("--no-lockscreen",)
 
     def start(self):
         user = self.copy(ROOT / f"build/{self.preset}/tests/desktops/seldial_kwin_user")
@@ -54,7 +55,7 @@ class KWin(Session):
         self.write("x11.sh", f"env > {self.directory}/x11.part; mv {self.directory}/x11.part {self.directory}/x11")
         os.makedirs("/tmp/.X11-unix", mode=0o1777, exist_ok=True)
         self.process = self.run([compositor, "--virtual", "--width", "1280", "--height", "800",
-                                 "--no-lockscreen", "--xwayland", "--socket", "wayland-0",
+                                 *self.options, "--xwayland", "--socket", "wayland-0",
                                  f"sh {self.directory}/x11.sh"],
                                 KWIN_COMPOSE="Q", LANG="C.UTF-8", env_without=["XDG_CURRENT_DESKTOP"])
         if not eventually(lambda: os.path.exists(self.directory + "/wayland-0"), 30):
@@ -62,6 +63,7 @@ class KWin(Session):
         self.environment["WAYLAND_DISPLAY"] = "wayland-0"
         if not eventually(lambda: self.owns("org.kde.kglobalaccel"), 30):
             raise RuntimeError("KWin offers no global shortcuts")
+        self.x11()  # everything is there
         time.sleep(2)  # it has read the .desktop files
         self.user = self.run([user], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
 
@@ -86,7 +88,7 @@ class KWin(Session):
 
     def x11(self):
         """Variables of programs on Xwayland."""
-        if not eventually(lambda: os.path.exists(self.directory + "/x11")):
+        if not eventually(lambda: os.path.exists(self.directory + "/x11"), 60):
             raise RuntimeError("no Xwayland")
         lines = Path(self.directory, "x11").read_text(encoding="utf-8").splitlines()
         return dict(line.split("=", 1) for line in lines if line.startswith(("DISPLAY=", "XAUTHORITY=")))

@@ -159,7 +159,7 @@ class Seldial:
     def __init__(self, session):
         self.session = session
         self.pipe = session.directory + "/seldial-commands"
-        self.lines = queue.Queue()
+        self.lines, self.seen = queue.Queue(), []
         self.process = session.run([session.program, "-log", "dialerpipename=" + self.pipe],
                                    stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         self.thread = threading.Thread(target=self._read, daemon=True)
@@ -168,6 +168,7 @@ class Seldial:
 
     def _read(self):
         for line in self.process.stdout:
+            self.seen.append(line)
             self.lines.put((time.monotonic(), line.rstrip("\n")))
 
     def expect(self, *parts, limit=20):

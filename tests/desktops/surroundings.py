@@ -1,0 +1,98 @@
+"""Clipboard managers beside Seldial, and a lock screen, for scripts/test-desktops."""
+import json
+import os
+import subprocess
+import time
+
+from kwin import KWin
+from session import Seldial, Window, eventually
+
+USE = "+ctrl +alt +d 30 -d 20 -alt -ctrl"
+OLDER = "older text"
+
+
+def klipper(desktop):
+    return desktop.call("gdbus", "call", "--session", "--dest", "org.kde.klipper", "--object-path", "/klipper",
+                        "--method", "org.kde.klipper.klipper.getClipboardHistoryMenu")
+
+
+def clipman(desktop):
+    path = desktop.directory + "/clipman.json"
+    if not os.path.exists(path):
+        return ""
+    with open(path, encoding="utf-8") as file:
+        return repr(tuple(reversed(json.load(file))))
+
+
+def copyq(desktop):
+    return repr(tuple(text for text in (desktop.call("copyq", "read", str(place)) for place in range(9)) if text))
+
+
+# Their commands, and functions that return what they keep, the newest first.
+MANAGERS = {
+    "klipper": ("klipper", klipper),  # Plasma 6 has it in its panel only
+    "clipman": ("wl-paste --type text --watch clipman --histpath {dir}/clipman.json store", clipman),
+    "copyq": ("copyq", copyq),
+}
+
+
+def clipboard_managers(desktop, seldial, report):
+    """They neither fill an empty clipboard with an old text nor keep more than what was copied."""
+    for name, (command, history) in MANAGERS.items():
+        if subprocess.run(["which", name], stdout=subprocess.DEVNULL).returncode != 0:
+            print(f"{desktop.name:8} {name}: not tried, it is not installed")
+            continue
+        manager = desktop.run(command.format(dir=desktop.directory).split(), start_new_session=True,
+                              QT_QPA_PLATFORM="wayland")
+
+        def keeps_older_text():
+            desktop.call("wl-copy", OLDER)
+            return eventually(lambda: OLDER in history(desktop), 2)
+
+        report.tell(f"{name}: runs", eventually(keeps_older_text, 30), True)
+        window = Window(desktop, "gtk3")
+        for selection, texts in (("none", [None] * 3), ("all", [window.copied] * 5), ("none", [None] * 3)):
+            window.ask(selection)
+            got = []
+            for _ in texts:
+                desktop.keys(USE)
+                got.append(seldial.result()[1])
+                time.sleep(0.5)  # the manager acts
+            report.tell(f"{name}: {'selected' if selection == 'all' else 'nothing selected'}", got, texts)
+        kept = history(desktop)
+        report.tell(f"{name}: keeps what was copied, once",
+                    (kept.count(window.copied), kept.count(OLDER), kept.count("'") // 2), (1, 1, 2))
+        window.close()
+        desktop.end_group(manager)
+
+
+class LockingKWin(KWin):
+    """With the lock screen of Plasma."""
+
+    options = ()
+
+    def lock(self):
+        """Returns whether the screen is locked."""
+        for method in ("Lock", "GetActive"):
+            answer = self.call("gdbus", "call", "--session", "--dest", "org.freedesktop.ScreenSaver", "--object-path",
+                               "/ScreenSaver", "--method", "org.freedesktop.ScreenSaver." + method)
+        return "true" in answer
+
+
+def lock_screen(desktop, seldial, report):
+    """A use while the screen is locked, and one during which it is locked, dial nothing. What the lock screen gets
+    is not looked at."""
+    for title, before, after in (("is used", "", USE), ("was used", "+ctrl +alt +d 30 -d", "-alt -ctrl")):
+        with LockingKWin() as locking:
+            seldial = Seldial(locking)
+            report.tell("lock screen: Ctrl+Alt+D", seldial.register(), True)
+            window = Window(locking, "gtk3")
+            window.ask("all")
+            if before:
+                locking.keys(before)
+            report.tell("the screen is locked", eventually(locking.lock), True)
+            locking.keys(after)
+            time.sleep(2)
+            seldial.register()
+            report.tell(f"locked while the hot key {title}: dials nothing",
+                        any('"MakeCall"' in line for line in seldial.seen), False)
