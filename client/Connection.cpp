@@ -47,7 +47,7 @@ bool writeAll(GDUnixSocketClient& socket, const std::string& text, std::string& 
   const auto count = socket.writeData(text, &error);
   if (count == static_cast<std::int64_t>(text.size())) return true;
   failure = error ? inWords("the command could not be sent", *error)
-                  : "seldial did not take the whole command";
+                  : "seldial did not read the whole command";
   return false;
 }
 

@@ -80,7 +80,7 @@ bool OptionReader::fail(const std::string& error) {
 bool OptionReader::readOption(const std::string& argument) {
   const auto equals = argument.find('=');
   const std::string name = argument.substr(0, equals);
-  if (!takesValue(name)) return setFlag(argument) || fail("there is no option " + argument);
+  if (!takesValue(name)) return setFlag(argument) || fail("unknown option " + argument);
   if (equals != std::string::npos) return setValue(name, argument.substr(equals + 1));
   if (next_ == arguments_.size()) return fail(name + " needs a value");
   return setValue(name, arguments_[next_++]);

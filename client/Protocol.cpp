@@ -164,7 +164,7 @@ std::optional<HotKey> hotKeyFromSpelling(const std::string& spelling, std::strin
     hotKey.virtualKey = named->key;
   }
   if (key.empty()) {
-    error = "there are only modifiers in it, a hot key needs a key";
+    error = "there are only modifiers; a hot key needs a key";
     return std::nullopt;
   }
   return hotKey;

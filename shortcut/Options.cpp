@@ -92,27 +92,27 @@ std::optional<ShortcutOptions> shortcutOptionsFrom(const std::vector<std::string
 const char* shortcutHelpText() {
   return R"(usage: seldial-shortcut [--print | --socket PATH | --settings] [OPTION...]
 
-Shows a window to record a shortcut and try it out. Then prints the command that
-sets it, sends it to seldial, or keeps it with the other settings of seldial-uc.
+Shows a window for recording and trying out a shortcut. Then prints the command
+that sets it, sends it to seldial, or saves it with the settings of seldial-uc.
 
   --print         print the command, one line of JSON; this is the default
-  --socket PATH   send it to the seldial that listens at PATH
+  --socket PATH   send the command to the seldial that listens at PATH
   --client PATH   with --socket: wait for the answer, which that seldial delivers to
                   PATH, its clientpipename, unless another program listens there
-  --settings      show and write the configuration of seldial-uc, and apply it
-  --config FILE   the configuration file; if not given, seldial/seldial-uc.toml under
+  --settings      show, change and apply the configuration of seldial-uc
+  --config FILE   the configuration file; default: seldial/seldial-uc.toml under
                   XDG_CONFIG_HOME or ~/.config
   --hotkey KEYS   the shortcut to start with: any of ctrl, alt, shift and super, and
                   one key, such as d, 7, f5, space, left or keypad0
   --delay MS      how long the other application gets to copy its selection, from 0
-                  to 65535 milliseconds, 500 if not given
-  --test-copy TEXT  show a selected text and type the shortcut there, as seldial-uc
-                  check does to try out whether Seldial can copy
+                  to 65535 milliseconds; default 500
+  --test-copy TEXT  show TEXT, selected, and type the shortcut; used by seldial-uc
+                  check to test whether Seldial can copy
   --help          print this text
   --version       print the version
 
-Exit status: 0 when the shortcut was handed over; 1 when the window was closed
-without it, or there is no X11 desktop; 2 when the command line is wrong.
+Exit status: 0 if the shortcut was passed on; 1 if the window was closed without
+that, or there is no X11 desktop; 2 if the command line is invalid.
 )";
 }
 

@@ -189,9 +189,9 @@ std::string likelyReasons() {
   std::string names;
   for (const std::string& holder : likelyKeyHolders())
     names += (names.empty() ? "" : ", ") + holder;
-  if (names.empty()) return "Another program has it, or the keyboard has no such key";
-  return "These programs run and take hot keys: " + names +
-         ". Or another program has it, or the keyboard has no such key";
+  if (names.empty()) return "Another program holds it, or the keyboard has no such key";
+  return "These running programs use hot keys: " + names +
+         ". Or another program holds it, or the keyboard has no such key";
 }
 
 void tellCopy(Report& report, const Trial& trial, const std::string& window) {

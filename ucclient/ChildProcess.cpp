@@ -139,7 +139,7 @@ std::unique_ptr<ChildProcess> ChildProcess::start(std::vector<std::string> comma
   Pipe output;
   Pipe source;
   if (write(source.writing, input.data(), input.size()) != static_cast<ssize_t>(input.size())) {
-    error = std::string("cannot make a pipe: ") + platform::errorText(errno);
+    error = std::string("cannot create a pipe: ") + platform::errorText(errno);
     return nullptr;
   }
   close(std::exchange(source.writing, -1));

@@ -87,7 +87,7 @@ std::optional<std::vector<std::string>> dialArguments(const FoundNumber& number,
   for (const std::string& word : settings.command) {
     arguments.push_back(filledIn(word, values));
     if (arguments.back().find('\0') != std::string::npos) {
-      error = "the selection has a zero byte, which no argument can have";
+      error = "the selection contains a NUL byte, which an argument cannot contain";
       return std::nullopt;
     }
     if (!word.starts_with('-') && arguments.back().starts_with('-')) {
@@ -174,7 +174,7 @@ void Dialler::dial(const std::string& selection) {
   if (settings_.confirm == Confirm::kNever) {
     return events_->notDialled(found.numbers.size() > 1
                                    ? "there is more than one telephone number in the selection"
-                                   : "it is not certain what the telephone number is");
+                                   : "the telephone number is ambiguous");
   }
   choose(selection, std::move(found.numbers));
 }

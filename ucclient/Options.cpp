@@ -63,7 +63,7 @@ class Reader final : public OptionReader {
   bool readSetting(const Setting& setting) {
     if (setting.name == "conversation") return setConversation(setting.value);
     const auto setter = setters().find("--" + setting.name);
-    if (setter == setters().end()) return fail("there is no setting " + setting.name);
+    if (setter == setters().end()) return fail("unknown setting " + setting.name);
     return (this->*setter->second)(setting.value);
   }
 
@@ -236,47 +236,47 @@ Dialling:
                   {} is the number, {tel} its tel: URI, {text} the selection.
                   No shell is used
   --open SCHEME   let the desktop open a URI: tel, sip or callto
-  --region CC     the country whose national numbers are meant, such as NL; if not
-                  given, the locale's
+  --region CC     the country of numbers without a country code, such as NL;
+                  default: from the locale
   --format F      dial the number as e164 (+31201234567, the default), national
                   (0201234567) or raw (the digits as selected)
   --prefix DIGITS dial these digits first, for an outside line
   --confirm WHEN  ask before dialling: always, several (if there are several numbers
-                  or it is not certain what the number is; the default), undo (as
-                  several, and each call can be undone before it begins), or never
-                  (then what several would ask about is not dialled)
-  --undo-time S   how long a call can be undone, from 1 to 60 seconds, 2 if not given
+                  or the number is ambiguous; the default), undo (like several, and
+                  every other call can be undone before it begins), or never (do not
+                  dial what several would ask about)
+  --undo-time S   how long a call can be undone, from 1 to 60 seconds; default 2
 
 Seldial:
-  --hotkey KEYS   the hot key, ctrl+alt+d if not given: any of ctrl, alt, shift and
-                  super, and one key, such as d, 7, f5, space, left or keypad0
+  --hotkey KEYS   the hot key: any of ctrl, alt, shift and super, and one key, such
+                  as d, 7, f5, space, left or keypad0; default ctrl+alt+d
   --delay MS      how long the other application gets to copy its selection, from 0
-                  to 65535 milliseconds, 500 if not given
-  --seldial PATH  the program to start; if not given, the seldial beside this
-                  program, or else the one in PATH
-  --config FILE   the configuration file; if not given, seldial/seldial-uc.toml under
+                  to 65535 milliseconds; default 500
+  --seldial PATH  the program to start; default: the seldial next to this program,
+                  otherwise the one in PATH
+  --config FILE   the configuration file; default: seldial/seldial-uc.toml under
                   XDG_CONFIG_HOME or ~/.config. Its settings are these options without
-                  hyphens, such as region = "NL". The command line wins
-  --conversation  show everything that passes over the two sockets
+                  hyphens, such as region = "NL". The command line takes precedence
+  --conversation  show everything that is sent over the two sockets
   --help          print this text
   --version       print the version
 
 Commands:
-  check           look at everything that dialling needs: session, programs, hot key
+  check           check everything that dialling needs: session, programs, hot key
   enable          start seldial-uc at login, with the configuration file
-  disable         no longer do that
-  status          what the running seldial-uc does, and the last calls
-  reload          make it read its configuration file again
-  settings        open the window with the settings
-  press           use the hot key, on Wayland desktops that give programs none
+  disable         do not start seldial-uc at login
+  status          show the state and the last calls of the running seldial-uc
+  reload          make the running seldial-uc read its configuration file again
+  settings        open the settings window
+  press           use the hot key, on Wayland desktops without hot keys for programs
 
 Commands for a seldial that another program runs:
   send SOCKET [--hotkey KEYS] [--delay MS]   set its hot key
-  raw SOCKET      send it standard input as it is
+  raw SOCKET      send standard input to it, unaltered
   listen SOCKET   print the messages that it sends
 
-Exit status: 0 after SIGINT, SIGTERM or SIGHUP; 1 when the hot key is refused or
-seldial ends; 2 when the command line or the configuration file is wrong.
+Exit status: 0 after SIGINT, SIGTERM or SIGHUP; 1 if the hot key is refused or
+seldial ends; 2 if the command line or the configuration file is invalid.
 )";
 }
 

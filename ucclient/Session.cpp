@@ -86,7 +86,7 @@ bool Session::makeDirectory() {
     dialerPath_ = directory_->file("dialer");
     return true;
   }
-  console_.error("cannot make a directory for the sockets under XDG_RUNTIME_DIR, TMPDIR or /tmp");
+  console_.error("cannot create a directory for the sockets under XDG_RUNTIME_DIR, TMPDIR or /tmp");
   return false;
 }
 
@@ -231,7 +231,7 @@ bool Session::restartsAfter(int status) const {
 void Session::restartLater(int status) {
   dialer_.reset();
   if (std::chrono::steady_clock::now() - started_ > kLongestPause) pause_ = kShortestPause;
-  console_.error("seldial " + describedExitStatus(status) + ", it is started again in " +
+  console_.error("seldial " + describedExitStatus(status) + "; restarting it in " +
                  std::to_string(pause_.count()) + " s");
   runLater(pause_, onMainThread(&Session::restart));
   pause_ = std::min(2 * pause_, kLongestPause);

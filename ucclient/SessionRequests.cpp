@@ -36,7 +36,7 @@ void Session::answer(const std::string& request, const ControlSocket::Reply& rep
   } else if (request == kReloadRequest) {
     reload(reply);
   } else {
-    reply("there is no request " + printable(request));
+    reply("unknown request " + printable(request));
   }
 }
 
@@ -49,7 +49,8 @@ std::string Session::statusText() const {
          "Dials:    " + describedDialling(options_.dialling) + "\n" +
          "Session:  " + variable("XDG_SESSION_TYPE") + ", DISPLAY " + variable("DISPLAY") + "\n" +
          "Running:  since " + timeText(begun_) + "\n" +
-         (trying_ ? "Next use: is not dialled, the settings show it\n" : "") + history_.text();
+         (trying_ ? "Next use: is shown in the settings window, not dialled\n" : "") +
+         history_.text();
 }
 
 /// Whether a client is waiting for this use of the hot key as a trial.

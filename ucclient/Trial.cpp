@@ -42,7 +42,7 @@ void Trial::wrote(const std::string& line) {
   const Message message = messageFromJSON(line);
   if (message.kind == Message::Kind::Unknown) return;
   if (message.kind == Message::Kind::MakeCall) {
-    return endWith(message.text == kSelectedText ? "" : "another text than the selected one came");
+    return endWith(message.text == kSelectedText ? "" : "a different text was copied");
   }
   answer_ = message;
   const bool isSet = message.kind == Message::Kind::HotKeySet;

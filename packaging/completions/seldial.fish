@@ -15,7 +15,7 @@ complete -c seldial-uc -n __fish_use_subcommand \
 complete -c seldial-uc -n '__fish_seen_subcommand_from send raw listen' -F
 complete -c seldial-uc -l dial -x -a '(__fish_complete_command)' -d 'run a program to dial'
 complete -c seldial-uc -l open -x -a 'tel sip callto' -d 'let the desktop open a URI'
-complete -c seldial-uc -l region -x -d 'the country whose national numbers are meant'
+complete -c seldial-uc -l region -x -d 'the country of numbers without a country code'
 complete -c seldial-uc -l format -x -a 'e164 national raw' -d 'how to dial the number'
 complete -c seldial-uc -l prefix -x -d 'dial these digits first'
 complete -c seldial-uc -l confirm -x -a 'always several undo never' -d 'when to ask before dialling'
@@ -24,7 +24,7 @@ complete -c seldial-uc -l hotkey -x -d 'the hot key'
 complete -c seldial-uc -l delay -x -d 'how long the other application gets to copy'
 complete -c seldial-uc -l seldial -r -F -d 'the program to start'
 complete -c seldial-uc -l config -r -F -d 'the configuration file'
-complete -c seldial-uc -l conversation -d 'show everything that passes over the two sockets'
+complete -c seldial-uc -l conversation -d 'show everything that is sent over the two sockets'
 complete -c seldial-uc -l help -d 'print a help text'
 complete -c seldial-uc -l version -d 'print the version'
 

@@ -14,7 +14,7 @@ _seldial_uc() {
   _arguments \
     '--dial[run a program to dial]:command:_command_names -e' \
     '--open[let the desktop open a URI]:scheme:(tel sip callto)' \
-    '--region[the country whose national numbers are meant]:country code' \
+    '--region[the country of numbers without a country code]:country code' \
     '--format[how to dial the number]:format:(e164 national raw)' \
     '--prefix[dial these digits first]:digits' \
     '--confirm[when to ask before dialling]:when:(always several undo never)' \
@@ -23,7 +23,7 @@ _seldial_uc() {
     '--delay[how long the other application gets to copy]:milliseconds' \
     '--seldial[the program to start]:program:_files' \
     '--config[the configuration file]:file:_files' \
-    '--conversation[show everything that passes over the two sockets]' \
+    '--conversation[show everything that is sent over the two sockets]' \
     '--help[print a help text]' \
     '--version[print the version]' \
     '1:command:(check enable disable status reload settings press send raw listen)' \

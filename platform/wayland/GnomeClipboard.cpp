@@ -65,7 +65,7 @@ bool GnomeClipboard::copySelection() {
     told_.clear();
     return remote_.type(XKB_KEY_Insert, true);
   }
-  tell("while " + *terminal + " runs, only programs that know the Copy key are copied from");
+  tell("while " + *terminal + " runs, Seldial copies only from programs that support the Copy key");
   return remote_.type(XKB_KEY_XF86Copy);
 }
 

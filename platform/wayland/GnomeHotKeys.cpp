@@ -98,7 +98,7 @@ void GnomeHotKeys::tellAnswer(PortalShortcuts::Answer answer) {
     return tell("GNOME asks the user to allow the hot key; it works once that is done");
   }
   if (answer == PortalShortcuts::Answer::kRefused) {
-    return tell("GNOME does not give the hot key: " + portal_.error());
+    return tell("GNOME refuses the hot key: " + portal_.error());
   }
   std::string keys;
   for (const auto& registration : registrations_) {
@@ -137,7 +137,7 @@ void GnomeHotKeys::activated(const std::string& id, std::uint64_t time) {
                    [&](const auto& registration) { return registration.trigger == id; });
   if (found == registrations_.end()) return;
   if (!remote_.open()) {
-    return tell("GNOME lets no program type, so nothing can be copied");
+    return tell("GNOME does not let Seldial type, so nothing can be copied");
   }
   use_ = Use{found->hotKeyID, id, time, false, Clock::now() + kLongestUse};
   if (hasModifiers(id)) return askForModifiers();
@@ -152,7 +152,7 @@ void GnomeHotKeys::deactivated(const std::string& id) {
 /// Types the key of the second shortcut repeatedly, until GNOME reports that shortcut.
 void GnomeHotKeys::askForModifiers() {
   if (Clock::now() > use_->deadline || !remote_.type(kModifiersUpKey)) {
-    tell("GNOME does not tell that the keys of the hot key were let go");
+    tell("GNOME does not report the release of the hot key's modifiers");
     return endUse();
   }
   timer_.start(kInterval, [this] { askForModifiers(); });

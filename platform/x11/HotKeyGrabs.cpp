@@ -116,7 +116,7 @@ void HotKeyGrabs::grabAgain() {
     if (mask && isFree(registration.key, *mask) && grab(registration.key, *mask)) {
       registration.mask = mask;
     } else {
-      printError("seldial: the hot key cannot be registered under the new keyboard layout");
+      printError("seldial: the hot key cannot be registered with the new keyboard layout");
     }
   }
 }

@@ -119,7 +119,7 @@ TEST(HotKeySpelling, AnythingElseIsAPlainError) {
   EXPECT_EQ(errorOf("ctrl+hyper+d"), R"("hyper" is neither a modifier nor a key)");
   EXPECT_EQ(errorOf("ctrl+é"), "\"é\" is neither a modifier nor a key");
   EXPECT_EQ(errorOf("ctrl+d+e"), R"("d" and "e" are two keys, a hot key has one)");
-  EXPECT_EQ(errorOf("ctrl+alt"), "there are only modifiers in it, a hot key needs a key");
+  EXPECT_EQ(errorOf("ctrl+alt"), "there are only modifiers; a hot key needs a key");
   for (const char* const gap : {"", "+", "ctrl+", "+d", "ctrl++d"}) {
     EXPECT_EQ(errorOf(gap), "a name is missing before or after a plus sign") << gap;
   }

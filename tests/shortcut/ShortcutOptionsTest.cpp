@@ -53,8 +53,8 @@ TEST(ShortcutOptions, WhatMakesNoSenseIsSaid) {
             "--print, --socket and --settings cannot be used together");
   EXPECT_EQ(errorOf({"--settings", "--print"}),
             "--print, --socket and --settings cannot be used together");
-  EXPECT_EQ(errorOf({"--style"}), "there is no option --style");
-  EXPECT_EQ(errorOf({"extra"}), "there is no option extra");
+  EXPECT_EQ(errorOf({"--style"}), "unknown option --style");
+  EXPECT_EQ(errorOf({"extra"}), "unknown option extra");
 }
 
 TEST(ShortcutOptions, TheSettingsAreKeptInAFile) {

@@ -271,8 +271,7 @@ TEST_F(ShortcutProcess, TheClientsCheckTriesACopyInAWindow) {
 TEST_F(ShortcutProcess, ACommandLineThatMakesNoSenseIsSaidAndEndsWithStatus2) {
   const auto process = run("$S --hotkey=ctrl");
   EXPECT_EQ(process->readLine(),
-            "seldial-shortcut: --hotkey ctrl: there are only modifiers in it, a hot key needs a "
-            "key");
+            "seldial-shortcut: --hotkey ctrl: there are only modifiers; a hot key needs a key");
   EXPECT_EQ(process->readLine(), "Try seldial-shortcut --help.");
   EXPECT_EQ(process->wait(), 2);
 }

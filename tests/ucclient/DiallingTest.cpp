@@ -85,7 +85,7 @@ TEST_F(DialArguments, ASelectionThatCouldBeAnOptionIsRefused) {
 
 TEST_F(DialArguments, ASelectionWithAZeroByteIsRefused) {
   EXPECT_EQ(arguments("p {text}", std::string("a\0b", 3)), Words());
-  EXPECT_EQ(error, "the selection has a zero byte, which no argument can have");
+  EXPECT_EQ(error, "the selection contains a NUL byte, which an argument cannot contain");
 }
 
 TEST_F(DialArguments, TheFormats) {

@@ -164,8 +164,7 @@ TEST_F(OptionsFile, CanBeNamedInPlaceOfTheUsualOne) {
 TEST_F(OptionsFile, NonsenseIsSaidWithFileAndLine) {
   const std::vector<std::pair<std::string, std::string>> errors = {
       {"\ndelay = 70000", "2: delay takes milliseconds from 0 to 65535, not 70000"},
-      {"hotkey = \"ctrl\"",
-       "1: hotkey ctrl: there are only modifiers in it, a hot key needs a key"},
+      {"hotkey = \"ctrl\"", "1: hotkey ctrl: there are only modifiers; a hot key needs a key"},
       {"dial = \"'\"", "1: dial ': a quote is not closed, or nothing follows a backslash"},
       {"dial = \"x\"\nopen = \"tel\"", "2: dial and open cannot be used together"},
       {"open = \"http\"", "1: open takes tel, sip or callto, not http"},
@@ -174,8 +173,8 @@ TEST_F(OptionsFile, NonsenseIsSaidWithFileAndLine) {
       {"prefix = \"x\"", "1: prefix takes digits, * and #, not x"},
       {"confirm = true", "1: confirm takes always, undo, several or never, not true"},
       {"conversation = 1", "1: conversation takes true or false, not 1"},
-      {"help = true", "1: there is no setting help"},
-      {"--delay = 5", "1: there is no setting --delay"},
+      {"help = true", "1: unknown setting help"},
+      {"--delay = 5", "1: unknown setting --delay"},
   };
   for (const auto& [content, error] : errors) {
     EXPECT_EQ(errorOf({}, file(content)), path_ + ":" + error);
@@ -188,9 +187,9 @@ TEST_F(OptionsFile, HelpNeedsNoValidFile) {
 
 TEST(Options, WhatMakesNoSenseIsSaid) {
   EXPECT_EQ(errorOf({"--hotkey"}), "--hotkey needs a value");
-  EXPECT_EQ(errorOf({"--verbose"}), "there is no option --verbose");
-  EXPECT_EQ(errorOf({"--conversation=yes"}), "there is no option --conversation=yes");
-  EXPECT_EQ(errorOf({"ctrl+d"}), "there is no option ctrl+d");
+  EXPECT_EQ(errorOf({"--verbose"}), "unknown option --verbose");
+  EXPECT_EQ(errorOf({"--conversation=yes"}), "unknown option --conversation=yes");
+  EXPECT_EQ(errorOf({"ctrl+d"}), "unknown option ctrl+d");
   EXPECT_EQ(errorOf({"--hotkey", "ctrl+nokey"}),
             "--hotkey ctrl+nokey: \"nokey\" is neither a modifier nor a key");
 }

@@ -83,7 +83,7 @@ TEST_F(SeldialUcDials, WhatIsNotDialledIsExplainedAndNeverShown) {
   use("020 123 4567\n020 765 4321");
   client.expectLine(beginning + "there is more than one telephone number in the selection");
   use("+49 30 1234,5678");
-  client.expectLine(beginning + "it is not certain what the telephone number is");
+  client.expectLine(beginning + "the telephone number is ambiguous");
   use("");
   client.expectLine(beginning + "nothing was selected");
   use("x", false);

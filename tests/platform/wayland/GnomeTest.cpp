@@ -179,7 +179,9 @@ TEST_F(GnomeTest, WhileATerminalRunsTheCopyKeyIsTyped) {
   ASSERT_TRUE(registerDial());
   programs.emplace_back("foot");
   const auto lines = errorsOf([&] { use(); });
-  EXPECT_THAT(lines, HasSubstr("while foot runs, only programs that know the Copy key"));
+  EXPECT_THAT(
+      lines,
+      HasSubstr("while foot runs, Seldial copies only from programs that support the Copy key"));
   EXPECT_THAT(gnome->typed(), ElementsAre("XF86Copy"));
   EXPECT_THAT(errorsOf([&] { use(); }), IsEmpty());
 }
@@ -217,7 +219,7 @@ TEST_F(GnomeTest, TheKeyThatTheUserHasIsTold) {
     serveUntil([&] { return gnome->bound().empty() && !hotKeys->isBound(); });
   });
   EXPECT_THAT(gone, HasSubstr("GNOME lacks the shortcut XF86Launch9"));
-  EXPECT_THAT(gone, HasSubstr("does not give the hot key: the desktop has taken it back"));
+  EXPECT_THAT(gone, HasSubstr("refuses the hot key: the desktop has taken it back"));
 }
 
 TEST_F(GnomeTest, WhatTheUserDoesNotAllowIsRefused) {
@@ -283,7 +285,7 @@ TEST_F(GnomeTest, WithoutKeysOfMutterAUseIsNone) {
     gnome->closePortalSession();
     serveUntil([&] { return !hotKeys->isBound(); });
   });
-  EXPECT_THAT(lines, HasSubstr("GNOME lets no program type"));
+  EXPECT_THAT(lines, HasSubstr("GNOME does not let Seldial type"));
   EXPECT_THAT(releases, IsEmpty());
 }
 
