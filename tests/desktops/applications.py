@@ -1,4 +1,4 @@
-"""Real applications that show a number, for scripts/test-desktops. The user selects it by a double click."""
+"""Real applications that show a number, for scripts/test-desktops. The user selects it with a double click."""
 import http.server
 import threading
 import time
@@ -44,7 +44,7 @@ APPLICATIONS = {
 
 
 class Page:
-    """Serves the page of a browser, and learns of changes in its field."""
+    """Serves the page for a browser, and records changes of its field."""
 
     def __init__(self, html):
         page = self
@@ -71,7 +71,7 @@ class Page:
 
 
 class ApplicationWindow:
-    """The window of an application, with the focus. The same interface as Window."""
+    """The focused window of an application, with the same interface as Window."""
 
     text = NUMBER
     unharmed = ""
@@ -96,11 +96,11 @@ class ApplicationWindow:
 
     @property
     def copied(self):
-        """What is dialled of a selection."""
+        """The expected result for a selection."""
         return NUMBER if self.application.copies else None
 
     def find_number(self):
-        """Finds a place where a double click selects the number."""
+        """Finds a position where a double click selects the number."""
         for x in (640, 600, 570):
             self.desktop.call("wl-copy", "--primary", "--clear")
             self.desktop.click((x, 400), 2)
@@ -110,9 +110,9 @@ class ApplicationWindow:
         return False
 
     def ask(self, line):
-        """Selects the number ("all") or drops the selection ("none"); returns what was typed or changed."""
+        """Selects the number ("all") or clears the selection ("none"); returns the keys or changes seen."""
         if line in ("all", "none"):
-            time.sleep(1.2)  # not a part of a click before
+            time.sleep(1.2)  # so that it is not part of a previous click
             self.desktop.click(self.place, 2 if line == "all" else 1)
             time.sleep(0.3)
         with open(self.typed, encoding="utf-8") as file:

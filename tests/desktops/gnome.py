@@ -1,4 +1,4 @@
-"""GNOME without a screen, for scripts/test-desktops."""
+"""Headless GNOME, for scripts/test-desktops."""
 import os
 import re
 import subprocess
@@ -26,7 +26,7 @@ class Gnome(Session):
 
     @classmethod
     def missing(cls):
-        """Why it cannot be tried on this system; None when it can."""
+        """Why it cannot be tested on this system; None if it can."""
         policy = subprocess.run(["apt-cache", "policy", "gnome-shell"], capture_output=True, text=True).stdout
         version = re.search(r"Candidate: (\d+)", policy)
         return None if version and int(version[1]) >= 48 else "this system has no GNOME 48"
@@ -34,7 +34,7 @@ class Gnome(Session):
     def start(self):
         self.environment["XDG_CURRENT_DESKTOP"] = "GNOME"
         self.environment["XDG_SESSION_DESKTOP"] = "gnome"
-        # gnome-shell wants a system bus; an empty one does.
+        # gnome-shell requires a system bus; an empty one is enough.
         system = f"unix:path={self.directory}/system"
         self.run(["dbus-daemon", "--session", "--nofork", "--address=" + system])
         self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = system
@@ -48,8 +48,8 @@ class Gnome(Session):
         self.environment["WAYLAND_DISPLAY"] = "wayland-0"
         self.user = self.run(["/usr/bin/python3", str(self.copy(ROOT / "tests/desktops/gnome_user.py"))],
                              stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=sys.stderr, text=True)
-        self.keys("+shift -shift")  # the seat has a keyboard before there is a window
-        # gnome-shell opens it once it has started.
+        self.keys("+shift -shift")  # so that the seat has a keyboard before the first window
+        # gnome-shell opens the overview once it has started.
         if not eventually(lambda: "true" in self.overview("Get"), 60) or not eventually(self.leave_overview):
             raise RuntimeError("gnome-shell does not start")
         self.run(["/usr/libexec/xdg-desktop-portal-gnome"])
@@ -58,7 +58,7 @@ class Gnome(Session):
         self.run(["/usr/libexec/xdg-desktop-portal"])
         if not eventually(lambda: self.owns("org.freedesktop.portal.Desktop"), 60):
             raise RuntimeError("no portal")
-        time.sleep(2)  # the overview has faded out
+        time.sleep(2)  # until the overview has faded out
 
     def overview(self, method, *value):
         return self.call("gdbus", "call", "--session", "--dest", "org.gnome.Shell", "--object-path",
@@ -70,7 +70,7 @@ class Gnome(Session):
         return "false" in self.overview("Get")
 
     def allow(self, program):
-        """The portal knows the program."""
+        """Makes the portal accept the program."""
         folder = self.directory + "/data/applications"
         os.makedirs(folder, exist_ok=True)
         with open(folder + "/org.seldial.Seldial.desktop", "w") as file:
@@ -78,7 +78,7 @@ class Gnome(Session):
         self.own(self.directory + "/data")
 
     def consent(self, shortcut, key):
-        """What GNOME stores when the user allows a shortcut with this key in its dialog."""
+        """Stores what GNOME stores when the user allows a shortcut with this key in its dialog."""
         path = "/org/gnome/settings-daemon/global-shortcuts/org.seldial.Seldial/"
         entries = ", ".join(f"('{name}', {{'shortcuts': <['{keys}']>, 'description': <'test'>}})"
                             for name, keys in ((shortcut, key), ("modifiers-up", "XF86Launch9")))

@@ -1,4 +1,4 @@
-"""A private desktop of an ordinary user, and Seldial on it, for scripts/test-desktops."""
+"""A private desktop of an ordinary user, with Seldial, for scripts/test-desktops."""
 import json
 import os
 import queue
@@ -26,19 +26,19 @@ def eventually(condition, limit=20):
 
 
 class Session:
-    """A session bus and a compositor, which start() starts. Derived classes say how to play the user."""
+    """A session bus and a compositor, started by start(). Derived classes implement the user's input."""
 
     preset = "debug"
-    counts_uses = True  # also while the modifiers stay down
+    counts_uses = True  # even while the modifiers stay down
     held_for_seven_seconds = False
     data_control = True
 
     @classmethod
     def missing(cls):
-        """Why it cannot be tried on this system; None when it can."""
+        """Why it cannot be tested on this system; None if it can."""
 
     def consent(self, shortcut, key):
-        """The user allows a shortcut, where the desktop asks for that."""
+        """Allows a shortcut as the user, if the desktop asks for that."""
 
     def __init__(self):
         self.directory = tempfile.mkdtemp(prefix="seldial-", dir="/tmp")
@@ -69,7 +69,7 @@ class Session:
         shutil.rmtree(self.directory, ignore_errors=True)
 
     def own(self, path):
-        """Gives what this script has made to the user of the session."""
+        """Makes the user of the session the owner of files that this script has created."""
         if os.geteuid() == 0:
             os.chown(path, NOBODY, NOBODY)
             for folder, folders, files in os.walk(path):
@@ -77,7 +77,7 @@ class Session:
                     os.chown(os.path.join(folder, name), NOBODY, NOBODY, follow_symlinks=False)
 
     def write(self, name, text):
-        """A file of the user."""
+        """Creates a file of the user."""
         file = Path(self.directory, name)
         file.parent.mkdir(parents=True, exist_ok=True)
         file.write_text(text, encoding="utf-8")
@@ -90,7 +90,7 @@ class Session:
 
     def run(self, command, env_without=(), stderr=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
             **arguments):
-        """Starts a program of the session. Capital letters are variables."""
+        """Starts a program in the session. Keyword arguments in capital letters are environment variables."""
         variables = {key: value for key, value in arguments.items() if key.isupper()}
         options = {key: value for key, value in arguments.items() if not key.isupper()}
         environment = {**self.environment, **variables}
@@ -104,13 +104,13 @@ class Session:
         return process
 
     def call(self, *command):
-        """Runs a program to its end and returns its output; empty when it fails."""
+        """Runs a program to its end and returns its output; empty if it fails."""
         process = self.run(list(command), stdout=subprocess.PIPE, text=True)
         output, _ = process.communicate(timeout=60)
         return output if process.returncode == 0 else ""
 
     def end_group(self, process):
-        """Ends a program that was started with start_new_session, and what it started."""
+        """Ends a program that was started with start_new_session, and its child processes."""
         try:
             os.killpg(process.pid, signal.SIGKILL)
         except ProcessLookupError:
@@ -124,7 +124,7 @@ class Session:
 
 
 class Window:
-    """A window with a text, which has the focus when it is constructed."""
+    """A window with a text. After construction it has the focus."""
 
     text = copied = unharmed = "+31 20 123 4567"
 
@@ -145,7 +145,7 @@ class Window:
         answer = "ready"
         while answer == "ready":  # it got the focus again
             answer = self.process.stdout.readline().rstrip("\n")
-        time.sleep(0.1)  # the compositor knows the selection
+        time.sleep(0.1)  # until the compositor knows the selection
         return answer
 
     def close(self):
@@ -154,7 +154,7 @@ class Window:
 
 
 class Seldial:
-    """The program. Its results are the texts that it dialled, None where it found nothing."""
+    """The program. Its results are the dialled texts, or None if nothing was found."""
 
     def __init__(self, session):
         self.session = session
@@ -185,7 +185,7 @@ class Seldial:
                 return at, line
 
     def register(self, virtual_key=2, modifiers=("Ctrl", "Alt"), delay=300):
-        """Whether the hot key is set. Virtual key 2 is the place of D."""
+        """Sets the hot key; whether that succeeds. Virtual key 2 is the position of D."""
         command = {"command": "SetHotKey", "virtualkey": virtual_key, "readdelay": delay}
         for name in ("Alt", "Command", "Ctrl", "Shift"):
             command["modifier" + name] = name in modifiers
@@ -195,7 +195,7 @@ class Seldial:
         return json.loads(self.expect('"HotkeyState"')[1])["result"]
 
     def result(self, limit=20):
-        """When and what the next use of the hot key dialled."""
+        """The time and the result of the next use of the hot key."""
         at, line = self.expect('"MakeCall"', "no number found", limit=limit)
         return at, json.loads(line)["number"] if "MakeCall" in line else None
 

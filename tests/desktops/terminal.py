@@ -1,5 +1,5 @@
-"""Fills a terminal with a number, for scripts/test-desktops: terminal.py FILE NUMBER. What the terminal types is
-appended to the file."""
+"""Fills a terminal with a number, for scripts/test-desktops: terminal.py FILE NUMBER. Input that reaches
+the program is appended to the file."""
 import os
 import signal
 import sys

@@ -1,7 +1,7 @@
-"""The applications of scripts/matrix, and the files that they show."""
+"""The applications of scripts/matrix, and the files that they display."""
 from typing import NamedTuple
 
-NUMBER = "4930123"  # one word: a double click anywhere on the text selects it
+NUMBER = "4930123"  # one word, so that a double click anywhere on the text selects it
 SPECIAL = "Zoë 東京 \U0001F600 +49 30 123"
 
 
@@ -14,9 +14,9 @@ class Application(NamedTuple):
     select: str = "double"  # how the mouse selects: a click, a double click, or a drag with a button
     settle: float = 1.5  # seconds until it has drawn its text
     all: str = "^a"  # the keys that select everything; ^: with Control
-    drop: str = "Home"  # the keys that drop that selection
-    once: bool = False  # copying drops the selection
-    known: str = ""  # why a result is not the expected one
+    drop: str = "Home"  # the keys that clear the selection
+    once: bool = False  # copying clears the selection
+    known: str = ""  # why a result differs from the expected one
 
 
 OWN_SELECTION = "the program in the terminal draws the selection; the terminal has none"

@@ -1,4 +1,4 @@
-"""The user of a private X server, and Seldial on it."""
+"""A private X server with a user, and Seldial running on it."""
 import contextlib
 import json
 import os
@@ -14,7 +14,7 @@ KEYS = {"a": 38, "g": 42, "h": 43, "x": 53, "/": 61, "Home": 110}
 
 
 def eventually(condition, seconds=30.0):
-    """The first true value of `condition`, or its last one when the time is over."""
+    """Returns the first true value of `condition`, or its last value after the time limit."""
     end = time.monotonic() + seconds
     while not (value := condition()) and time.monotonic() < end:
         time.sleep(0.05)
@@ -23,7 +23,7 @@ def eventually(condition, seconds=30.0):
 
 @contextlib.contextmanager
 def running(command, **options):
-    """A program and what it starts, ended with the block."""
+    """Runs a program; ends it and its child processes at the end of the block."""
     process = subprocess.Popen(command, start_new_session=True, **options)
     try:
         yield process
@@ -38,12 +38,12 @@ def running(command, **options):
 
 
 class User:
-    """Plays the keys of the physical keyboard, and the mouse."""
+    """Operates the physical keyboard and the mouse."""
 
     def __init__(self, display):
         from Xlib import X, display as connection, ext
         from Xlib.protocol import rq
-        # python-xlib takes the events of another extension for those of this one, on some servers.
+        # On some servers, python-xlib confuses the events of this extension with those of another.
         ext.__extensions__ = [known for known in ext.__extensions__ if known[0] != "XFIXES"]
         self.X, self.display = X, connection.Display(display)
 
@@ -58,11 +58,11 @@ class User:
         slave_keyboard = 4
         keyboards = [device for device in self.display.xinput_query_device(0).devices
                      if device.use == slave_keyboard]
-        keyboards.sort(key=lambda device: "XTEST" in device.name)  # for a server that has no other
+        keyboards.sort(key=lambda device: "XTEST" in device.name)  # last; only used if the server has no other
         self.keyboard = keyboards[0].deviceid
 
     def fake(self, event, detail, device=0, x=0, y=0, after=1):
-        """`after`: milliseconds that the server waits."""
+        """`after`: how long the server waits first, in milliseconds."""
         self.request(display=self.display.display,
                      opcode=self.display.display.get_extension_major("XTEST"),
                      event=event, detail=detail, time=after, root=self.X.NONE, x=x, y=y, device=device)
@@ -83,17 +83,17 @@ class User:
         time.sleep(0.3)
 
     def type(self, keys):
-        """Keys one after another; ^: with Control."""
+        """Types keys one after another; ^: with Control."""
         for key in keys.split():
             self.tap(KEYS[key.lstrip("^")], *([CONTROL] if key.startswith("^") else []))
 
     def pixels(self, place):
-        """What is shown there."""
+        """Returns the pixels of an area."""
         root = self.display.screen().root
         return root.get_image(place[0] - 60, place[1] - 12, 120, 24, self.X.ZPixmap, 0xFFFFFFFF).data
 
     def window_manager(self):
-        """Whether one is at work."""
+        """Whether a window manager is running."""
         name = self.display.intern_atom("_NET_SUPPORTING_WM_CHECK")
         return self.display.screen().root.get_full_property(name, self.X.AnyPropertyType) is not None
 
@@ -109,12 +109,12 @@ class User:
         self.display.sync()
 
     def click(self, place, times=1):
-        time.sleep(1)  # not a part of a click before
+        time.sleep(1)  # so that it is not part of a previous click
         self.move(place)
         for _ in range(times):
             self.fake(self.X.ButtonPress, 1, after=40)
             self.fake(self.X.ButtonRelease, 1, after=40)
-        self.display.sync()  # sent together: no double click gets slow
+        self.display.sync()  # sent together, so that a double click is fast enough
         time.sleep(0.3)
 
     def drag(self, begin, end, button):
@@ -133,7 +133,7 @@ class User:
         return state != 0 or any(self.display.query_keymap())
 
     def focused_area(self):
-        """Where the window with the focus is: x, y, width, height."""
+        """The geometry of the focused window: x, y, width, height."""
         window = self.display.get_input_focus().focus
         if isinstance(window, int):
             return None
@@ -170,7 +170,7 @@ class Seldial:
                 self.changed.notify_all()
 
     def register(self, delay):
-        """Ctrl+Alt+K."""
+        """Presses Ctrl+Alt+K."""
         before = self.registered
         with socket.socket(socket.AF_UNIX) as connection:
             connection.connect(self.path)
@@ -181,7 +181,7 @@ class Seldial:
                 raise RuntimeError("the hot key is refused")
 
     def dial(self, user, way="last"):
-        """Uses the hot key and returns the dialled text; None when nothing was found."""
+        """Uses the hot key and returns the dialled text; None if nothing was dialled."""
         count = len(self.results)
         user.press(*HOT_KEY)
         if way == "modifiers first":

@@ -9,7 +9,7 @@ class Surrounding(NamedTuple):
     packages: str
     kind: str  # "window manager" instead of openbox, "clipboard manager", "X server", "screen locker"
     command: str  # an X server writes the number of its display to standard output
-    known: str = ""  # why a result is not the expected one
+    known: str = ""  # why a result differs from the expected one
 
 
 XVFB = "Xvfb -displayfd 1 -screen 0 1000x700x24 -noreset -nolisten tcp"
@@ -41,8 +41,8 @@ SURROUNDINGS = [
 ]
 
 FILES = {
-    "i3.conf": "focus_follows_mouse no\n",  # without a key of its own
-    # It refuses to lock the screen of root, but blanks it.
+    "i3.conf": "focus_follows_mouse no\n",  # without key bindings
+    # It does not lock the screen for root, but blanks it.
     "xscreensaver.sh": "xscreensaver --no-splash & until xscreensaver-command -time; do sleep 0.5; done\n"
                        "xscreensaver-command -lock || xscreensaver-command -activate; wait\n",
     "dummy.conf": """Section "Device"

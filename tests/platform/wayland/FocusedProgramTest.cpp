@@ -1,4 +1,4 @@
-// Which program has the focus under KWin.
+// Finding the focused program under KWin.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>

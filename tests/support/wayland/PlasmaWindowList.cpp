@@ -7,7 +7,7 @@
 namespace seldial::tests {
 namespace {
 
-// The names of variables in the generated header are those of these structures.
+// The generated header has variables with the same names as these structures.
 using WindowRequests = struct org_kde_plasma_window_interface;
 using ManagerRequests = struct org_kde_plasma_window_management_interface;
 
