@@ -35,13 +35,13 @@ TEST(JSONReader, RejectsAnyScalarAtTheTopLevel) {
   }
 }
 
-TEST(JSONReader, AcceptsEmptyContainersAndBlanksAroundThem) {
+TEST(JSONReader, AcceptsEmptyContainersAndSpacesAroundThem) {
   for (const auto* text : {"{}", "[]", " \t\r\n{ }\n", "\n[\n]\n"}) {
     EXPECT_TRUE(readJSON(text)) << text;
   }
 }
 
-TEST(JSONReader, RejectsWhatIsNoJSONText) {
+TEST(JSONReader, RejectsTextThatIsNotJSON) {
   for (const auto* text :
        {"",           " ",     "\n",        "hello",    "{",          "}",     "[",      "]",
         "{]",         "[}",    "{\"a\"}",   "{\"a\":}", "{\"a\":1,}", "[1,]",  "[,]",    "{a:1}",
@@ -123,7 +123,7 @@ TEST(JSONReader, ANumberIsAnIntegerHoweverItIsWritten) {
   EXPECT_EQ(member("-0.0").integer(), 0);
 }
 
-TEST(JSONReader, AFractionIsNoIntegerEvenWhenADoubleRoundsItAway) {
+TEST(JSONReader, AFractionIsNotAnIntegerEvenIfADoubleRoundsItAway) {
   EXPECT_EQ(member("19.5").integer(), std::nullopt);
   EXPECT_EQ(member("19.5").number(), 19.5);
   EXPECT_EQ(member("1.00000000000000000000000001").integer(), std::nullopt);
@@ -155,7 +155,7 @@ TEST(JSONReader, RejectsNumbersThatTheGrammarDoesNotKnow) {
   }
 }
 
-TEST(JSONReader, TellsTheKindsApart) {
+TEST(JSONReader, DistinguishesTheTypes) {
   EXPECT_TRUE(member("null").isNull());
   EXPECT_EQ(member("true").boolean(), true);
   EXPECT_EQ(member("false").boolean(), false);
@@ -220,7 +220,7 @@ TEST(JSONReader, HalfAMillionBalancedDictionariesAreReadAndDestroyed) {
   EXPECT_TRUE(readJSON(nestedDictionaries(kDeep)));
 }
 
-TEST(JSONReader, KeepsOnlyTheMembersAskedForWithNullInPlaceOfContainers) {
+TEST(JSONReader, KeepsOnlyTheRequestedMembersWithNullInPlaceOfContainers) {
   const std::string text =
       R"({"a":{"b":1,"f":2},"b":"text","c":[[4],5],"f":6,"f":[7],"\u0067":8,"x":{"b":9},"b2":0})";
   const auto value = readJSONMembers(text, {"a", "b", "f", "g", "y"});
@@ -228,11 +228,11 @@ TEST(JSONReader, KeepsOnlyTheMembersAskedForWithNullInPlaceOfContainers) {
   EXPECT_EQ(writeJSON(*value->dictionary()), R"({"a":null,"b":"text","f":null,"g":8})");
 }
 
-TEST(JSONReader, KeepsTheLastOfTwoMembersAskedFor) {
+TEST(JSONReader, KeepsTheLastOfTwoRequestedMembers) {
   EXPECT_EQ(writeJSON(*readJSONMembers(R"({"f":[7],"f":6})", {"f"})->dictionary()), R"({"f":6})");
 }
 
-TEST(JSONReader, KeepsNothingOfAnArrayWhenMembersAreAskedFor) {
+TEST(JSONReader, KeepsNothingOfAnArrayIfMembersAreRequested) {
   const auto value = readJSONMembers(R"([1,"a",{"a":1},[]])", {"a"});
   ASSERT_TRUE(value);
   ASSERT_NE(value->array(), nullptr);

@@ -61,7 +61,7 @@ TEST(JSONNumber, ADigitFarBehindTheOthersIsNotLost) {
   EXPECT_EQ(numberFromToken("9007199254740993." + zeros + "1")->number(), 9007199254740994.0);
 }
 
-TEST(JSONNumber, IsTheNearestDoubleIfItIsNoInteger) {
+TEST(JSONNumber, IsTheNearestDoubleIfItIsNotAnInteger) {
   for (const auto* text : {"0.1", "-1e-300", "1.7976931348623157e308", "4.9e-324", "2.5e-324",
                            "123456789012345678901234567890", "-2.2250738585072011e-308"}) {
     EXPECT_EQ(numberFromToken(text)->number(), std::strtod(text, nullptr)) << text;

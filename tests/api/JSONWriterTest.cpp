@@ -71,7 +71,7 @@ TEST(JSONWriter, NumbersAndNull) {
   EXPECT_EQ(writeJSON(dictionaryOf("a", JSONValue())), R"({"a":null})");
 }
 
-TEST(JSONWriter, ADoubleComesBackAsItWas) {
+TEST(JSONWriter, ADoubleIsReadBackUnaltered) {
   for (const double number : {0.1, -1e-300, 1.7976931348623157e308, 1.0 / 3.0}) {
     const auto written = writeJSON(dictionaryOf("a", number));
     ASSERT_TRUE(written);

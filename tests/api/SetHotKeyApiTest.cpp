@@ -107,7 +107,7 @@ TEST(SetHotKeyApi, ACapitalCIsNotTheKeyCommand) {
   EXPECT_EQ(SetHotKeyApi::fromJSONString(R"({"Command":"SetHotKey"})").Command, std::nullopt);
 }
 
-TEST(SetHotKeyApi, ACommandThatIsNoTextIsNoCommand) {
+TEST(SetHotKeyApi, ACommandThatIsNotAStringIsIgnored) {
   for (const auto* value : {"123", "true", "null", "{}", "[\"SetHotKey\"]"}) {
     EXPECT_EQ(SetHotKeyApi::fromJSONString(R"({"command":)" + std::string(value) + "}").Command,
               std::nullopt)
@@ -120,7 +120,7 @@ TEST(SetHotKeyApi, TheLastOfTwoEqualKeysCounts) {
   EXPECT_EQ(with(R"("virtualkey":1,"virtualkey":2)").VirtualKey, 2);
 }
 
-TEST(SetHotKeyApi, WhatIsNoJSONObjectGivesTheDefaultRecord) {
+TEST(SetHotKeyApi, InputThatIsNotAJSONObjectGivesTheDefaultRecord) {
   for (const auto* text :
        {"42", "hello", "", " ", "\n", "\"SetHotKey\"", "null", "true", "{",
         R"({"command":"SetHotKey"}{"command":"SetHotKey"})",
@@ -134,7 +134,7 @@ TEST(SetHotKeyApi, FiveMillionOpenBracketsGiveTheDefaultRecord) {
   expectDefaults(std::string(kFiveMillion, '['));
 }
 
-TEST(SetHotKeyApi, FiveMillionBalancedBracketsBesideTheCommandAreIgnored) {
+TEST(SetHotKeyApi, FiveMillionBalancedBracketsNextToTheCommandAreIgnored) {
   std::string text = nestedArrays(kFiveMillion);
   text.insert(1, R"("command":"SetHotKey","virtualkey":19,)");
   const auto record = SetHotKeyApi::fromJSONString(text);

@@ -28,7 +28,7 @@ int shortestLength(std::uint32_t code) {
   return code < 0x10000 ? 3 : 4;
 }
 
-TEST(Utf8, EveryCodeIsValidInItsShortestFormExceptSurrogatesAndWhatIsAboveTheLast) {
+TEST(Utf8, EveryCodePointIsValidInItsShortestFormExceptSurrogates) {
   for (std::uint32_t code = 0; code < 0x200000; ++code) {
     const bool character = code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
     ASSERT_EQ(isValidUTF8(encoded(code, shortestLength(code))), character) << code;
@@ -48,7 +48,7 @@ TEST(Utf8, EmptyAndNULAreValid) {
   EXPECT_TRUE(isValidUTF8("\0"sv));
 }
 
-TEST(Utf8, ACharacterCutShortIsInvalid) {
+TEST(Utf8, ATruncatedCharacterIsInvalid) {
   const std::string text = "\xF0\x9F\x98\x80";
   for (std::size_t length = 1; length < text.size(); ++length) {
     EXPECT_FALSE(isValidUTF8(text.substr(0, length))) << length;

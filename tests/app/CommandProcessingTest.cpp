@@ -24,11 +24,11 @@ TEST_F(CommandProcessing, AbsentInputIsAReadingError) {
   EXPECT_EQ(errorFor(std::nullopt), "error reading from standard input stream");
 }
 
-TEST_F(CommandProcessing, TheEmptyTextIsAnErrorOfItsOwn) {
+TEST_F(CommandProcessing, TheEmptyTextIsASeparateError) {
   EXPECT_EQ(errorFor(""), "empty string on standard input stream");
 }
 
-TEST_F(CommandProcessing, BlanksOrALineFeedAreNoCommandAndNotEmpty) {
+TEST_F(CommandProcessing, SpacesOrALineFeedAreNeitherACommandNorEmpty) {
   for (const char* text : {" ", "   ", "\n", "\t\r\n"}) {
     EXPECT_EQ(errorFor(text), "command tag not found");
   }
@@ -52,7 +52,7 @@ TEST_F(CommandProcessing, AnOutgoingMessageAsCommandIsInvalid) {
   EXPECT_EQ(errorFor(R"({"command":"MakeCall"})"), "invalid command: MakeCall");
 }
 
-TEST_F(CommandProcessing, AnEmptyCommandIsInvalidWithNothingAfterTheBlank) {
+TEST_F(CommandProcessing, AnEmptyCommandIsInvalidWithNothingAfterTheSpace) {
   EXPECT_EQ(errorFor(R"({"command":""})"), "invalid command: ");
 }
 

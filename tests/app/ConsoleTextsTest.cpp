@@ -61,7 +61,7 @@ TEST_F(ConsoleTexts, ShowApiPrintsFiveBlocksEachFollowedByAnEmptyLine) {
   EXPECT_EQ(lines.back(), "");
 }
 
-TEST_F(ConsoleTexts, TheModifierSymbolsComeOutAsThreeBytesEach) {
+TEST_F(ConsoleTexts, TheModifierSymbolsAreThreeBytesEach) {
   app->showApi();
   const std::string text = output.text();
   EXPECT_THAT(text, HasSubstr("\"\xe2\x8c\xa5\" (option)"));

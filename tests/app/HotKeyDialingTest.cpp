@@ -83,7 +83,7 @@ TEST_F(HotKeyDialing, AReadDelayOfZeroIsStoredAndLogged) {
   EXPECT_THAT(lines(), testing::Contains("Log> ReadPasteBoardDelay: 0"));
 }
 
-TEST_F(HotKeyDialing, TheDelayIsTakenAsItComes) {
+TEST_F(HotKeyDialing, TheDelayIsUsedUnaltered) {
   EXPECT_TRUE(accepted(setHotKey(R"(,"virtualkey":2,"readdelay":65535)")));
   EXPECT_EQ(app->ReadPasteboardDelay, 65535);
   EXPECT_TRUE(accepted(setHotKey(R"(,"virtualkey":2)")));
@@ -132,7 +132,7 @@ TEST_F(HotKeyDialing, TheSuccessAnswerHasNoFailReason) {
       << answer;
 }
 
-TEST_F(HotKeyDialing, WithoutACenterTheAnswerSaysSoAndTheOldRecordStays) {
+TEST_F(HotKeyDialing, WithoutACentreTheAnswerSaysSoAndTheOldRecordStays) {
   EXPECT_TRUE(accepted(setHotKey(R"(,"virtualkey":2)")));
   const auto before = app->CurrentHotKey;
   QKHotKeyCenter::setHotKeyEvents(nullptr);
@@ -217,7 +217,7 @@ TEST_F(HotKeyDialing, ATextThatIsNotUnicodeIsNotSent) {
   EXPECT_EQ(lines().back(), "Log> error while serializing [makecall]");
 }
 
-TEST_F(HotKeyDialing, ACopyThatIsNotPossibleIsLoggedAndTheReadGoesOn) {
+TEST_F(HotKeyDialing, AnImpossibleCopyIsLoggedAndTheReadContinues) {
   setHotKey(R"(,"virtualkey":2)");
   clipboard->refuseCopy = true;
   app->FlagLog = true;

@@ -74,13 +74,13 @@ TEST_F(Logging, ACallFromABackgroundThreadIsMarked) {
   EXPECT_EQ(jsonText(lines[1], "message"), "from afar");
 }
 
-TEST_F(Logging, AnEmptyMessageEndsInTheBlank) {
+TEST_F(Logging, AnEmptyMessageEndsInTheSpace) {
   app->FlagLog = true;
   app->log("");
   EXPECT_THAT(output.text(), MatchesRegex("Log ..:..:..> \n"));
 }
 
-TEST_F(Logging, ALineBreakIsWrittenAsItIsInPlainFormAndEscapedInJson) {
+TEST_F(Logging, ALineBreakIsUnalteredInPlainFormAndEscapedInJson) {
   app->FlagLog = true;
   app->FlagJsonLog = true;
   app->log("a\nb");

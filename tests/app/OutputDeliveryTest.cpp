@@ -21,7 +21,7 @@ TEST_F(OutputDelivery, AMessageIsALineOnStandardOutputAndBareOnTheSocket) {
   EXPECT_EQ(client.nextMessage(), "{\"a\":1}");
 }
 
-TEST_F(OutputDelivery, TheLogLinesOfADeliveryComeInOrder) {
+TEST_F(OutputDelivery, TheLogLinesOfADeliveryAreInOrder) {
   const tests::UcListener client(directory.path("out"));
   app->FlagLog = true;
   app->ValueClientPipeName = directory.path("out");
@@ -41,7 +41,7 @@ TEST_F(OutputDelivery, APathWithoutAListenerIsLoggedAndTheMessageIsOnStandardOut
   EXPECT_THAT(lines(), ElementsAre("{}", "Log> Unix socket client connect failed"));
 }
 
-TEST_F(OutputDelivery, APathThatIsNoneIsLoggedWithIt) {
+TEST_F(OutputDelivery, AnInvalidPathIsLogged) {
   app->FlagLog = true;
   for (const char* path : {"", "relative", "/tmp/../x"}) {
     const tests::CapturedOutput printed;

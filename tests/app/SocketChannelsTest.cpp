@@ -100,7 +100,7 @@ TEST_F(SocketChannels, ADirectoryThatHoldsSomethingIsKeptAndTheListenFails) {
   EXPECT_TRUE(std::filesystem::exists(path + "/precious"));
 }
 
-TEST_F(SocketChannels, APathThatIsNoneFailsToStart) {
+TEST_F(SocketChannels, AnInvalidPathFailsToStart) {
   for (const char* path : {"", "relative", "/tmp/a/../b"}) {
     app->ValueDialerPipeName = path;
     app->startUnixSocketServer();

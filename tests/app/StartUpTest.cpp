@@ -49,7 +49,7 @@ TEST_F(StartUp, OnlyAProgramThatStaysConnectsToTheDesktop) {
   EXPECT_EQ(desktopConnections, 1);
 }
 
-TEST_F(StartUp, AnEmptyArgumentListLeavesEveryFieldAsItIs) {
+TEST_F(StartUp, AnEmptyArgumentListChangesNoField) {
   application->commandLine = {};
   app->parseCommandLine();
   EXPECT_FALSE(app->FlagChangeLog || app->FlagHelp || app->FlagLog || app->FlagJsonLog ||

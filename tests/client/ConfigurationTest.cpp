@@ -47,7 +47,7 @@ class Configuration : public testing::Test {
   std::string path_ = directory_.path("seldial-uc.toml");
 };
 
-TEST_F(Configuration, SettingsHaveTextsNumbersAndTruthValues) {
+TEST_F(Configuration, SettingsAreStringsNumbersAndBooleans) {
   write(
       "# mine\nregion = \"NL\"  # Dutch\n\nconversation = true\ndelay = 50\ndial = '''a "
       "\"b\"'''\n");
@@ -58,7 +58,7 @@ TEST_F(Configuration, AFileThatDoesNotExistHasNoSettings) {
   EXPECT_EQ(settings(), "");
 }
 
-TEST_F(Configuration, WhatIsNotTOMLIsReportedWithItsLine) {
+TEST_F(Configuration, InvalidTOMLIsReportedWithItsLine) {
   write("region = \"NL\"\nhotkey = ctrl+d\n");
   EXPECT_THAT(settings(), StartsWith(path_ + ":2: "));
   write("region = \"NL\"\nregion = \"DE\"\n");
@@ -103,7 +103,7 @@ TEST_F(Configuration, ASettingIsRemovedWithItsLine) {
   EXPECT_EQ(content(), "delay = 5\n");
 }
 
-TEST_F(Configuration, AnyTextComesBackAsItWas) {
+TEST_F(Configuration, AnyTextIsReadBackUnaltered) {
   for (const char* const value : {"", "a \"b\" 'c' \\", "\t\x01\x7F\r\n", "é ☎", "00", "-1", "1e5",
                                   "true", "99999999999999"}) {
     change({{"dial", value}});
@@ -119,7 +119,7 @@ TEST_F(Configuration, AFileThatIsNotValidIsNotChanged) {
   EXPECT_EQ(content(), "hotkey = \n");
 }
 
-TEST_F(Configuration, ALinkStaysALink) {
+TEST_F(Configuration, ASymbolicLinkIsPreserved) {
   const std::string file = directory_.path("dotfile");
   std::ofstream(file) << "delay = 5\n";
   ASSERT_EQ(symlink(file.c_str(), path_.c_str()), 0);
@@ -130,14 +130,14 @@ TEST_F(Configuration, ALinkStaysALink) {
   EXPECT_TRUE(S_ISLNK(status.st_mode));
 }
 
-TEST_F(Configuration, WhereItCannotBeWrittenThatIsSaid) {
+TEST_F(Configuration, AFailureToWriteIsReported) {
   path_ = "/proc/nowhere/seldial-uc.toml";
   std::string error;
   EXPECT_FALSE(writeConfiguration(path_, {{"delay", "5"}}, error));
   EXPECT_THAT(error, StartsWith("cannot write " + path_ + ": "));
 }
 
-TEST_F(Configuration, ItsUsualPlace) {
+TEST_F(Configuration, TheDefaultPath) {
   setenv("HOME", "/home/me", 1);
   unsetenv("XDG_CONFIG_HOME");
   EXPECT_EQ(usualConfigurationPath(), "/home/me/.config/seldial/seldial-uc.toml");

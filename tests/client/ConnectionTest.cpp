@@ -11,7 +11,7 @@
 namespace seldial {
 namespace {
 
-TEST(Connection, ACommandIsSentOverAConnectionOfItsOwn) {
+TEST(Connection, ACommandIsSentOverASeparateConnection) {
   const tests::TemporaryDirectory directory;
   const tests::UcListener seldial(directory.path("in"));
   EXPECT_TRUE(isListening(directory.path("in")));
@@ -20,7 +20,7 @@ TEST(Connection, ACommandIsSentOverAConnectionOfItsOwn) {
   EXPECT_EQ(seldial.nextMessage(), "the command");
 }
 
-TEST(Connection, WhereNobodyListensTheReasonIsGiven) {
+TEST(Connection, IfNobodyListensTheReasonIsGiven) {
   const tests::TemporaryDirectory directory;
   EXPECT_EQ(sendCommand("x", directory.path("in")),
             "nobody answers at " + directory.path("in") + ": No such file or directory");
@@ -28,14 +28,14 @@ TEST(Connection, WhereNobodyListensTheReasonIsGiven) {
   EXPECT_FALSE(isListening(directory.path("in")));
 }
 
-TEST(Connection, ASeldialThatTakesNobodyIsNotWaitedForForEver) {
+TEST(Connection, ASeldialThatDoesNotAcceptIsNotWaitedForForever) {
   const tests::TemporaryDirectory directory;
   const tests::UcListener seldial(directory.path("in"), 0);
   EXPECT_EQ(sendCommand("first", directory.path("in")), std::nullopt);
   EXPECT_NE(sendCommand("second", directory.path("in")), std::nullopt);
 }
 
-TEST(HotKeyTrial, IsToldOfTheNextUseOnce) {
+TEST(HotKeyTrial, IsNotifiedOfTheNextUseOnce) {
   const tests::TemporaryDirectory directory;
   setenv("XDG_RUNTIME_DIR", directory.path("").c_str(), 1);
   EXPECT_EQ(HotKeyTrial::start({}), nullptr);
@@ -51,7 +51,7 @@ TEST(HotKeyTrial, IsToldOfTheNextUseOnce) {
   EXPECT_EQ(connection.receiveToTheEnd(), "");
 }
 
-TEST(Connection, TheControlSocketIsWhereNobodyElseCanEnter) {
+TEST(Connection, TheControlSocketIsInAPrivateDirectory) {
   const tests::TemporaryDirectory directory;
   setenv("TMPDIR", "/tmp", 1);
   setenv("XDG_RUNTIME_DIR", directory.path("").c_str(), 1);

@@ -51,7 +51,7 @@ TEST(HotKeySpelling, EachModifierHasItsNames) {
   }
 }
 
-TEST(HotKeySpelling, OrderCaseAndBlanksDoNotMatter) {
+TEST(HotKeySpelling, OrderCaseAndSpacesDoNotMatter) {
   for (const char* const spelling : {"D+Alt+CTRL", " Ctrl + Alt + D ", "alt+d+ctrl"}) {
     const HotKey hotKey = read(spelling);
     EXPECT_EQ(modifiersOf(hotKey), "alt ctrl ") << spelling;

@@ -20,7 +20,7 @@ TEST(Messages, TheCommandIsReadBackAsItWasMeant) {
   EXPECT_EQ(record.ReadDelay, 65535);
 }
 
-TEST(Messages, TheOtherModifiersTravelToo) {
+TEST(Messages, TheOtherModifiersAreSentToo) {
   const HotKey hotKey{platform::kVK_ANSI_A,
                       platform::kModifierFlagCommand | platform::kModifierFlagShift};
   const auto record = SetHotKeyApi::fromJSONString(setHotKeyCommand(hotKey, 0));
@@ -50,7 +50,7 @@ TEST(Messages, AnswersToTheCommand) {
   EXPECT_EQ(error.text, "command tag not found");
 }
 
-TEST(Messages, WhateverElseComesIsUnknown) {
+TEST(Messages, AnythingElseIsUnknown) {
   for (const char* const text : {"", "hello", "[]", "{}", R"({"command":"SetHotKey"})",
                                  R"({"command":5})", R"({"response":"Welcome"})"}) {
     EXPECT_EQ(messageFromJSON(text).kind, Message::Kind::Unknown) << text;

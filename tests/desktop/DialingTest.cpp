@@ -64,7 +64,7 @@ TEST_F(Dialing, TheSelectionIsDialledOnceAndNothingIsTyped) {
   for (const auto& key : editor.keys()) EXPECT_NE(key.key, kKeyD);
 }
 
-TEST_F(Dialing, ASuccessfulPressLogsExactlyOneLineOfItsOwn) {
+TEST_F(Dialing, ASuccessfulPressLogsExactlyOneAdditionalLine) {
   const XClient editor(server.display());
   EXPECT_THAT(answerTo(setHotKey(2)), IsHotkeyStateTrue());
   ASSERT_TRUE(process->waitForLine("Now closing unix socket client."));
@@ -84,7 +84,7 @@ TEST_F(Dialing, WithNothingSelectedAnOldClipboardTextIsNotDialled) {
   EXPECT_TRUE(process->waitForLine("> no number found on pasteboard"));
 }
 
-TEST_F(Dialing, TextsArriveAsTheyAre) {
+TEST_F(Dialing, TextsArriveUnaltered) {
   EXPECT_THAT(answerTo(setHotKey(2)), IsHotkeyStateTrue());
   const std::pair<const char*, const char*> cases[] = {
       {"020 123\n4567\n", R"(020 123\n4567\n)"}, {"☎ \"1\"/2", R"(☎ \"1\"\/2)"}, {"", ""}};
@@ -170,7 +170,7 @@ TEST_F(Dialing, ACommandDuringTheWaitIsAnsweredAfterTheCall) {
   EXPECT_THAT(client.nextMessage(), IsError("command tag not found"));
 }
 
-TEST_F(Dialing, LosingTheServerEndsTheProgramInOrderWithStatus1) {
+TEST_F(Dialing, LosingTheServerEndsTheProgramCleanlyWithStatus1) {
   XServer own;
   const std::string path = directory.path("own-in");
   SeldialProcess seldial({"-log", "dialerpipename=" + path, "clientpipename=" + out},
@@ -197,7 +197,7 @@ TEST_F(Dialing, AServerWithoutAnExtensionIsOneLineOnStandardErrorAndRefusals) {
   EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
 }
 
-TEST_F(Dialing, ARefusedHotKeyIsFreeForOthersOnceTheAnswerHasCome) {
+TEST_F(Dialing, ARefusedHotKeyIsFreeForOthersOnceTheAnswerHasArrived) {
   platform::x11::ForeignGrabs holder(server.display());
   platform::x11::ForeignGrabs third(server.display());
   ASSERT_TRUE(holder.take(kKeyD, kStateControl | kStateAlt));

@@ -62,14 +62,14 @@ TEST_F(EndOnDesktop, AFrozenServerDoesNotStopTheEnd) {
   process->signal(SIGTERM);
 }
 
-TEST_F(EndOnDesktop, AFrozenServerThatACommandWaitsForDoesNotStopTheEnd) {
+TEST_F(EndOnDesktop, AFrozenServerForWhichACommandWaitsDoesNotStopTheEnd) {
   takeHotKey();
   server.freeze();
   sendCommand(in, {setHotKey()});
   process->signal(SIGTERM);
 }
 
-TEST_F(EndOnDesktop, AFrozenServerThatKeysAreReleasedOnDoesNotStopTheEnd) {
+TEST_F(EndOnDesktop, AFrozenServerOnWhichKeysAreReleasedDoesNotStopTheEnd) {
   const XClient editor(server.display());
   takeHotKey();
   useAndHold();
@@ -95,7 +95,7 @@ TEST_F(EndOnDesktop, CommandsWaitForAFrozenServerAndAreAnsweredInOrder) {
   process->signal(SIGTERM);
 }
 
-TEST_F(EndOnDesktop, InTheWaitForACopyHeldModifiersAreGivenBack) {
+TEST_F(EndOnDesktop, HeldModifiersAreReleasedDuringTheWaitForACopy) {
   const XClient editor(server.display());
   takeHotKey(kLongestDelay);
   useAndHold();
@@ -103,7 +103,7 @@ TEST_F(EndOnDesktop, InTheWaitForACopyHeldModifiersAreGivenBack) {
   expectKeysGivenBack();
 }
 
-TEST_F(EndOnDesktop, WhileACallIsNotReadHeldModifiersAreGivenBack) {
+TEST_F(EndOnDesktop, HeldModifiersAreReleasedWhileACallIsNotRead) {
   XClientSettings large;
   large.copy = answersWith(std::string(4UL << 20, '7'), 65536);
   const XClient editor(server.display(), large);
@@ -114,7 +114,7 @@ TEST_F(EndOnDesktop, WhileACallIsNotReadHeldModifiersAreGivenBack) {
   expectKeysGivenBack();
 }
 
-TEST_F(EndOnDesktop, ASecondSignalStillGivesHeldModifiersBack) {
+TEST_F(EndOnDesktop, ASecondSignalStillReleasesHeldModifiers) {
   const XClient editor(server.display());
   takeHotKey(kLongestDelay);
   useAndHold();

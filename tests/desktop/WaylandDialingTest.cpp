@@ -127,7 +127,7 @@ TEST_F(WaylandDialing, AfterAKillTheNextStartTakesTheHotKeyOver) {
   dial();
 }
 
-TEST_F(WaylandDialing, LosingTheCompositorEndsTheProgramInOrderWithStatus1) {
+TEST_F(WaylandDialing, LosingTheCompositorEndsTheProgramCleanlyWithStatus1) {
   startListening();
   EXPECT_THAT(answerTo(setHotKey(2, kDelay)), IsHotkeyStateTrue());
   sway.kill();
@@ -135,7 +135,7 @@ TEST_F(WaylandDialing, LosingTheCompositorEndsTheProgramInOrderWithStatus1) {
   EXPECT_FALSE(Peer::connectedTo(in).connected());
 }
 
-TEST_F(WaylandDialing, WhereThereAreNoHotKeysAPressByTheClientIsAUse) {
+TEST_F(WaylandDialing, WithoutHotKeysForProgramsAPressByTheClientIsAUse) {
   sway.enter(Sway::Ipc::kHidden);
   startListening();
   const Editor editor(sway.display());
@@ -167,7 +167,7 @@ TEST_F(WaylandDialing, WithoutTheModuleThereIsOneLineOnStandardErrorAndRefusals)
   EXPECT_THAT(seldial.errors(), testing::HasSubstr("seldial-wayland.so cannot be loaded"));
 }
 
-TEST_F(WaylandDialing, AStaleNameOfACompositorIsNoWaylandSession) {
+TEST_F(WaylandDialing, AStaleNameOfACompositorIsNotAWaylandSession) {
   setenv("WAYLAND_DISPLAY", "wayland-9", 1);
   startListening();
   EXPECT_THAT(answerTo(setHotKey(2, kDelay)), IsHotkeyStateFalse("hotkey not set"));

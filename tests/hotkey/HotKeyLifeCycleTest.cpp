@@ -26,7 +26,7 @@ TEST_F(HotKeyLifeCycle, AnUnregisteredRecordLivesAsLongAsItsOwner) {
   EXPECT_TRUE(watched.expired());
 }
 
-TEST_F(HotKeyLifeCycle, ADestroyedRecordDropsItsEqualFromTheRegistry) {
+TEST_F(HotKeyLifeCycle, ADestroyedRecordRemovesItsEqualFromTheRegistry) {
   int calls = 0;
   const std::weak_ptr<QKHotKey> member =
       center->registerHotKeyWithKeyCode(kKeyV, kCommand, counting(calls));
@@ -39,7 +39,7 @@ TEST_F(HotKeyLifeCycle, ADestroyedRecordDropsItsEqualFromTheRegistry) {
   EXPECT_EQ(calls, 0);
 }
 
-TEST_F(HotKeyLifeCycle, ARefusedRecordThatIsDroppedLeavesTheOthersAlone) {
+TEST_F(HotKeyLifeCycle, DestroyingARefusedRecordDoesNotAffectOthers) {
   const auto kept = center->registerHotKeyWithKeyCode(kKeyV, kCommand, nullptr);
   port->refuse = true;
   center->registerHotKeyWithKeyCode(kKeyB, kCommand, nullptr);
@@ -75,7 +75,7 @@ TEST_F(HotKeyLifeCycle, InitSetsUpAfreshWithoutUnregistering) {
   EXPECT_EQ(center->registerHotKeyWithKeyCode(kKeyB, kCommand, nullptr)->hotKeyID, 1U);
 }
 
-TEST_F(HotKeyLifeCycle, InitDestroysTheRecordsThatNobodyElseOwns) {
+TEST_F(HotKeyLifeCycle, InitDestroysRecordsWithoutAnotherOwner) {
   const std::weak_ptr<QKHotKey> watched =
       center->registerHotKeyWithKeyCode(kKeyV, kCommand, nullptr);
   center->init();

@@ -22,7 +22,7 @@ TEST_F(HotKeyRelease, InvokesTheRecordWithThatIdAlone) {
   EXPECT_EQ(second, 1);
 }
 
-TEST_F(HotKeyRelease, MakesUpAKeyUpEventOutsideAnyWindow) {
+TEST_F(HotKeyRelease, CreatesAKeyUpEventOutsideAnyWindow) {
   std::vector<QKKeyEvent> events;
   const auto hotKey = center->registerHotKeyWithKeyCode(
       kKeyV, kCommand, [&](const QKKeyEvent& event) { events.push_back(event); });
@@ -90,7 +90,7 @@ TEST_F(HotKeyRelease, PerformsTheActionOfATargetRecord) {
   EXPECT_EQ(target.events.at(0).keyCode, kKeyV);
 }
 
-TEST_F(HotKeyRelease, ATaskMayUnregisterItsOwnHotKeyAndGoOn) {
+TEST_F(HotKeyRelease, ATaskMayUnregisterItsOwnHotKeyAndContinue) {
   auto owned = std::make_shared<std::string>("still here");
   const std::weak_ptr<std::string> watched = owned;
   std::string seen;
@@ -105,7 +105,7 @@ TEST_F(HotKeyRelease, ATaskMayUnregisterItsOwnHotKeyAndGoOn) {
   EXPECT_TRUE(port->registrations.empty());
 }
 
-TEST_F(HotKeyRelease, AnActionMayUnregisterItsOwnHotKeyAndGoOn) {
+TEST_F(HotKeyRelease, AnActionMayUnregisterItsOwnHotKeyAndContinue) {
   class Unregistering final : public QKHotKeyTarget {
    public:
     [[nodiscard]] bool respondsTo(const QKAction& /*action*/) const override { return true; }

@@ -70,7 +70,7 @@ TEST_F(QKHotKeyCenterTest, IsOneForTheProcess) {
   EXPECT_EQ(elsewhere, center);
 }
 
-TEST_F(QKHotKeyCenterTest, IsNoneWhileItHasNoPort) {
+TEST_F(QKHotKeyCenterTest, IsNullWithoutAPort) {
   QKHotKeyCenter::setHotKeyEvents(nullptr);
   EXPECT_EQ(QKHotKeyCenter::sharedHotKeyCenter(), nullptr);
   EXPECT_EQ(center->registerHotKeyWithKeyCode(kKeyV, kCommand, nullptr), nullptr);
@@ -78,7 +78,7 @@ TEST_F(QKHotKeyCenterTest, IsNoneWhileItHasNoPort) {
   EXPECT_EQ(QKHotKeyCenter::sharedHotKeyCenter(), center);
 }
 
-TEST_F(QKHotKeyCenterTest, TheCombinationIsAskedForWithItsIdentifier) {
+TEST_F(QKHotKeyCenterTest, TheCombinationIsRegisteredWithItsIdentifier) {
   center->registerHotKeyWithKeyCode(kKeyV, kCommand | kControl | platform::kModifierFlagCapsLock,
                                     nullptr);
   ASSERT_EQ(port->registrations.size(), 1U);
@@ -89,7 +89,7 @@ TEST_F(QKHotKeyCenterTest, TheCombinationIsAskedForWithItsIdentifier) {
   EXPECT_EQ(registration.hotKeyID.id, 1U);
 }
 
-TEST_F(QKHotKeyCenterTest, ARefusedRecordIsUnchangedAndNotEntered) {
+TEST_F(QKHotKeyCenterTest, ARefusedRecordIsUnchangedAndNotAdded) {
   const auto hotKey = QKHotKey::hotKeyWithKeyCode(kKeyV, kCommand, nullptr);
   port->refuse = true;
   EXPECT_EQ(center->registerHotKey(hotKey), nullptr);
@@ -98,7 +98,7 @@ TEST_F(QKHotKeyCenterTest, ARefusedRecordIsUnchangedAndNotEntered) {
   EXPECT_FALSE(center->hasRegisteredHotKeyWithKeyCode(kKeyV, kCommand));
 }
 
-TEST_F(QKHotKeyCenterTest, ARecordWhoseEqualIsInTheRegistryIsGivenBackAndNotEntered) {
+TEST_F(QKHotKeyCenterTest, ARecordWhoseEqualIsRegisteredIsReturnedAndNotAdded) {
   const auto member = center->registerHotKeyWithKeyCode(kKeyV, kCommand, nullptr);
   const auto equal = QKHotKey::hotKeyWithKeyCode(kKeyV, kCommand, nullptr);
   EXPECT_EQ(center->registerHotKey(equal), equal);
@@ -123,7 +123,7 @@ TEST_F(QKHotKeyCenterTest, TheTargetVariantYieldsNoneForATakenCombinationToo) {
   EXPECT_EQ(center->registerHotKeyWithKeyCode(kKeyV, kCommand, &target, "dial:", nullptr), nullptr);
 }
 
-TEST_F(QKHotKeyCenterTest, UnregisteringGivesTheCombinationBack) {
+TEST_F(QKHotKeyCenterTest, UnregisteringReleasesTheCombination) {
   int calls = 0;
   const auto hotKey = center->registerHotKeyWithKeyCode(kKeyV, kCommand, counting(calls));
   const auto ref = *hotKey->hotKeyRef;

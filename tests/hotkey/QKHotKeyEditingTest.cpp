@@ -113,7 +113,7 @@ TEST_F(QKHotKeyEditingTest, AfterAKeyDownFurtherModifierChangesAreIgnored) {
   EXPECT_EQ(field->shown->keyCode(), kKeyK);
 }
 
-TEST_F(QKHotKeyEditingTest, EscapeRestoresTheRecordOfTheBeginningAndSendsTheAction) {
+TEST_F(QKHotKeyEditingTest, EscapeRestoresTheInitialRecordAndSendsTheAction) {
   keyDown(kKeyK, kCommand);
   keyDown(kKeyK, kCommand | kShift);
   field->journal.clear();
@@ -202,7 +202,7 @@ TEST_F(QKHotKeyEditingTest, ACombinationKeepsTheWholeFlagsOfItsEvent) {
   EXPECT_EQ(field->shown->modifierFlags(), kCommand | kCapsLockAndDeviceBits);
 }
 
-TEST_F(QKHotKeyEditingTest, AModifierThatIsLetGoIsNotRecorded) {
+TEST_F(QKHotKeyEditingTest, AReleasedModifierIsNotRecorded) {
   flagsChanged(kKeyLeftCommand, 0);
   flagsChanged(57, platform::kModifierFlagCapsLock);
   EXPECT_THAT(field->journal, IsEmpty());
@@ -239,7 +239,7 @@ TEST_F(QKHotKeyEditingTest, EventsOfOtherTypesAreIgnored) {
   EXPECT_THAT(field->journal, ElementsAre("record", "show ⌘", "action"));
 }
 
-TEST_F(QKHotKeyEditingTest, EditingGoesOnAfterARecordingAndEachReplacesTheRecord) {
+TEST_F(QKHotKeyEditingTest, EditingContinuesAfterARecordingAndEachReplacesTheRecord) {
   keyDown(kKeyK, kCommand);
   const auto first = field->shown;
   keyDown(kKeyV, kCommand);
@@ -249,7 +249,7 @@ TEST_F(QKHotKeyEditingTest, EditingGoesOnAfterARecordingAndEachReplacesTheRecord
               ElementsAre("record", "show ⌘k", "action", "record", "show ⌘v", "action"));
 }
 
-TEST_F(QKHotKeyEditingTest, ARecordingHasTheTaskOfTheRecordOfTheBeginning) {
+TEST_F(QKHotKeyEditingTest, ARecordingHasTheTaskOfTheInitialRecord) {
   keyDown(kKeyK, kCommand);
   keyDown(kKeyK, kCommand | kShift);
   field->shown->invokeWithEvent({});
@@ -290,7 +290,7 @@ TEST_F(QKHotKeyEditingTest, LosingTheFocusKeepsTheLastRecordAndSendsNoAction) {
   EXPECT_THAT(field->journal, IsEmpty());
 }
 
-TEST_F(QKHotKeyEditingTest, TheEndLetsGoOfTheRecordOfTheBeginning) {
+TEST_F(QKHotKeyEditingTest, TheEndReleasesTheInitialRecord) {
   field->shown = QKHotKey::hotKeyWithKeyCode(1, kCommand, nullptr);
   const std::weak_ptr<QKHotKey> watched = field->shown;
   begin();
@@ -308,7 +308,7 @@ TEST_F(QKHotKeyEditingTest, TheFieldIsNotKeptAlive) {
   keyDown(kKeyEscape, 0);
 }
 
-TEST_F(QKHotKeyEditingTest, AFieldMayBeDroppedByItsAction) {
+TEST_F(QKHotKeyEditingTest, AFieldMayBeDestroyedByItsAction) {
   const auto* const dropped = field.get();
   Journal journal;
   field->onAction = [&] { field.reset(); };

@@ -21,7 +21,7 @@ class QKHotKeyRecord : public HotKeyTest {
   }
 };
 
-TEST_F(QKHotKeyRecord, IsUnregisteredWhenItIsMade) {
+TEST_F(QKHotKeyRecord, IsUnregisteredWhenItIsCreated) {
   const auto hotKey = QKHotKey::hotKeyWithKeyCode(kKeyV, kCommand, nullptr);
   EXPECT_EQ(hotKey->keyCode(), kKeyV);
   EXPECT_EQ(hotKey->modifierFlags(), kCommand);
@@ -83,7 +83,7 @@ TEST_F(QKHotKeyRecord, DescribesTargetAndActionWhenBothAreSet) {
   EXPECT_THAT(noTarget->description(), HasSubstr("invokes: (block))"));
 }
 
-TEST_F(QKHotKeyRecord, ATargetIsDescribedByItsAddressUnlessItSaysMore) {
+TEST_F(QKHotKeyRecord, ATargetIsDescribedByItsAddressByDefault) {
   class PlainTarget final : public QKHotKeyTarget {
     [[nodiscard]] bool respondsTo(const QKAction& /*action*/) const override { return false; }
     void perform(const QKAction& /*action*/, const QKKeyEvent& /*event*/,

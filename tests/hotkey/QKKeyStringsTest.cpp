@@ -113,7 +113,7 @@ TEST_F(QKKeyStrings, TheLayoutIsAskedWithTheModifierBitsUnshifted) {
   EXPECT_THAT(layout.asked, ElementsAre(Pair(1, 0x200U | 0x100U | 0x400U)));
 }
 
-TEST_F(QKKeyStrings, AKeyThatSaysNothingAddsNothing) {
+TEST_F(QKKeyStrings, AKeyWithoutCharactersAddsNothing) {
   EXPECT_EQ(shown(2, kControl), "⌃");
   EXPECT_EQ(shown(2, 0), "");
 }

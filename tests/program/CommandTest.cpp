@@ -42,7 +42,7 @@ TEST_F(Command, AnEmptyConnectionIsAnswered) {
   EXPECT_THAT(answerTo(""), IsError("empty string on standard input stream"));
 }
 
-TEST_F(Command, WhatIsNoCommandHasNoTag) {
+TEST_F(Command, InputThatIsNotACommandHasNoTag) {
   startListening();
   for (const char* text :
        {" ", "\n", R"({"command":"SetHot)", "hello", "42", "{}",
@@ -52,7 +52,7 @@ TEST_F(Command, WhatIsNoCommandHasNoTag) {
   EXPECT_THAT(answerTo(std::string("{}\0", 3)), IsError(kNoTag));
 }
 
-TEST_F(Command, BytesThatAreNoTextCountAsNothing) {
+TEST_F(Command, InvalidUtf8IsDropped) {
   startListening();
   for (const char* bytes : {"{\"command\":\"\xff\"}", "\xef\xbf", "\xed\xa0\x80"}) {
     EXPECT_THAT(answerTo(bytes), IsError("empty string on standard input stream"));
@@ -70,7 +70,7 @@ TEST_F(Command, WrongKindsAndNumbersOutOfRangeTakeTheirDefaults) {
   EXPECT_THAT(answerTo(R"({"command":"SetHotKey","virtualkey":1e999})"), IsError(kNoTag));
 }
 
-TEST_F(Command, ACharacterCutAtTheChunkBoundaryLeavesAHole) {
+TEST_F(Command, ACharacterSplitBetweenChunksDropsBothChunks) {
   startListening();
   // Everything is sent at once and read 256 bytes at a time. The second chunk ends inside "é", so
   // the second and the third chunk are dropped.
@@ -88,7 +88,7 @@ TEST_F(Command, ALongCommandArrivesWhole) {
   EXPECT_THAT(answerTo(R"({"command":")" + name + "\"}"), IsError("invalid command: " + name));
 }
 
-TEST_F(Command, MillionsOfNestedBracketsAreNoCommand) {
+TEST_F(Command, MillionsOfNestedBracketsAreNotACommand) {
   startQuietly();
   const std::string deep(5000000, '[');
   EXPECT_THAT(answerTo(R"({"a":)" + deep), IsError(kNoTag));

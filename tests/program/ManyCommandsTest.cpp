@@ -88,7 +88,7 @@ class Ring {
   std::array<pid_t, kProcesses> processes_{};
 };
 
-TEST_F(ManyCommands, OfEightProcessesThatTakeTurnsAreAllAnsweredInOrder) {
+TEST_F(ManyCommands, OfEightAlternatingProcessesAreAllAnsweredInOrder) {
   const Ring ring([this](unsigned number) { sendCommand(in, {command(number)}); });
   startQuietly();
   ring.start();

@@ -42,7 +42,7 @@ TEST_F(Robustness, FiveHundredClientsThatNeverLeaveDoNotStarveTheNext) {
   EXPECT_TRUE(eventually([this] { return openDescriptors(process->id()) < 20U; }));
 }
 
-TEST_F(Robustness, WhereNoDescriptorIsLeftTheIncomingSocketClosesAndTheProgramStays) {
+TEST_F(Robustness, IfNoDescriptorIsLeftTheIncomingSocketClosesAndTheProgramContinues) {
   startListening();
   const rlimit few{20, 20};
   ASSERT_EQ(prlimit(process->id(), RLIMIT_NOFILE, &few, nullptr), 0);
@@ -55,7 +55,7 @@ TEST_F(Robustness, WhereNoDescriptorIsLeftTheIncomingSocketClosesAndTheProgramSt
   terminate();
 }
 
-TEST_F(Robustness, AClientSocketThatNobodyListensOnLosesTheMessageOnly) {
+TEST_F(Robustness, AClientSocketWithoutAListenerLosesOnlyTheMessage) {
   out = directory.path("nobody");
   startListening();
   sendCommand(in, {"{}"});
@@ -65,7 +65,7 @@ TEST_F(Robustness, AClientSocketThatNobodyListensOnLosesTheMessageOnly) {
   EXPECT_TRUE(process->waitForLine("Unix socket client connect failed"));
 }
 
-TEST_F(Robustness, AClientThatClosesAtOnceIsNoTrouble) {
+TEST_F(Robustness, AClientThatClosesAtOnceDoesNoHarm) {
   startListening();
   for (int i = 0; i < 50; ++i) {
     sendCommand(in, {"{}"});

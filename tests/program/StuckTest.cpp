@@ -31,7 +31,7 @@ TEST_F(Stuck, MessagesGoToTheSocketThoughNobodyReadsStandardOutput) {
   terminate();
 }
 
-TEST_F(Stuck, LogLinesThatNobodyReadsHoldNothingUp) {
+TEST_F(Stuck, LogLinesThatNobodyReadsBlockNothing) {
   startUnread({"-log", "-jsonlog"});
   terminate();
 }
@@ -47,7 +47,7 @@ TEST_F(Stuck, OneLineOnStandardErrorSaysHowManyLinesWereLost) {
                                    std::to_string(101 - received) + "\n");
 }
 
-TEST_F(Stuck, AtTheEndItSaysHowManyLinesWereLost) {
+TEST_F(Stuck, AtTheEndItReportsHowManyLinesWereLost) {
   startUnread({});
   terminate();
   EXPECT_THAT(process->errors(), testing::StartsWith("seldial: nobody read standard output"));

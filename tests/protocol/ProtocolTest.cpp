@@ -56,7 +56,7 @@ TEST(Protocol, TheExamplesThatShowapiPrintsAreValid) {
   EXPECT_EQ(kinds(verdict), kAllMessages);
 }
 
-TEST(Protocol, TheSchemaRejectsWhatIsNoMessage) {
+TEST(Protocol, TheSchemaRejectsInvalidMessages) {
   const std::vector<std::string> wrong{
       R"({"command":"MakeCall"})",
       R"({"command":"MakeCall","number":5})",

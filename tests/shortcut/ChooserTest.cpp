@@ -84,7 +84,7 @@ TEST_F(Chooser, TheClientDialsWhatWasChosen) {
   client.expectLine("Dialled.");
 }
 
-TEST_F(Chooser, TheClientAsksWhereNothingCanBeUndone) {
+TEST_F(Chooser, TheClientAsksIfCallsCannotBeUndone) {
   const Softphone phone("phone");
   RunningClient client(
       {"--dial", phone.path(), "--confirm", "undo", "--delay", "500", "--region", "NL"},

@@ -47,7 +47,7 @@ SettingValues values(std::optional<std::string> dial, std::optional<std::string>
   return {{"dial", std::move(dial)}, {"open", std::move(open)}, {"region", std::move(region)}};
 }
 
-TEST_F(Settings, TheControlsShowWhatIsInTheFile) {
+TEST_F(Settings, TheControlsShowTheFile) {
   EXPECT_EQ(after({}), values({}, {}, {}));
   EXPECT_EQ(after({{"delay", "5", 1}, {"open", "sip", 2}, {"region", "NL", 3}}),
             values({}, "sip", "NL"));

@@ -41,7 +41,7 @@ TEST(ShortcutOptions, ValuesFollowOrAreJoined) {
   EXPECT_EQ(options.socket, "/tmp/seldial");
 }
 
-TEST(ShortcutOptions, WhatMakesNoSenseIsSaid) {
+TEST(ShortcutOptions, InvalidArgumentsAreReported) {
   EXPECT_THAT(errorOf({"--hotkey", "ctrl+"}), StartsWith("--hotkey ctrl+: "));
   EXPECT_THAT(errorOf({"--delay", "65536"}), HasSubstr("from 0 to 65535, not 65536"));
   EXPECT_THAT(errorOf({"--delay", ""}), HasSubstr("--delay takes"));
@@ -63,7 +63,7 @@ TEST(ShortcutOptions, TheSettingsAreKeptInAFile) {
   EXPECT_EQ(options.configuration, "/tmp/file");
 }
 
-TEST(ShortcutOptions, HelpIsAskedForInTwoWays) {
+TEST(ShortcutOptions, HelpHasTwoSpellings) {
   EXPECT_TRUE(optionsOf({"--help"}).help);
   EXPECT_TRUE(optionsOf({"-h"}).help);
   EXPECT_FALSE(optionsOf({}).help);

@@ -107,7 +107,7 @@ TEST_F(ShortcutWindowTest, WhatAnotherProgramHoldsIsAWarningAndCanStillBeAccepte
   EXPECT_EQ(statusName(), "Try it here");
 }
 
-TEST_F(ShortcutWindowTest, WhatSeldialHoldsIsNoWarningAndCanBeTried) {
+TEST_F(ShortcutWindowTest, SeldialsOwnShortcutIsNotAWarningAndCanBeTried) {
   ASSERT_TRUE(others.take(kKeyD, kControlAlt));
   ASSERT_TRUE(others.take(kKeyK, kControlAlt));
   std::function<void()> use;
@@ -139,7 +139,7 @@ TEST_F(ShortcutWindowTest, WhatTheWindowManagerHoldsIsRecordedAndAWarning) {
   EXPECT_TRUE(window->isVisible());
 }
 
-TEST_F(ShortcutWindowTest, ModifierKeysAloneAreToldApartAndCannotBeAccepted) {
+TEST_F(ShortcutWindowTest, ModifierKeysAloneAreExplainedAndCannotBeAccepted) {
   open();
   record({kKeyLeftControl});
   EXPECT_EQ(field()->text(), QStringLiteral("⌃"));
@@ -148,7 +148,7 @@ TEST_F(ShortcutWindowTest, ModifierKeysAloneAreToldApartAndCannotBeAccepted) {
   EXPECT_EQ(focused(), "record");
 }
 
-TEST_F(ShortcutWindowTest, TheCopyKeystrokeIsToldApartAndCannotBeAccepted) {
+TEST_F(ShortcutWindowTest, TheCopyKeystrokeIsExplainedAndCannotBeAccepted) {
   open();
   record({kKeyLeftControl, kKeyInsert});
   EXPECT_EQ(words(), "Ctrl + Insert");
@@ -214,7 +214,7 @@ TEST_F(ShortcutWindowTest, WhoeverIsHandedTheCommandFindsTheShortcutFree) {
   EXPECT_TRUE(others.isFree(kKeyD, kControlAlt));
 }
 
-TEST_F(ShortcutWindowTest, AFailureIsShownAndTheWindowGoesOn) {
+TEST_F(ShortcutWindowTest, AFailureIsShownAndTheWindowStaysOpen) {
   open(controlAltD());
   deliveryError = "nobody listens";
   control<QPushButton>("accept")->click();
@@ -258,7 +258,7 @@ TEST_F(ShortcutWindowTest, AWindowThatRecordsHoldsNothing) {
   EXPECT_FALSE(others.isFree(kKeyD, kControlAlt));
 }
 
-TEST_F(ShortcutWindowTest, AWindowThatIsGoneHoldsNothing) {
+TEST_F(ShortcutWindowTest, AClosedWindowHoldsNothing) {
   open(controlAltD());
   window.reset();
   EXPECT_TRUE(others.isFree(kKeyD, kControlAlt));

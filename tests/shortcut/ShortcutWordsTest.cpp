@@ -52,7 +52,7 @@ TEST_F(ShortcutWords, NameKeysThatHaveNoGlyph) {
   EXPECT_EQ(wordsOf(kVK_ANSI_KeypadEnter, kModifierFlagCommand), "Super + Enter");
 }
 
-TEST_F(ShortcutWords, NumberAKeyThatSaysNothing) {
+TEST_F(ShortcutWords, NumberAKeyWithoutCharacters) {
   EXPECT_EQ(wordsOf(10, kModifierFlagControl), "Ctrl + key 10");
 }
 

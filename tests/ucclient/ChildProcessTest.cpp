@@ -61,21 +61,21 @@ TEST_F(ChildProcessTest, ASignalReachesIt) {
   EXPECT_EQ(endOfChild(), "was killed by signal 15 (Terminated)");
 }
 
-TEST_F(ChildProcessTest, ItHasAProcessGroupOfItsOwnAndNoInput) {
+TEST_F(ChildProcessTest, ItHasItsOwnProcessGroupAndNoInput) {
   start("cat; cut -d ' ' -f 5 /proc/$$/stat");
   const std::string group = line();
   EXPECT_NE(group, std::to_string(getpgrp()));
   EXPECT_EQ(endOfChild(), "ended with status 0");
 }
 
-TEST_F(ChildProcessTest, ItGoesWithItsObject) {
+TEST_F(ChildProcessTest, ItIsKilledWithItsObject) {
   start("trap '' TERM; echo $$; exec sleep 1000");
   const pid_t process = std::stoi(line());
   child_.reset();
   EXPECT_EQ(kill(process, 0), -1);
 }
 
-TEST_F(ChildProcessTest, AProgramThatIsNotThereIsSaid) {
+TEST_F(ChildProcessTest, AMissingProgramIsReported) {
   EXPECT_FALSE(ChildProcess::start({"/nowhere/seldial"}, {}, error_));
   EXPECT_EQ(error_, "cannot start /nowhere/seldial: No such file or directory");
 }

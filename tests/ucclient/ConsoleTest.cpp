@@ -5,7 +5,7 @@
 namespace seldial {
 namespace {
 
-TEST(Printable, TextStaysAsItIs) {
+TEST(Printable, TextIsUnaltered) {
   EXPECT_EQ(printable("+31 (20) 123 – é 電話 \"/\\"), "+31 (20) 123 – é 電話 \"/\\");
 }
 
@@ -21,7 +21,7 @@ TEST(Printable, ControlCharactersAboveAsciiAreEscapedToo) {
   EXPECT_EQ(printable("\xC2\xA0"), "\xC2\xA0");
 }
 
-TEST(Printable, ATextThatIsCutShortIsNoTrouble) {
+TEST(Printable, ATruncatedTextDoesNoHarm) {
   EXPECT_EQ(printable("a\xC2"), "a\xC2");
   EXPECT_EQ(printable(""), "");
 }

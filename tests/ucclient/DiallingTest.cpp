@@ -21,7 +21,7 @@ std::string errorOf(const std::string& text) {
   return error;
 }
 
-TEST(DialCommand, IsSplitAtBlanksOutsideQuotes) {
+TEST(DialCommand, IsSplitAtSpacesOutsideQuotes) {
   EXPECT_EQ(commandOf("twinkle --call {}"), (Words{"twinkle", "--call", "{}"}));
   EXPECT_EQ(commandOf(R"(  a 'b c' "d e"f \"g "h\"" '' {} )"),
             (Words{"a", "b c", "d ef", "\"g", "h\"", "", "{}"}));
@@ -37,7 +37,7 @@ TEST(DialCommand, WithoutAPlaceholderTheNumberIsItsLastWord) {
   EXPECT_EQ(commandOf("call {tel}"), (Words{"call", "{tel}"}));
 }
 
-TEST(DialCommand, WhatCannotBeRunIsSaid) {
+TEST(DialCommand, AnInvalidCommandIsReported) {
   EXPECT_EQ(errorOf(""), "there is no program");
   EXPECT_EQ(errorOf(" '' {}"), "there is no program");
   EXPECT_EQ(errorOf("call 'x"), "a quote is not closed, or nothing follows a backslash");
@@ -71,7 +71,7 @@ TEST_F(DialArguments, ThePlaceholdersAreFilledIn) {
                    "+31201234567+31201234567"}));
 }
 
-TEST_F(DialArguments, ASelectionIsOneArgumentWhateverItHolds) {
+TEST_F(DialArguments, ASelectionIsOneArgumentWhateverItContains) {
   const std::string text = "a\nb 'c' \"d\" $(e) {} {tel} \x1B[2J ;rm -rf" + std::string(20000, 'x');
   EXPECT_EQ(arguments("p {text}", text), (Words{"p", text}));
 }
@@ -83,7 +83,7 @@ TEST_F(DialArguments, ASelectionThatCouldBeAnOptionIsRefused) {
   EXPECT_EQ(arguments("p --text={text}", "--exec=id"), (Words{"p", "--text=--exec=id"}));
 }
 
-TEST_F(DialArguments, ASelectionWithAZeroByteIsRefused) {
+TEST_F(DialArguments, ASelectionWithANulByteIsRefused) {
   EXPECT_EQ(arguments("p {text}", std::string("a\0b", 3)), Words());
   EXPECT_EQ(error, "the selection contains a NUL byte, which an argument cannot contain");
 }
@@ -99,7 +99,7 @@ TEST_F(DialArguments, TheFormats) {
   EXPECT_EQ(dialledNumber(number, settings), "0031201234567");
 }
 
-TEST_F(DialArguments, APrefixIsFollowedByWhatIsDialledFromTheRegion) {
+TEST_F(DialArguments, APrefixIsFollowedByTheNumberAsDialledFromTheRegion) {
   settings.prefix = "9";
   EXPECT_EQ(dialledNumber(number, settings), "90201234567");
   EXPECT_EQ(dialledURI("tel", number, settings), "tel:90201234567");
@@ -112,7 +112,7 @@ TEST_F(DialArguments, APrefixIsFollowedByWhatIsDialledFromTheRegion) {
   EXPECT_EQ(dialledNumber(number, settings), "") << "a plus sign in the middle cannot be dialled";
 }
 
-TEST_F(DialArguments, ANumberThatNoPlanHasIsDialledAsWritten) {
+TEST_F(DialArguments, ANumberOutsideThePlanIsDialledAsWritten) {
   number = FoundNumber();
   number.written = "*21#";
   EXPECT_EQ(dialledNumber(number, settings), "*21#");

@@ -84,7 +84,7 @@ class MessageListenerTest : public testing::Test {
   std::unique_ptr<MessageListener> listener_;
 };
 
-TEST_F(MessageListenerTest, AMessageOfManyChunksComesInOnePiece) {
+TEST_F(MessageListenerTest, AMessageOfManyChunksIsAssembled) {
   const std::string message(100000, 'x');
   const auto client = connected();
   std::int64_t written = 0;
@@ -109,7 +109,7 @@ TEST_F(MessageListenerTest, ConnectionsSideBySideKeepTheirMessagesApart) {
   EXPECT_EQ(std::count(events_.begin(), events_.end(), "received two"), 1);
 }
 
-TEST_F(MessageListenerTest, APathWhereNothingCanListenIsSaid) {
+TEST_F(MessageListenerTest, AnInvalidPathIsReported) {
   std::string error;
   EXPECT_FALSE(MessageListener::listenAt(directory_.path("missing/client"), main_, {}, error));
   EXPECT_EQ(error.rfind("Failed to bind socket", 0), 0U) << error;

@@ -95,7 +95,7 @@ TEST(Numbers, TheRegionIsTheOneOfTheLocale) {
   unsetenv("LC_ALL");
 }
 
-TEST(SelectedText, IsWrittenInUsualCharacters) {
+TEST(SelectedText, IsNormalised) {
   EXPECT_EQ(cleanedText("＋３１\u00A0٢٠‑१२३\u202F４５６７"), "+31 20-123 4567");
   EXPECT_EQ(cleanedText("a\u200Bb\u00AD\uFEFFc\x01"), "abc");
   EXPECT_EQ(cleanedText("1\r\n2\r3\u20284\v5\t6"), "1\n2\n3\n4\n5\n6");

@@ -79,7 +79,7 @@ TEST(Options, HowToDial) {
   EXPECT_EQ(read({"--open", "sip"}).dialling.scheme, "sip");
 }
 
-TEST(Options, NonsenseAboutDiallingIsSaid) {
+TEST(Options, InvalidDialSettingsAreReported) {
   EXPECT_EQ(errorOf({"--dial", ""}), "--dial : there is no program");
   EXPECT_EQ(errorOf({"--dial", "'x"}),
             "--dial 'x: a quote is not closed, or nothing follows a backslash");
@@ -144,7 +144,7 @@ confirm = "always"
   EXPECT_EQ(read({}, file("open = \"callto\"")).dialling.scheme, "callto");
 }
 
-TEST_F(OptionsFile, TheCommandLineWins) {
+TEST_F(OptionsFile, TheCommandLineTakesPrecedence) {
   const auto& path = file("delay = 20\nregion = \"NL\"\ndial = \"x\"\n");
   EXPECT_EQ(read({"--delay=30"}, path).delay, 30);
   EXPECT_EQ(read({"--delay=30"}, path).dialling.region, "NL");
@@ -154,14 +154,14 @@ TEST_F(OptionsFile, TheCommandLineWins) {
   EXPECT_TRUE(opened.command.empty());
 }
 
-TEST_F(OptionsFile, CanBeNamedInPlaceOfTheUsualOne) {
+TEST_F(OptionsFile, CanBeNamedInsteadOfTheDefaultOne) {
   file("delay = 20");
   EXPECT_EQ(read({"--config", path_}, "/nowhere").delay, 20);
   EXPECT_EQ(read({}, "/nowhere").delay, 500);
   EXPECT_EQ(errorOf({"--config", "/nowhere"}), "--config /nowhere: No such file or directory");
 }
 
-TEST_F(OptionsFile, NonsenseIsSaidWithFileAndLine) {
+TEST_F(OptionsFile, InvalidSettingsAreReportedWithFileAndLine) {
   const std::vector<std::pair<std::string, std::string>> errors = {
       {"\ndelay = 70000", "2: delay takes milliseconds from 0 to 65535, not 70000"},
       {"hotkey = \"ctrl\"", "1: hotkey ctrl: there are only modifiers; a hot key needs a key"},
@@ -185,7 +185,7 @@ TEST_F(OptionsFile, HelpNeedsNoValidFile) {
   EXPECT_TRUE(read({"--help"}, file("?")).help);
 }
 
-TEST(Options, WhatMakesNoSenseIsSaid) {
+TEST(Options, InvalidArgumentsAreReported) {
   EXPECT_EQ(errorOf({"--hotkey"}), "--hotkey needs a value");
   EXPECT_EQ(errorOf({"--verbose"}), "unknown option --verbose");
   EXPECT_EQ(errorOf({"--conversation=yes"}), "unknown option --conversation=yes");

@@ -43,7 +43,7 @@ class FindSeldial : public testing::Test {
   const std::string app_ = directory_.path("app");
 };
 
-TEST_F(FindSeldial, BesideTheClientFirst) {
+TEST_F(FindSeldial, NextToTheClientFirst) {
   makeFile(client_ + "/seldial", 0700);
   makeFile(app_ + "/seldial", 0700);
   EXPECT_EQ(findSeldial(client_), client_ + "/seldial");
@@ -54,7 +54,7 @@ TEST_F(FindSeldial, ThenInTheBuildTree) {
   EXPECT_EQ(findSeldial(client_), client_ + "/../app/seldial");
 }
 
-TEST_F(FindSeldial, InItsBundleBesideTheClient) {
+TEST_F(FindSeldial, InItsBundleNextToTheClient) {
   makeFile(app_ + "/seldial", 0700);
   const std::string program = makeBundle(client_);
   EXPECT_EQ(findSeldial(client_), program);
@@ -82,7 +82,7 @@ TEST(OwnDirectory, HoldsTheRunningProgram) {
   EXPECT_EQ(stat((ownDirectory() + "/ucclient_test").c_str(), &status), 0);
 }
 
-TEST(PrivateDirectory, ItsOwnerAloneMayEnter) {
+TEST(PrivateDirectory, OnlyItsOwnerHasAccess) {
   const tests::TemporaryDirectory parent;
   const auto directory = PrivateDirectory::makeUnder({parent.path("")});
   ASSERT_TRUE(directory);
@@ -91,7 +91,7 @@ TEST(PrivateDirectory, ItsOwnerAloneMayEnter) {
   EXPECT_EQ(status.st_mode & 07777, 0700U);
 }
 
-TEST(PrivateDirectory, GoesWithTheFilesThatWereNamedInIt) {
+TEST(PrivateDirectory, IsRemovedWithTheFilesNamedInIt) {
   const tests::TemporaryDirectory parent;
   auto directory = PrivateDirectory::makeUnder({parent.path("")});
   const std::string file = directory->file("dialer");
@@ -118,7 +118,7 @@ TEST(PrivateDirectory, ItsPathIsStandardisedWhateverTheParents) {
   EXPECT_EQ(directory->path().rfind("/tmp/seldial-uc-", 0), 0U) << directory->path();
 }
 
-TEST(PrivateDirectory, AParentTooLongForASocketsPathIsPassedOver) {
+TEST(PrivateDirectory, AParentTooLongForASocketPathIsSkipped) {
   const tests::TemporaryDirectory parent;
   const std::string deep = parent.path(std::string(60, 'x'));  // with room for itself alone
   ASSERT_EQ(mkdir(deep.c_str(), 0700), 0);
@@ -128,7 +128,7 @@ TEST(PrivateDirectory, AParentTooLongForASocketsPathIsPassedOver) {
   EXPECT_LE(directory->file("dialer").size(), PrivateDirectory::kLongestPath);
 }
 
-TEST(PrivateDirectory, NoParentNoDirectory) {
+TEST(PrivateDirectory, WithoutAParentThereIsNoDirectory) {
   EXPECT_EQ(PrivateDirectory::makeUnder({}), nullptr);
 }
 

@@ -154,8 +154,8 @@ TEST_F(SeldialUcDials, ASeldialThatDiesIsStartedAgain) {
     client.expectLine(R"({"response":"HotkeyState","result":true})");
     (void)client.process().readLine();
     kill(process, SIGKILL);
-    client.expectLine(std::string("seldial-uc: seldial was killed by signal 9 (Killed), it is ") +
-                      "started again in " + pause + " s");
+    client.expectLine(std::string("seldial-uc: seldial was killed by signal 9 (Killed); ") +
+                      "restarting it in " + pause + " s");
   }
   (void)client.process().readLine();  // the process id
   client.expectLine(R"({"response":"HotkeyState","result":true})");
@@ -169,7 +169,7 @@ TEST_F(SeldialUcDials, ItCanBeEndedWhileItWaitsToStartSeldialAgain) {
   const pid_t process = std::stoi(client.process().readLine());
   client.expectLine(R"({"response":"HotkeyState","result":true})");
   kill(process, SIGKILL);
-  ASSERT_TRUE(client.process().waitForLine("started again"));
+  ASSERT_TRUE(client.process().waitForLine("restarting it"));
   client.process().signal(SIGTERM);
   EXPECT_EQ(client.process().wait(), 0);
   EXPECT_TRUE(client.directoryIsEmpty());

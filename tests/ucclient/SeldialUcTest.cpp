@@ -35,7 +35,7 @@ TEST(SeldialUc, TheConversationIsShownInBothDirections) {
   EXPECT_EQ(client.process().wait(), 1);
 }
 
-TEST(SeldialUc, AProgramThatCannotBeStartedIsSaid) {
+TEST(SeldialUc, AProgramThatCannotBeStartedIsReported) {
   RunningClient client({"--seldial", "/nowhere/seldial"});
   client.expectLine("seldial-uc: cannot start /nowhere/seldial: No such file or directory");
   EXPECT_EQ(client.process().wait(), 1);
@@ -56,7 +56,7 @@ class Script {
   const std::string path_ = directory_.path("seldial");
 };
 
-TEST(SeldialUc, AnySignalForTheEndEndsTheDialerFirstAndThenItselfInOrder) {
+TEST(SeldialUc, AnyTerminationSignalEndsTheDialerAndThenItselfCleanly) {
   const Script dialer("sleep 1000 & trap 'echo told >&2; kill $!; exit' TERM; echo up >&2; wait");
   std::signal(SIGHUP, SIG_DFL);  // in case the tests themselves run under nohup
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
@@ -117,7 +117,7 @@ TEST(SeldialUc, TheDialerDoesNotOutliveAClientThatIsKilled) {
               testing::ThrowsMessage<std::runtime_error>(testing::HasSubstr("ended")));
 }
 
-TEST(SeldialUc, ADialerThatCannotListenIsSaid) {
+TEST(SeldialUc, ADialerThatCannotListenIsReported) {
   const Script dialer(
       R"(echo '{"event":"Log","message":"Unix socket server listen failed at path x."}'; )"
       "exec sleep 1000");
@@ -126,7 +126,7 @@ TEST(SeldialUc, ADialerThatCannotListenIsSaid) {
   EXPECT_EQ(client.process().wait(), 1);
 }
 
-TEST(SeldialUc, ACommandLineThatMakesNoSenseEndsItWithStatus2) {
+TEST(SeldialUc, AnInvalidCommandLineEndsItWithStatus2) {
   RunningClient client({"--hotkey", "ctrl+insert"});
   client.expectLine(
       "seldial-uc: --hotkey ctrl+insert: \"insert\" has no virtual key code, so it cannot be a hot "

@@ -129,7 +129,7 @@ TEST(Asynchronous, ACloseEndsAWriteOfAnotherThread) {
   EXPECT_LT(write.get(), 8 << 20);
 }
 
-TEST(Asynchronous, AFileThatIsNoSocketIsClosedWhenItsReadReturns) {
+TEST(Asynchronous, AFileThatIsNotASocketIsClosedWhenItsReadReturns) {
   int ends[2] = {-1, -1};
   ASSERT_EQ(0, ::pipe(ends));
   const auto socket = GDUnixSocket::initWithSocketPath("(dummy)");

@@ -115,7 +115,7 @@ TEST_F(DescriptorReuseOfAServer, AReaderIsNeverOvertakenByTheClose) {
   queue->waitUntilIdle();
 }
 
-TEST_F(DescriptorReuseOfAServer, ListeningAgainWaitsForTheAcceptThatIsUnderWay) {
+TEST_F(DescriptorReuseOfAServer, ListeningAgainWaitsForTheAcceptInProgress) {
   CloseInBetween attack("accept", [this] { server->listenWithError(); });
   listen();
   EXPECT_TRUE(eventually([&attack] { return attack.wasUsed(); }));

@@ -51,16 +51,16 @@ TEST(Error, CodesOutsideTheTableAreUnknownErrorAndKept) {
   }
 }
 
-TEST(Error, InfoFollowsAFullStopAndABlank) {
+TEST(Error, InfoFollowsAFullStopAndASpace) {
   EXPECT_EQ("Bad socket. some info",
             Error::gduds_errorForCode(-3024, "some info").localizedDescription);
 }
 
-TEST(Error, EmptyInfoIsNoInfo) {
+TEST(Error, EmptyInfoIsOmitted) {
   EXPECT_EQ(Error::gduds_errorForCode(-3024), Error::gduds_errorForCode(-3024, ""));
 }
 
-TEST(Error, ErrnoIsAFieldAndNoPartOfTheComparison) {
+TEST(Error, ErrnoIsAFieldThatIsNotCompared) {
   const Error error = Error::gduds_errorForCode(-3024, "info", EPIPE);
   EXPECT_EQ(EPIPE, error.errorNumber);
   EXPECT_EQ(0, Error::gduds_errorForCode(-3024).errorNumber);

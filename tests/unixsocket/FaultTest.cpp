@@ -51,7 +51,7 @@ TEST(Fault, AWriteThatFailsIsNotTriedAgain) {
   }
 }
 
-TEST(Fault, AShortWriteIsReturnedAsItIs) {
+TEST(Fault, AShortWriteIsReturned) {
   const auto [socket, peer] = makePair();
   SystemCalls calls;
   SystemCalls::limitWrites(3);
@@ -61,7 +61,7 @@ TEST(Fault, AShortWriteIsReturnedAsItIs) {
   EXPECT_EQ("hel", peer.receive(3));
 }
 
-TEST(Fault, AShortWriteOfASendIsReturnedAsItIs) {
+TEST(Fault, AShortWriteOfASendIsReturned) {
   const auto server = GDUnixSocketServer::initWithSocketPath("/tmp/b");
   const auto [socket, peer] = makePair();
   server->addClient(socket);
@@ -115,7 +115,7 @@ TEST_F(FaultyListen, WithoutASocketNothingIsClosed) {
   connect();
 }
 
-TEST_F(FaultyListen, AFailedBindIsToldAfterTheCloseSoOfNoDescriptorAndTheErrnoLeftThen) {
+TEST_F(FaultyListen, AFailedBindIsReportedAfterTheCloseWithoutADescriptor) {
   // The close found no file; its errno is the one that remains.
   EXPECT_EQ("-3023 Failed to bind socket" + info(-1, ENOENT), errorOfListen("bind", EACCES));
   EXPECT_EQ(2U, server->state());
@@ -125,7 +125,7 @@ TEST_F(FaultyListen, AFailedBindIsToldAfterTheCloseSoOfNoDescriptorAndTheErrnoLe
   connect();
 }
 
-TEST_F(FaultyListen, AFailedListenIsToldAfterTheCloseTooAndLeavesNoFile) {
+TEST_F(FaultyListen, AFailedListenIsReportedAfterTheCloseAndLeavesNoFile) {
   EXPECT_EQ("-3022 Failed to listen on socket" + info(-1, EOPNOTSUPP),
             errorOfListen("listen", EOPNOTSUPP));
   EXPECT_FALSE(exists(path));
@@ -162,7 +162,7 @@ TEST_F(FaultyListen, AFailedListenWhoseFileCannotBeRemovedKeepsTheSocket) {
   connect();
 }
 
-TEST_F(FaultyListen, AFileThatCannotBeLookedAtIsLeftAlone) {
+TEST_F(FaultyListen, AFileThatCannotBeExaminedIsNotRemoved) {
   { const Peer dead = Peer::listeningAt(path); }
   EXPECT_EQ("-3023 Failed to bind socket" + info(-1, EACCES), errorOfListen("stat", EACCES));
   EXPECT_TRUE(exists(path));
@@ -191,7 +191,7 @@ TEST_F(FaultyServer, AFileThatCannotBeRemovedKeepsItListening) {
   EXPECT_FALSE(error);
 }
 
-TEST_F(FaultyServer, ACloseThatFailsIsToldAndReturned) {
+TEST_F(FaultyServer, AFailingCloseIsReportedAndReturned) {
   listen();
   const int descriptor = server->fd();
   SystemCalls::set(failing("close", EIO, 0, 1));
@@ -234,7 +234,7 @@ TEST_F(FaultyServer, AnAcceptFailureNeedsNoDelegate) {
   EXPECT_EQ(2U, server->state());
 }
 
-TEST_F(FaultyServer, AReadFailureIsToldOnceAndTheOthersGoOn) {
+TEST_F(FaultyServer, AReadFailureIsReportedOnceAndOtherConnectionsContinue) {
   listen();
   const Peer first = connect();
   const int spared = server->connectedClients().begin()->second->fd();
@@ -251,7 +251,7 @@ TEST_F(FaultyServer, AReadFailureIsToldOnceAndTheOthersGoOn) {
   EXPECT_TRUE(eventually([this] { return server->connectedClients().size() == 1; }));
 }
 
-TEST_F(FaultyServer, RemovingAConnectionTellsTheErrorOfItsClose) {
+TEST_F(FaultyServer, RemovingAConnectionReturnsTheErrorOfItsClose) {
   const auto [socket, peer] = makePair();
   const int descriptor = socket->fd();
   server->addClient(socket);
@@ -285,7 +285,7 @@ TEST_F(FaultyClient, WithoutASocketItStaysIdle) {
   EXPECT_EQ(-1, client->fd());
 }
 
-TEST_F(FaultyClient, AFailedConnectIsToldAsItWasBeforeTheClose) {
+TEST_F(FaultyClient, AFailedConnectIsReportedWithTheErrnoBeforeTheClose) {
   for (const int error : {EINTR, EAGAIN, EACCES, ECONNREFUSED}) {
     const int descriptor = ::dup(0);
     ::close(descriptor);
@@ -303,7 +303,7 @@ TEST_F(FaultyClient, AFailedConnectIsToldAsItWasBeforeTheClose) {
   }
 }
 
-TEST_F(FaultyClient, AReadLoopThatFailsTellsOnceAndCloses) {
+TEST_F(FaultyClient, AFailingReadLoopReportsOnceAndCloses) {
   client->setDelegate(delegate);
   SystemCalls::set(failing("read", EAGAIN));
   ASSERT_TRUE(client->connectWithAutoRead(true));

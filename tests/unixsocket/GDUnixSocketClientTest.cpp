@@ -56,7 +56,7 @@ TEST_F(GDUnixSocketClientTest, ConnectsWritesAndCloses) {
   EXPECT_EQ("message", server.accepted().receiveToTheEnd());
 }
 
-TEST_F(GDUnixSocketClientTest, ConnectingWhereNothingListensFailsAndNamesTheDescriptor) {
+TEST_F(GDUnixSocketClientTest, ConnectingWithoutAListenerFailsAndNamesTheDescriptor) {
   const std::string descriptor = std::to_string(::dup(0));
   ::close(std::stoi(descriptor));
   std::optional<Error> error;
@@ -117,7 +117,7 @@ TEST_F(GDUnixSocketClientTest, WithAutoReadThreeHundredBytesAre256And44ThenAClos
   EXPECT_EQ(-1, client->fd());
 }
 
-TEST_F(GDUnixSocketClientTest, WithoutAutoReadNothingIsReadUnlessAskedFor) {
+TEST_F(GDUnixSocketClientTest, WithoutAutoReadNothingIsReadUnlessRequested) {
   const Peer server = Peer::listeningAt(path);
   ASSERT_TRUE(client->connectWithAutoRead(false));
   Peer accepted = server.accepted();
@@ -136,7 +136,7 @@ TEST_F(GDUnixSocketClientTest, WithoutAutoReadNothingIsReadUnlessAskedFor) {
   EXPECT_EQ(1U, client->state()) << "only the loop closes by itself";
 }
 
-TEST_F(GDUnixSocketClientTest, AReadThatFailsIsToldAndReturned) {
+TEST_F(GDUnixSocketClientTest, AFailingReadIsReportedAndReturned) {
   std::optional<Error> error;
   EXPECT_FALSE(client->readWithError(&error));
   EXPECT_EQ(-3017, error->code);
@@ -144,7 +144,7 @@ TEST_F(GDUnixSocketClientTest, AReadThatFailsIsToldAndReturned) {
   EXPECT_THAT(delegate->journal.lines(), ElementsAre("failed -3017", "failed -3017"));
 }
 
-TEST_F(GDUnixSocketClientTest, ABackgroundReadTellsTheDelegateToo) {
+TEST_F(GDUnixSocketClientTest, ABackgroundReadAlsoCallsTheDelegate) {
   const Peer server = Peer::listeningAt(path);
   ASSERT_TRUE(client->connectWithAutoRead(false));
   server.accepted().send("hello");
@@ -154,7 +154,7 @@ TEST_F(GDUnixSocketClientTest, ABackgroundReadTellsTheDelegateToo) {
   EXPECT_THAT(delegate->journal.lines(), ElementsAre("data 5"));
 }
 
-TEST_F(GDUnixSocketClientTest, AReadFailureInTheLoopIsToldOnceAndClosesTheClient) {
+TEST_F(GDUnixSocketClientTest, AReadFailureInTheLoopIsReportedOnceAndClosesTheClient) {
   const Peer server = Peer::listeningAt(path);
   ASSERT_TRUE(client->connectWithAutoRead(false));
   Peer accepted = server.accepted();
@@ -185,7 +185,7 @@ TEST_F(GDUnixSocketClientTest, TheLoopKeepsTheClientAndNotTheDelegate) {
   EXPECT_TRUE(weak.expired());
 }
 
-TEST_F(GDUnixSocketClientTest, AloopWhoseClientIsClosedBySomebodyEnds) {
+TEST_F(GDUnixSocketClientTest, ALoopEndsWhenItsClientIsClosed) {
   const Peer server = Peer::listeningAt(path);
   ASSERT_TRUE(client->connectWithAutoRead(true));
   Peer accepted = server.accepted();
@@ -377,7 +377,7 @@ TEST_F(GDUnixSocketClientTest, ACloseEndsAConnectThatWaits) {
   EXPECT_EQ(-1, client->fd());
 }
 
-TEST_F(GDUnixSocketClientTest, AConnectThatWaitsGoesOnWhenThereIsRoom) {
+TEST_F(GDUnixSocketClientTest, AWaitingConnectContinuesWhenThereIsSpace) {
   const Peer server = Peer::listeningAt(path, 0);
   const auto waiting = GDUnixSocketClient::initWithSocketPath(path);
   ASSERT_TRUE(waiting->connectWithAutoRead(false));
@@ -390,7 +390,7 @@ TEST_F(GDUnixSocketClientTest, AConnectThatWaitsGoesOnWhenThereIsRoom) {
   EXPECT_EQ("x", server.accepted().receive(1));
 }
 
-TEST_F(GDUnixSocketClientTest, WithoutASendTimeoutThereIsNone) {
+TEST_F(GDUnixSocketClientTest, WithoutASendTimeoutWritesWait) {
   const Peer server = Peer::listeningAt(path);
   const auto timeoutOf = [](const GDUnixSocketClient& it) {
     timeval value{};

@@ -17,7 +17,7 @@ TEST(GDUnixSocket, PathOf103BytesIsAcceptedAnd104Rejected) {
   EXPECT_FALSE(GDUnixSocket::initWithSocketPath("/" + std::string(103, 's')));
 }
 
-TEST(GDUnixSocket, WithoutAPathThereIsNone) {
+TEST(GDUnixSocket, WithoutAPathThereIsNoObject) {
   EXPECT_FALSE(GDUnixSocket::init());
   EXPECT_FALSE(GDUnixSocket::initWithSocketPath(""));
 }
@@ -62,7 +62,7 @@ TEST(GDUnixSocket, ReadsAtMostItsFragmentSizeAtATime) {
   EXPECT_EQ(std::string(88, 'x'), socket->readWithError());
 }
 
-TEST(GDUnixSocket, ReadsByItsOwnFragmentSizeAlsoWhenThatChanges) {
+TEST(GDUnixSocket, ReadsWithItsFragmentSizeEvenAfterThatChanges) {
   const auto [socket, peer] = makePair(100);
   peer.send(std::string(600, 'x'));
   EXPECT_EQ(100U, socket->readWithError()->size());
@@ -113,7 +113,7 @@ TEST(GDUnixSocket, ReadsAndWritesOnAGivenDescriptor) {
   EXPECT_EQ("ho", socket->readFromSocket(other->fd()));
 }
 
-TEST(GDUnixSocket, ABufferThatCannotBeHadIsAReadError) {
+TEST(GDUnixSocket, AFailedAllocationIsAReadError) {
   const auto [socket, peer] = makePair(~0ULL);
   peer.send("x");
   std::optional<Error> error;
@@ -150,7 +150,7 @@ TEST(GDUnixSocket, WritingWithoutADescriptorIsABadSocket) {
   EXPECT_EQ(Error::gduds_errorForCode(-3024), error);
 }
 
-TEST(GDUnixSocket, WritingToAPeerThatLeftIsAnErrorAndNoSignal) {
+TEST(GDUnixSocket, WritingToADisconnectedPeerIsAnErrorAndNoSignal) {
   auto [socket, peer] = makePair();
   peer.leave();
   const std::string descriptor = std::to_string(socket->fd());
@@ -162,7 +162,7 @@ TEST(GDUnixSocket, WritingToAPeerThatLeftIsAnErrorAndNoSignal) {
             error->localizedDescription);
 }
 
-TEST(GDUnixSocket, AShortWriteIsNoError) {
+TEST(GDUnixSocket, AShortWriteIsNotAnError) {
   const auto [socket, peer] = makePair();
   ::fcntl(socket->fd(), F_SETFL, O_NONBLOCK);
   const std::string much(8 << 20, 'x');
@@ -173,7 +173,7 @@ TEST(GDUnixSocket, AShortWriteIsNoError) {
   EXPECT_FALSE(error);
 }
 
-TEST(GDUnixSocket, WritesToAFileThatIsNoSocket) {
+TEST(GDUnixSocket, WritesToAFileThatIsNotASocket) {
   int ends[2] = {-1, -1};
   ASSERT_EQ(0, ::pipe(ends));
   const auto socket = GDUnixSocket::initWithSocketPath("(dummy)");
@@ -288,7 +288,7 @@ TEST(GDUnixSocket, ChecksForABadSocket) {
   EXPECT_EQ(Error::gduds_errorForCode(-3024), socket->checkForBadSocket());
 }
 
-TEST(GDUnixSocket, TellsTheLastErrorOfItsDescriptor) {
+TEST(GDUnixSocket, DescribesTheLastErrorOfItsDescriptor) {
   const auto socket = GDUnixSocket::initWithSocketPath("(dummy)");
   errno = EACCES;
   EXPECT_EQ("fd: -1. errno: 13. Permission denied", socket->lastErrorInfo());

@@ -40,7 +40,7 @@ class Lifecycle : public ListeningServer {
   SystemCalls calls;
 };
 
-TEST_F(Lifecycle, AListenBesideACloseIsBeforeOrAfterIt) {
+TEST_F(Lifecycle, AConcurrentListenIsBeforeOrAfterAClose) {
   for (int round = 0; round < 500; ++round) {
     listen();
     std::optional<Error> listenError;
@@ -78,7 +78,7 @@ TEST_F(Lifecycle, TwoClosesAtOnceBothSucceed) {
   }
 }
 
-TEST_F(Lifecycle, AFailedListenBesideAListenLeavesThatAlone) {
+TEST_F(Lifecycle, AConcurrentFailedListenDoesNotAffectAListen) {
   for (int round = 0; round < 200; ++round) {
     SystemCalls::set(failing("listen", EOPNOTSUPP, 0, 1));
     std::atomic<int> succeeded{0};
@@ -235,7 +235,7 @@ TEST_F(Lifecycle, AnyOtherFileThatReplacedItsOwnIsLeftAlone) {
   EXPECT_TRUE(exists(moved));
 }
 
-TEST_F(Lifecycle, AFileThatIsGoneIsNoTakeOver) {
+TEST_F(Lifecycle, AMissingFileIsNotATakeover) {
   listen();
   ASSERT_EQ(0, ::unlink(path.c_str()));
   EXPECT_TRUE(server->closeWithError());

@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::StartsWith;
 using ServerClose = ListeningServer;
 
-TEST_F(ServerClose, TellsInTheClosingThreadAndRemovesTheFile) {
+TEST_F(ServerClose, InformsOnTheClosingThreadAndRemovesTheFile) {
   listen();
   ASSERT_TRUE(exists(path));
   const auto caller = std::this_thread::get_id();
@@ -30,7 +30,7 @@ TEST_F(ServerClose, TellsInTheClosingThreadAndRemovesTheFile) {
   EXPECT_THAT(delegate->journal.lines(), ElementsAre("listening", "close"));
 }
 
-TEST_F(ServerClose, ClosingAgainSucceedsAndTellsAgain) {
+TEST_F(ServerClose, ClosingAgainSucceedsAndInformsAgain) {
   listen();
   server->close();
   EXPECT_TRUE(server->closeWithError());
@@ -76,7 +76,7 @@ TEST_F(ServerClose, EndsTheAcceptLoopWithoutAFailureCallback) {
   }
 }
 
-TEST_F(ServerClose, DisconnectsAllAndTellsNothingOfThem) {
+TEST_F(ServerClose, DisconnectsAllWithoutCallbacks) {
   listen();
   const Peer first = connect();
   const Peer second = connect();
@@ -143,7 +143,7 @@ TEST_F(ServerClose, IsAllowedInADisconnectCallback) {
   EXPECT_THAT(delegate->journal.lines(), ElementsAre("listening", "accept", "close", "disconnect"));
 }
 
-TEST_F(ServerClose, AnAcceptThatFailsOnAnOpenServerIsToldAndClosesIt) {
+TEST_F(ServerClose, AFailingAcceptOnAnOpenServerIsReportedAndClosesIt) {
   listen();
   const Peer peer = connect();
   const std::string descriptor = std::to_string(server->fd());

@@ -51,7 +51,7 @@ TEST_F(ServerConnection, IsAPlainSocketInTheTableUnderItsIdentifier) {
   EXPECT_TRUE(server->clientExists(connection));
 }
 
-TEST_F(ServerConnection, CallbacksComeOnTheLoopsThreads) {
+TEST_F(ServerConnection, CallbacksRunOnTheLoopsThreads) {
   std::promise<std::thread::id> accepting;
   std::promise<std::thread::id> reading;
   std::promise<std::thread::id> leaving;
@@ -70,7 +70,7 @@ TEST_F(ServerConnection, CallbacksComeOnTheLoopsThreads) {
   EXPECT_EQ(readerThread, leaving.get_future().get());
 }
 
-TEST_F(ServerConnection, IsStillInTheTableWhenItsDisconnectIsTold) {
+TEST_F(ServerConnection, IsStillInTheTableWhenItsDisconnectIsReported) {
   std::promise<std::size_t> told;
   delegate->onDisconnect = [&told](GDUnixSocketServer& it, auto&) {
     told.set_value(it.connectedClients().size());
@@ -98,7 +98,7 @@ TEST_F(ServerConnection, ABlockedReaderHoldsUpNoOther) {
   EXPECT_TRUE(delegate->journal.waitFor("data 1"));
 }
 
-TEST_F(ServerConnection, AReadFailureIsToldAndClosesThatConnectionOnly) {
+TEST_F(ServerConnection, AReadFailureIsReportedAndClosesOnlyThatConnection) {
   listen();
   const Peer staying = connect();
   Peer leaving = connect();
@@ -160,7 +160,7 @@ TEST_F(ServerConnection, ASendThatFailsIsAWriteFailure) {
   EXPECT_EQ(-1, server->sendData("x", socket->uniqueID()));
 }
 
-TEST_F(ServerConnection, SendsInTheBackgroundAndTellsThere) {
+TEST_F(ServerConnection, SendsInTheBackgroundAndCompletesThere) {
   listen();
   const Peer peer = connect();
   std::promise<std::pair<std::int64_t, std::thread::id>> told;
@@ -174,7 +174,7 @@ TEST_F(ServerConnection, SendsInTheBackgroundAndTellsThere) {
   EXPECT_EQ("hello", peer.receive(5));
 }
 
-TEST_F(ServerConnection, ABackgroundSendTellsItsErrorAndMayTellNobody) {
+TEST_F(ServerConnection, ABackgroundSendReportsItsErrorAndTheCompletionIsOptional) {
   listen();
   std::promise<std::optional<Error>> told;
   server->sendData("x", "nobody", GDUnixSocket::WriteCompletion());
@@ -224,7 +224,7 @@ TEST_F(ServerConnection, TheTableKnowsWhatItHolds) {
   EXPECT_FALSE(server->removeAndCloseClient(nullptr));
 }
 
-TEST_F(ServerConnection, RemovingTellsTheErrorOfTheClose) {
+TEST_F(ServerConnection, RemovingReturnsTheErrorOfTheClose) {
   const auto socket = GDUnixSocket::initWithSocketPath("(dummy)");
   server->addClient(socket);
   EXPECT_EQ(Error::gduds_errorForCode(-3016, "Bad socket"), server->removeAndCloseClient(socket));

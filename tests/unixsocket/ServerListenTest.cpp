@@ -31,7 +31,7 @@ TEST_F(ServerListen, AFreshServerIsIdleWithAnEmptyTable) {
   EXPECT_FALSE(GDUnixSocketServer::initWithSocketPath(path)->delegate());
 }
 
-TEST_F(ServerListen, TellsInTheCallingThreadOnceItListens) {
+TEST_F(ServerListen, InformsOnTheCallingThreadOnceItListens) {
   const auto caller = std::this_thread::get_id();
   delegate->onListening = [caller](GDUnixSocketServer& told) {
     EXPECT_EQ(caller, std::this_thread::get_id());
@@ -63,7 +63,7 @@ TEST_F(ServerListen, AStaleSocketFileIsRemovedFirst) {
   connect();
 }
 
-TEST_F(ServerListen, ARegularFileIsLeftAloneAndBindFails) {
+TEST_F(ServerListen, ARegularFileIsNotRemovedAndBindFails) {
   std::ofstream(path) << "precious";
   std::optional<Error> error;
   EXPECT_FALSE(server->listenWithError(&error));
@@ -212,7 +212,7 @@ TEST_F(AcceptLoopStart, ALoopOfAnEarlierListenLeavesTheNewSocketAlone) {
   EXPECT_EQ(1U, queue->size()) << "it accepted nothing, and so started no reader";
 }
 
-TEST_F(AcceptLoopStart, TheBacklogIsFiveUnlessSaidOtherwise) {
+TEST_F(AcceptLoopStart, TheBacklogIsFiveByDefault) {
   const auto countOfPlaces = [this] {
     std::vector<Peer> peers;
     for (;;) {

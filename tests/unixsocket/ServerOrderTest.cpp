@@ -222,7 +222,7 @@ TEST_F(Commands, OfOneClientWithoutAPauseAreAllReceivedInOrder) {
   EXPECT_EQ(sent, commands->commands(sent.size()));
 }
 
-TEST_F(Commands, OfEightClientsThatTakeTurnsAreAllReceivedInOrder) {
+TEST_F(Commands, OfEightAlternatingClientsAreAllReceivedInOrder) {
   constexpr unsigned kClients = 8;
   std::mutex mutex;
   std::condition_variable next;

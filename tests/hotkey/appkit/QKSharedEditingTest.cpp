@@ -86,7 +86,7 @@ TEST_F(QKSharedEditingTest, MovesToAFieldThatAskedBeforeTheFirstLostItsFocus) {
   EXPECT_EQ(first->keyCode(), kFirstKey);
 }
 
-TEST_F(QKSharedEditingTest, GoesOnInTheFieldThatIsEditedWhenAnotherOnlyAsks) {
+TEST_F(QKSharedEditingTest, ContinuesInTheEditedFieldWhenAnotherOnlyAsks) {
   editing.setHotKeyField(first);
   editing.begin();
   editing.setHotKeyField(second);

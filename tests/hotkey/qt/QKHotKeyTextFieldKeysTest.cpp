@@ -80,7 +80,7 @@ class Layout {
   }
 };
 
-TEST_F(QKHotKeyTextFieldKeys, AModifierThatLiesElsewhereCountsAsWhatItDoes) {
+TEST_F(QKHotKeyTextFieldKeys, ARemappedModifierCountsAsItsNewFunction) {
   const Layout layout("ctrl:nocaps");
   edit();
   press({kKeyCapsLock, kKeyD});
@@ -88,7 +88,7 @@ TEST_F(QKHotKeyTextFieldKeys, AModifierThatLiesElsewhereCountsAsWhatItDoes) {
   EXPECT_THAT(shown, ElementsAre("⌃", "⌃D"));
 }
 
-TEST_F(QKHotKeyTextFieldKeys, AnEscapeThatLiesElsewhereIsEscape) {
+TEST_F(QKHotKeyTextFieldKeys, ARemappedEscapeIsEscape) {
   const Layout layout("caps:escape");
   edit();
   keyboard.tap(kKeyCapsLock);

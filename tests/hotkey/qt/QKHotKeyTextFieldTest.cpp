@@ -84,7 +84,7 @@ TEST_F(QKHotKeyTextFieldTest, ReturnWithShiftIsRecorded) {
   EXPECT_TRUE(field.isEditing());
 }
 
-TEST_F(QKHotKeyTextFieldTest, TheSameRecordAgainChangesNothingAndIsNotShownAfresh) {
+TEST_F(QKHotKeyTextFieldTest, TheSameRecordAgainChangesNothing) {
   const auto hotKey = record(kVK_ANSI_K, kModifierFlagCommand);
   field.setHotKey(hotKey);
   field.setText(QStringLiteral("left alone"));
@@ -122,7 +122,7 @@ TEST_F(QKHotKeyTextFieldLayoutTest, IsUpperCasedAsUnicodeDoesIt) {
   }
 }
 
-TEST_F(QKHotKeyTextFieldTest, ThePlainStringAccessorsWorkAndSayThatTheyAreNotWanted) {
+TEST_F(QKHotKeyTextFieldTest, ThePlainStringAccessorsWorkAndWarn) {
   testing::internal::CaptureStderr();
   field.setStringValue(QStringLiteral("text"));
   EXPECT_EQ(field.stringValue(), QStringLiteral("text"));
@@ -144,7 +144,7 @@ TEST_F(QKHotKeyTextFieldTest, NewRecordsHaveTheTaskOfTheFirst) {
   EXPECT_EQ(runs, 1);
 }
 
-TEST_F(QKHotKeyTextFieldTest, TabIsNoTrapAndNoWayOutWhileItRecords) {
+TEST_F(QKHotKeyTextFieldTest, TabMovesTheFocusExceptWhileItRecords) {
   edit();
   keyboard.tap(kKeyTab);
   press({kKeyLeftControl, kKeyTab});
@@ -215,7 +215,7 @@ TEST_F(QKHotKeyTextFieldTest, ACombinationThatIsRegisteredIsRecordedAndNotReleas
   QKHotKeyCenter::sharedHotKeyCenter()->unregisterHotKey(registered);
 }
 
-TEST_F(QKHotKeyTextFieldTest, WhereTheGrabIsRefusedItRecordsWhatReachesTheWindow) {
+TEST_F(QKHotKeyTextFieldTest, IfTheGrabIsRefusedItRecordsTheKeysThatReachTheWindow) {
   XClient menu(QtDesktop::shared().server.display());
   ASSERT_TRUE(comesTrue([this] { return !window.isActiveWindow(); }));
   ASSERT_TRUE(activate(window));
@@ -244,7 +244,7 @@ TEST_F(QKHotKeyTextFieldTest, LosingTheActivationEndsTheEditingWithoutAnActionAn
   EXPECT_EQ(field.hotKey()->keyCode(), kVK_ANSI_D) << "it keeps the last record";
 }
 
-TEST_F(QKHotKeyTextFieldTest, WhenTheEditingHasEndedNoEarlierRecordIsLeft) {
+TEST_F(QKHotKeyTextFieldTest, AfterTheEditingNoEarlierRecordIsLeft) {
   std::weak_ptr<QKHotKey> original;
   {
     const auto first = record(kVK_ANSI_K, kModifierFlagControl);

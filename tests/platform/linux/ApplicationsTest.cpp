@@ -5,7 +5,7 @@
 namespace seldial::platform::linux_port {
 namespace {
 
-TEST(Applications, TerminalsAreKnownByEitherOfTheirNames) {
+TEST(Applications, TerminalsAreRecognisedByEitherName) {
   EXPECT_TRUE(isReadFromPrimary({"xterm", "XTerm"}));
   EXPECT_TRUE(isReadFromPrimary({"my-console", "XTerm"}));
   EXPECT_TRUE(isReadFromPrimary({"gnome-terminal-server", "Gnome-terminal"}));
@@ -13,18 +13,18 @@ TEST(Applications, TerminalsAreKnownByEitherOfTheirNames) {
   EXPECT_TRUE(isReadFromPrimary({"kitty", "kitty"}));
 }
 
-TEST(Applications, EditorsAndBrowsersAreNone) {
+TEST(Applications, EditorsAndBrowsersAreNotListed) {
   EXPECT_FALSE(isReadFromPrimary({"emacs", "Emacs"}));
   EXPECT_FALSE(isReadFromPrimary({"Navigator", "firefox"}));
   EXPECT_FALSE(isReadFromPrimary({"stellarium", "stellarium"}));
 }
 
-TEST(Applications, AWindowWithoutNamesIsNone) {
+TEST(Applications, AWindowWithoutNamesMatchesNothing) {
   EXPECT_FALSE(isReadFromPrimary({}));
   EXPECT_FALSE(isReadFromPrimary({"", ""}));
 }
 
-TEST(Applications, OneIsLeftAloneWhereAKeyDoesHarmAndPrimaryMayBeOld) {
+TEST(Applications, ProgramsInWhichKeysDoHarmAndPrimaryMayBeOldAreLeftAlone) {
   EXPECT_TRUE(isLeftAlone({"main", "terminology"}));
   EXPECT_TRUE(isLeftAlone({"gvim", "Gvim"}));
   EXPECT_FALSE(isLeftAlone({"emacs", "Emacs"}));

@@ -56,7 +56,7 @@ TEST(BackgroundQueue, RunsATaskOnAnotherThread) {
   EXPECT_NE(onBackgroundThread(&std::this_thread::get_id), std::this_thread::get_id());
 }
 
-TEST(BackgroundQueue, TasksThatBlockForEverKeepNobodyWaiting) {
+TEST(BackgroundQueue, TasksThatBlockForeverDelayNoOtherTask) {
   std::thread([] {}).join();  // ThreadSanitizer starts its own thread with the first one
   const std::size_t before = tests::runningThreads();
   std::promise<void> release;

@@ -57,7 +57,7 @@ TEST(KeyTable, TheFunctionKeyHasNoKeyCodeOfEightBits) {
   EXPECT_FALSE(keyAtPosition(63));
 }
 
-TEST(KeyTable, ACodeFarAboveTheTableIsNone) {
+TEST(KeyTable, ACodeFarAboveTheTableHasNoKey) {
   EXPECT_FALSE(keyAtPosition(65534));
   EXPECT_FALSE(keyAtPosition(0xFFFFFFFF));
   EXPECT_FALSE(virtualKeyAtPosition(0xFFFFFFFF));

@@ -67,7 +67,7 @@ TEST_F(OutputTest, ANonBlockingPipeIsWaitedForToo) {
   expectLongLinesWhole();
 }
 
-TEST_F(OutputTest, WithoutRoomLinesAreLostAndCountedOnceThereIsRoom) {
+TEST_F(OutputTest, WithoutSpaceLinesAreLostAndCountedOnceThereIsSpace) {
   pipe.fill();
   for (int i = 0; i < 3; ++i) EXPECT_EQ(output.print("lost"), 0U);
   (void)pipe.take();
@@ -76,7 +76,7 @@ TEST_F(OutputTest, WithoutRoomLinesAreLostAndCountedOnceThereIsRoom) {
   EXPECT_EQ(pipe.take(), "first\nsecond\n");
 }
 
-TEST_F(OutputTest, TheCountCanBeTakenBeforeThereIsRoom) {
+TEST_F(OutputTest, TheCountCanBeTakenBeforeThereIsSpace) {
   pipe.fill();
   output.print("lost");
   EXPECT_EQ(output.takeLost(), 1U);
@@ -109,7 +109,7 @@ TEST_F(OutputTest, AClosedPipeLosesLinesSilently) {
   std::signal(SIGPIPE, before);
 }
 
-TEST_F(OutputTest, TheFlagsOfTheDescriptorStay) {
+TEST_F(OutputTest, TheFlagsOfTheDescriptorAreNotChanged) {
   const int before = fcntl(pipe.writingEnd(), F_GETFL);
   pipe.fill();
   output.print("lost");

@@ -8,7 +8,7 @@ namespace {
 
 const std::string kReplaced = "\xEF\xBF\xBD";
 
-TEST(SelectionText, ValidTextStaysAsItIs) {
+TEST(SelectionText, ValidTextIsUnaltered) {
   for (const std::string text :
        {"", "+31 20 123 4567", "caf\xC3\xA9 \xE2\x82\xAC", "\xF0\x9F\x98\x80",
         "\xED\x9F\xBF\xEE\x80\x80", "\xF4\x8F\xBF\xBF"}) {
@@ -17,7 +17,7 @@ TEST(SelectionText, ValidTextStaysAsItIs) {
   EXPECT_EQ(repairedUtf8(std::string(1, '\0')), std::string(1, '\0'));
 }
 
-TEST(SelectionText, OneZeroByteAtTheEndIsNoText) {
+TEST(SelectionText, OneNulByteAtTheEndIsNotText) {
   EXPECT_EQ(withoutTerminator(std::string("4930123\0", 8)), "4930123");
   EXPECT_EQ(withoutTerminator(std::string("a\0b\0\0", 5)), std::string("a\0b\0", 4));
   EXPECT_EQ(withoutTerminator(""), "");

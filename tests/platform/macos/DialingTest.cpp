@@ -39,7 +39,7 @@ class MacHotKeyCenter : public tests::AppleTest {
   std::shared_ptr<QKHotKeyCenter> center;
 };
 
-TEST_F(MacHotKeyCenter, InstallsItsHandlerWhenItIsMade) {
+TEST_F(MacHotKeyCenter, InstallsItsHandlerWhenItIsCreated) {
   EXPECT_THAT(newCalls(), ElementsAre("InstallEventHandler on application keyb 6"));
 }
 

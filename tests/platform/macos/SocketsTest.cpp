@@ -154,7 +154,7 @@ TEST_F(MacSockets, AfterAnEndNothingIsAcceptedThoughAConnectionWaits) {
   ::close(connection);
 }
 
-TEST_F(MacSockets, OfOneConnectionOneAcceptIsServedAndTheOtherGoesOnWaiting) {
+TEST_F(MacSockets, OneAcceptGetsAConnectionAndTheOtherKeepsWaiting) {
   auto first = std::async(std::launch::async, [this] { return acceptor->accept(listening); });
   auto second = std::async(std::launch::async, [this] { return acceptor->accept(listening); });
   const int connection = connected();
@@ -165,7 +165,7 @@ TEST_F(MacSockets, OfOneConnectionOneAcceptIsServedAndTheOtherGoesOnWaiting) {
   ::close(next);
 }
 
-TEST_F(MacSockets, AnAcceptThatLosesItsConnectionToAnotherThreadGoesOnWaiting) {
+TEST_F(MacSockets, AnAcceptThatLosesItsConnectionToAnotherThreadKeepsWaiting) {
   const int connection = connected();
   lateAccepts = 3;
   const int number = acceptor->accept(listening);

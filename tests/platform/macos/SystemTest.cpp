@@ -71,11 +71,11 @@ TEST_F(MacExecutable, ThatIsALinkIsRestartedUnderItsRealPathWithItsArguments) {
   EXPECT_EXIT(startAs(link), testing::ExitedWithCode(7), "^started first\n$");
 }
 
-TEST_F(MacExecutable, ThatIsNoLinkIsNotRestarted) {
+TEST_F(MacExecutable, ThatIsNotALinkIsNotRestarted) {
   EXPECT_EXIT(startAs(realPath("/bin/sh")), testing::ExitedWithCode(1), "^$");
 }
 
-TEST_F(MacExecutable, ThatCannotBeRestartedGoesOnAndSaysWhy) {
+TEST_F(MacExecutable, ThatCannotBeRestartedContinuesAndSaysWhy) {
   const std::string toFolder = directory.path("toFolder");
   ASSERT_EQ(symlink(directory.path("").c_str(), toFolder.c_str()), 0);
   EXPECT_EXIT(startAs(toFolder), testing::ExitedWithCode(1), "Permission denied\n$");

@@ -96,7 +96,7 @@ TEST_F(BusTest, ASignalThatArrivesDuringACallIsHandledByTheLoop) {
   EXPECT_THAT(heard, ElementsAre(1));
 }
 
-TEST_F(BusTest, AHandlerMayDropItsSlotAndCallMethods) {
+TEST_F(BusTest, AHandlerMayDestroyItsSlotAndCallMethods) {
   std::vector<int> heard;
   BusSlot slot = bus->onSignal(kEcho, "Said", [&](sd_bus_message* /*signal*/) {
     heard.push_back(0);
@@ -111,7 +111,7 @@ TEST_F(BusTest, AHandlerMayDropItsSlotAndCallMethods) {
   EXPECT_THAT(heard, ElementsAre(0));
 }
 
-TEST_F(BusTest, TheEndOfTheBusIsToldOnceAndCallsFail) {
+TEST_F(BusTest, TheLossOfTheBusIsReportedOnceAndCallsFail) {
   session.kill();
   tests::serveUntil(loop, [&] { return losses > 0; });
   loop.serve();

@@ -44,12 +44,12 @@ TEST_F(CopiedText, IsReadToItsEnd) {
   EXPECT_EQ(readToEnd(ends[0], Clock::now() + tests::kTimeLimit), "020 1234");
 }
 
-TEST_F(CopiedText, IsGivenUpWithoutAnEnd) {
+TEST_F(CopiedText, IsAbandonedWithoutAnEnd) {
   send("020");
   EXPECT_EQ(readToEnd(ends[0], Clock::now() + std::chrono::milliseconds(20)), std::nullopt);
 }
 
-TEST_F(CopiedText, ThatComesByteByByteIsGivenUpInTime) {
+TEST_F(CopiedText, ThatArrivesByteByByteIsAbandonedInTime) {
   std::atomic<bool> over{false};
   std::thread owner([&] {
     while (!over) {
@@ -85,14 +85,14 @@ TEST_F(NewerDataControl, IsPreferredToTheOlderOne) {
   EXPECT_EQ(data.copiedText(), "020 1234");
 }
 
-TEST_F(NewerDataControl, ASelectedTextIsNoCopiedText) {
+TEST_F(NewerDataControl, SelectedTextIsNotCopiedText) {
   DataControl data(display);
   takeEmpty(data);
   compositor.select("020 1234");
   EXPECT_EQ(data.copiedText(), std::nullopt);
 }
 
-TEST_F(NewerDataControl, OffersAreGivenBack) {
+TEST_F(NewerDataControl, OffersAreDestroyed) {
   DataControl data(display);
   for (int i = 0; i < 3; ++i) {
     takeEmpty(data);

@@ -102,7 +102,7 @@ class GnomeTest : public testing::Test {
   std::vector<std::optional<std::string>> dialled;
 };
 
-TEST_F(GnomeTest, AUseCopiesWhatIsSelected) {
+TEST_F(GnomeTest, AUseCopiesTheSelection) {
   ASSERT_TRUE(registerDial(7));
   gnome->select("+31 20 123 4567");
   use();
@@ -149,7 +149,7 @@ TEST_F(GnomeTest, AKeyWithoutModifiersIsUsedWhenItGoesUp) {
   EXPECT_THAT(releases, ElementsAre(2, 1));
 }
 
-TEST_F(GnomeTest, AnAnswerToTheUseBeforeIsNoAnswer) {
+TEST_F(GnomeTest, AnAnswerToThePreviousUseIsIgnored) {
   ASSERT_TRUE(registerDial());
   gnome->holdModifiers(true);
   gnome->press(kDial);
@@ -161,7 +161,7 @@ TEST_F(GnomeTest, AnAnswerToTheUseBeforeIsNoAnswer) {
   EXPECT_THAT(gnome->typed(), ElementsAre("Control+Insert"));
 }
 
-TEST_F(GnomeTest, WhereNothingIsCopiedThereIsNoText) {
+TEST_F(GnomeTest, IfNothingIsCopiedThereIsNoText) {
   ASSERT_TRUE(registerDial());
   use();
   gnome->select("");  // as terminals copy
@@ -204,7 +204,7 @@ TEST_F(GnomeTest, AWholeLineIsNotDialledWhileAnEditorRunsThatCopiesLines) {
   EXPECT_THAT(dialled, ElementsAre("020 1234\n", std::nullopt));
 }
 
-TEST_F(GnomeTest, TheKeyThatTheUserHasIsTold) {
+TEST_F(GnomeTest, TheUsersKeyIsReported) {
   gnome->setTrigger(kDial, "Press <Super>x");
   EXPECT_THAT(errorsOf([&] { ASSERT_TRUE(registerDial()); }),
               HasSubstr("GNOME has the hot key: Press <Super>x\n"));
@@ -254,7 +254,7 @@ TEST_F(GnomeTest, WhatCannotBeAHotKeyIsRefused) {
   EXPECT_TRUE(hotKeys->registerHotKey(kVK_Help, kHotKeyOption, {0, 1}));
 }
 
-TEST_F(GnomeTest, UnregisteredCombinationsAreGivenBack) {
+TEST_F(GnomeTest, UnregisteredCombinationsAreReleased) {
   const auto dial = registerDial();
   const auto other = hotKeys->registerHotKey(kVK_Space, kHotKeyCommand | kHotKeyShift, {0, 2});
   ASSERT_TRUE(dial && other);
@@ -276,7 +276,7 @@ TEST_F(GnomeTest, APortalThatWasStartedAgainGetsTheHotKeyAgain) {
   EXPECT_THAT(releases, ElementsAre(1));
 }
 
-TEST_F(GnomeTest, WithoutKeysOfMutterAUseIsNone) {
+TEST_F(GnomeTest, IfMutterRefusesKeysThereIsNoUse) {
   ASSERT_TRUE(registerDial());
   gnome->refuseRemoteSessions();
   const auto lines = errorsOf([&] {

@@ -20,7 +20,7 @@ class HotKeyClaimsTest : public testing::Test {
   HotKeyClaims others{directory.path("seldial"), "sway.sock"};
 };
 
-TEST_F(HotKeyClaimsTest, ACombinationIsHeldOnceUntilItIsGivenBack) {
+TEST_F(HotKeyClaimsTest, ACombinationIsHeldOnceUntilItIsReleased) {
   auto claim = claims.claim("Ctrl+40");
   ASSERT_TRUE(claim);
   EXPECT_FALSE(others.claim("Ctrl+40"));
@@ -35,7 +35,7 @@ TEST_F(HotKeyClaimsTest, NothingIsLeftBehind) {
   EXPECT_TRUE(std::filesystem::is_empty(directory.path("seldial")));
 }
 
-TEST_F(HotKeyClaimsTest, WhatAKilledProgramLeftIsToldOnce) {
+TEST_F(HotKeyClaimsTest, AbandonedCombinationsAreReturnedOnce) {
   const auto held = claims.claim("Ctrl+40");
   std::ofstream(directory.path("seldial/sway.sock Mod4+71"));
   std::ofstream(directory.path("seldial/other.sock Mod4+72"));

@@ -87,7 +87,7 @@ class KWinHotKeysTest : public testing::Test {
   std::unique_ptr<Program> program;
 };
 
-TEST_F(KWinHotKeysTest, AReleaseIsToldOnceWithItsID) {
+TEST_F(KWinHotKeysTest, AReleaseIsReportedOnceWithItsID) {
   ASSERT_TRUE(program->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {0, 7}));
   ASSERT_TRUE(program->hotKeys.registerHotKey(kVK_F5, 0, {0, 8}));
   EXPECT_THAT(plasma.actions(), Contains(Pair(kAction, ElementsAre(kD))));
@@ -118,7 +118,7 @@ TEST_F(KWinHotKeysTest, WhatCannotBeAHotKeyIsRefused) {
   EXPECT_THAT(plasma.actions(), IsEmpty());
 }
 
-TEST_F(KWinHotKeysTest, TheLastHotKeyTakesEverythingAlongWhenItIsGivenBack) {
+TEST_F(KWinHotKeysTest, UnregisteringTheLastHotKeyRemovesEverything) {
   const auto first = program->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {});
   const auto second = program->hotKeys.registerHotKey(kVK_F5, 0, {});
   ASSERT_TRUE(first && second);
@@ -145,7 +145,7 @@ TEST_F(KWinHotKeysTest, ASecondProgramGetsOtherCombinationsOnly) {
   EXPECT_TRUE(other->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {}));
 }
 
-TEST_F(KWinHotKeysTest, WhatAKilledProgramLeftIsGivenBackAtTheNextStart) {
+TEST_F(KWinHotKeysTest, ShortcutsOfAKilledProgramAreRemovedAtTheNextStart) {
   plasma.leave(kAction, {kD});
   plasma.leave("modifiers up 188", {kProbe});
   const auto next = start();
@@ -163,7 +163,7 @@ TEST_F(KWinHotKeysTest, OtherLayoutsGiveThePlaceOtherCodes) {
   tests::serveUntil(loop, [&] { return !program->released.empty(); });
 }
 
-TEST_F(KWinHotKeysTest, ACombinationThatIsLostToALayoutComesBackWithTheNext) {
+TEST_F(KWinHotKeysTest, ACombinationThatALayoutLacksReturnsWithTheNextLayout) {
   ASSERT_TRUE(program->hotKeys.registerHotKey(kVK_ANSI_D, kControlAlt, {}));
   plasma.take(kCyrillicD);
   testing::internal::CaptureStderr();
@@ -204,14 +204,14 @@ TEST_F(ModifierProbeTest, TheEndOfTheProgramEndsTheWait) {
   EXPECT_FALSE(program->probe.waitUntilUp());
 }
 
-TEST_F(ModifierProbeTest, WithoutAnAnswerNothingCountsAsUp) {
+TEST_F(ModifierProbeTest, WithoutAnAnswerNoKeyCountsAsReleased) {
   program->tapped = [&] { session.kill(); };
   EXPECT_FALSE(program->probe.waitUntilUp());
   program->probe.close();
   EXPECT_FALSE(program->probe.waitUntilUp()) << "it has no key";
 }
 
-TEST_F(ModifierProbeTest, EveryCombinationOfModifiersIsNoticed) {
+TEST_F(ModifierProbeTest, EveryCombinationOfModifiersIsDetected) {
   const auto actions = plasma.actions();
   EXPECT_THAT(actions, Contains(Pair("modifiers up 188", ElementsAre(kProbe))));
   EXPECT_EQ(actions.at("modifiers held 188").size(), 15U);
@@ -227,7 +227,7 @@ TEST_F(ModifierProbeTest, ItsCodeIsThatOfTheVersionOfQt) {
   EXPECT_THAT(plasma.actions(), Contains(Pair("modifiers up 188", ElementsAre(kProbe - 2))));
 }
 
-TEST_F(ModifierProbeTest, AKeyThatSomebodyUsesIsLeftAlone) {
+TEST_F(ModifierProbeTest, AKeyThatAnotherProgramUsesIsNotTaken) {
   program->probe.close();
   plasma.take(kControlProbe);
   ASSERT_TRUE(program->probe.open());

@@ -64,7 +64,7 @@ TEST_F(PressHotKeysTest, TheSocketOfAKilledProgramIsReplaced) {
   port->waitForReleases(1);
 }
 
-TEST_F(PressHotKeysTest, APressCopiesWhatIsSelected) {
+TEST_F(PressHotKeysTest, APressCopiesTheSelection) {
   Editor editor(sway.display());
   ASSERT_TRUE(port->registerHotKey(kVK_ANSI_D, kControlAlt));
   port->dialOnRelease([&] { editor.waitForCopies(1); });

@@ -33,7 +33,7 @@ class SwayCopy : public WaylandTest {
   }
 };
 
-TEST_F(SwayCopy, WhatIsSelectedIsDialledAndOnlyTheKeystrokeIsTyped) {
+TEST_F(SwayCopy, TheSelectionIsDialledAndOnlyTheKeystrokeIsTyped) {
   Editor editor(sway.display());
   dialCopies(editor);
   useHotKey();
@@ -102,7 +102,7 @@ TEST_F(SwayCopy, ModifiersThatStayHeldChangeNothingAndStayHeld) {
             (std::vector<EditorKey>{copy, copy, {KEY_A, tests::kEditorControl}, {KEY_B, 0}}));
 }
 
-TEST_F(SwayCopy, TheModifiersMayBeLetGoFirst) {
+TEST_F(SwayCopy, TheModifiersMayBeReleasedFirst) {
   Editor editor(sway.display());
   dialCopies(editor);
   keyboard.press({KEY_LEFTCTRL, KEY_LEFTALT, KEY_D});
@@ -113,7 +113,7 @@ TEST_F(SwayCopy, TheModifiersMayBeLetGoFirst) {
   EXPECT_EQ(port->dialled(), Texts{kNumber});
 }
 
-TEST_F(SwayCopy, TextsArriveAsTheyAre) {
+TEST_F(SwayCopy, TextsArriveUnaltered) {
   Editor editor(sway.display());
   dialCopies(editor);
   std::size_t dials = 0;

@@ -32,7 +32,7 @@ TEST(SwayTree, WithoutAFocusedWindowThereIsNoName) {
   }
 }
 
-TEST(SwayConnection, IsMadeAgainAfterALoss) {
+TEST(SwayConnection, IsReopenedAfterALoss) {
   const tests::TemporaryDirectory directory;
   const std::string path = directory.path("ipc");
   const auto listener = tests::Peer::listeningAt(path);

@@ -71,7 +71,7 @@ class Asker {
   xcb_window_t window_;
 };
 
-TEST_F(ClipboardTest, NobodysClipboardHoldsNothing) {
+TEST_F(ClipboardTest, AClipboardWithoutAnOwnerIsEmpty) {
   EXPECT_EQ(port.text(), std::nullopt);
 }
 
@@ -85,7 +85,7 @@ TEST_F(ClipboardTest, ATextIsReadExactly) {
   }
 }
 
-TEST_F(ClipboardTest, TheEndOfACStringIsNoText) {
+TEST_F(ClipboardTest, ATrailingNulIsNotText) {
   XClient client(server.display());
   client.own("CLIPBOARD", answersWith(std::string("4930123\0", 8)));
   EXPECT_EQ(port.text(), "4930123");
@@ -115,7 +115,7 @@ TEST_F(ClipboardTest, ATextCopiedAfterClearingIsRead) {
   EXPECT_EQ(port.text(), std::nullopt);
 }
 
-TEST_F(ClipboardTest, AManagerDoesNotPutTheOldTextBack) {
+TEST_F(ClipboardTest, AClipboardManagerDoesNotRestoreTheOldText) {
   const ClipboardManager manager(server.display(), "old");
   ASSERT_EQ(port.text(), "old");
   port.clear();
@@ -139,7 +139,7 @@ TEST_F(ClipboardTest, ClearedItOffersItsTargetsAndNothingElse) {
   EXPECT_EQ(asker.ask("MULTIPLE"), std::nullopt);
 }
 
-TEST_F(ClipboardTest, SomebodyWhoIsGoneBeforeTheAnswerDoesNoHarm) {
+TEST_F(ClipboardTest, ARequestorThatIsGoneBeforeTheAnswerDoesNoHarm) {
   Asker asker(server.display());
   port.clear();
   port.call([&] {
@@ -187,7 +187,7 @@ TEST_F(BlockedClipboard, OtherProgramsAreAnswered) {
   EXPECT_FALSE(ended);
 }
 
-TEST_F(BlockedClipboard, AQuestionFromBeforeIsAnswered) {
+TEST_F(BlockedClipboard, AnEarlierRequestIsAnswered) {
   port.clear();
   block([&] {
     asker.send("TARGETS");
@@ -204,7 +204,7 @@ TEST_F(ClipboardTest, ALatin1TextBecomesUtf8) {
   EXPECT_EQ(port.text(), "caf\xC3\xA9 \xC2\xA7 1");
 }
 
-TEST_F(ClipboardTest, TheTypeOfTheAnswerCountsNotTheQuestion) {
+TEST_F(ClipboardTest, TheTypeOfTheAnswerCountsNotTheTarget) {
   XClient client(server.display());
   client.own("CLIPBOARD", Answers{{{"STRING", "UTF8_STRING", "caf\xC3\xA9"}}});
   EXPECT_EQ(port.text(), "caf\xC3\xA9");
@@ -215,7 +215,7 @@ TEST_F(ClipboardTest, TheTypeOfTheAnswerCountsNotTheQuestion) {
   EXPECT_EQ(port.text(), "text");
 }
 
-TEST_F(ClipboardTest, TheSecondFormIsAskedForWhereTheFirstIsRefused) {
+TEST_F(ClipboardTest, TheSecondTargetIsRequestedIfTheFirstIsRefused) {
   XClient client(server.display());
   client.own("CLIPBOARD",
              Answers{{{"STRING", "STRING", "escaped"},
@@ -223,7 +223,7 @@ TEST_F(ClipboardTest, TheSecondFormIsAskedForWhereTheFirstIsRefused) {
   EXPECT_EQ(port.text(), "plain");
 }
 
-TEST_F(ClipboardTest, ATextThatIsNotValidIsRepaired) {
+TEST_F(ClipboardTest, InvalidTextIsRepaired) {
   XClient client(server.display());
   client.own("CLIPBOARD", answersWith("+31 \xED\xA0\xBD\xED\xB8\x80 20\xFF"));
   EXPECT_EQ(port.text(), "+31 \xF0\x9F\x98\x80 20\xEF\xBF\xBD");

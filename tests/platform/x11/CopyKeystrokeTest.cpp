@@ -13,7 +13,7 @@ TEST_F(CopyingWithKeys, CopiesTheSelectionOfTheFocusedWindow) {
   EXPECT_EQ(typedInto(client), (Typed{{kKeyInsert, kStateControl}}));
 }
 
-TEST_F(CopyingWithKeys, GoesToTheWindowUnderThePointerWhereNoneHasTheFocus) {
+TEST_F(CopyingWithKeys, GoesToTheWindowUnderThePointerIfNoneHasTheFocus) {
   const XClient client(server.display());
   keyboard.movePointer(10, 10);
   keyboard.focusFollowsPointer();
@@ -61,7 +61,7 @@ TEST_F(CopyingWithKeys, WhatMayBeTheCurrentLineOfAnEditorIsNotDialled) {
   EXPECT_EQ(dialFrom("gedit", kNumber + "\n"), kNumber + "\n");
 }
 
-TEST_F(CopyingWithKeys, WhatEmacsCopiesIsDialledIfItTakesPrimaryToo) {
+TEST_F(CopyingWithKeys, ACopyFromEmacsIsDialledIfItTakesPrimaryToo) {
   XClientSettings settings;
   settings.wmClass = "Emacs";
   {
@@ -116,7 +116,7 @@ TEST_F(CopyingWithKeys, CopiesUnderEveryLayout) {
   }
 }
 
-TEST_F(CopyingWithKeys, CopiesWhereTheTypingKeyboardHasAnotherLayoutThanTheUsers) {
+TEST_F(CopyingWithKeys, CopiesIfTheXTestKeyboardHasAnotherLayout) {
   const XClient client(server.display());
   ASSERT_EQ(server.run({"setxkbmap", "dvorak"}), 0);
   ASSERT_EQ(server.run({"setxkbmap", "-device", keyboard.typingDevice(), "fr"}), 0);
@@ -132,7 +132,7 @@ TEST_F(CopyingWithKeys, WithoutAnInsertKeyNothingCanBeCopied) {
   EXPECT_FALSE(port.call([&] { return port.clipboard().copySelection(); }));
 }
 
-TEST_F(CopyingWithKeys, TheKeyboardThroughWhichItIsTypedNeedsTheInsertKey) {
+TEST_F(CopyingWithKeys, TheXTestKeyboardNeedsTheInsertKey) {
   ASSERT_TRUE(port.call([&] { return port.clipboard().copySelection(); }));
   useLayout("no-insert.xkb", keyboard.typingDevice());
   port.settle();

@@ -32,7 +32,7 @@ void expectOneLineAbout(const std::string& what, const Attempt& attempt) {
   EXPECT_EQ(std::count(attempt.errors.begin(), attempt.errors.end(), '\n'), 1) << attempt.errors;
 }
 
-TEST(Desktop, WithoutADisplayThereIsNoneAndNothingIsSaid) {
+TEST(Desktop, WithoutADisplayThereIsNoDesktopAndNoMessage) {
   unsetenv("DISPLAY");
   EXPECT_FALSE(attempt().connected);
   setenv("DISPLAY", "", 1);
@@ -41,14 +41,14 @@ TEST(Desktop, WithoutADisplayThereIsNoneAndNothingIsSaid) {
   EXPECT_EQ(empty.output + empty.errors, "");
 }
 
-TEST(Desktop, AServerThatCannotBeReachedIsOneLine) {
+TEST(Desktop, AnUnreachableServerIsReportedInOneLine) {
   setenv("DISPLAY", ":60123", 1);
   expectOneLineAbout(":60123", attempt());
   setenv("DISPLAY", "no display", 1);
   expectOneLineAbout("no display", attempt());
 }
 
-TEST(Desktop, AServerThatDoesNotAnswerIsOneLine) {
+TEST(Desktop, AServerThatDoesNotAnswerIsReportedInOneLine) {
   XServer server;
   setenv("DISPLAY", server.display().c_str(), 1);
   server.freeze();
@@ -78,13 +78,13 @@ TEST(EventPump, EventsThatNeverEndDoNotMoveADeadline) {
       pump.serveUntil(EventPump::Clock::now() + std::chrono::milliseconds(20), causeAnEvent));
 }
 
-TEST(Desktop, AServerThatLacksXTestIsOneLine) {
+TEST(Desktop, AServerWithoutXTestIsReportedInOneLine) {
   const XServer server({"-extension", "XTEST"});
   setenv("DISPLAY", server.display().c_str(), 1);
   expectOneLineAbout("XTEST", attempt());
 }
 
-TEST(Desktop, AServerThatHasEverythingIsUsedInSilence) {
+TEST(Desktop, ACompleteServerIsUsedSilently) {
   const XServer server;
   setenv("DISPLAY", server.display().c_str(), 1);
   const auto result = attempt();
@@ -92,7 +92,7 @@ TEST(Desktop, AServerThatHasEverythingIsUsedInSilence) {
   EXPECT_EQ(result.output + result.errors, "");
 }
 
-TEST(Desktop, XwaylandIsUsedAndOneLineTellsWhichWindowsAreReached) {
+TEST(Desktop, XwaylandIsUsedAndOneLineSaysInWhichWindows) {
   const XServer server;
   // An Xwayland without its own extension is recognised by its devices.
   Keyboard(server.display()).addMaster("xwayland-test");

@@ -49,7 +49,7 @@ TEST_F(DroppedSelection, IsNotDialled) {
   EXPECT_EQ(dial(), std::nullopt);
 }
 
-TEST_F(DroppedSelection, ASelectionThatAClickMakesIsDialled) {
+TEST_F(DroppedSelection, ASelectionMadeByAClickIsDialled) {
   keyboard.click(10, 10);
   client.own("PRIMARY", answersWith("+49 30 1"));
   EXPECT_EQ(dial(), "+49 30 1");
@@ -63,25 +63,25 @@ TEST_F(DroppedSelection, ASelectionThatABusyTerminalTakesLateIsDialled) {
   EXPECT_EQ(dial(), "+49 30 1");
 }
 
-TEST_F(DroppedSelection, AClickOnAnotherWindowOfTheSameProgramDropsNothing) {
+TEST_F(DroppedSelection, AClickOnAnotherWindowOfTheSameProgramHasNoEffect) {
   const XClient over(server.display(), terminal());
   keyboard.click(10, 10);
   client.takeFocus();
   EXPECT_EQ(dial(), kNumber);
 }
 
-TEST_F(DroppedSelection, AClickBesideTheWindowDropsNothing) {
+TEST_F(DroppedSelection, AClickOutsideTheWindowHasNoEffect) {
   keyboard.click(600, 400);
   EXPECT_EQ(dial(), kNumber);
 }
 
-TEST_F(DroppedSelection, OtherButtonsAndTheWheelDropNothing) {
+TEST_F(DroppedSelection, OtherButtonsAndTheWheelHaveNoEffect) {
   for (const std::uint8_t button : std::vector<std::uint8_t>{2, 3, 4, 5})
     keyboard.click(10, 10, button);
   EXPECT_EQ(dial(), kNumber);
 }
 
-TEST_F(DroppedSelection, ForALeftHandedUserTheOtherButtonDropsIt) {
+TEST_F(DroppedSelection, ForALeftHandedUserTheOtherButtonClearsIt) {
   keyboard.swapMouseButtons();
   keyboard.click(10, 10, 1);
   EXPECT_EQ(dial(), kNumber);
@@ -126,7 +126,7 @@ class LeftOver final : public EventHandler {
   int count = 0;
 };
 
-TEST_F(DroppedSelection, WithoutAHotKeyNobodyWatches) {
+TEST_F(DroppedSelection, WithoutAHotKeyNothingIsWatched) {
   port.unregisterHotKey(hotKey);
   beIdle();
   LeftOver events;

@@ -43,7 +43,7 @@ TEST_F(HeldModifiers, TheHotKeyWorksAgainWhileItsModifiersAreKeptDown) {
   EXPECT_EQ(typedInto(client), Typed(3, {kKeyInsert, kStateControl}));
 }
 
-TEST_F(HeldModifiers, ModifiersLetGoDuringTheWaitAreNotStuck) {
+TEST_F(HeldModifiers, ModifiersReleasedDuringTheWaitAreNotStuck) {
   const XClient client(server.display());
   std::promise<void> blocking;
   port.whenBlocking([&] { blocking.set_value(); });
@@ -62,7 +62,7 @@ TEST_F(HeldModifiers, ModifiersLetGoDuringTheWaitAreNotStuck) {
   expectDial(1);
 }
 
-TEST_F(HeldModifiers, ModifiersLetGoBeforeTheKeyAreNotTyped) {
+TEST_F(HeldModifiers, ModifiersReleasedBeforeTheKeyAreNotTyped) {
   const XClient client(server.display());
   keyboard.press(kControlAltKeys);
   keyboard.press(kKeyD);

@@ -62,7 +62,7 @@ TEST_F(HotKeyCenterOnX11, TwoRecordsOfOneIdAreLoggedOnceAndOneOfThemInvoked) {
   EXPECT_EQ(events.size(), 1U);
 }
 
-TEST_F(HotKeyCenterOnX11, AMemberThatIsDroppedForItsEqualGivesItsCombinationBack) {
+TEST_F(HotKeyCenterOnX11, AMemberRemovedForItsEqualReleasesItsCombination) {
   ForeignGrabs other(server.display());
   onMain([&] { add(kVK_ANSI_D); });
   EXPECT_FALSE(other.isFree(kKeyD, kStateControlAlt));
@@ -71,7 +71,7 @@ TEST_F(HotKeyCenterOnX11, AMemberThatIsDroppedForItsEqualGivesItsCombinationBack
   EXPECT_EQ(useKey(kKeyD).size(), 0U);
 }
 
-TEST_F(HotKeyCenterOnX11, AMemberThatSomebodyOwnsIsDroppedAtOnceAndGivesItsCombinationBackLater) {
+TEST_F(HotKeyCenterOnX11, AMemberWithAnotherOwnerIsRemovedAtOnceAndReleasesItsCombinationLater) {
   ForeignGrabs other(server.display());
   onMain([&] {
     kept = {add(kVK_ANSI_D)};

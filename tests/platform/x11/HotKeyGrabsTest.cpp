@@ -105,7 +105,7 @@ TEST_F(HotKeyGrabs, ABareKeyCanBeAHotKey) {
   port.waitForReleases(1);
 }
 
-TEST_F(HotKeyGrabs, TheReleaseTellsWhereWhenAndWhatIsStillHeld) {
+TEST_F(HotKeyGrabs, TheReleaseReportsPositionTimeAndHeldModifiers) {
   ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt, 77));
   keyboard.movePointer(123, 45);
   keyboard.press(kControlAltKeys);
@@ -158,7 +158,7 @@ TEST_F(HotKeyGrabs, AHotKeyRegisteredAnewWhileItIsHeldFiresWithItsNextPress) {
   keyboard.release(kControlAltKeys);
 }
 
-TEST_F(HotKeyGrabs, AnotherKeyPressedWhileAHotKeyIsHeldIsNoUseOfIt) {
+TEST_F(HotKeyGrabs, AnotherKeyPressedWhileAHotKeyIsHeldIsNotAUse) {
   ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt, 1));
   ASSERT_TRUE(port.registerHotKey(kVK_ANSI_F, 0, 2));
   keyboard.press(kControlAltKeys);
@@ -172,7 +172,7 @@ TEST_F(HotKeyGrabs, AnotherKeyPressedWhileAHotKeyIsHeldIsNoUseOfIt) {
   EXPECT_EQ(port.releases()[0].hotKeyID.id, 1U);
 }
 
-TEST_F(HotKeyGrabs, TwoHotKeysOnOneKeyAreToldApart) {
+TEST_F(HotKeyGrabs, TwoHotKeysOnOneKeyAreDistinguished) {
   ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kHotKeyControl, 1));
   ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt, 2));
   useHotKey();

@@ -7,7 +7,7 @@ namespace {
 
 using HotKeyRefusal = X11Test;
 
-TEST_F(HotKeyRefusal, ACombinationThatWasGivenBackCanBeTakenAgain) {
+TEST_F(HotKeyRefusal, AReleasedCombinationCanBeRegisteredAgain) {
   const auto ref = port.registerHotKey(kVK_ANSI_D, kControlAlt);
   ASSERT_TRUE(ref);
   EXPECT_FALSE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
@@ -15,7 +15,7 @@ TEST_F(HotKeyRefusal, ACombinationThatWasGivenBackCanBeTakenAgain) {
   EXPECT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
 }
 
-TEST_F(HotKeyRefusal, WhatIsNoKeyIsRefused) {
+TEST_F(HotKeyRefusal, AnUnknownKeyIsRefused) {
   for (const std::uint32_t code : {52U, 63U, 66U, 127U, 128U, 65534U}) {
     EXPECT_FALSE(port.registerHotKey(code, kControlAlt)) << code;
   }
@@ -82,7 +82,7 @@ TEST_F(HotKeyRefusal, ARefusedCombinationIsFreeForOthersAtOnce) {
   });
 }
 
-TEST_F(HotKeyRefusal, WhatNobodyCanHaveIsToldApartFromWhatIsHeld) {
+TEST_F(HotKeyRefusal, AnImpossibleCombinationIsDistinguishedFromAHeldOne) {
   const auto can = [this](std::uint32_t keyCode, std::uint32_t modifiers) {
     return port.call([=, this] { return port.hotKeys().canBeHotKey(keyCode, modifiers); });
   };

@@ -154,7 +154,7 @@ TEST_F(KeyCharacters, TheKeymapIsRequestedAgainOnlyAfterAChange) {
   EXPECT_EQ(keymapRequests(), requests + 1);
 }
 
-TEST_F(KeyCharacters, AreNoneWithoutAServerAndBackWithTheNext) {
+TEST_F(KeyCharacters, AreNothingWithoutAServerAndReturnWithTheNext) {
   EXPECT_EQ(at(kVK_ANSI_A), "a");
   server.kill();
   ::testing::internal::CaptureStderr();

@@ -67,7 +67,7 @@ TEST_F(KeyboardLayout, FollowsTheKeyboardThatTheUserTypesOn) {
   keyboard.release(kKeyLeftSuper);
 }
 
-TEST_F(KeyboardLayout, ComesBackWithTheModifierThatALayoutLacked) {
+TEST_F(KeyboardLayout, ReturnsWithTheModifierThatALayoutLacked) {
   ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kHotKeyCommand));
   ::testing::internal::CaptureStderr();
   useLayout("no-super.xkb");

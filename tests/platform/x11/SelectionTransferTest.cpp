@@ -43,7 +43,7 @@ TEST_F(SelectionTransferLimit, ATextOfJustTheLimitIsRead) {
   EXPECT_EQ(answer->bytes.size(), 4000U);
 }
 
-TEST_F(SelectionTransferLimit, ALongerOneIsGivenUp) {
+TEST_F(SelectionTransferLimit, ALongerTextIsAbandoned) {
   client.own("CLIPBOARD", answersWith(std::string(4001, 'x')));
   EXPECT_FALSE(read(4000));
 }
@@ -55,7 +55,7 @@ TEST_F(SelectionTransferLimit, InPiecesTheSumCounts) {
   EXPECT_FALSE(read(4000));
 }
 
-TEST_F(SelectionTransferLimit, AnOwnerThatSendsByteByByteIsGivenUpInTime) {
+TEST_F(SelectionTransferLimit, AnOwnerThatSendsByteByByteIsAbandonedInTime) {
   const std::string text(100000, 'x');
   client.own("CLIPBOARD", answersWith(text, 1));
   EXPECT_FALSE(read(text.size(), std::chrono::milliseconds(100)));

@@ -41,7 +41,7 @@ TEST_F(Terminal, IsRecognisedByTheWindowAroundTheFocus) {
   expectNothingTyped(client);
 }
 
-TEST_F(Terminal, IsRecognisedUnderThePointerWhereNoWindowHasTheFocus) {
+TEST_F(Terminal, IsRecognisedUnderThePointerIfNoWindowHasTheFocus) {
   XClient client(server.display(), terminal());
   client.own("PRIMARY", answersWith("+49 30 1"));
   keyboard.movePointer(10, 10);
@@ -64,7 +64,7 @@ TEST_F(Terminal, AlacrittyGetsTheCopyKeyAndItsOldSelectionIsNotRead) {
   EXPECT_EQ(typedInto(client), (Typed{{kKeyCopy, 0}}));
 }
 
-TEST_F(Terminal, AlacrittyIsReadFromPrimaryWhereNoKeyCopies) {
+TEST_F(Terminal, AlacrittyIsReadFromPrimaryIfThereIsNoCopyKey) {
   ASSERT_TRUE(port.call([&] { return port.clipboard().copySelection(); }));
   keyboard.remap(kKeyCopy, 0);
   port.settle();
@@ -78,7 +78,7 @@ TEST_F(Terminal, AlacrittyIsReadFromPrimaryWhereNoKeyCopies) {
   expectNothingTyped(client);
 }
 
-TEST_F(Terminal, OneWhoseSelectionMayBeOldIsLeftAlone) {
+TEST_F(Terminal, OneWithAPossiblyOldSelectionIsLeftAlone) {
   auto settings = terminal();
   settings.wmClass = "terminology";
   settings.wmInstance = "main";
@@ -112,7 +112,7 @@ TEST_F(Terminal, ASelectionThroughAnotherConnectionOfTheSameProcessIsRead) {
   EXPECT_EQ(port.dialled()[0], "+49 30 1");
 }
 
-TEST_F(Terminal, OnAnotherMachineTheConnectionCountsNotTheProcessThatForwardsIt) {
+TEST_F(Terminal, OnAnotherMachineTheConnectionCountsNotTheForwardingProcess) {
   XClient other(server.display());
   other.own("PRIMARY", answersWith("other"));
   auto settings = terminal();

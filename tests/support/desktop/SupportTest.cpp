@@ -11,7 +11,7 @@ namespace {
 
 using KeySet = std::set<std::uint8_t>;
 
-TEST(DesktopSupport, TwoServersHaveDisplaysOfTheirOwn) {
+TEST(DesktopSupport, TwoServersHaveDifferentDisplays) {
   const XServer first;
   const XServer second;
   EXPECT_NE(first.display(), second.display());
