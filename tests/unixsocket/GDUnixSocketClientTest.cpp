@@ -390,7 +390,7 @@ TEST_F(GDUnixSocketClientTest, AWaitingConnectContinuesWhenThereIsSpace) {
   EXPECT_EQ("x", server.accepted().receive(1));
 }
 
-TEST_F(GDUnixSocketClientTest, WithoutASendTimeoutWritesWait) {
+TEST_F(GDUnixSocketClientTest, WithoutASendTimeoutTheSocketHasNone) {
   const Peer server = Peer::listeningAt(path);
   const auto timeoutOf = [](const GDUnixSocketClient& it) {
     timeval value{};

@@ -53,13 +53,13 @@ struct ApplicationTest : testing::Test {
   const std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
 };
 
-TEST_F(ApplicationTest, TerminateEndsItInOrderWithStatus0) {
+TEST_F(ApplicationTest, TerminateEndsItCleanlyWithStatus0) {
   delegate->onLaunched = [this] { application.terminate(delegate.get()); };
   EXPECT_EQ(application.run(delegate), 0);
   EXPECT_THAT(delegate->calls, ElementsAre("will finish", "did finish", "will terminate"));
 }
 
-TEST_F(ApplicationTest, ASignalEndsItInOrderWithStatus0) {
+TEST_F(ApplicationTest, ASignalEndsItCleanlyWithStatus0) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     LinuxApplication signalled({}, std::make_shared<MainLoop>());
     const auto told = std::make_shared<RecordingDelegate>();
@@ -128,7 +128,7 @@ TEST_F(ApplicationTest, ASecondSignalEndsItAtOnce) {
   EXPECT_EXIT(_exit(tests::eventually(endsAtOnce) ? 0 : 1), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ApplicationTest, TheDelegateIsGivenUpWhileSignalsStillCount) {
+TEST_F(ApplicationTest, TheDelegateIsReleasedWhileSignalsAreStillHandled) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   class Stuck final : public ApplicationDelegate {
    public:
@@ -144,7 +144,7 @@ TEST_F(ApplicationTest, TheDelegateIsGivenUpWhileSignalsStillCount) {
   EXPECT_EXIT(application.run(std::make_shared<Stuck>()), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(ApplicationTest, ALossEndsItInOrderWithItsStatus) {
+TEST_F(ApplicationTest, ALostDesktopEndsItCleanlyWithItsStatus) {
   loop->async([this] { application.terminateWithStatus(1); });
   EXPECT_EQ(application.run(delegate), 1);
   EXPECT_EQ(delegate->calls.back(), "will terminate");
