@@ -164,7 +164,7 @@ TEST_F(Launch, APathThatMakesNoSenseIsLogged) {
   EXPECT_FALSE(std::filesystem::exists(mark));
 }
 
-TEST_F(Launch, APathMayHoldBlanksLineBreaksAndAnyLetters) {
+TEST_F(Launch, APathMayContainSpacesLineBreaksAndAnyLetters) {
   for (const char* name : {"a b", "a\nb", "zażółć 📞", "=", "-log", "\xff"}) {
     in = directory.path(name);
     startListening();
@@ -180,7 +180,7 @@ TEST_F(Launch, ASecondProgramAtTheSamePathTakesItOver) {
   EXPECT_TRUE(second.waitForLine("Process Unix socket input string."));
 }
 
-TEST_F(Launch, WhoLostItsPathSaysSoAtItsEndAndLeavesTheFile) {
+TEST_F(Launch, AnInstanceThatLostItsPathReportsThisAndLeavesTheFile) {
   startListening();
   SeldialProcess second({"-log", "dialerpipename=" + in});
   ASSERT_TRUE(second.waitForLine("listen ok"));

@@ -106,7 +106,7 @@ TEST(ChooserOptions, TheVersionIsPrinted) {
   EXPECT_EQ(process.wait(), 0);
 }
 
-TEST(ChooserOptions, NonsenseIsSaidAndEndsWithAStatus) {
+TEST(ChooserOptions, InvalidArgumentsAreReportedAndEndWithAStatus) {
   const Nonsense nonsense(SELDIAL_CHOOSER_PROGRAM);
   nonsense.tryAll(2);
   nonsense.expectRefusal({});

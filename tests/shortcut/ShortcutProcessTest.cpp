@@ -105,7 +105,7 @@ TEST_F(ShortcutProcess, ARunningSeldialReceivesTheCommandAndFindsTheShortcutFree
   }
 }
 
-TEST_F(ShortcutProcess, WhereNobodyListensTheWindowStaysOpen) {
+TEST_F(ShortcutProcess, IfNobodyListensTheWindowStaysOpen) {
   const tests::TemporaryDirectory directory;
   const auto window = openWindow("--socket=" + directory.path("in"));
   keyboard->tap(kKeyReturn);
@@ -216,7 +216,7 @@ TEST_F(SettingsProcess, TheWindowEndsWhenTheAnswerIsGood) {
   EXPECT_FALSE(std::filesystem::exists(directory_.path("out"))) << "it listens no more";
 }
 
-TEST_F(SettingsProcess, AFileThatMakesNoSenseIsReported) {
+TEST_F(SettingsProcess, AnInvalidFileIsReported) {
   const auto window = start({SELDIAL_SHORTCUT_PROGRAM, "--settings", "--config", configure("\nx")});
   EXPECT_THAT(window->readLine(), StartsWith("seldial-shortcut: " + file_ + ":2: "));
   EXPECT_EQ(window->wait(), 2);
@@ -237,7 +237,7 @@ TEST_F(ShortcutProcess, WithoutADesktopItSaysSoAndEndsWithStatus1) {
   EXPECT_EQ(process->wait(), 1);
 }
 
-TEST_F(ShortcutProcess, WithoutXwaylandItSaysWhatElseSetsAShortcut) {
+TEST_F(ShortcutProcess, WithoutXwaylandItSaysHowElseToSetAShortcut) {
   const auto process = run("$S", {"DISPLAY=", "WAYLAND_DISPLAY=nowhere"});
   EXPECT_THAT(process->readLine(), HasSubstr("needs Xwayland, and seldial-uc takes a shortcut by"));
   EXPECT_EQ(process->wait(), 1);
@@ -255,7 +255,7 @@ TEST_F(ShortcutProcess, TheVersionIsPrinted) {
   EXPECT_EQ(process->wait(), 0);
 }
 
-TEST_F(ShortcutProcess, NonsenseIsSaidAndEndsWithAStatus) {
+TEST_F(ShortcutProcess, InvalidArgumentsAreReportedAndEndWithAStatus) {
   Nonsense(SELDIAL_SHORTCUT_PROGRAM).tryAll(10);
 }
 
@@ -268,7 +268,7 @@ TEST_F(ShortcutProcess, TheClientsCheckTriesACopyInAWindow) {
   EXPECT_EQ(check.wait(), 0);
 }
 
-TEST_F(ShortcutProcess, ACommandLineThatMakesNoSenseIsSaidAndEndsWithStatus2) {
+TEST_F(ShortcutProcess, AnInvalidCommandLineIsReportedAndEndsWithStatus2) {
   const auto process = run("$S --hotkey=ctrl");
   EXPECT_EQ(process->readLine(),
             "seldial-shortcut: --hotkey ctrl: there are only modifiers; a hot key needs a key");

@@ -154,7 +154,7 @@ TEST_F(Undo, ACallThatIsUndoneIsNotMade) {
   }
 }
 
-TEST_F(Undo, ACallThatIsNotUndoneIsMade) {
+TEST_F(Undo, ACallThatIsNotUndoneIsDialled) {
   NotificationDesktop desktop(bus_);
   pressHotKey(client_, "020 123 4567");
   EXPECT_EQ(desktop.nextSummary(), "Calling +31201234567");
@@ -216,7 +216,7 @@ TEST_F(Notifications, TheySpeakTheLanguageOfTheSession) {
   EXPECT_TRUE(monitor_.waitForLine("string \"im markierten Text ist keine Telefonnummer\""));
 }
 
-TEST_F(Notifications, WhatIsNotDialledIsShownWithTheReason) {
+TEST_F(Notifications, ASelectionThatIsNotDialledIsShownWithTheReason) {
   RunningClient client({"--dial", "true", "--delay", "500", "--region", "NL"},
                        server_.environment(), "/usr/bin:/bin", bus_);
   use(client, "hello");
