@@ -28,7 +28,7 @@ there are no numbers or the command line is wrong.
 int readOption(const std::string& option) {
   if (option == "--help" || option == "-h") return std::fputs(kHelp, stdout) < 0 ? 1 : 0;
   if (option == "--version") return std::puts("seldial-choose " SELDIAL_VERSION) < 0 ? 1 : 0;
-  std::fprintf(stderr, "seldial-choose: there is no option %s\nTry seldial-choose --help.\n",
+  std::fprintf(stderr, "seldial-choose: unknown option %s\nTry seldial-choose --help.\n",
                option.c_str());
   return 2;
 }

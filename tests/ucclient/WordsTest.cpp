@@ -51,9 +51,9 @@ TEST_F(Words, EachReasonIsTranslatedIntoEachLanguage) {
        {"nothing was selected", "the selection is too long to be a telephone number",
         "there is no telephone number in the selection",
         "there is more than one telephone number in the selection",
-        "it is not certain what the telephone number is", "it was undone",
+        "the telephone number is ambiguous", "it was undone",
         "the number cannot be dialled after a prefix",
-        "the selection has a zero byte, which no argument can have",
+        "the selection contains a NUL byte, which an argument cannot contain",
         "the selection begins with a hyphen, so the program could take it for an option"}) {
     std::set<std::string> all{text};
     for (const char* const language : {"de", "es", "fr", "nl", "pl"}) {
