@@ -86,21 +86,21 @@ class JSONValue {
 /// lower-case hexadecimal digits. Everything else is raw UTF-8.
 [[nodiscard]] std::optional<std::string> writeJSON(const JSONDictionary& dictionary);
 
-/// A JSON text for output. It may be six times as long as the texts of the dictionary that it was
-/// made from, so it is not held: every reading writes the same text again, in pieces.
+/// A JSON text for output. It may be six times as long as the strings in its dictionary, so it is
+/// not kept in memory: each read generates the same text again, in pieces.
 class JSONString {
  public:
   /// Takes the next piece. Returns false if it wants no more.
   using Take = std::function<bool(std::string_view piece)>;
 
-  /// A text as it is.
+  /// A given text.
   JSONString(std::string text);
   JSONString(const char* text);
 
   /// The text that writeJSON() returns.
   [[nodiscard]] static std::optional<JSONString> from(JSONDictionary dictionary);
 
-  /// Gives the text to `take`, in order, in pieces of 16 KiB and a last one that may be shorter. No
+  /// Passes the text to `take`, in order, in pieces of 16 KiB; the last one may be shorter. No
   /// piece is empty.
   void forEachPiece(const Take& take) const;
 

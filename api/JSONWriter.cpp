@@ -45,7 +45,7 @@ std::string decimalText(double number) {
   return stream.str();
 }
 
-/// Collects what is written and gives it to `take` in pieces of one size, the last one excepted.
+/// Collects the text and passes it to `take` in pieces of equal size, except the last one.
 class Pieces {
  public:
   explicit Pieces(const JSONString::Take& take) : take_(take) {}
@@ -59,13 +59,13 @@ class Pieces {
     }
   }
 
-  /// Gives away what is left.
+  /// Passes on the rest.
   void finish() {
     if (size_ > 0 && wanted_) wanted_ = take_({piece_.data(), size_});
     size_ = 0;
   }
 
-  /// False once `take` has returned that.
+  /// False once `take` has returned false.
   [[nodiscard]] bool wanted() const { return wanted_; }
 
  private:

@@ -10,7 +10,7 @@
 namespace seldial::platform {
 
 /// Calls `take` with the pieces of a line, in order, until it returns false. For lines that are too
-/// long to be held.
+/// long to be kept in memory.
 using LinePieces = std::function<void(const std::function<bool(std::string_view)>& take)>;
 
 /// Writes `line` and a line break to standard output, never mixed with the lines of other threads.

@@ -14,17 +14,17 @@ namespace {
 
 constexpr const char* kHelp = R"(usage: seldial-choose
 
-Shows the numbers that standard input has, one a line, in a window, and prints the
-position of the one that is to be called, from 0 on. seldial-uc starts it.
+Shows the numbers from standard input, one per line, in a window, and prints the
+position of the one to call, counted from 0. seldial-uc starts it.
 
   --help      print this text
   --version   print the version
 
-Exit status: 0 when a number was chosen; 1 when the window was cancelled; 2 when
-there are no numbers or the command line is wrong.
+Exit status: 0 if a number was chosen; 1 if the window was cancelled; 2 if there
+are no numbers or the command line is invalid.
 )";
 
-/// Does what the option asks for. Returns the exit status.
+/// Handles an option. Returns the exit status.
 int readOption(const std::string& option) {
   if (option == "--help" || option == "-h") return std::fputs(kHelp, stdout) < 0 ? 1 : 0;
   if (option == "--version") return std::puts("seldial-choose " SELDIAL_VERSION) < 0 ? 1 : 0;

@@ -27,7 +27,7 @@ namespace seldial {
 namespace {
 
 struct Holder {
-  const char* name;   ///< as the kernel has it, 15 characters at most
+  const char* name;   ///< as the kernel stores it, at most 15 characters
   const char* place;  ///< where its hot keys are set
 };
 
@@ -92,9 +92,9 @@ std::string nameOf(const std::string& directory) {
   return name;
 }
 
-/// The user's running programs that are known to take hot keys of the desktop, each with where its
-/// hot keys are set, such as "openbox (rc.xml)". A display server does not tell who has one. Empty
-/// where the system has no /proc.
+/// The user's running programs that are known to use hot keys, each with the place where its hot
+/// keys are set, such as "openbox (rc.xml)". A display server does not report who holds one. Empty
+/// if the system has no /proc.
 std::vector<std::string> likelyKeyHolders() {
   std::vector<std::string> holders;
   const std::unique_ptr<DIR, int (*)(DIR*)> processes(opendir("/proc"), closedir);
@@ -130,10 +130,10 @@ bool isProgram(const std::string& program) {
   return false;
 }
 
-/// Prints one line for each thing that was looked at, and where to read on.
+/// Prints one line per check, and the sections of the page that help.
 class Report {
  public:
-  /// `section` is the heading in the manual's page that helps where it is not good.
+  /// `section` is the section of docs/troubleshooting.md that helps if the check fails.
   void tell(bool isGood, const std::string& what, const std::string& text,
             const char* section = nullptr) {
     std::printf("%-5s %-14s %s\n", isGood ? "ok" : "wrong", what.c_str(), text.c_str());
@@ -141,7 +141,7 @@ class Report {
     if (!isGood && section != nullptr) sections_.insert(section);
   }
 
-  /// Prints the sections. Returns whether all is good.
+  /// Prints the sections. Returns whether all checks succeeded.
   [[nodiscard]] bool finish() const {
     for (const std::string& section : sections_) {
       std::printf("see   docs/troubleshooting.md#%s\n", section.c_str());
@@ -204,15 +204,15 @@ void tellCopy(Report& report, const Trial& trial, const std::string& window) {
   }
 }
 
-/// Whether the desktop asks the user about each hot key that a program wants.
+/// Whether the desktop asks the user before a program gets a hot key.
 bool asksForHotKeys() {
   return !variable("WAYLAND_DISPLAY").empty() &&
          variable("XDG_CURRENT_DESKTOP").find("GNOME") != std::string::npos;
 }
 
-/// Tries the copy, and the hot key too unless the running client holds it.
+/// Tests copying, and also the hot key unless the running client holds it.
 void tryOut(Report& report, const Options& options, const std::string& program, bool isHeld) {
-  // Nobody uses this one.
+  //   A combination that is hardly used.
   std::string why;
   const HotKey spare = hotKeyFromSpelling("ctrl+alt+shift+super+f12", why).value_or(HotKey());
   const std::string shortcut = findProgram("seldial-shortcut", ownDirectory());

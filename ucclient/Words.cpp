@@ -1,5 +1,5 @@
-// The texts of notifications are few, so they are a table: seldial-uc has no Qt, whose translations
-// the windows use, and gettext would need files at fixed places.
+// The texts of notifications are few, so they are in a table: seldial-uc does not use Qt, whose
+// translations the windows use, and gettext would need files at fixed paths.
 #include "ucclient/Words.h"
 
 #include <algorithm>
@@ -100,12 +100,12 @@ std::string valueOf(const char* variable) {
   return value != nullptr ? value : "";
 }
 
-/// "de" of "de_AT.UTF-8@euro".
+/// The language of a locale: "de" for "de_AT.UTF-8@euro".
 std::string languageOf(const std::string& locale) {
   return locale.substr(0, locale.find_first_of("_.@"));
 }
 
-/// The first of the variables that is set.
+/// The locale for messages, from the first variable that is set.
 std::string localeForMessages() {
   for (const char* const name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
     const std::string value = valueOf(name);
@@ -114,7 +114,7 @@ std::string localeForMessages() {
   return "";
 }
 
-/// What the user prefers to read, best first, such as "de"; nothing where that is English.
+/// The user's preferred languages, best first, such as "de", up to English.
 std::vector<std::string> languagesOfSession() {
   const std::string locale = localeForMessages();
   std::vector<std::string> languages;
@@ -124,7 +124,7 @@ std::vector<std::string> languagesOfSession() {
   for (std::size_t begin = 0; begin <= list.size();) {
     const auto end = std::min(list.find(':', begin), list.size());
     const std::string language = languageOf(list.substr(begin, end - begin));
-    if (language == "en") break;  // what follows is liked less than English
+    if (language == "en") break;  // the rest is less preferred than English
     languages.push_back(language);
     begin = end + 1;
   }

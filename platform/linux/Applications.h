@@ -36,12 +36,12 @@ bool isWine(const std::vector<std::string>& names);
 /// document in Qt Creator is not detected.
 bool mayBeCurrentLine(const std::vector<std::string>& names, std::string_view text);
 
-// On Wayland, where PRIMARY is not read, the kind of terminal decides how it is made to copy.
+// On Wayland, where PRIMARY is not read, the kind of a terminal determines how it copies.
 
-/// How a terminal emulator copies its selection without typing into the program inside.
+/// How a terminal copies its selection without typing into the program running in it.
 enum class TerminalKind {
   kNone,   ///< not a terminal that we know
-  kVte,    ///< by Ctrl+Insert; it copies an empty text when nothing is selected
+  kVte,    ///< by Ctrl+Insert; it copies an empty text if nothing is selected
   kOther,  ///< by the Copy key, if at all
 };
 

@@ -8,14 +8,14 @@
 namespace seldial {
 namespace {
 
-/// The variables that choose the language, without those of this machine.
+/// Clears the variables that choose the language.
 class Words : public testing::Test {
  protected:
   Words() {
     for (const char* const name : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) unsetenv(name);
   }
 
-  /// "Undo" where the variable has this value too.
+  /// The translation of "Undo" after setting the variable.
   static std::string undoIn(const char* variable, const char* value) {
     setenv(variable, value, 1);
     return translated("Undo");
