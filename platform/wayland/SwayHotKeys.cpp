@@ -104,7 +104,7 @@ bool SwayHotKeys::isFree(const SwayCombination& combination) {
                                         std::filesystem::path(file).parent_path()};
   const auto line = findBinding(configuration, combination, symbolsOfKey_(combination.key));
   if (line) {
-    printError("seldial: sway's configuration has this combination: " + *line);
+    printError("seldial: sway's configuration already binds this combination: " + *line);
   }
   return !line;
 }
@@ -201,7 +201,7 @@ void SwayHotKeys::bindWhereMissing() {
   for (auto& registration : registrations_) {
     if (registration.modes.contains(mode)) continue;
     if (!isFree(registration.combination) || !bind(registration, mode)) {
-      printError("seldial: the hot key cannot be had under the new configuration");
+      printError("seldial: the hot key cannot be registered with the new configuration");
     }
   }
 }

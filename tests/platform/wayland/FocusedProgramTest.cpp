@@ -45,12 +45,12 @@ TEST_F(PlasmaWindowsTest, NamesItAgainAfterTheUserWentElsewhere) {
   EXPECT_THAT(windows.activeApplications(), ElementsAre("org.test.editor", ""));
 }
 
-TEST_F(PlasmaWindowsTest, NamesNoneWhereNoWindowIsActive) {
+TEST_F(PlasmaWindowsTest, NamesNothingIfNoWindowIsActive) {
   list.open(1, "foot");
   EXPECT_THAT(windows.activeApplications(), IsEmpty());
 }
 
-TEST_F(PlasmaWindowsTest, ForgetsWindowsThatAreGone) {
+TEST_F(PlasmaWindowsTest, ForgetsClosedWindows) {
   list.open(1, "foot");
   list.activate(1);
   list.close(1);

@@ -31,7 +31,7 @@ class SwayHotKeysTest : public WaylandTest {
   std::size_t settled_ = 0;
 };
 
-TEST_F(SwayHotKeysTest, AReleaseIsToldOnceAndTheKeyReachesNoWindow) {
+TEST_F(SwayHotKeysTest, AReleaseIsReportedOnceAndTheKeyReachesNoWindow) {
   const Editor editor(sway.display());
   ASSERT_TRUE(port->registerHotKey(kVK_ANSI_D, kControlAlt, 7));
   useHotKey();
@@ -91,7 +91,7 @@ TEST_F(SwayHotKeysTest, TheEndOfTheProgramGivesTheCombinationBack) {
   EXPECT_THAT(editor.keys(), ElementsAre(kFreeD, EditorKey{KEY_ENTER, 0}));
 }
 
-TEST_F(SwayHotKeysTest, ASecondProgramIsRefusedUntilTheFirstGivesBack) {
+TEST_F(SwayHotKeysTest, ASecondProgramIsRefusedUntilTheFirstUnregisters) {
   WaylandPort other(sway);
   const auto ref = port->registerHotKey(kVK_ANSI_D, kControlAlt);
   ASSERT_TRUE(ref);
@@ -103,7 +103,7 @@ TEST_F(SwayHotKeysTest, ASecondProgramIsRefusedUntilTheFirstGivesBack) {
   EXPECT_TRUE(other.registerHotKey(kVK_ANSI_D, kControlAlt));
 }
 
-TEST_F(SwayHotKeysTest, WhatAKilledProgramLeftBoundIsGivenBackAtTheNextStart) {
+TEST_F(SwayHotKeysTest, BindingsOfAKilledProgramAreRemovedAtTheNextStart) {
   const Editor editor(sway.display());
   ASSERT_TRUE(sway.run("bindcode Ctrl+Mod1+40 nop; bindcode --release Ctrl+Mod1+40 nop"));
   const std::string folder = std::filesystem::path(sway.ipc()).parent_path() / "seldial";
@@ -183,7 +183,7 @@ TEST_F(SwayHotKeysTest, ACombinationWhoseKeysAreDownIsGivenBackOnceTheyAreUp) {
   port->waitForReleases(2);
 }
 
-TEST_F(SwayHotKeysTest, TheEndOfTheCompositorIsToldOnce) {
+TEST_F(SwayHotKeysTest, TheLossOfTheCompositorIsReportedOnce) {
   sway.kill();
   port->waitForLoss();
   EXPECT_FALSE(port->registerHotKey(kVK_ANSI_D, kControlAlt));
