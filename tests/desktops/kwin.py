@@ -1,4 +1,4 @@
-"""KWin without a screen, for scripts/test-desktops."""
+"""Headless KWin, for scripts/test-desktops."""
 import os
 import shutil
 import subprocess
@@ -9,13 +9,13 @@ from session import ROOT, Session, eventually
 
 EVDEV = {"ctrl": 29, "alt": 56, "shift": 42, "super": 125, "d": 32, "a": 30, "end": 107, "f5": 63, "2": 3, "left": 272}
 
-# Without a menu KWin finds no .desktop file. Plasma's own is in another package than KWin.
+# Without a menu KWin finds no .desktop file. Plasma's menu is not in KWin's package.
 MENU = """<!DOCTYPE Menu PUBLIC "-//freedesktop//DTD Menu 1.0//EN"
  "http://www.freedesktop.org/standards/menu-spec/1.0/menu.dtd">
 <Menu><Name>Applications</Name><DefaultAppDirs/><Include><All/></Include></Menu>
 """
 
-# So that the middle of the screen is in every window.
+# So that every window covers the middle of the screen.
 RULES = """[General]
 count=1
 rules=1
@@ -49,7 +49,7 @@ class KWin(Session):
         self.write("config/menus/applications.menu", MENU)
         self.allow(user)
         self.allow(self.program)
-        # A copy has no file capabilities, which cannot be had everywhere.
+        # The copy has no file capabilities, which are not permitted everywhere.
         compositor = self.copy(shutil.which("kwin_wayland"))
         self.write("config/kwinrulesrc", RULES)
         self.write("x11.sh", f"env > {self.directory}/x11.part; mv {self.directory}/x11.part {self.directory}/x11")
@@ -64,11 +64,11 @@ class KWin(Session):
         if not eventually(lambda: self.owns("org.kde.kglobalaccel"), 30):
             raise RuntimeError("KWin offers no global shortcuts")
         self.x11()  # everything is there
-        time.sleep(2)  # it has read the .desktop files
+        time.sleep(2)  # until it has read the .desktop files
         self.user = self.run([user], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
 
     def allow(self, program):
-        """Lets the program type, and see which window is active."""
+        """Permits the program to type and to see the active window."""
         self.write(f"data/applications/{os.path.basename(program)}.desktop", DESKTOP_FILE.format(program))
 
     def forbid(self, program):
@@ -87,21 +87,21 @@ class KWin(Session):
         self.keys(f"@{place[0]},{place[1]} 50 " + "+left 30 -left 30 " * times)
 
     def x11(self):
-        """Variables of programs on Xwayland."""
+        """Environment variables for programs on Xwayland."""
         if not eventually(lambda: os.path.exists(self.directory + "/x11"), 60):
             raise RuntimeError("no Xwayland")
         lines = Path(self.directory, "x11").read_text(encoding="utf-8").splitlines()
         return dict(line.split("=", 1) for line in lines if line.startswith(("DISPLAY=", "XAUTHORITY=")))
 
     def layouts(self, layouts):
-        """As System Settings does."""
+        """Changes the layouts, like System Settings."""
         self.write("config/kxkbrc", f"[Layout]\nUse=true\nLayoutList={layouts}\n")
         self.call("gdbus", "emit", "--session", "--object-path", "/Layouts", "--signal",
                   "org.kde.keyboard.reloadConfig")
         time.sleep(0.5)
 
     def take(self, code):
-        """Another program takes a combination, as Qt numbers it."""
+        """Makes another program hold a combination, a Qt code."""
         action = "['other', 'action', 'Other', 'Action']"
         for method, *arguments in (("doRegister", action),
                                    ("setShortcutKeys", action, f"[([{code}, 0, 0, 0],)]", "6")):

@@ -72,7 +72,7 @@ class Commands : public testing::Test {
                         server_.environment()};
 };
 
-TEST_F(Commands, StatusTellsWhatRunsAndWhatHappened) {
+TEST_F(Commands, StatusReportsTheStateAndTheLastResults) {
   EXPECT_THAT(client_.outputOf({"status"}), MatchesRegex("Hot key:  ctrl.alt.d\n"
                                                          "Dials:    runs true\n"
                                                          "Session:  x11, DISPLAY :[0-9]+\n"
@@ -91,14 +91,14 @@ TEST_F(Commands, ReloadAppliesTheConfiguration) {
   EXPECT_THAT(client_.outputOf({"status"}), HasSubstr("called +493023125123"));
 }
 
-TEST_F(Commands, ReloadSaysWhatItDoesNotApplyAtOnce) {
+TEST_F(Commands, ReloadReportsWhatItDoesNotApplyAtOnce) {
   configure("dial = \"true\"\nseldial = \"/nowhere/seldial\"\nconversation = true\n");
   EXPECT_EQ(client_.outputOf({"reload"}),
             "note: the new seldial is used when seldial-uc is started again\n");
   EXPECT_TRUE(client_.process().waitForLine("dialer → {"));
 }
 
-TEST_F(Commands, ReloadWithNonsenseChangesNothing) {
+TEST_F(Commands, ReloadingAnInvalidFileChangesNothing) {
   configure("dial = \"true\"\ndelay = true\n");
   EXPECT_EQ(client_.outputOf({"reload"}),
             "seldial-uc: " + file_ +
@@ -127,7 +127,7 @@ TEST_F(Commands, AUseThatIsTriedOutIsNotDialled) {
   EXPECT_THAT(client_.outputOf({"status"}), HasSubstr("called +31207654321"));
 }
 
-TEST_F(Commands, AnAskerThatHasGonePreventsNoCall) {
+TEST_F(Commands, ADisconnectedTrialPreventsNoCall) {
   { const tests::Peer asker = askToTry(); }
   (void)client_.outputOf({"status"});  // by now it has noticed the end of that connection
   use("020 123 4567");
@@ -141,7 +141,7 @@ TEST_F(Commands, ASecondClientLeavesTheFirstOneItsSocket) {
   EXPECT_EQ(running(), before);
 }
 
-TEST_F(Commands, TheEndOfTheClientIsTheEndOfItsSocket) {
+TEST_F(Commands, TheSocketIsRemovedWithTheClient) {
   client_.process().signal(SIGTERM);
   EXPECT_EQ(client_.process().wait(), 0);
   EXPECT_TRUE(client_.directoryIsEmpty());
@@ -183,7 +183,7 @@ TEST_F(Commands, CheckNamesTheCompositorAndItsMechanism) {
   ASSERT_EQ(prctl(PR_SET_NAME, "seldial_uc_test"), 0);
 }
 
-TEST_F(Commands, CheckTellsWhatIsWrong) {
+TEST_F(Commands, CheckReportsWhatIsWrong) {
   RunningClient other({"--hotkey", "ctrl+alt+k"}, server_.environment());
   ASSERT_TRUE(other.process().waitForLine("is set: "));
   const std::string refused = client_.outputOf({"check", "--hotkey", "ctrl+alt+k"});
@@ -249,7 +249,7 @@ TEST(CommandLine, SendSetsTheHotKeyOfARunningSeldial) {
   EXPECT_EQ(seldial.nextMessage().value_or("none") + "\n", output);
 }
 
-TEST(CommandLine, RawSendsStandardInputAsItIs) {
+TEST(CommandLine, RawSendsStandardInputUnaltered) {
   const tests::TemporaryDirectory directory;
   const tests::UcListener seldial(directory.path("in"));
   tests::ChildProcess raw(
@@ -283,21 +283,21 @@ TEST(CommandLine, SendNeedsNoConfigurationFile) {
   EXPECT_EQ(seldial.nextMessage(), send.readLine());
 }
 
-TEST(CommandLine, CheckWithoutADesktopTellsSo) {
+TEST(CommandLine, CheckReportsAMissingDesktop) {
   const std::string output = outputOf({"check"});
   EXPECT_THAT(output, HasSubstr("wrong session        x11, DISPLAY is not set\n"));
   EXPECT_THAT(output, HasSubstr("ok    client         seldial-uc is not running\n"));
   EXPECT_THAT(output, HasSubstr("wrong hot key        ctrl+alt+d is refused: hotkey not set. "));
 }
 
-TEST(CommandLine, NothingIsEnabledThatWouldNotDial) {
+TEST(CommandLine, AClientThatWouldNotDialIsNotEnabled) {
   EXPECT_EQ(outputOf({"enable"}),
             "seldial-uc: nothing would be dialled: set dial or open in "
             "/nowhere/seldial/seldial-uc.toml\nstatus 1\n");
   EXPECT_EQ(outputOf({"disable"}), "seldial-uc does not start at login\n");
 }
 
-TEST(CommandLine, NonsenseIsSaidAndDialsNothing) {
+TEST(CommandLine, InvalidArgumentsAreReportedAndDialNothing) {
   const Nonsense nonsense(SELDIAL_UC);
   nonsense.tryAll(15);
   for (const char* const command : {"enable", "status", "reload", "press", "settings", "send",
