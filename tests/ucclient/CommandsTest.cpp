@@ -188,7 +188,7 @@ TEST_F(Commands, CheckReportsWhatIsWrong) {
   ASSERT_TRUE(other.process().waitForLine("is set: "));
   const std::string refused = client_.outputOf({"check", "--hotkey", "ctrl+alt+k"});
   EXPECT_THAT(refused, HasSubstr("wrong hot key        ctrl+alt+k is refused: hotkey not set. "));
-  EXPECT_THAT(refused, ContainsRegex("take hot keys: .*seldial .set by another client."));
+  EXPECT_THAT(refused, ContainsRegex("use hot keys: .*seldial .set by another client."));
   EXPECT_THAT(refused, HasSubstr("wrong dialling       neither dial nor open is set"));
   EXPECT_THAT(refused, HasSubstr("\nstatus 1\n"));
   EXPECT_THAT(client_.outputOf({"check", "--config", file_, "--dial", "/nowhere/phone"}),
