@@ -43,17 +43,17 @@ bool CopyTestWindow::nativeEventFilter(const QByteArray& eventType, void* messag
                                        qintptr* /*result*/) {
   const bool hasFocus = eventType == "xcb_generic_event_t" &&
                         platform::x11::givesFocusTo(static_cast<std::uint32_t>(winId()), message);
-  if (hasFocus) callLater(typeShift_);
+  if (hasFocus) callOnce(typeShift_);
   return false;
 }
 
 bool CopyTestWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::KeyRelease) callLater(ready_);
+  if (event->type() == QEvent::KeyRelease) callOnce(ready_);
   return QDialog::eventFilter(watched, event);
 }
 
-void CopyTestWindow::callLater(std::function<void()>& step) {
-  if (step) QMetaObject::invokeMethod(this, std::exchange(step, nullptr), Qt::QueuedConnection);
+void CopyTestWindow::callOnce(std::function<void()>& step) {
+  if (step) std::exchange(step, nullptr)();
 }
 
 }  // namespace seldial

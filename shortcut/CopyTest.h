@@ -29,8 +29,8 @@ class CopyTestWindow : public QDialog, private QAbstractNativeEventFilter {
  private:
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
-  /// Calls it from the event loop, the first time only.
-  void callLater(std::function<void()>& step);
+  /// Calls it the first time only.
+  static void callOnce(std::function<void()>& step);
 
   std::function<void()> typeShift_;
   std::function<void()> ready_;

@@ -108,7 +108,7 @@ std::string languageOf(const std::string& locale) {
 /// The locale for messages, from the first variable that is set.
 std::string localeForMessages() {
   for (const char* const name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-    const std::string value = valueOf(name);
+    std::string value = valueOf(name);
     if (!value.empty()) return value;
   }
   return "";
