@@ -1,8 +1,6 @@
 #include "app/GDUnixSocketEventsCS.h"
 
-#include <mutex>
 #include <utility>
-#include <vector>
 
 #include "api/FatalError.h"
 #include "api/JSON.h"
@@ -11,42 +9,58 @@
 namespace seldial {
 namespace {
 
+/// Ends each chunk in a list of chunks. No chunk contains it, since it is never part of UTF-8.
+constexpr char kChunkEnd = '\xFF';
+
 /// Logs and appends each chunk, in the order in which they arrived.
-void takeChunks(AppDelegate& main, const std::string& clientID, const std::string& text,
-                const std::vector<std::size_t>& ends) {
+void takeChunks(AppDelegate& main, const std::string& clientID, const std::string& chunks) {
   std::size_t begin = 0;
-  for (const std::size_t end : ends) {
-    const std::string chunk = text.substr(begin, end - begin);
+  while (begin < chunks.size()) {
+    const std::size_t end = chunks.find(kChunkEnd, begin);
+    const std::string chunk = chunks.substr(begin, end - begin);
     std::string line = "Unix socket server; did receive: ";
     main.log(line.append(chunk).append("; from client with id: ").append(clientID));
     main.appendUnixSocketInput(clientID, chunk);
-    begin = end;
+    begin = end + 1;
   }
 }
 
 }  // namespace
 
-/// Chunks of one client that arrived one after another.
-struct GDUnixSocketEventsCS::Received {
-  const std::string clientID;
-  std::string text;
-  std::vector<std::size_t> ends;  ///< of each chunk, in `text`
-};
+/// Chunks of one client that arrived one after another. Chunks are small and the main thread may be
+/// far behind, so one step per chunk would need several times the memory of the command.
+class GDUnixSocketEventsCS::Received {
+ public:
+  Received(std::string clientID, const Data& chunk)
+      : clientID_(std::move(clientID)), chunks_(chunk + kChunkEnd) {}
 
-/// The chunks that were posted last, as long as the main thread has not begun to process them and
-/// nothing was posted after them: the next chunk is added to them. Chunks are small and the main
-/// thread may be far behind, so one step per chunk would need several times the memory of the
-/// command.
-struct GDUnixSocketEventsCS::LastReceived {
-  std::mutex mutex;
-  std::shared_ptr<Received> chunks;  ///< guarded by `mutex`; null if the next chunk needs a step
+  /// False if the main thread has already begun to process the chunks.
+  bool add(const Data& chunk) {
+    const std::lock_guard lock(mutex_);
+    if (chunks_.empty()) return false;
+    chunks_ += chunk;
+    chunks_ += kChunkEnd;
+    return true;
+  }
+
+  void giveTo(AppDelegate& main) { takeChunks(main, clientID_, taken()); }
+
+  [[nodiscard]] const std::string& clientID() const { return clientID_; }
+
+ private:
+  std::string taken() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(chunks_, {});
+  }
+
+  const std::string clientID_;
+  std::mutex mutex_;
+  std::string chunks_;  ///< guarded by `mutex_`; empty once the main thread has taken them
 };
 
 GDUnixSocketEventsCS::GDUnixSocketEventsCS(std::weak_ptr<AppDelegate> main,
                                            std::shared_ptr<platform::MainQueue> mainQueue)
-    : Main(std::move(main)),
-      mainQueue_(std::move(mainQueue)),
-      lastReceived_(std::make_shared<LastReceived>()) {}
+    : Main(std::move(main)), mainQueue_(std::move(mainQueue)) {}
 
 void GDUnixSocketEventsCS::unixSocketServerDidStartListening(GDUnixSocketServer& /*server*/) {
   logOnMainQueue("Unix socket server; did start listening");
@@ -78,20 +92,11 @@ void GDUnixSocketEventsCS::unixSocketServerDidReceiveData(GDUnixSocketServer& /*
                    ".");
     return;
   }
-  const std::lock_guard lock(lastReceived_->mutex);
-  auto& chunks = lastReceived_->chunks;
-  if (!chunks || chunks->clientID != clientID) {
-    chunks = std::make_shared<Received>(Received{clientID, {}, {}});
-    postLocked([last = lastReceived_, received = chunks](AppDelegate& main) {
-      {
-        const std::lock_guard taking(last->mutex);
-        if (last->chunks == received) last->chunks = nullptr;
-      }
-      takeChunks(main, received->clientID, received->text, received->ends);
-    });
-  }
-  chunks->text += data;
-  chunks->ends.push_back(chunks->text.size());
+  const std::lock_guard lock(mutex_);
+  const bool next = lastReceived_ && lastReceived_->clientID() == clientID;
+  if (next && lastReceived_->add(data)) return;
+  lastReceived_ = std::make_shared<Received>(clientID, data);
+  postLocked([received = lastReceived_](AppDelegate& main) { received->giveTo(main); });
 }
 
 void GDUnixSocketEventsCS::unixSocketServerDidFailToReadForClientID(GDUnixSocketServer& /*server*/,
@@ -122,8 +127,8 @@ void GDUnixSocketEventsCS::logOnMainQueue(std::string message) {
 
 template <class Step>
 void GDUnixSocketEventsCS::postToMain(Step step) {
-  const std::lock_guard lock(lastReceived_->mutex);
-  lastReceived_->chunks = nullptr;
+  const std::lock_guard lock(mutex_);
+  lastReceived_ = nullptr;
   postLocked(std::move(step));
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "platform/Ports.h"
@@ -45,8 +46,7 @@ class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
   const std::weak_ptr<AppDelegate> Main;
 
  private:
-  struct Received;
-  struct LastReceived;
+  class Received;
 
   /// Posts a step to the main queue.
   template <class Step>
@@ -56,7 +56,10 @@ class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
   void postLocked(Step step);
 
   const std::shared_ptr<platform::MainQueue> mainQueue_;
-  const std::shared_ptr<LastReceived> lastReceived_;
+  std::mutex mutex_;  ///< held while a step is posted; no step locks it
+  /// The step that was posted last, if it processes chunks: the next chunk is added to it, unless
+  /// the main thread has begun. Guarded by `mutex_`.
+  std::shared_ptr<Received> lastReceived_;
 };
 
 }  // namespace seldial
