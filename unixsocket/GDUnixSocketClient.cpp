@@ -132,7 +132,8 @@ bool GDUnixSocketClient::connectTo(const std::string& path) {
       return false;
     }
   }
-  setSendTimeoutOf(use.number(), milliseconds::zero());
+  // With a deadline, writes do not block anyway.
+  if (deadline == Clock::time_point::max()) setSendTimeoutOf(use.number(), milliseconds::zero());
   return true;
 }
 
