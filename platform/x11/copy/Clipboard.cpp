@@ -140,12 +140,12 @@ class SelectionClipboard final : public Clipboard {
   [[nodiscard]] std::optional<std::string> text() override {
     if (source_ == Source::kNothing) return {};
     Connection& connection = session_->connection;
-    const bool primary = source_ == Source::kPrimary;
-    const xcb_atom_t selection =
-        primary ? xcb_atom_t{XCB_ATOM_PRIMARY} : connection.atoms().clipboard;
-    const auto owner = ownerOf(connection, selection);
-    if (owner == XCB_WINDOW_NONE || owner == connection.window()) return {};
-    if (primary && !isSelectionOfFocused(owner)) return {};
+    xcb_atom_t selection = connection.atoms().clipboard;
+    if (source_ == Source::kPrimary) {
+      selection = XCB_ATOM_PRIMARY;
+      if (!isSelectionOfFocused(ownerOf(connection, selection))) return {};
+    }
+    // Nothing comes if nobody owns the selection, or if this program still does.
     auto text = readSelectionText(connection, session_->pump, selection);
     if (text && mayBeUnselected(*text)) return {};
     return text;
@@ -167,7 +167,7 @@ class SelectionClipboard final : public Clipboard {
   /// after the click that selects, so this is checked as late as possible.
   [[nodiscard]] bool isSelectionOfFocused(xcb_window_t owner) const {
     session_->pump.handleArrived();
-    return !primary_.isStaleIn(focused_.window) &&
+    return owner != XCB_WINDOW_NONE && !primary_.isStaleIn(focused_.window) &&
            areOfOneProgram(session_->connection, focused_.window, owner);
   }
 

@@ -136,7 +136,7 @@ void CopyKeystroke::watchKeys() {
   if (std::exchange(watching_, needed) == needed) return;
   connection_.selectRawInput(
       XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE, needed);
-  xcb_flush(connection_.xcb());  // what was typed, too
+  if (!needed) xcb_flush(connection_.xcb());  // the releases, too
   loop_.setMayEnd(!needed);
 }
 
