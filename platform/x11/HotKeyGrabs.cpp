@@ -66,10 +66,10 @@ std::optional<HotKeyGrabs::Combination> HotKeyGrabs::combinationFor(std::uint32_
 }
 
 void HotKeyGrabs::unregisterHotKey(HotKeyRef ref) {
-  const auto taken = take(ref);
-  if (!taken) return;
-  if (taken->mask) ungrab(taken->key, *taken->mask);
-  connection_.synchronise();  // another program can grab it as soon as this returns
+  if (const auto taken = take(ref)) {
+    if (taken->mask) ungrab(taken->key, *taken->mask);
+    connection_.synchronise();  // another program can grab it as soon as this returns
+  }
 }
 
 bool HotKeyGrabs::isFree(xcb_keycode_t key, std::uint16_t mask) const {
