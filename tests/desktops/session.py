@@ -84,7 +84,10 @@ class Session:
         self.own(Path(self.directory, name.split("/")[0]))
 
     def copy(self, path):
-        copied = shutil.copy(path, self.directory)
+        """Copies a program to a place where the user can run it."""
+        programs = self.directory + "/programs"
+        os.makedirs(programs, exist_ok=True)
+        copied = shutil.copy(path, programs)
         os.chmod(copied, 0o755)
         return copied
 
