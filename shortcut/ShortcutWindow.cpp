@@ -220,7 +220,10 @@ void ShortcutWindow::tryOut() {
     trial_.giveBack();
   } else {
     state_ = trial_.take(field_->hotKey());
-    if (state_ == ShortcutState::kHeld) tryOurs();
+    // What Seldial holds on Wayland is free on Xwayland.
+    const bool mayBeOurs =
+        state_ == ShortcutState::kHeld || (onWayland_ && state_ == ShortcutState::kFree);
+    if (mayBeOurs) tryOurs();
   }
   showAll();
 }

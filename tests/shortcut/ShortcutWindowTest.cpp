@@ -70,6 +70,17 @@ TEST_F(ShortcutWindowTest, OnWaylandItSaysWhatItCannotKnow) {
               testing::HasSubstr("On Wayland that is no sign that the desktop grants it"));
 }
 
+TEST_F(ShortcutWindowTest, OnWaylandSeldialHoldsWhatIsFreeOnXwayland) {
+  ours = {[](const HotKey& hotKey) { return hotKey == controlAltD(); },
+          [](const std::function<void()>& /*used*/) { return std::make_shared<int>(); }};
+  open();
+  window->tellOfWayland();
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
+  EXPECT_EQ(statusName(), "Seldial uses this shortcut");
+  record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
+  EXPECT_EQ(statusName(), "Try it here");
+}
+
 TEST_F(ShortcutWindowTest, AShortcutThatIsHeldForAWhileLightsUpToo) {
   open(controlAltD());
   keyboard.press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
