@@ -84,9 +84,10 @@ class WlrootsUser final : public User {
 }  // namespace seldial::tests
 
 int main(int argc, char** argv) {
-  if (argc != 4) return 2;
-  const std::string path =
-      std::string(std::getenv("XDG_RUNTIME_DIR")) + "/" + std::getenv("WAYLAND_DISPLAY");
+  const char* const directory = std::getenv("XDG_RUNTIME_DIR");
+  const char* const name = std::getenv("WAYLAND_DISPLAY");
+  if (argc != 4 || directory == nullptr || name == nullptr) return 2;
+  const std::string path = std::string(directory) + "/" + name;
   const auto number = [&](int i) { return static_cast<unsigned>(std::stoul(argv[i])); };
   seldial::tests::WlrootsUser(path, number(1), number(2), argv[3]).play();
 }
