@@ -32,9 +32,9 @@ void reportLostLines();
 class LineOutput {
  public:
   /// Does not own `descriptor` and does not change its flags, because other processes may share it.
-  /// `patience` is how long a line waits for space.
-  LineOutput(int descriptor, std::chrono::milliseconds patience)
-      : descriptor_(descriptor), patience_(patience) {}
+  /// `timeout` is how long a line waits for space.
+  LineOutput(int descriptor, std::chrono::milliseconds timeout)
+      : descriptor_(descriptor), timeout_(timeout) {}
 
   /// Writes a line. If that succeeds, returns how many lines before it were lost.
   std::size_t print(std::string_view line);
@@ -51,7 +51,7 @@ class LineOutput {
   [[nodiscard]] bool waitForRoom(Clock::time_point deadline) const;
 
   const int descriptor_;
-  const std::chrono::milliseconds patience_;
+  const std::chrono::milliseconds timeout_;
   std::mutex mutex_;         ///< guards the members below, and keeps lines whole
   std::size_t lost_ = 0;     ///< lines lost since the last report
   bool atLineBegin_ = true;  ///< false after the beginning of a line that was dropped

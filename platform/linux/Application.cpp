@@ -98,7 +98,7 @@ void TerminationSignals::run() {
   while (first == Event::kTimeout) first = next(kForever);
   if (first == Event::kStop) return;
   quit();
-  const Event second = next(posix_port::kTerminationPatience);
+  const Event second = next(posix_port::kTerminationTimeout);
   if (second == Event::kStop) return;
   interrupt();
   const bool atOnce = second == Event::kSignal && mayEnd();

@@ -148,7 +148,7 @@ bool copiesByCopyKey(const std::vector<std::string>& names) {
   return isOneOf("Alacritty", names);
 }
 
-bool isLeftAlone(const std::vector<std::string>& names) {
+bool isUnsupported(const std::vector<std::string>& names) {
   // They take PRIMARY again when they clear a selection, so an old text would look new. Terminology
   // is a terminal, and Ctrl+Insert makes Vim insert what is typed next.
   constexpr std::array kLeftAlone{"gvim", "neovide", "nvim-qt", "terminology"};

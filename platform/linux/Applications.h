@@ -19,7 +19,7 @@ bool copiesByCopyKey(const std::vector<std::string>& names);
 
 /// Whether a window with these names belongs to an application whose selection cannot be read: a
 /// keystroke does harm, and an old text in PRIMARY looks like a new one.
-bool isLeftAlone(const std::vector<std::string>& names);
+bool isUnsupported(const std::vector<std::string>& names);
 
 /// Whether a window with these names belongs to an application that also copies text that it no
 /// longer shows as selected, and that takes PRIMARY after the copy only if the text was still

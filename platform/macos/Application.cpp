@@ -90,12 +90,12 @@ void after(std::chrono::nanoseconds delay, Termination& ending, dispatch_functio
 }
 
 void signalArrived(void* termination) {
-  using posix_port::kTerminationPatience;
+  using posix_port::kTerminationTimeout;
   auto& ending = *static_cast<Termination*>(termination);
   if (++ending.signals == 1) {
     dispatch_async_f(dispatch_get_main_queue(), &ending, &received);
-    after(kTerminationPatience, ending, &interrupt);
-    after(kTerminationPatience + posix_port::kTerminationGrace, ending, &endProcess);
+    after(kTerminationTimeout, ending, &interrupt);
+    after(kTerminationTimeout + posix_port::kTerminationGrace, ending, &endProcess);
   } else {
     interrupt(&ending);
     endProcess(nullptr);

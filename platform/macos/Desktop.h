@@ -57,7 +57,7 @@ void restartUnderRealPath(char* const argv[]);
 
 /// Handles posix_port::terminationSignals(). The first signal calls `received` on the main thread,
 /// once the main queue is served. If the process has not ended after
-/// posix_port::kTerminationPatience, or on a second signal, `mustEnd` is called once, on a
+/// posix_port::kTerminationTimeout, or on a second signal, `mustEnd` is called once, on a
 /// background thread. Then the process ends with status 0: after posix_port::kTerminationGrace, or
 /// at once on a second signal. Main thread, once.
 void onTerminationSignals(std::function<void()> received, std::function<void()> mustEnd);

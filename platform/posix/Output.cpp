@@ -71,7 +71,7 @@ std::size_t LineOutput::takeLost() {
 /// If poll() reports a pipe as writable, it takes PIPE_BUF bytes without blocking, so no more are
 /// written at once. False if there was no space for the whole line in time.
 bool LineOutput::write(const LinePieces& line) {
-  const auto deadline = Clock::now() + patience_;
+  const auto deadline = Clock::now() + timeout_;
   char buffer[PIPE_BUF];
   std::size_t size = 0;
   bool inTime = true;

@@ -12,7 +12,7 @@ sigset_t terminationSignals();
 
 /// Time from the first of these signals until the main thread's waits are interrupted. A dial with
 /// the default delay takes less.
-inline constexpr std::chrono::milliseconds kTerminationPatience{1000};
+inline constexpr std::chrono::milliseconds kTerminationTimeout{1000};
 
 /// Time from the interruption to the end of the process: enough to release the keys that are held
 /// down. After a second signal the process waits only if it holds keys down.

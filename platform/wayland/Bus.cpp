@@ -54,7 +54,7 @@ std::unique_ptr<Bus> Bus::open(linux_port::MainLoop& loop, std::function<void()>
   if (sd_bus_open_user(&connection) < 0) return nullptr;
   std::unique_ptr<Bus> bus(new Bus(connection, loop, std::move(connectionLost)));
   // Connected means that the bus has accepted us.
-  const bool ready = bus->waitFor([&] { return sd_bus_is_ready(connection) > 0; }, kPatience);
+  const bool ready = bus->waitFor([&] { return sd_bus_is_ready(connection) > 0; }, kTimeout);
   return ready ? std::move(bus) : nullptr;
 }
 
@@ -64,7 +64,7 @@ Bus::Bus(sd_bus* bus, linux_port::MainLoop& loop, std::function<void()> connecti
       bus_(bus),
       epoll_(epoll_create1(EPOLL_CLOEXEC)),
       timer_(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {
-  sd_bus_set_method_call_timeout(bus_, microseconds(kPatience).count());
+  sd_bus_set_method_call_timeout(bus_, microseconds(kTimeout).count());
   epoll_event timer{};
   timer.events = EPOLLIN;
   epoll_ctl(epoll_, EPOLL_CTL_ADD, timer_, &timer);

@@ -39,7 +39,7 @@ bool visitDictionary(sd_bus_message* message, const std::function<bool(const std
 class Bus final : public linux_port::EventSource {
  public:
   /// How long the bus, or a service, may take to answer before a call counts as failed.
-  static constexpr std::chrono::seconds kPatience{5};
+  static constexpr std::chrono::seconds kTimeout{5};
 
   using SignalHandler = std::function<void(sd_bus_message* signal)>;
 

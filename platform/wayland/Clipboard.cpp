@@ -136,7 +136,8 @@ bool WaylandClipboard::copySelection() {
   terminal_ = linux_port::TerminalKind::kNone;
   names_ = focusedProgram_();
   // It is not known here whether Emacs has copied the text that it shows as selected.
-  if (linux_port::isLeftAlone(names_) || linux_port::takesPrimaryAfterCopying(names_)) return true;
+  if (linux_port::isUnsupported(names_) || linux_port::takesPrimaryAfterCopying(names_))
+    return true;
   for (const auto& name : names_) {
     if (terminal_ == linux_port::TerminalKind::kNone) terminal_ = linux_port::terminalKind(name);
   }

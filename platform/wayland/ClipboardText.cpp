@@ -19,7 +19,7 @@ using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
 
 /// How long an owner may take for each piece of the text.
-constexpr milliseconds kPatience{1000};
+constexpr milliseconds kTimeout{1000};
 
 /// How long the whole transfer may take.
 constexpr milliseconds kTimeLimit{5000};
@@ -40,9 +40,9 @@ std::optional<std::string> readToEnd(int pipe, Clock::time_point deadline) {
   std::vector<char> buffer(64UL * 1024);
   for (auto left = deadline - Clock::now(); left.count() > 0; left = deadline - Clock::now()) {
     pollfd readable{pipe, POLLIN, 0};
-    const auto patience = std::min<Clock::duration>(left, kPatience);
+    const auto timeout = std::min<Clock::duration>(left, kTimeout);
     const int ready =
-        poll(&readable, 1, static_cast<int>(std::chrono::ceil<milliseconds>(patience).count()));
+        poll(&readable, 1, static_cast<int>(std::chrono::ceil<milliseconds>(timeout).count()));
     if (ready == -1 && errno == EINTR) continue;
     if (ready != 1) return {};
     const auto count = read(pipe, buffer.data(), buffer.size());

@@ -124,7 +124,7 @@ bool Display::synchronise() {
   bool done = false;
   const auto callback = requestCallback();
   wl_callback_add_listener(callback.get(), &kSyncListener, &done);
-  const auto deadline = Clock::now() + kPatience;
+  const auto deadline = Clock::now() + kTimeout;
   for (auto now = Clock::now(); !done && !lost_ && now < deadline; now = Clock::now()) {
     serve(std::chrono::ceil<std::chrono::milliseconds>(deadline - now));
   }

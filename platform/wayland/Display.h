@@ -35,7 +35,7 @@ class Display final : public linux_port::EventSource {
   using Clock = std::chrono::steady_clock;
 
   /// How long the compositor may take to answer before a request counts as failed.
-  static constexpr std::chrono::seconds kPatience{5};
+  static constexpr std::chrono::seconds kTimeout{5};
 
   /// Takes over a socket that is connected to a compositor. The loop watches it for as long as this
   /// object lives, or until the connection is lost; then `connectionLost` is called, once, from the

@@ -24,9 +24,9 @@ bool isOurs(const std::filesystem::path& process) {
 }
 
 /// Whether every copy keystroke does harm in the program, or copies text that is not selected.
-bool isLeftAlone(const std::string& name) {
+bool isUnsupported(const std::string& name) {
   constexpr std::string_view kEmacs = "emacs";  // emacs-gtk, emacs-pgtk
-  return linux_port::isLeftAlone({name}) ||
+  return linux_port::isUnsupported({name}) ||
          strncasecmp(name.c_str(), kEmacs.data(), kEmacs.size()) == 0;
 }
 
@@ -55,7 +55,7 @@ void GnomeClipboard::clear() {
 bool GnomeClipboard::copySelection() {
   if (!taken_) return false;
   programs_ = runningPrograms_();
-  const auto alone = std::find_if(programs_.begin(), programs_.end(), isLeftAlone);
+  const auto alone = std::find_if(programs_.begin(), programs_.end(), isUnsupported);
   if (alone != programs_.end()) {
     tell("while " + *alone + " runs, nothing is copied under GNOME");
     return true;

@@ -140,22 +140,22 @@ void GnomeHotKeys::activated(const std::string& id, std::uint64_t time) {
     return tell("GNOME does not let Seldial type, so nothing can be copied");
   }
   use_ = Use{found->hotKeyID, id, time, false, Clock::now() + kLongestUse};
-  if (hasModifiers(id)) return askForModifiers();
+  if (hasModifiers(id)) return probeModifiers();
   timer_.start(kLongestUse, [this] { endUse(); });
 }
 
 void GnomeHotKeys::deactivated(const std::string& id) {
   if (!use_ || use_->id != id || std::exchange(use_->released, true)) return;
-  askForModifiers();
+  probeModifiers();
 }
 
 /// Types the key of the second shortcut repeatedly, until GNOME reports that shortcut.
-void GnomeHotKeys::askForModifiers() {
+void GnomeHotKeys::probeModifiers() {
   if (Clock::now() > use_->deadline || !remote_.type(kModifiersUpKey)) {
     tell("GNOME does not report the release of the hot key's modifiers");
     return endUse();
   }
-  timer_.start(kInterval, [this] { askForModifiers(); });
+  timer_.start(kInterval, [this] { probeModifiers(); });
 }
 
 /// A report that is older than the press belongs to an earlier use.

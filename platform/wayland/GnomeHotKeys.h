@@ -67,7 +67,7 @@ class GnomeHotKeys final : public linux_port::RegisteredHotKeys<GnomeHotKey> {
   void tell(const std::string& line);
   void activated(const std::string& id, std::uint64_t time);
   void deactivated(const std::string& id);
-  void askForModifiers();
+  void probeModifiers();
   void modifiersAreUp(std::uint64_t time);
   void endUse();
 

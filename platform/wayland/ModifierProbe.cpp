@@ -102,7 +102,7 @@ void ModifierProbe::close() {
 }
 
 bool ModifierProbe::waitUntilUp() {
-  const auto deadline = std::chrono::steady_clock::now() + kPatience;
+  const auto deadline = std::chrono::steady_clock::now() + kTimeout;
   for (;;) {
     const auto answer = ask();
     if (answer != Answer::kHeld) return answer == Answer::kUp;
@@ -115,7 +115,7 @@ std::optional<ModifierProbe::Answer> ModifierProbe::ask() {
   answer_.reset();
   if (key_ == 0) return {};
   tapKey_(key_);
-  bus_.waitFor([this] { return answer_.has_value(); }, Bus::kPatience);
+  bus_.waitFor([this] { return answer_.has_value(); }, Bus::kTimeout);
   return answer_;
 }
 

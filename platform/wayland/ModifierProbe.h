@@ -26,7 +26,7 @@ class ModifierProbe {
   using TapKey = std::function<void(std::uint32_t key)>;
 
   /// How long the user may hold modifiers before a use of the hot key is abandoned.
-  static constexpr std::chrono::seconds kPatience{5};
+  static constexpr std::chrono::seconds kTimeout{5};
 
   /// All arguments must outlive this object.
   ModifierProbe(linux_port::MainLoop& loop, Bus& bus, GlobalAccel& shortcuts, HotKeyClaims& claims,
@@ -38,7 +38,7 @@ class ModifierProbe {
   /// Unregisters the key.
   void close();
 
-  /// Returns once no modifier is held. False if the user holds one for longer than kPatience, the
+  /// Returns once no modifier is held. False if the user holds one for longer than kTimeout, the
   /// program is to end, or KWin does not answer.
   bool waitUntilUp();
 

@@ -7,7 +7,7 @@ namespace seldial::platform::wayland {
 namespace {
 
 /// How long bind() waits. A desktop that does not ask the user answers within half a second.
-constexpr std::chrono::seconds kPatience{1};
+constexpr std::chrono::seconds kTimeout{1};
 
 const BusObject kShortcuts{"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
                            "org.freedesktop.portal.GlobalShortcuts"};
@@ -76,7 +76,7 @@ PortalShortcuts::Answer PortalShortcuts::bind(std::vector<PortalShortcut> shortc
   wanted_ = std::move(shortcuts);
   binding_ = true;
   start();
-  bus_.waitFor([this] { return answer_ != Answer::kAsked; }, kPatience);
+  bus_.waitFor([this] { return answer_ != Answer::kAsked; }, kTimeout);
   binding_ = false;
   return answer_;
 }

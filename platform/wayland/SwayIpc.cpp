@@ -21,7 +21,7 @@ constexpr std::string_view kMagic = "i3-ipc";
 constexpr std::size_t kHeaderSize = kMagic.size() + 2 * sizeof(std::uint32_t);
 
 /// How long sway may take to answer.
-constexpr std::chrono::seconds kPatience{5};
+constexpr std::chrono::seconds kTimeout{5};
 
 /// More than any tree of windows needs.
 constexpr std::uint32_t kMostBytes = 64U * 1024 * 1024;
@@ -80,7 +80,7 @@ void SwayConnection::disconnect() {
 }
 
 std::optional<std::string> SwayConnection::ask(SwayRequest request, const std::string& content) {
-  const auto deadline = Clock::now() + kPatience;
+  const auto deadline = Clock::now() + kTimeout;
   if ((closed_ && !connect()) || !send(request, content)) return {};
   for (;;) {
     if (auto message = next()) {
@@ -105,7 +105,7 @@ bool SwayConnection::run(const std::string& commands) {
 }
 
 bool SwayConnection::send(SwayRequest request, const std::string& content) {
-  const auto deadline = Clock::now() + kPatience;
+  const auto deadline = Clock::now() + kTimeout;
   const std::string bytes = std::string(kMagic) +
                             numberAsBytes(static_cast<std::uint32_t>(content.size())) +
                             numberAsBytes(static_cast<std::uint32_t>(request)) + content;

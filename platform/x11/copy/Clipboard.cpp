@@ -128,10 +128,10 @@ class SelectionClipboard final : public Clipboard {
       type(CopyChord::kCopyKey);
     } else if (linux_port::isReadFromPrimary(focused_.names)) {
       source_ = Source::kPrimary;
-    } else if (linux_port::isLeftAlone(focused_.names)) {
+    } else if (linux_port::isUnsupported(focused_.names)) {
       source_ = Source::kNothing;
     } else {
-      if (linux_port::isWine(focused_.names)) letWineNotice();
+      if (linux_port::isWine(focused_.names)) waitForWine();
       type(CopyChord::kControlInsert);
     }
     return true;
@@ -159,7 +159,7 @@ class SelectionClipboard final : public Clipboard {
 
   /// Wine requests the targets twice after it has lost the clipboard, and loses a copy that is made
   /// before it has finished. No event tells when it has.
-  void letWineNotice() {
+  void waitForWine() {
     session_->pump.serveUntil(EventPump::Clock::now() + kWinePause, [] { return false; });
   }
 

@@ -10,7 +10,7 @@ namespace {
 
 /// How long the user gets to release the keys. Most users do, and an application that sees XTEST
 /// release a modifier may react to that.
-constexpr std::chrono::milliseconds kPatience{250};
+constexpr std::chrono::milliseconds kTimeout{250};
 
 /// Releases keys that may have been down when the connection was lost: a server that keeps running
 /// keeps them down. If the server is gone, nothing happens.
@@ -74,7 +74,7 @@ void CopyKeystroke::releaseHeldKeys() {
   KeysDown down;
   const auto held = [&] { return down.physical & (modifiers | hotKeys_.pressedKeys()); };
   changed_ = true;
-  pump_.serveUntil(EventPump::Clock::now() + kPatience, [&] {
+  pump_.serveUntil(EventPump::Clock::now() + kTimeout, [&] {
     if (std::exchange(changed_, false)) down = keyboards_.down();
     return held().none();
   });

@@ -10,7 +10,7 @@ namespace {
 
 /// How long an owner may take for its first answer, whatever the number of requests, and between
 /// two pieces.
-constexpr std::chrono::seconds kPatience{1};
+constexpr std::chrono::seconds kTimeout{1};
 
 /// How long the whole transfer may take: the main thread waits, and an owner could send byte by
 /// byte.
@@ -32,7 +32,7 @@ std::optional<std::string> readSelectionText(Connection& connection, EventPump& 
                                              xcb_atom_t selection) {
   const Atoms& atoms = connection.atoms();
   const auto begin = EventPump::Clock::now();
-  const auto deadline = begin + kPatience;
+  const auto deadline = begin + kTimeout;
   SelectionTransfer transfer(connection, pump, kMostBytes, begin + kTimeLimit);
   // STRING last: some owners use escape sequences in it for characters that Latin-1 lacks.
   for (const auto target : {atoms.utf8String, atoms.utf8PlainText, xcb_atom_t{XCB_ATOM_STRING}}) {
@@ -95,7 +95,7 @@ std::optional<SelectionAnswer> SelectionTransfer::takeProperty() {
 std::optional<SelectionAnswer> SelectionTransfer::takePieces() {
   SelectionAnswer whole;
   for (;;) {
-    const auto deadline = std::min(EventPump::Clock::now() + kPatience, end_);
+    const auto deadline = std::min(EventPump::Clock::now() + kTimeout, end_);
     if (!pump_.serveUntil(deadline, [this] { return std::exchange(pieceCame_, false); })) return {};
     const auto piece = takeProperty();
     if (!piece || piece->bytes.size() > mostBytes_ - whole.bytes.size()) return {};

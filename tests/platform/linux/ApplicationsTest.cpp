@@ -25,10 +25,10 @@ TEST(Applications, AWindowWithoutNamesMatchesNothing) {
 }
 
 TEST(Applications, ProgramsInWhichKeysDoHarmAndPrimaryMayBeOldAreLeftAlone) {
-  EXPECT_TRUE(isLeftAlone({"main", "terminology"}));
-  EXPECT_TRUE(isLeftAlone({"gvim", "Gvim"}));
-  EXPECT_FALSE(isLeftAlone({"emacs", "Emacs"}));
-  EXPECT_FALSE(isLeftAlone({}));
+  EXPECT_TRUE(isUnsupported({"main", "terminology"}));
+  EXPECT_TRUE(isUnsupported({"gvim", "Gvim"}));
+  EXPECT_FALSE(isUnsupported({"emacs", "Emacs"}));
+  EXPECT_FALSE(isUnsupported({}));
 }
 
 TEST(Applications, WineGivesItsWindowsTheNameOfTheProgram) {
