@@ -137,6 +137,7 @@ class Report {
   void tell(bool isGood, const std::string& what, const std::string& text,
             const char* section = nullptr) {
     std::printf("%-5s %-14s %s\n", isGood ? "ok" : "wrong", what.c_str(), text.c_str());
+    std::fflush(stdout);  // also a pipe gets each line at once
     isGood_ = isGood_ && isGood;
     if (!isGood && section != nullptr) sections_.insert(section);
   }
