@@ -180,6 +180,9 @@ DesktopPorts connect(int socket, const std::shared_ptr<linux_port::MainLoop>& lo
                      std::function<void()> connectionLost) {
   const auto lost = once(std::move(connectionLost));
   auto display = std::make_unique<Display>(socket, *loop, lost);
+  if (!display->answered()) {
+    return refuseEverything("the Wayland session " + sessionName() + " does not answer");
+  }
   const std::string missing = missingFrom(*display);
   if (!missing.empty()) {
     // Mutter offers no data control.

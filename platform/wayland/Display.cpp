@@ -80,7 +80,7 @@ Display::Display(int socket, linux_port::MainLoop& loop, std::function<void()> c
   wl_registry_add_listener(registry_.get(), &kRegistryListener, this);
   loop_.watch(*this);
   watched_ = true;
-  synchronise();
+  answered_ = synchronise(kConnectLimit);
 }
 
 Display::~Display() {
@@ -119,12 +119,12 @@ zwlr_foreign_toplevel_manager_v1* Display::bindToplevels() {
       registry_.get(), toplevelsName_, &zwlr_foreign_toplevel_manager_v1_interface, kVersion));
 }
 
-bool Display::synchronise() {
+bool Display::synchronise(std::chrono::seconds limit) {
   if (lost_) return false;
   bool done = false;
   const auto callback = requestCallback();
   wl_callback_add_listener(callback.get(), &kSyncListener, &done);
-  const auto deadline = Clock::now() + kTimeout;
+  const auto deadline = Clock::now() + limit;
   for (auto now = Clock::now(); !done && !lost_ && now < deadline; now = Clock::now()) {
     serve(std::chrono::ceil<std::chrono::milliseconds>(deadline - now));
   }

@@ -36,6 +36,8 @@ class Display final : public linux_port::EventSource {
 
   /// How long the compositor may take to answer before a request counts as failed.
   static constexpr std::chrono::seconds kTimeout{5};
+  /// How long it may take to answer at the start, as long as the X server may.
+  static constexpr std::chrono::seconds kConnectLimit{10};
 
   /// Takes over a socket that is connected to a compositor. The loop watches it for as long as this
   /// object lives, or until the connection is lost; then `connectionLost` is called, once, from the
@@ -46,6 +48,8 @@ class Display final : public linux_port::EventSource {
   Display& operator=(const Display&) = delete;
 
   [[nodiscard]] bool lost() const { return lost_; }
+  /// Whether the compositor has announced its globals in time.
+  [[nodiscard]] bool answered() const { return answered_; }
 
   // The globals of the compositor; null if not offered. Owned by this object.
   [[nodiscard]] wl_seat* seat() const { return seat_.get(); }  ///< the first one
@@ -75,7 +79,7 @@ class Display final : public linux_port::EventSource {
 
   /// Returns once the compositor has executed every request so far and all events that it sent
   /// before have been handled. False if it does not answer in time or the connection is lost.
-  bool synchronise();
+  bool synchronise(std::chrono::seconds limit = kTimeout);
 
   [[nodiscard]] int descriptor() const override;
   void readable() override;
@@ -95,6 +99,7 @@ class Display final : public linux_port::EventSource {
   wl_display* display_;
   bool watched_ = false;
   bool lost_ = false;
+  bool answered_ = false;
   Owned<wl_registry> registry_;
   std::uint32_t toplevelsName_ = 0;  ///< of the global; 0 if there is none
   Owned<wl_seat> seat_;

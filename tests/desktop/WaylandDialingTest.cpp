@@ -1,8 +1,11 @@
 // End-to-end tests on Wayland: the real program, a real compositor, the user's keyboard, windows of
 // other programs and a UC client's sockets.
+#include <sys/socket.h>
+
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <thread>
 
 #include "tests/support/SeldialProcess.h"
 #include "tests/support/TerminalProgram.h"
@@ -153,6 +156,17 @@ TEST_F(WaylandDialing, ACompositorThatOffersTooLittleIsOneLineOnStandardErrorAnd
   startListening();
   EXPECT_THAT(answerTo(setHotKey(2, kDelay)), IsHotkeyStateFalse("hotkey not set"));
   expectOneError("lacks a seat");
+}
+
+TEST_F(WaylandDialing, ACompositorThatHangsUpIsOneLineOnStandardErrorAndRefusals) {
+  const Peer compositor = Peer::listeningAt(directory.path("deaf"));
+  std::thread hangUp([&] { compositor.accepted().leave(); });
+  setenv("WAYLAND_DISPLAY", directory.path("deaf").c_str(), 1);
+  startListening();
+  EXPECT_THAT(answerTo(setHotKey(2, kDelay)), IsHotkeyStateFalse("hotkey not set"));
+  shutdown(compositor.fd, SHUT_RDWR);
+  hangUp.join();
+  expectOneError("does not answer");
 }
 
 TEST_F(WaylandDialing, WithoutTheModuleThereIsOneLineOnStandardErrorAndRefusals) {
