@@ -18,6 +18,16 @@ double secondsOf(const Run& run) {
   return run.real_accumulated_time / static_cast<double>(run.iterations);
 }
 
+/// Empty if the run succeeded.
+template <class AnyRun>
+std::string errorOf(const AnyRun& run) {
+  if constexpr (requires { run.skip_message; }) {  // since version 1.8 of the library
+    return run.skipped ? run.skip_message : "";
+  } else {
+    return run.error_occurred ? run.error_message : "";
+  }
+}
+
 /// The displayed form of a figure: a rate if the benchmark counts something, otherwise a time.
 std::pair<double, std::string> shownOf(const Run& run) {
   const auto& counters = run.counters;
@@ -65,9 +75,9 @@ Ratios::Figure& Ratios::figure(const std::string& name) {
 
 void Ratios::ReportRuns(const std::vector<Run>& runs) {
   for (const auto& run : runs) {
-    if (run.error_occurred) {
+    if (const auto error = errorOf(run); !error.empty()) {
       complete_ = false;
-      std::fprintf(stderr, "%s: %s\n", run.benchmark_name().c_str(), run.error_message.c_str());
+      std::fprintf(stderr, "%s: %s\n", run.benchmark_name().c_str(), error.c_str());
     } else if (run.run_type == Run::RT_Iteration) {
       const std::string name = run.run_name.str();
       const bool ofLibrary = name.find(kLibrary) != std::string::npos;

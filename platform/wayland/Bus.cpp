@@ -147,10 +147,10 @@ BusSlot Bus::addMatch(const std::string& rule, SignalHandler handler) {
     error_ = errorText(-result);
     return nullptr;
   }
-  // The slot owns the handler, and sd-bus keeps the slot while it calls the handler.
+  // sd-bus keeps the slot while it calls the handler.
   sd_bus_slot_set_destroy_callback(slot,
                                    [](void* data) { delete static_cast<SignalHandler*>(data); });
-  (void)owned.release();
+  [[maybe_unused]] const auto* const ownedBySlot = owned.release();
   return BusSlot(slot);
 }
 
