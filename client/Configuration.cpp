@@ -35,8 +35,8 @@ std::optional<std::string> contentOf(const std::string& path, std::string& error
   if (!file && errno == ENOENT) return "";
   std::string content;
   char buffer[4096];
-  for (std::size_t count = 0;
-       file && (count = std::fread(buffer, 1, sizeof buffer, file.get())) > 0;) {
+  for (std::size_t count = file ? sizeof buffer : 0; count == sizeof buffer;) {
+    count = std::fread(buffer, 1, sizeof buffer, file.get());
     content.append(buffer, count);
   }
   if (file && std::ferror(file.get()) == 0) return content;

@@ -94,7 +94,7 @@ void MutterRemote::ownerChanged(sd_bus_message* signal) {
       best = std::min(best, textTypeRank(*type));
       free(*type);
     }
-    free(types);
+    free(static_cast<void*>(types));
     return read && sd_bus_message_exit_container(signal) >= 0 &&
            sd_bus_message_exit_container(signal) >= 0;
   });

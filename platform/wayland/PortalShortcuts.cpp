@@ -181,7 +181,7 @@ void PortalShortcuts::request(const char* method, const std::function<void(sd_bu
 }
 
 void PortalShortcuts::listen() {
-  const auto use = [this](sd_bus_message* signal, auto handle) {
+  const auto use = [this](sd_bus_message* signal, const auto& handle) {
     const char* session = nullptr;
     const char* id = nullptr;
     std::uint64_t time = 0;

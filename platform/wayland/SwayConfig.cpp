@@ -55,6 +55,7 @@ std::vector<std::string> includedFiles(const std::string& name, const std::strin
     return {};
   }
   std::vector<std::string> files;
+  files.reserve(words.we_wordc);
   for (std::size_t i = 0; i < words.we_wordc; ++i) {
     files.push_back(std::filesystem::path(words.we_wordv[i]).lexically_normal());
   }

@@ -113,7 +113,7 @@ bool SwayConnection::send(SwayRequest request, const std::string& content) {
     const auto count = ::send(socket_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
     if (count > 0) {
       sent += static_cast<std::size_t>(count);
-    } else if ((errno != EAGAIN && errno != EINTR) || !waitFor(POLLOUT, deadline)) {
+    } else if ((count < 0 && errno != EAGAIN && errno != EINTR) || !waitFor(POLLOUT, deadline)) {
       closed_ = true;
       return false;
     }
