@@ -56,10 +56,9 @@ class Reader final : public OptionReader {
   }
 
   bool setDelay(const std::string& value) {
-    const auto delay = delayFrom(value);
-    if (!delay) return fail("--delay takes milliseconds from 0 to 65535, not " + value);
-    options_.delay = *delay;
-    return true;
+    options_.delay = delayFrom(value);
+    if (options_.delay) return true;
+    return fail("--delay takes milliseconds from 0 to 65535, not " + value);
   }
 
   bool setPath(const std::string& name, const std::string& value, std::string& path) {
