@@ -57,7 +57,8 @@ int main() {
   wl_display* const display = wl_display_connect(nullptr);
   if (display == nullptr) return 1;
   void* bound = nullptr;
-  wl_registry_add_listener(wl_display_get_registry(display), &kListener, &bound);
+  wl_registry_add_listener(wl_display_get_registry(display), &kListener,
+                           static_cast<void*>(&bound));
   wl_display_roundtrip(display);
   if (bound == nullptr) return 2;
   auto* const input = static_cast<org_kde_kwin_fake_input*>(bound);

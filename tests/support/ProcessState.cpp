@@ -12,7 +12,7 @@ namespace seldial::tests {
 long statusValue(const std::string& key, pid_t process) {
   std::ifstream file("/proc/" + std::to_string(process) + "/status");
   for (std::string line; std::getline(file, line);) {
-    if (line.rfind(key + ":", 0) == 0) return std::stol(line.substr(key.size() + 1));
+    if (line.starts_with(key + ":")) return std::stol(line.substr(key.size() + 1));
   }
   return -1;
 }
