@@ -33,7 +33,11 @@ class Messages final : public seldial::GDUnixSocketServerDelegate {
     message_.erase(id);
     const bool call = message.find(R"("command":"MakeCall")") != std::string::npos;
     const bool set = message.find(R"("result":true)") != std::string::npos;
-    std::cout << (call ? "call: " : set ? "hot key is set: " : "refused: ") << message << std::endl;
+    std::cout << (call  ? "call: "
+                  : set ? "hot key is set: "
+                        : "refused: ")
+              << message << "\n"
+              << std::flush;
     if (!call && !set) kill(getpid(), SIGTERM);
   }
 

@@ -22,12 +22,13 @@ inline std::unique_ptr<seldial::platform::ServedDesktop> desktopWithHotKey() {
   }
   QKHotKeyCenter::setHotKeyEvents(desktop->hotKeyEvents());
   const auto hotKey = QKHotKeyCenter::sharedHotKeyCenter()->registerHotKeyWithKeyCode(
-      platform::kVK_ANSI_D, kModifiers,
-      [](const QKKeyEvent&) { std::cout << "used" << std::endl; });
+      platform::kVK_ANSI_D, kModifiers, [](const QKKeyEvent&) {
+        std::cout << "used\n" << std::flush;
+      });
   if (!hotKey) {
     std::cerr << "The hot key cannot be registered. Does another program hold it?\n";
     return nullptr;
   }
-  std::cout << QKStringFromKeyCode(platform::kVK_ANSI_D, kModifiers) << std::endl;
+  std::cout << QKStringFromKeyCode(platform::kVK_ANSI_D, kModifiers) << "\n" << std::flush;
   return desktop;
 }
