@@ -109,7 +109,7 @@ TEST_F(CopyingWithKeys, CopiesWithTheLocksOn) {
 TEST_F(CopyingWithKeys, CopiesUnderEveryLayout) {
   const XClient client(server.display());
   std::size_t uses = 0;
-  for (const char* const layout : {"us", "de", "fr", "ru", "dvorak"}) {
+  for (const char* const layout : {"us", "de", "fr", "ru", "us(dvorak)"}) {
     ASSERT_EQ(server.run({"setxkbmap", layout}), 0);
     useHotKey();
     expectDial(++uses);
@@ -118,7 +118,7 @@ TEST_F(CopyingWithKeys, CopiesUnderEveryLayout) {
 
 TEST_F(CopyingWithKeys, CopiesIfTheXTestKeyboardHasAnotherLayout) {
   const XClient client(server.display());
-  ASSERT_EQ(server.run({"setxkbmap", "dvorak"}), 0);
+  ASSERT_EQ(server.run({"setxkbmap", "us(dvorak)"}), 0);
   ASSERT_EQ(server.run({"setxkbmap", "-device", keyboard.typingDevice(), "fr"}), 0);
   useHotKey();
   expectDial(1);

@@ -61,7 +61,7 @@ TEST_F(KeyCharacters, OfTheRussianLayout) {
 }
 
 TEST_F(KeyCharacters, OfTheDvorakLayout) {
-  use("dvorak");
+  use("us(dvorak)");
   EXPECT_EQ(at(kVK_ANSI_S), "o");
   EXPECT_EQ(at(kVK_ANSI_D), "e");
 }
@@ -130,7 +130,7 @@ TEST_F(KeyCharacters, KeyZeroWithControlAndCommandUnderFrenchIsShownAsQ) {
 }
 
 TEST_F(KeyCharacters, OfTheFortySixGlyphsAreAskedOfNoLayout) {
-  for (const char* const layouts : {"us", "de", "fr", "ru", "dvorak"}) {
+  for (const char* const layouts : {"us", "de", "fr", "ru", "us(dvorak)"}) {
     use(layouts);
     for (const auto& [keyCode, glyph] : QKKeyGlyphTable()) {
       // The left modifier keys are shown by their flags alone.
