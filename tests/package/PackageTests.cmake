@@ -38,7 +38,8 @@ endfunction()
 # builder chooses so, and works.
 function(package_shared_test name library module examples)
   _package_test(${name}.IsSharedByChoice
-    ${package_scripts}/as_shared ${SELDIAL_ROOT}/${library} ${examples} ${module} ${ARGN})
+    ${package_scripts}/as_shared ${CMAKE_CURRENT_BINARY_DIR}/shared
+    ${SELDIAL_ROOT}/${library} ${examples} ${module} ${ARGN})
 endfunction()
 
 # package_subproject_test(NAME HOW LIBRARIES [TRY...]): the libraries in these folders, separated by
@@ -46,7 +47,8 @@ endfunction()
 # (FetchContent). Without TRY the project is only configured.
 function(package_subproject_test name how libraries)
   _package_test(${name}
-    ${package_scripts}/as_subproject ${how} ${libraries} ${CMAKE_CXX_COMPILER} ${ARGN})
+    ${package_scripts}/as_subproject ${CMAKE_CURRENT_BINARY_DIR}/${name}
+    ${how} ${libraries} ${CMAKE_CXX_COMPILER} ${ARGN})
 endfunction()
 
 # reference_test(NAME LIBRARY): the library's reference can be made, and lacks no public name.
