@@ -231,7 +231,7 @@ TEST_F(TroubleshootingTheClient, SeldialUcEndsWithStatus2) {
   EXPECT_EQ(client.process().wait(), 2);
 }
 
-TEST_F(TroubleshootingTheClient, SeldialUcFindsNoTelephoneNumberInANationalOne) {
+TEST_F(TroubleshootingTheClient, ANationalNumberIsNotFound) {
   RunningClient& client = start({"--dial", "true"});
   use();
   EXPECT_THAT(client.process().readLine(), testing::HasSubstr("no telephone number"));
