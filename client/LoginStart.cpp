@@ -126,7 +126,7 @@ std::string loginUnit(const std::string& program) {
          "\"\n"
          "Restart=on-failure\n"
          "RestartSec=5\n"
-         "# Wrong options stay wrong.\n"
+         "# Invalid options: a restart would not help.\n"
          "RestartPreventExitStatus=2\n"
          "\n"
          "[Install]\n"

@@ -92,7 +92,7 @@ int showSettings(platform::qt::Desktop& desktop, const ShortcutOptions& options,
       [&](const HotKey& hotKey, std::uint16_t delay) -> std::optional<std::string> {
         auto values = shortcutSettings(hotKey, delay);
         if (!values) {
-          return Texts::tr("This key has no name that could be kept.").toStdString();
+          return Texts::tr("This key has no name, so the shortcut cannot be saved.").toStdString();
         }
         values->merge(panel->values());
         return applySettings(options.configuration, *values, panel->startsAtLogin());

@@ -287,12 +287,13 @@ void ShortcutWindow::showState() {
   }
 }
 
-/// On Xwayland the window gets what the compositor passes on, which is no sign that Seldial gets it
-/// as a global shortcut.
+/// On Xwayland the window gets the keys that the compositor passes on. That does not show whether
+/// Seldial will get the combination as a global shortcut.
 QString ShortcutWindow::asFarAsKnown(const QString& text) const {
   if (!onWayland_) return text;
   return text + QLatin1Char(' ') +
-         tr("On Wayland that is no sign that the desktop grants it: Seldial reports that later.");
+         tr("On Wayland this does not show whether the desktop allows it. Seldial reports that "
+            "later.");
 }
 
 }  // namespace seldial

@@ -137,7 +137,7 @@ class Report {
   void tell(bool isGood, const std::string& what, const std::string& text,
             const char* section = nullptr) {
     std::printf("%-5s %-14s %s\n", isGood ? "ok" : "wrong", what.c_str(), text.c_str());
-    std::fflush(stdout);  // also a pipe gets each line at once
+    std::fflush(stdout);  // so that a pipe gets each line at once, too
     isGood_ = isGood_ && isGood;
     if (!isGood && section != nullptr) sections_.insert(section);
   }
@@ -160,7 +160,7 @@ constexpr const char* kNotFound = "no-number-is-found";
 constexpr const char* kEnded = "seldial-ends";
 constexpr const char* kNotDialled = "seldial-uc-does-not-dial";
 
-/// Seldial itself says on standard error what that compositor lacks.
+/// Seldial itself reports on standard error what the compositor lacks.
 void tellCompositor(Report& report, const std::optional<std::string>& compositor) {
   report.tell(compositor.has_value(), "compositor",
               compositor ? *compositor + ": " + mechanismUnder(*compositor)
@@ -179,8 +179,10 @@ void checkSession(Report& report) {
   text += display.empty() ? ", DISPLAY is not set" : ", DISPLAY " + display;
   report.tell(!display.empty() || !wayland.empty(), "session", text, kRefused);
   if (!wayland.empty()) tellCompositor(report, compositorAt(wayland));
-  report.tell(!variable("DBUS_SESSION_BUS_ADDRESS").empty() || !variable("XDG_RUNTIME_DIR").empty(),
-              "notifications", "over the session bus", kNotDialled);
+  const bool hasBus =
+      !variable("DBUS_SESSION_BUS_ADDRESS").empty() || !variable("XDG_RUNTIME_DIR").empty();
+  report.tell(hasBus, "notifications", hasBus ? "over the session bus" : "there is no session bus",
+              kNotDialled);
 }
 
 std::string likelyReasons() {
@@ -213,8 +215,8 @@ bool asksForHotKeys() {
 
 /// Tests copying, and also the hot key unless the running client holds it.
 void tryOut(Report& report, const Options& options, const std::string& program, bool isHeld) {
-  //   A combination that is hardly used.
   std::string why;
+  // A combination that hardly any program uses.
   const HotKey spare = hotKeyFromSpelling("ctrl+alt+shift+super+f12", why).value_or(HotKey());
   const std::string shortcut = findProgram("seldial-shortcut", ownDirectory());
   const bool canShow = variable("WAYLAND_DISPLAY").empty() && isProgram(shortcut);

@@ -228,11 +228,11 @@ const char* helpText() {
   return R"(usage: seldial-uc [--dial COMMAND | --open SCHEME] [OPTION...]
        seldial-uc COMMAND
 
-Starts seldial, registers a hot key and dials every number that is selected with
-it, until Ctrl-C. Without --dial or --open it only prints the numbers.
+Starts seldial and dials the selected number each time the hot key is pressed,
+until Ctrl-C. Without --dial or --open it only prints the numbers.
 
 Dialling:
-  --dial COMMAND  run a program to dial, for example --dial 'twinkle --call {}'.
+  --dial COMMAND  run a program to dial, such as 'twinkle --immediate --call {}'.
                   {} is the number, {tel} its tel: URI, {text} the selection.
                   No shell is used
   --open SCHEME   let the desktop open a URI: tel, sip or callto

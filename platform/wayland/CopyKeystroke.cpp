@@ -83,7 +83,7 @@ FakeKeyboard::FakeKeyboard(Display& display, const SeatKeymap& keymap,
                            WaitForModifiers waitForModifiers)
     : display_(display), keymap_(keymap), waitForModifiers_(std::move(waitForModifiers)) {
   org_kde_kwin_fake_input_authenticate(display.fakeInput(), "Seldial",
-                                       "makes the application in front copy its selection");
+                                       "makes the focused application copy its selection");
 }
 
 bool FakeKeyboard::type(Chord chord) {
@@ -100,7 +100,7 @@ bool FakeKeyboard::type(Chord chord) {
   press(input, *key);
   release(input, *key);
   if (chord == Chord::kControlInsert) release(input, *keys.control);
-  display_.willWait();  // all of it is sent at once
+  display_.willWait();  // sends all requests at once
   return true;
 }
 

@@ -168,7 +168,7 @@ DesktopPorts connectToGnome(const std::shared_ptr<linux_port::MainLoop>& loop,
                             std::unique_ptr<Display> display, std::unique_ptr<Bus> bus) {
   if (!PortalShortcuts::isOffered(*bus)) {
     return refuseEverything(
-        "GNOME gives programs hot keys from version 48 on, with xdg-desktop-portal and "
+        "GNOME supports hot keys of programs from version 48 on, with xdg-desktop-portal and "
         "xdg-desktop-portal-gnome");
   }
   return portsOf(std::make_shared<GnomeSession>(loop, std::move(display), std::move(bus)));

@@ -107,10 +107,10 @@ void GnomeHotKeys::tellAnswer(PortalShortcuts::Answer answer) {
     keys += key.empty() ? "none" : key;
   }
   if (portal_.triggerOf(kModifiersUp).empty()) {
-    return tell(std::string("GNOME lacks the shortcut ") + kModifiersUpTrigger +
-                " of Seldial, without which the hot key does not work; add it in GNOME's settings");
+    return tell(std::string("GNOME has no key for Seldial's shortcut ") + kModifiersUpTrigger +
+                ", without which the hot key does not work; set it in GNOME's settings");
   }
-  tell("GNOME has the hot key: " + keys);
+  tell("the hot key in GNOME is: " + keys);
 }
 
 /// Writes one line to standard error, unless it repeats the previous one: GNOME reports a change

@@ -128,7 +128,8 @@ void PortalShortcuts::createSession() {
     visitDictionary(results, [&](const std::string& key) {
       return key == "session_handle" && readText(results, session_);
     });
-    if (code != 0 || session_.empty()) return finish(Answer::kRefused, "it gives no session");
+    if (code != 0 || session_.empty())
+      return finish(Answer::kRefused, "the portal opened no session");
     listen();
     bindShortcuts();
   });
@@ -157,7 +158,7 @@ void PortalShortcuts::bindShortcuts() {
       return true;
     });
     if (triggers_.empty())
-      return finish(Answer::kRefused, "the user or the desktop does not allow it");
+      return finish(Answer::kRefused, "the user or the desktop did not allow it");
     finish(Answer::kBound);
   });
 }
@@ -205,7 +206,7 @@ void PortalShortcuts::listen() {
                                    [this](sd_bus_message* /*signal*/) {
                                      session_.clear();
                                      triggers_.clear();
-                                     finish(Answer::kRefused, "the desktop has taken it back");
+                                     finish(Answer::kRefused, "the desktop has revoked it");
                                    }));
 }
 
@@ -228,7 +229,7 @@ void PortalShortcuts::portalChanged(bool there) {
   signals_.clear();
   response_.reset();
   if (there) return start();
-  finish(Answer::kRefused, "the portal has gone");
+  finish(Answer::kRefused, "the portal has ended");
 }
 
 }  // namespace seldial::platform::wayland

@@ -35,7 +35,7 @@
         <translation>An Seldial &amp;senden</translation>
     </message>
     <message>
-        <source>This key has no name that could be kept.</source>
+        <source>This key has no name, so the shortcut cannot be saved.</source>
         <translation>Diese Taste hat keinen Namen, unter dem sie gespeichert werden könnte.</translation>
     </message>
     <message>
@@ -423,7 +423,7 @@
         <translation>Drücken Sie das Tastenkürzel und lassen Sie es los: Dieses Feld leuchtet auf.</translation>
     </message>
     <message>
-        <source>On Wayland that is no sign that the desktop grants it: Seldial reports that later.</source>
+        <source>On Wayland this does not show whether the desktop allows it. Seldial reports that later.</source>
         <translation>Unter Wayland ist das kein Zeichen, dass der Desktop es gewährt: Das meldet Seldial später.</translation>
     </message>
 </context>

@@ -35,7 +35,7 @@
         <translation>&amp;Enviar a Seldial</translation>
     </message>
     <message>
-        <source>This key has no name that could be kept.</source>
+        <source>This key has no name, so the shortcut cannot be saved.</source>
         <translation>Esta tecla no tiene un nombre con el que guardarla.</translation>
     </message>
     <message>
@@ -423,7 +423,7 @@
         <translation>Pulse el atajo y suéltelo: este panel se ilumina.</translation>
     </message>
     <message>
-        <source>On Wayland that is no sign that the desktop grants it: Seldial reports that later.</source>
+        <source>On Wayland this does not show whether the desktop allows it. Seldial reports that later.</source>
         <translation>En Wayland eso no indica que el escritorio lo conceda: Seldial lo comunica después.</translation>
     </message>
 </context>

@@ -35,7 +35,7 @@
         <translation>En&amp;voyer à Seldial</translation>
     </message>
     <message>
-        <source>This key has no name that could be kept.</source>
+        <source>This key has no name, so the shortcut cannot be saved.</source>
         <translation>Cette touche n’a pas de nom sous lequel l’enregistrer.</translation>
     </message>
     <message>
@@ -423,7 +423,7 @@
         <translation>Appuyez sur le raccourci puis relâchez : ce panneau s’allume.</translation>
     </message>
     <message>
-        <source>On Wayland that is no sign that the desktop grants it: Seldial reports that later.</source>
+        <source>On Wayland this does not show whether the desktop allows it. Seldial reports that later.</source>
         <translation>Sous Wayland, cela n’indique pas que le bureau l’accorde : Seldial le signale ensuite.</translation>
     </message>
 </context>

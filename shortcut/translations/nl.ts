@@ -35,7 +35,7 @@
         <translation>Naar Seldial &amp;sturen</translation>
     </message>
     <message>
-        <source>This key has no name that could be kept.</source>
+        <source>This key has no name, so the shortcut cannot be saved.</source>
         <translation>Deze toets heeft geen naam waaronder hij kan worden opgeslagen.</translation>
     </message>
     <message>
@@ -423,7 +423,7 @@
         <translation>Druk de sneltoets in en laat los: dit vak licht op.</translation>
     </message>
     <message>
-        <source>On Wayland that is no sign that the desktop grants it: Seldial reports that later.</source>
+        <source>On Wayland this does not show whether the desktop allows it. Seldial reports that later.</source>
         <translation>Onder Wayland is dat geen teken dat het bureaublad hem toekent: dat meldt Seldial later.</translation>
     </message>
 </context>

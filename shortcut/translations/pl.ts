@@ -35,7 +35,7 @@
         <translation>&amp;Wyślij do Seldial</translation>
     </message>
     <message>
-        <source>This key has no name that could be kept.</source>
+        <source>This key has no name, so the shortcut cannot be saved.</source>
         <translation>Ten klawisz nie ma nazwy, pod którą można go zapisać.</translation>
     </message>
     <message>
@@ -423,7 +423,7 @@
         <translation>Naciśnij skrót i puść: to pole się zaświeci.</translation>
     </message>
     <message>
-        <source>On Wayland that is no sign that the desktop grants it: Seldial reports that later.</source>
+        <source>On Wayland this does not show whether the desktop allows it. Seldial reports that later.</source>
         <translation>W sesji Wayland nie oznacza to, że pulpit go przydzieli: Seldial zgłasza to później.</translation>
     </message>
 </context>

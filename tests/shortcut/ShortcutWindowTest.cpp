@@ -67,7 +67,7 @@ TEST_F(ShortcutWindowTest, OnWaylandItSaysWhatItCannotKnow) {
   window->tellOfWayland();
   window->begin(controlAltD(), 500);
   EXPECT_THAT(detail(),
-              testing::HasSubstr("On Wayland that is no sign that the desktop grants it"));
+              testing::HasSubstr("On Wayland this does not show whether the desktop allows it"));
 }
 
 TEST_F(ShortcutWindowTest, OnWaylandSeldialHoldsWhatIsFreeOnXwayland) {

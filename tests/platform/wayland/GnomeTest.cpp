@@ -207,25 +207,25 @@ TEST_F(GnomeTest, AWholeLineIsNotDialledWhileAnEditorRunsThatCopiesLines) {
 TEST_F(GnomeTest, TheUsersKeyIsReported) {
   gnome->setTrigger(kDial, "Press <Super>x");
   EXPECT_THAT(errorsOf([&] { ASSERT_TRUE(registerDial()); }),
-              HasSubstr("GNOME has the hot key: Press <Super>x\n"));
+              HasSubstr("the hot key in GNOME is: Press <Super>x\n"));
   const auto later = errorsOf([&] {
     gnome->setTrigger(kDial, "Press F9");
     use();
   });
-  EXPECT_THAT(later, HasSubstr("GNOME has the hot key: Press F9\n"));
+  EXPECT_THAT(later, HasSubstr("the hot key in GNOME is: Press F9\n"));
   const auto gone = errorsOf([&] {
     gnome->setTrigger("modifiers-up", "");
     gnome->closePortalSession();
     serveUntil([&] { return gnome->bound().empty() && !hotKeys->isBound(); });
   });
-  EXPECT_THAT(gone, HasSubstr("GNOME lacks the shortcut XF86Launch9"));
-  EXPECT_THAT(gone, HasSubstr("refuses the hot key: the desktop has taken it back"));
+  EXPECT_THAT(gone, HasSubstr("GNOME has no key for Seldial's shortcut XF86Launch9"));
+  EXPECT_THAT(gone, HasSubstr("refuses the hot key: the desktop has revoked it"));
 }
 
 TEST_F(GnomeTest, WhatTheUserDoesNotAllowIsRefused) {
   gnome->setConsent(FakeGnome::Consent::kRefused);
   EXPECT_THAT(errorsOf([&] { EXPECT_FALSE(registerDial()); }),
-              HasSubstr("the user or the desktop does not allow it"));
+              HasSubstr("the user or the desktop did not allow it"));
   gnome->setConsent(FakeGnome::Consent::kGiven);
   EXPECT_TRUE(registerDial());
 }
@@ -317,7 +317,8 @@ TEST(GnomePortTest, AGnomeWithoutShortcutsOfThePortalIsRefused) {
   const tests::SessionBus session;
   const tests::BusService mutter(session, "org.gnome.Mutter.RemoteDesktop",
                                  [](sd_bus_message* /*call*/) { return 0; });
-  EXPECT_THAT(answerOfPort(session), HasSubstr("GNOME gives programs hot keys from version 48 on"));
+  EXPECT_THAT(answerOfPort(session),
+              HasSubstr("GNOME supports hot keys of programs from version 48 on"));
 }
 
 TEST(RunningProgramsTest, AreKnownByTheirNames) {
