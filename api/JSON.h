@@ -93,7 +93,7 @@ class JSONString {
   /// Takes the next piece. Returns false if it wants no more.
   using Take = std::function<bool(std::string_view piece)>;
 
-  /// A given text.
+  /// Wraps a text that is already JSON.
   JSONString(std::string text);
   JSONString(const char* text);
 

@@ -88,7 +88,7 @@ class QKHotKey {
   [[nodiscard]] std::string description() const;
   /// Whether key code and flags are equal.
   [[nodiscard]] bool isEqual(const QKHotKey& other) const;
-  /// The same for records that are equal by isEqual().
+  /// A hash value; equal for records that are equal by isEqual().
   [[nodiscard]] std::size_t hash() const;
 
  private:

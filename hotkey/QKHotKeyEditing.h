@@ -29,8 +29,8 @@ class QKHotKeyEditedField {
 /// editing; Escape ends it and restores that first record. Nothing is registered. Main thread only.
 class QKHotKeyEditing {
  public:
-  /// The field to edit, held weakly, or null; Escape restores the record that it has
-  /// at this moment.
+  /// Sets the field to edit, held weakly, or null for none. Escape restores the record that the
+  /// field has at this moment.
   void setHotKeyField(const std::shared_ptr<QKHotKeyEditedField>& field);
 
   /// The field has got the keyboard focus.

@@ -29,7 +29,7 @@ class CopyTestWindow : public QDialog, private QAbstractNativeEventFilter {
  private:
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
-  /// Calls it the first time only.
+  /// Calls `step` and empties it, so that a later call does nothing.
   static void callOnce(std::function<void()>& step);
 
   std::function<void()> typeShift_;

@@ -88,7 +88,7 @@ int disable(const Arguments& /*arguments*/) {
   return 0;
 }
 
-/// Without the settings of this user's client: the seldial belongs to another program.
+/// Ignores the settings of this user's client, because the seldial belongs to another program.
 int sendSetHotKey(const Arguments& arguments) {
   std::string error;
   const auto options = optionsFrom(Arguments(arguments.begin() + 1, arguments.end()), "", error);

@@ -10,8 +10,7 @@
 
 namespace seldial {
 
-/// One seldial of its own, for as long as it takes to set a hot key and to use it once. Main thread
-/// only.
+/// Runs a separate seldial to set a hot key and use it once. Main thread only.
 class Trial {
  public:
   /// `delay` is the read delay in milliseconds. `window` is the program that shows the text to copy
@@ -19,8 +18,8 @@ class Trial {
   Trial(const HotKey& hotKey, std::uint16_t delay, std::string window)
       : hotKey_(hotKey), delay_(delay), window_(std::move(window)) {}
 
-  /// Runs `program` as seldial. Its answer; nothing when there is none, and `failure` says why,
-  /// without a full stop. To be called once.
+  /// Runs `program` as seldial and returns its answer. Nothing if there is none; `failure` then
+  /// says why, without a full stop. Call it once.
   std::optional<Message> run(const std::string& program, std::string& failure);
 
   /// What went wrong with the copy, if anything, without a full stop.

@@ -80,8 +80,8 @@ class GDUnixSocketClient final : public GDUnixSocket {
   std::int64_t writeData(const Data& data, std::optional<Error>* error = nullptr) override;
   using GDUnixSocket::writeData;
 
-  /// Writes data that is too large to be held. The same as the function above with all of the
-  /// pieces at once, except that it makes a system call for each.
+  /// Writes data that is too large to be held in memory. Makes a system call for each piece;
+  /// otherwise like the function above with all pieces at once.
   std::int64_t writeData(const DataPieces& pieces, std::optional<Error>* error = nullptr);
 
   /// Like the base class, and calls the delegate.

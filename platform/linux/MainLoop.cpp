@@ -126,7 +126,7 @@ void MainLoop::runTasks() {
   }
 }
 
-/// After this returned true, async() wakes the loop up.
+/// Once this has returned true, async() wakes the loop up.
 bool MainLoop::nothingToDo() {
   const std::lock_guard lock(mutex_);
   waiting_ = tasks_.empty();

@@ -1,4 +1,5 @@
-// The main loop on Linux: runs tasks from any thread, serves readable descriptors, and its timers.
+// The main loop on Linux, which runs tasks posted from any thread and serves readable descriptors,
+// and its timers.
 #pragma once
 
 #include <atomic>
@@ -28,7 +29,7 @@ class EventSource {
 
   /// Called instead of willWait() and readable() during MainLoop::block(): answer other programs,
   /// but keep the application's own events for later. Called when the block begins and whenever
-  /// there is data to read. Return false to be left alone for the rest of the block.
+  /// there is data to read. Return false to get no more calls during this block.
   virtual bool readableWhileBlocked() { return false; }
 };
 

@@ -36,7 +36,7 @@ class Display final : public linux_port::EventSource {
 
   /// How long the compositor may take to answer before a request counts as failed.
   static constexpr std::chrono::seconds kTimeout{5};
-  /// How long it may take to answer at the start, as long as the X server may.
+  /// How long it may take to answer at startup; the X server gets the same time.
   static constexpr std::chrono::seconds kConnectLimit{10};
 
   /// Takes over a socket that is connected to a compositor. The loop watches it for as long as this

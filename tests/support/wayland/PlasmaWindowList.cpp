@@ -24,7 +24,7 @@ WindowRequests windowRequests() {
 
 const WindowRequests kWindow = windowRequests();
 
-/// Of a window's number.
+/// The UUID of the window with this number.
 std::string uuidOf(std::uint32_t id) {
   return "window-" + std::to_string(id);
 }

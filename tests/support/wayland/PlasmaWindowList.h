@@ -17,7 +17,7 @@ class PlasmaWindowList {
   /// `process`: 0 for none.
   void open(std::uint32_t id, const std::string& applicationId, std::uint32_t process = 0);
   void close(std::uint32_t id);
-  /// The user goes to a window; to none with 0.
+  /// Simulates the user switching to a window; 0 for none.
   void activate(std::uint32_t id);
 
   // Called by libwayland.
