@@ -28,7 +28,7 @@ constexpr double kLimitGrowthBytes = 8;
 
 constexpr int kConnections = 200;
 constexpr double kLimitConnectionKilobytes = 12;
-constexpr std::chrono::seconds kQuiet{1};  ///< after this, no more answers come
+constexpr std::chrono::seconds kQuiet{1};  ///< without an answer; then none is pending
 
 constexpr double kCommandMegabytes[] = {4, 16, 64};
 constexpr double kLimitPeak =

@@ -1,4 +1,4 @@
-"""Clipboard managers beside Seldial, and a lock screen, for scripts/test-desktops."""
+"""Clipboard managers and a lock screen, for scripts/test-desktops."""
 import json
 import os
 import subprocess
@@ -37,7 +37,7 @@ MANAGERS = {
 
 
 def clipboard_managers(desktop, seldial, report):
-    """They neither fill an empty clipboard with an old text nor keep more than what was copied."""
+    """Checks that they neither fill an empty clipboard with an old text nor keep more than what was copied."""
     for name, (command, history) in MANAGERS.items():
         if subprocess.run(["which", name], stdout=subprocess.DEVNULL).returncode != 0:
             print(f"{desktop.name:8} {name}: not tried, it is not installed")
@@ -70,7 +70,7 @@ def clipboard_managers(desktop, seldial, report):
 
 
 class LockingKWin(KWin):
-    """With the lock screen of Plasma."""
+    """Uses the hot key with Plasma's lock screen."""
 
     options = ()
 
@@ -83,8 +83,8 @@ class LockingKWin(KWin):
 
 
 def lock_screen(desktop, seldial, report):
-    """A use while the screen is locked, and one during which it is locked, dial nothing. What the lock screen gets
-    is not looked at."""
+    """Checks that a use while the screen is locked, and one during which it is locked, dial nothing. Does not check
+    which keys the lock screen gets."""
     for title, before, after in (("is used", "", USE), ("was used", "+ctrl +alt +d 30 -d", "-alt -ctrl")):
         with LockingKWin() as locking:
             seldial = Seldial(locking)

@@ -1,4 +1,4 @@
-"""sway and labwc without a screen, for scripts/test-desktops."""
+"""Headless sway and labwc, for scripts/test-desktops."""
 import os
 import re
 import subprocess
@@ -24,7 +24,7 @@ LABWC = """<labwc_config><keyboard><keybind key="C-A-d" onRelease="yes">
 
 
 class Wlroots(Session):
-    """A compositor with virtual keyboards, virtual pointers and the data control."""
+    """A compositor with virtual keyboards, virtual pointers and data control."""
 
     user_target = "seldial_wlroots_user"
     held_for_seven_seconds = True  # dials
@@ -64,7 +64,7 @@ class Wlroots(Session):
         self.keys(f"@{place[0]},{place[1]} 50 " + "+left 30 -left 30 " * times)
 
     def x11(self):
-        """Variables of programs on Xwayland."""
+        """Environment variables for programs on Xwayland."""
         return {"DISPLAY": self.session["DISPLAY"]}
 
 
@@ -85,7 +85,7 @@ class Sway(Wlroots):
 
 
 class Labwc(Wlroots):
-    """Gives programs no hot key; the user's own one tells Seldial."""
+    """labwc has no hot keys for programs: a key of its configuration runs seldial-uc press."""
 
     name = "labwc"
     packages = "labwc xwayland"

@@ -1,4 +1,4 @@
-# The libraries of this repository as somebody outside of it meets them.
+# Tests the libraries of this repository as other projects use them.
 set(package_scripts ${CMAKE_CURRENT_LIST_DIR})
 
 function(_package_test name)
@@ -7,7 +7,7 @@ function(_package_test name)
     TIMEOUT 600 ENVIRONMENT CMAKE_GENERATOR=${CMAKE_GENERATOR})
 endfunction()
 
-# package_install_test(NAME LIBRARY): the library in that folder installs alone.
+# package_install_test(NAME LIBRARY): the library in that folder installs on its own.
 function(package_install_test name library)
   set(SELDIAL_INSTALLED ${CMAKE_CURRENT_BINARY_DIR}/installed PARENT_SCOPE)
   _package_test(${name}.InstallsByItself
@@ -34,8 +34,8 @@ function(package_user_tests name installation module examples)
   endforeach()
 endfunction()
 
-# package_shared_test(NAME LIBRARY MODULE EXAMPLES TRY...): the library in that folder is shared where the
-# builder chooses so, and works.
+# package_shared_test(NAME LIBRARY MODULE EXAMPLES TRY...): the library in that folder works as a
+# shared library.
 function(package_shared_test name library module examples)
   _package_test(${name}.IsSharedByChoice
     ${package_scripts}/as_shared ${CMAKE_CURRENT_BINARY_DIR}/shared
@@ -43,7 +43,7 @@ function(package_shared_test name library module examples)
 endfunction()
 
 # package_subproject_test(NAME HOW LIBRARIES [TRY...]): the libraries in these folders, separated by
-# commas, work in somebody's project by HOW, subdirectory (add_subdirectory) or fetch
+# commas, work in another project by HOW, subdirectory (add_subdirectory) or fetch
 # (FetchContent). Without TRY the project is only configured.
 function(package_subproject_test name how libraries)
   _package_test(${name}
@@ -51,7 +51,7 @@ function(package_subproject_test name how libraries)
     ${how} ${libraries} ${CMAKE_CXX_COMPILER} ${ARGN})
 endfunction()
 
-# reference_test(NAME LIBRARY): the library's reference can be made, and lacks no public name.
+# reference_test(NAME LIBRARY): the library's reference can be generated and contains every public name.
 function(reference_test name library)
   add_test(NAME ${name}.LeavesNoPublicNameOut
     COMMAND ${package_scripts}/make_reference

@@ -213,7 +213,7 @@ TEST_F(SettingsProcess, TheWindowEndsWhenTheAnswerIsGood) {
   (void)Windows(server_.display()).waitForFocus("seldial-shortcut");
   keyboard_.tap(kKeyReturn);
   EXPECT_EQ(window->wait(), 0);
-  EXPECT_FALSE(std::filesystem::exists(directory_.path("out"))) << "it listens no more";
+  EXPECT_FALSE(std::filesystem::exists(directory_.path("out"))) << "it still listens";
 }
 
 TEST_F(SettingsProcess, AnInvalidFileIsReported) {

@@ -140,7 +140,7 @@ class Life {
 
   void terminate() {
     process_.signal(SIGTERM);
-    require(process_.wait() == 0, "it does not end in order");
+    require(process_.wait() == 0, "it does not end cleanly");
     require(!std::filesystem::exists(in_), "the socket is left behind");
   }
 

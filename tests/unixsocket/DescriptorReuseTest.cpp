@@ -64,7 +64,7 @@ class CloseInBetween {
     });
     const int thread = closer.get_future().get();
     EXPECT_TRUE(eventually([thread] { return isAsleepOrGone(thread); }));
-    EXPECT_FALSE(opener_.isGiven(descriptor)) << "the call would land on somebody else's file";
+    EXPECT_FALSE(opener_.isGiven(descriptor)) << "the call would reach another file";
     used_ = true;
   }
 

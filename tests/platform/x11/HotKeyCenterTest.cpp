@@ -9,7 +9,7 @@ using HotKeyCenterOnX11 = HotKeyCenterTest;
 
 constexpr unsigned kStateControlAlt = kStateControl | kStateAlt;
 
-/// Virtual key codes beside those of X11Test.h, and their keys.
+/// Virtual key codes in addition to those of X11Test.h, and their keys.
 
 TEST_F(HotKeyCenterOnX11, ACombinationThatAnotherProgramHoldsIsRefusedAndUsesUpNoId) {
   ForeignGrabs other(server.display());
