@@ -38,6 +38,9 @@ APPLICATIONS = {
     "foot": Application("foot", "foot {show}"),
     "alacritty": Application("alacritty", "alacritty -e {show}"),
     "xfce4-terminal": Application("xfce4-terminal", "xfce4-terminal --disable-server -x {show}"),
+    "gnome-terminal": Application("gnome-terminal", "gnome-terminal --wait -- {show}"),
+    "kgx": Application("gnome-console", "kgx -- {show}"),
+    "ptyxis": Application("ptyxis", "ptyxis --standalone -- {show}"),
     "konsole": Application("konsole qtwayland5 qt6-wayland", "konsole -e {show}", copies=False),
     "xterm": Application("xterm", "xterm -e {show}", copies=False, x11=True),
 }
@@ -102,9 +105,9 @@ class ApplicationWindow:
     def find_number(self):
         """Finds a position where a double click selects the number."""
         for x in (640, 600, 570):
-            self.desktop.call("wl-copy", "--primary", "--clear")
+            self.desktop.clear_primary()
             self.desktop.click((x, 400), 2)
-            if eventually(lambda: self.desktop.call("wl-paste", "--primary", "--no-newline") == NUMBER, 1):
+            if eventually(lambda: self.desktop.primary() == NUMBER, 1):
                 self.place = (x, 400)
                 return True
         return False

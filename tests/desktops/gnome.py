@@ -1,9 +1,12 @@
 """Headless GNOME, for scripts/test-desktops."""
+import glob
 import os
 import re
 import subprocess
 import sys
 import time
+
+from pathlib import Path
 
 from session import ROOT, Session, eventually
 
@@ -13,16 +16,21 @@ Name=Seldial
 Exec={}
 NoDisplay=true
 """
+# The bus must not start the portals before GNOME Shell runs; systemd does not do so either.
+SERVICE = """[D-BUS Service]
+Name={}
+Exec=/bin/false
+"""
 SHORTCUTS = "org.gnome.settings-daemon.global-shortcuts"
 
 
 class Gnome(Session):
     name = "GNOME"
-    packages = "gnome-shell xdg-desktop-portal xdg-desktop-portal-gnome gnome-control-center gnome-settings-daemon"
+    packages = ("gnome-shell xdg-desktop-portal xdg-desktop-portal-gnome gnome-control-center gnome-settings-daemon "
+                "xwayland xsel")
     user_target = "seldial"  # the user is a script
     counts_uses = False
     held_for_seven_seconds = True  # dials
-    data_control = False
 
     @classmethod
     def missing(cls):
@@ -31,6 +39,12 @@ class Gnome(Session):
         version = re.search(r"Candidate: (\d+)", policy)
         return None if version and int(version[1]) >= 48 else "this system has no GNOME 48"
 
+    def __init__(self):
+        super().__init__()
+        for name in ("portal.Desktop", "impl.portal.desktop.gnome"):
+            self.write(f"data/dbus-1/services/org.freedesktop.{name}.service",
+                       SERVICE.format(f"org.freedesktop.{name}"))
+
     def start(self):
         self.environment["XDG_CURRENT_DESKTOP"] = "GNOME"
         self.environment["XDG_SESSION_DESKTOP"] = "gnome"
@@ -38,14 +52,22 @@ class Gnome(Session):
         system = f"unix:path={self.directory}/system"
         self.run(["dbus-daemon", "--session", "--nofork", "--address=" + system])
         self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = system
+        self.environment["WAYLAND_DISPLAY"] = "wayland-0"
+        # For programs that the bus starts, such as the servers of terminals.
+        self.call("dbus-update-activation-environment", *(f"{name}={value}" for name, value in self.environment.items()))
         if not eventually(lambda: os.path.exists(self.directory + "/system")):
             raise RuntimeError("no system bus")
         self.allow(self.program)
-        self.process = self.run(["gnome-shell", "--headless", "--no-x11", "--virtual-monitor", "1280x800",
-                                 "--wayland-display", "wayland-0"], LIBGL_ALWAYS_SOFTWARE="1")
+        # So that every window covers the middle of the screen.
+        self.call("gsettings", "set", "org.gnome.mutter", "center-new-windows", "true")
+        os.makedirs("/tmp/.X11-unix", mode=0o1777, exist_ok=True)
+        with open(self.directory + "/shell.log", "w", encoding="utf-8") as log:
+            self.process = self.run(["gnome-shell", "--headless", "--virtual-monitor", "1280x800",
+                                     "--wayland-display", "wayland-0"],
+                                    LIBGL_ALWAYS_SOFTWARE="1", stdout=log, stderr=log,
+                                    env_without=["WAYLAND_DISPLAY"])
         if not eventually(lambda: self.owns("org.gnome.Mutter.RemoteDesktop"), 60):
             raise RuntimeError("there is no Mutter")
-        self.environment["WAYLAND_DISPLAY"] = "wayland-0"
         self.user = self.run(["/usr/bin/python3", str(self.copy(ROOT / "tests/desktops/gnome_user.py"))],
                              stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=sys.stderr, text=True)
         self.keys("+shift -shift")  # so that the seat has a keyboard before the first window
@@ -59,6 +81,37 @@ class Gnome(Session):
         if not eventually(lambda: self.owns("org.freedesktop.portal.Desktop"), 60):
             raise RuntimeError("no portal")
         time.sleep(2)  # until the overview has faded out
+
+    def x11(self):
+        """Environment variables for programs on Xwayland."""
+        log = Path(self.directory, "shell.log").read_text(encoding="utf-8")
+        return {"DISPLAY": re.search(r"public X11 display (:\d+)", log)[1],
+                "XAUTHORITY": glob.glob(self.directory + "/.mutter-Xwaylandauth.*")[0]}
+
+    # GNOME offers no data control, but programs on Xwayland have both selections even without the focus.
+
+    def xsel(self, *options, text=""):
+        process = self.run(["xsel", *options], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, **self.x11())
+        return process.communicate(text, timeout=60)[0]
+
+    def give(self, text, selection="clipboard"):
+        self.xsel("--input", "--" + selection, text=text)
+
+    def clear_primary(self):
+        self.xsel("--clear", "--primary")
+
+    def primary(self):
+        return self.xsel("--output", "--primary")
+
+    def click(self, place, times=1):
+        """Clicks with the left button."""
+        self.keys(f"@{place[0]},{place[1]} 50 " + "+left 30 -left 30 " * times)
+
+    def layouts(self, layouts):
+        """Gives the user other layouts, like GNOME's settings: "de", "us+dvorak", "us,ru"."""
+        sources = ", ".join(f"('xkb', '{layout}')" for layout in layouts.split(","))
+        self.call("gsettings", "set", "org.gnome.desktop.input-sources", "sources", f"[{sources}]")
+        time.sleep(1)  # until the programs have the keymap
 
     def overview(self, method, *value):
         return self.call("gdbus", "call", "--session", "--dest", "org.gnome.Shell", "--object-path",

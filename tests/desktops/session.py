@@ -31,7 +31,6 @@ class Session:
     preset = "debug"
     counts_uses = True  # even while the modifiers stay down
     held_for_seven_seconds = False
-    data_control = True
 
     @classmethod
     def missing(cls):
@@ -111,6 +110,17 @@ class Session:
         process = self.run(list(command), stdout=subprocess.PIPE, text=True)
         output, _ = process.communicate(timeout=60)
         return output if process.returncode == 0 else ""
+
+    def give(self, text, selection="clipboard"):
+        """Puts a text on the clipboard or into PRIMARY, like another program."""
+        self.call("wl-copy", *(["--primary"] if selection == "primary" else []), text)
+
+    def clear_primary(self):
+        self.call("wl-copy", "--primary", "--clear")
+
+    def primary(self):
+        """The text in PRIMARY."""
+        return self.call("wl-paste", "--primary", "--no-newline")
 
     def end_group(self, process):
         """Ends a program that was started with start_new_session, and its child processes."""
