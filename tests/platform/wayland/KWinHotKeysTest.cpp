@@ -5,12 +5,14 @@
 
 #include <utility>
 
+#include "platform/wayland/Desktop.h"
 #include "platform/wayland/KWinHotKeys.h"
 #include "tests/support/Sockets.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/wayland/BareCompositor.h"
 #include "tests/support/wayland/FakeGlobalAccel.h"
 #include "tests/support/wayland/UserKeyboard.h"
+#include "wlr-data-control-unstable-v1-client.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -233,6 +235,37 @@ TEST_F(ModifierProbeTest, AKeyThatAnotherProgramUsesIsNotTaken) {
   ASSERT_TRUE(program->probe.open());
   EXPECT_THAT(plasma.actions(), Contains(Pair("modifiers up 187", ElementsAre(kProbe - 1))));
   EXPECT_THAT(plasma.actions(), Not(Contains(Key("modifiers up 188"))));
+}
+
+/// Adds a global to which clients send no request but the destructor with the opcode 2.
+void addGlobal(wl_display* display, const wl_interface* interface) {
+  wl_global_create(
+      display, interface, 1, const_cast<wl_interface*>(interface),
+      [](wl_client* client, void* bound, std::uint32_t version, std::uint32_t id) {
+        using Request = void (*)(wl_client*, wl_resource*);
+        static constexpr Request kRequests[]{
+            nullptr, nullptr, [](auto*, auto* global) { wl_resource_destroy(global); }};
+        auto* const global = wl_resource_create(client, static_cast<const wl_interface*>(bound),
+                                                static_cast<int>(version), id);
+        wl_resource_set_implementation(global, kRequests, nullptr, nullptr);
+      });
+}
+
+TEST(KWinPortTest, AProgramWithoutADesktopFileIsRefused) {
+  static const wl_interface shell{"org_kde_plasma_shell", 1, 0, nullptr, 0, nullptr};
+  const tests::TemporaryDirectory directory;
+  const std::string path = directory.path("wayland-0");
+  const tests::BareCompositor compositor(
+      path, tests::BareCompositor::Offer::kSeat, [](wl_display* display) {
+        addGlobal(display, &zwlr_data_control_manager_v1_interface);
+        addGlobal(display, &shell);
+      });
+  const auto loop = std::make_shared<linux_port::MainLoop>();
+  testing::internal::CaptureStderr();
+  const auto ports = connect(tests::connectTo(path), loop, [] {});
+  EXPECT_FALSE(ports.hotKeyEvents->registerHotKey(kVK_F5, 0, {0, 1}));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(),
+              HasSubstr("lacks the permission for Seldial to type"));
 }
 
 }  // namespace
