@@ -91,7 +91,7 @@ class JSONValue {
 class JSONString {
  public:
   /// Takes the next piece. Returns false if it wants no more.
-  using Take = std::function<bool(std::string_view piece)>;
+  using Sink = std::function<bool(std::string_view piece)>;
 
   /// Wraps a text that is already JSON.
   JSONString(std::string text);
@@ -100,9 +100,9 @@ class JSONString {
   /// The text that writeJSON() returns.
   [[nodiscard]] static std::optional<JSONString> from(JSONDictionary dictionary);
 
-  /// Passes the text to `take`, in order, in pieces of 16 KiB; the last one may be shorter. No
+  /// Passes the text to `sink`, in order, in pieces of 16 KiB; the last one may be shorter. No
   /// piece is empty.
-  void forEachPiece(const Take& take) const;
+  void forEachPiece(const Sink& sink) const;
 
   /// The whole text.
   [[nodiscard]] std::string string() const;

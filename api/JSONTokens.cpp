@@ -10,8 +10,8 @@ namespace {
 
 // More significant digits than this never change the nearest double, as long as it is known whether
 // there are any. (767 is the most digits that the midpoint of two doubles can have.)
-constexpr std::size_t kMostDigits = 800;
-constexpr std::size_t kMostIntegerDigits = 19;  // of a signed 64-bit integer
+constexpr std::size_t kMaxDigits = 800;
+constexpr std::size_t kMaxIntegerDigits = 19;  // of a signed 64-bit integer
 
 bool isDigit(char character) {
   return character >= '0' && character <= '9';
@@ -27,10 +27,10 @@ struct Decimal {
 
 std::int64_t exponentFrom(std::string_view text) {
   // Larger than the number of digits of any text, but too small to overflow.
-  constexpr std::int64_t kLargest = 1'000'000'000'000'000;
+  constexpr std::int64_t kMaxExponent = 1'000'000'000'000'000;
   std::int64_t exponent = 0;
   for (const char character : text) {
-    if (isDigit(character) && exponent < kLargest) exponent = exponent * 10 + (character - '0');
+    if (isDigit(character) && exponent < kMaxExponent) exponent = exponent * 10 + (character - '0');
   }
   return text.front() == '-' ? -exponent : exponent;
 }
@@ -47,7 +47,7 @@ void readMantissa(std::string_view mantissa, Decimal& decimal) {
     }
     if (afterPoint) --decimal.exponent;
     if (digits.empty() && character == '0') continue;
-    if (digits.size() < kMostDigits) {
+    if (digits.size() < kMaxDigits) {
       digits += character;
     } else {
       ++decimal.exponent;
@@ -76,9 +76,9 @@ Decimal decimalFrom(std::string_view token) {
 
 std::optional<std::int64_t> integerFrom(const Decimal& decimal) {
   if (decimal.digits.empty()) return 0;
-  if (decimal.exponent < 0 || decimal.digits.size() > kMostIntegerDigits) return {};
+  if (decimal.exponent < 0 || decimal.digits.size() > kMaxIntegerDigits) return {};
   const auto zeros = static_cast<std::uint64_t>(decimal.exponent);
-  if (zeros > kMostIntegerDigits - decimal.digits.size()) return {};
+  if (zeros > kMaxIntegerDigits - decimal.digits.size()) return {};
   const std::string text = (decimal.negative ? "-" : "") + decimal.digits + std::string(zeros, '0');
   std::int64_t value = 0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -152,8 +152,8 @@ std::optional<JSONValue> numberFromToken(std::string_view token) {
 }
 
 bool isFiniteNumber(std::string_view token) {
-  constexpr std::size_t kFewDigits = 300;  // without an exponent, less than any double's limit
-  if (token.size() <= kFewDigits && token.find_first_of("eE") == std::string_view::npos)
+  constexpr std::size_t kAlwaysFinite = 300;  // without an exponent, less than any double's limit
+  if (token.size() <= kAlwaysFinite && token.find_first_of("eE") == std::string_view::npos)
     return true;
   return numberFromToken(token).has_value();
 }

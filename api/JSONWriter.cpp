@@ -45,10 +45,10 @@ std::string decimalText(double number) {
   return stream.str();
 }
 
-/// Collects the text and passes it to `take` in pieces of equal size, except the last one.
+/// Collects the text and passes it to `sink` in pieces of equal size, except the last one.
 class Pieces {
  public:
-  explicit Pieces(const JSONString::Take& take) : take_(take) {}
+  explicit Pieces(const JSONString::Sink& sink) : sink_(sink) {}
 
   void append(std::string_view text) {
     while (!text.empty() && wanted_) {
@@ -61,15 +61,15 @@ class Pieces {
 
   /// Passes on the rest.
   void finish() {
-    if (size_ > 0 && wanted_) wanted_ = take_({piece_.data(), size_});
+    if (size_ > 0 && wanted_) wanted_ = sink_({piece_.data(), size_});
     size_ = 0;
   }
 
-  /// False once `take` has returned false.
+  /// False once `sink` has returned false.
   [[nodiscard]] bool wanted() const { return wanted_; }
 
  private:
-  const JSONString::Take& take_;
+  const JSONString::Sink& sink_;
   std::array<char, 16384> piece_;  // NOLINT(*-member-init): filled before it is read
   std::size_t size_ = 0;
   bool wanted_ = true;
@@ -78,7 +78,7 @@ class Pieces {
 /// Writes a dictionary in pieces. Keeps the open containers in a list instead of recursing.
 class Writer {
  public:
-  explicit Writer(const JSONString::Take& take) : pieces_(take) {}
+  explicit Writer(const JSONString::Sink& sink) : pieces_(sink) {}
 
   /// False if the dictionary cannot be written; the text is then incomplete.
   bool write(const JSONDictionary& dictionary) {
@@ -177,7 +177,7 @@ class Writer {
 
 std::optional<std::string> writeJSON(const JSONDictionary& dictionary) {
   std::string text;
-  const JSONString::Take append = [&text](std::string_view piece) {
+  const JSONString::Sink append = [&text](std::string_view piece) {
     text += piece;
     return true;
   };
@@ -194,11 +194,11 @@ std::optional<JSONString> JSONString::from(JSONDictionary dictionary) {
   return JSONString(std::move(dictionary));
 }
 
-void JSONString::forEachPiece(const Take& take) const {
+void JSONString::forEachPiece(const Sink& sink) const {
   if (const auto* dictionary = std::get_if<JSONDictionary>(&content_)) {
-    (void)Writer(take).write(*dictionary);
+    (void)Writer(sink).write(*dictionary);
   } else if (const auto* text = std::get_if<std::string>(&content_)) {
-    Pieces pieces(take);
+    Pieces pieces(sink);
     pieces.append(*text);
     pieces.finish();
   }

@@ -43,7 +43,7 @@ class GDUnixSocketEventsCS::Received {
     return true;
   }
 
-  void giveTo(AppDelegate& main) { takeChunks(main, clientID_, taken()); }
+  void deliverTo(AppDelegate& main) { takeChunks(main, clientID_, taken()); }
 
   [[nodiscard]] const std::string& clientID() const { return clientID_; }
 
@@ -96,7 +96,7 @@ void GDUnixSocketEventsCS::unixSocketServerDidReceiveData(GDUnixSocketServer& /*
   const bool next = lastReceived_ && lastReceived_->clientID() == clientID;
   if (next && lastReceived_->add(data)) return;
   lastReceived_ = std::make_shared<Received>(clientID, data);
-  postLocked([received = lastReceived_](AppDelegate& main) { received->giveTo(main); });
+  postLocked([received = lastReceived_](AppDelegate& main) { received->deliverTo(main); });
 }
 
 void GDUnixSocketEventsCS::unixSocketServerDidFailToReadForClientID(GDUnixSocketServer& /*server*/,

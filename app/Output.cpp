@@ -33,7 +33,7 @@ std::string timeOfDay() {
 }
 
 void printLine(const JSONString& line) {
-  platform::printLine([&line](const auto& take) { line.forEachPiece(take); });
+  platform::printLine([&line](const auto& sink) { line.forEachPiece(sink); });
 }
 
 }  // namespace
@@ -42,7 +42,7 @@ void AppDelegate::log(const std::string& message) {
   if (FlagLog) {
     const bool main = ports_.mainQueue->isMainThread();
     const std::string before = (main ? "" : kSubThreadMarker) + ("Log " + timeOfDay() + "> ");
-    platform::printLine([&](const auto& take) { return take(before) && take(message); });
+    platform::printLine([&](const auto& sink) { return sink(before) && sink(message); });
   }
   if (FlagJsonLog) printLine(LogApi{message}.toJSONString());
 }
@@ -62,7 +62,7 @@ void AppDelegate::sendToClientPipe(const JSONString& message) {
   if (!client->connectWithAutoRead(false)) return log("Unix socket client connect failed");
   log("Unix socket client connect ok at path " + path);
   const auto written =
-      client->writeData([&message](const auto& take) { message.forEachPiece(take); });
+      client->writeData([&message](const auto& sink) { message.forEachPiece(sink); });
   log("Unix socket client bytes written (" + std::to_string(written) + ").");
   log("Now closing unix socket client.");
   client->close();

@@ -9,9 +9,9 @@
 
 namespace seldial::platform {
 
-/// Calls `take` with the pieces of a line, in order, until it returns false. For lines that are too
+/// Calls `sink` with the pieces of a line, in order, until it returns false. For lines that are too
 /// long to be kept in memory.
-using LinePieces = std::function<void(const std::function<bool(std::string_view)>& take)>;
+using LinePieces = std::function<void(const std::function<bool(std::string_view)>& sink)>;
 
 /// Writes `line` and a line break to standard output, never mixed with the lines of other threads.
 /// A pipe that is full because nobody reads it delays a line by at most one second. That line and
@@ -48,13 +48,13 @@ class LineOutput {
 
   bool write(const LinePieces& line);
   bool writePiece(std::string_view piece, Clock::time_point deadline);
-  [[nodiscard]] bool waitForRoom(Clock::time_point deadline) const;
+  [[nodiscard]] bool waitForSpace(Clock::time_point deadline) const;
 
   const int descriptor_;
   const std::chrono::milliseconds timeout_;
   std::mutex mutex_;         ///< guards the members below, and keeps lines whole
   std::size_t lost_ = 0;     ///< lines lost since the last report
-  bool atLineBegin_ = true;  ///< false after the beginning of a line that was dropped
+  bool atLineStart_ = true;  ///< false after the beginning of a line that was dropped
 };
 
 }  // namespace seldial::platform

@@ -57,7 +57,7 @@ std::string makeUuid() {
 
 }  // namespace
 
-void handError(std::optional<Error>* outParameter, std::optional<Error> error) {
+void storeError(std::optional<Error>* outParameter, std::optional<Error> error) {
   if (outParameter != nullptr) *outParameter = std::move(error);
 }
 
@@ -92,11 +92,11 @@ std::optional<Data> GDUnixSocket::readOf(Descriptor::Generation generation,
 
 std::optional<Data> GDUnixSocket::readFromSocket(std::int32_t descriptor,
                                                  std::optional<Error>* error) const {
-  handError(error, {});
+  storeError(error, {});
   std::optional<Data> buffer = makeBuffer(fragmentSize_);
   const auto count = buffer ? ::read(descriptor, buffer->data(), buffer->size()) : -1;
   if (count == -1) {
-    handError(error, errorOfFailedCall(GDUnixSocketErrorReadFailed, descriptor));
+    storeError(error, errorOfFailedCall(GDUnixSocketErrorReadFailed, descriptor));
   }
   if (count <= 0) return {};
   buffer->resize(static_cast<std::size_t>(count));
@@ -118,10 +118,10 @@ std::int64_t GDUnixSocket::writeData(const Data& data, std::optional<Error>* err
 
 std::int64_t GDUnixSocket::write(const Data& data, std::int32_t toSocket,
                                  std::optional<Error>* error) const {
-  handError(error, {});
+  storeError(error, {});
   if (data.empty()) return 0;
   if (auto badSocket = checkForBadSocket(toSocket)) {
-    handError(error, std::move(badSocket));
+    storeError(error, std::move(badSocket));
     return -1;
   }
   const std::int64_t count = platform::writeOnce(toSocket, data.data(), data.size());
@@ -156,7 +156,7 @@ bool GDUnixSocket::closeDescriptor(Descriptor::Generation generation, std::optio
   }
   if (!failure) state_ = GDUnixSocketStateClosed;
   const bool closed = !failure;
-  handError(error, std::move(failure));
+  storeError(error, std::move(failure));
   return closed;
 }
 

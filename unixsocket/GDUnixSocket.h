@@ -208,6 +208,6 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
 };
 
 /// Stores `error`, or none, in an out-parameter that may be null.
-void handError(std::optional<Error>* outParameter, std::optional<Error> error);
+void storeError(std::optional<Error>* outParameter, std::optional<Error> error);
 
 }  // namespace seldial

@@ -40,9 +40,9 @@ void setSendTimeoutOf(int number, milliseconds timeout) {
 /// Waits until the socket can be written to, or its peer is gone. False when the deadline passes
 /// first.
 bool waitUntilWritable(int number, Clock::time_point deadline) {
-  constexpr milliseconds kLongest = std::chrono::hours(1);
+  constexpr milliseconds kMaxWait = std::chrono::hours(1);
   for (;;) {
-    const auto left = timeLeft(deadline, kLongest);
+    const auto left = timeLeft(deadline, kMaxWait);
     if (left == milliseconds::zero()) return false;
     pollfd watched{number, POLLOUT, 0};
     if (::poll(&watched, 1, static_cast<int>(left.count())) > 0) return true;
@@ -85,7 +85,7 @@ void GDUnixSocketClient::setDelegate(std::weak_ptr<GDUnixSocketClientDelegate> d
 bool GDUnixSocketClient::connectWithAutoRead(bool autoRead, std::optional<Error>* error) {
   std::optional<Error> failure = openConnection();
   const bool connected = !failure;
-  handError(error, std::move(failure));
+  storeError(error, std::move(failure));
   if (!connected) return false;
   setStateOf(descriptor().generation(), GDUnixSocketStateConnected);
   if (autoRead) readLoop();
@@ -142,14 +142,14 @@ std::int64_t GDUnixSocketClient::writeData(const Data& data, std::optional<Error
   if (deadline == Clock::time_point::max()) return GDUnixSocket::writeData(data, error);
   const Descriptor::Use use(descriptor());
   if (data.empty() || use.number() == -1) return write(data, use.number(), error);
-  handError(error, {});
+  storeError(error, {});
   const std::int64_t count = writeUntil(use.number(), data, deadline);
-  if (count == -1) handError(error, errorOfFailedCall(GDUnixSocketErrorWriteFailed, use.number()));
+  if (count == -1) storeError(error, errorOfFailedCall(GDUnixSocketErrorWriteFailed, use.number()));
   return count;
 }
 
 std::int64_t GDUnixSocketClient::writeData(const DataPieces& pieces, std::optional<Error>* error) {
-  handError(error, {});
+  storeError(error, {});
   std::int64_t written = 0;
   pieces([&](std::string_view piece) {
     // Once something is written, a failure is a short count.
@@ -176,7 +176,7 @@ std::optional<Data> GDUnixSocketClient::readAndNotify(Descriptor::Generation con
       receiver->unixSocketClientDidReceiveData(*this, *data);
     }
   }
-  handError(error, std::move(failure));
+  storeError(error, std::move(failure));
   return data;
 }
 

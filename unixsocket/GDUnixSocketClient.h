@@ -41,8 +41,8 @@ class GDUnixSocketClient final : public GDUnixSocket {
  public:
   /// Called with the error or none.
   using ConnectCompletion = std::function<void(const std::optional<Error>& error)>;
-  /// Calls `take` with the pieces of some data, in order, until it returns false.
-  using DataPieces = std::function<void(const std::function<bool(std::string_view)>& take)>;
+  /// Calls `sink` with the pieces of some data, in order, until it returns false.
+  using DataPieces = std::function<void(const std::function<bool(std::string_view)>& sink)>;
 
   /// A client for `socketPath`, not connected; null if the path is rejected.
   static std::shared_ptr<GDUnixSocketClient> initWithSocketPath(

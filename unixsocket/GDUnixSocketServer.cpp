@@ -52,7 +52,7 @@ bool GDUnixSocketServer::listenWithMaxConnections(std::int32_t maxConnections,
   std::optional<Error> failure =
       startListening(maxConnections == 0 ? kDefaultBacklog : maxConnections);
   const bool listening = !failure;
-  handError(error, std::move(failure));
+  storeError(error, std::move(failure));
   if (!listening) return false;
   if (const auto receiver = delegate()) receiver->unixSocketServerDidStartListening(*this);
   return true;
@@ -131,7 +131,7 @@ bool GDUnixSocketServer::closeWithError(std::optional<Error>* error, bool inform
     if (informDelegate) notifyClosed(failure);
   }
   const bool closed = !failure;
-  handError(error, std::move(failure));
+  storeError(error, std::move(failure));
   return closed;
 }
 

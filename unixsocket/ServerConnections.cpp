@@ -76,7 +76,7 @@ void GDUnixSocketServer::removeAllClients() {
 
 std::int64_t GDUnixSocketServer::sendData(const Data& data, const std::string& toClientWithID,
                                           std::optional<Error>* error) {
-  handError(error, {});
+  storeError(error, {});
   const MutexLock lock(lock_);
   const auto client = clients_.find(toClientWithID);
   if (client != clients_.end()) return client->second.socket->writeData(data, error);
@@ -97,7 +97,7 @@ void GDUnixSocketServer::sendData(const Data& data, const std::string& toClientW
 }
 
 std::int64_t GDUnixSocketServer::writeData(const Data& /*data*/, std::optional<Error>* error) {
-  handError(error, {});
+  storeError(error, {});
   return 0;
 }
 
@@ -144,9 +144,9 @@ void GDUnixSocketServer::startReader(int accepted, Descriptor::Generation listen
   const auto connection =
       GDUnixSocket::initWithSocketPath(kDummySocketPath, kDefaultFragmentSize, queue());
   connection->setFd(accepted);
-  const auto mayRead = std::make_shared<Gate>();
-  queue()->async([server = self(), connection, mayRead] {
-    mayRead->wait();
+  const auto readGate = std::make_shared<Gate>();
+  queue()->async([server = self(), connection, readGate] {
+    readGate->wait();
     server->readOnConnection(connection);
   });
   if (addAccepted(connection, listening)) {
@@ -156,7 +156,7 @@ void GDUnixSocketServer::startReader(int accepted, Descriptor::Generation listen
     // A close that finished before the connection was in the table has missed it.
     if (!descriptor().holds(listening)) removeAndCloseClient(connection);
   }
-  mayRead->open();
+  readGate->open();
 }
 
 void GDUnixSocketServer::acceptFailed(Descriptor::Generation listening, int errorNumber) {

@@ -11,9 +11,9 @@ namespace seldial {
 
 namespace {
 
-void logMisuse(const char* method, const char* better) {
+void logMisuse(const char* method, const char* replacement) {
   (void)std::fprintf(stderr, "-[QKHotKeyTextField %s] is not what you want. Use %s instead.\n",
-                     method, better);
+                     method, replacement);
 }
 
 /// Whether the key types Escape in the user's layout, without modifiers. With modifiers the
@@ -34,7 +34,7 @@ class QKHotKeyTextField::EditedField final : public QKHotKeyEditedField {
   void setHotKey(const std::shared_ptr<QKHotKey>& hotKey) override { field_.setHotKey(hotKey); }
   void showInEditor(const std::shared_ptr<QKHotKey>& hotKey) override { field_.showHotKey(hotKey); }
   void sendAction() override { Q_EMIT field_.actionSent(); }
-  void resignFocus() override { field_.moveFocusOn(); }
+  void resignFocus() override { field_.advanceFocus(); }
 
  private:
   QKHotKeyTextField& field_;
@@ -107,7 +107,7 @@ void QKHotKeyTextField::focusInEvent(QFocusEvent* event) {
 void QKHotKeyTextField::focusOutEvent(QFocusEvent* event) {
   QLineEdit::focusOutEvent(event);
   endEditing();
-  if (event->reason() == Qt::ActiveWindowFocusReason) moveFocusOn();
+  if (event->reason() == Qt::ActiveWindowFocusReason) advanceFocus();
 }
 
 // A click only sets the focus; it selects nothing.
@@ -126,7 +126,7 @@ void QKHotKeyTextField::beginEditing() {
   isEditing_ = true;
   editing_.setHotKeyField(editedField_);
   editing_.begin();
-  grabKeyboardOfDesktop(true);
+  grabDesktopKeyboard(true);
   if (keyboard_.recording) keyboard_.recording->begin();
   Q_EMIT editingChanged(true);
 }
@@ -135,11 +135,11 @@ void QKHotKeyTextField::endEditing() {
   if (!isEditing_) return;
   isEditing_ = false;
   editing_.end();
-  grabKeyboardOfDesktop(false);
+  grabDesktopKeyboard(false);
   Q_EMIT editingChanged(false);
 }
 
-void QKHotKeyTextField::grabKeyboardOfDesktop(bool grabbed) {
+void QKHotKeyTextField::grabDesktopKeyboard(bool grabbed) {
   // If the grab is refused, the keys that reach the window can still be recorded.
   if (auto* const handle = window()->windowHandle()) (void)handle->setKeyboardGrabEnabled(grabbed);
 }
@@ -155,7 +155,7 @@ void QKHotKeyTextField::processKey(const QKeyEvent& event) {
   editing_.processHotkeyEvent(*key);
 }
 
-void QKHotKeyTextField::moveFocusOn() {
+void QKHotKeyTextField::advanceFocus() {
   if (!focusNextChild()) clearFocus();
 }
 

@@ -75,9 +75,9 @@ class QKHotKeyTextField : public QLineEdit {
   void showHotKey(const std::shared_ptr<QKHotKey>& hotKey);
   void beginEditing();
   void endEditing();
-  void grabKeyboardOfDesktop(bool grabbed);
+  void grabDesktopKeyboard(bool grabbed);
   void processKey(const QKeyEvent& event);
-  void moveFocusOn();
+  void advanceFocus();
 
   const platform::KeyboardPorts keyboard_;
   std::shared_ptr<QKHotKey> hotKey_;

@@ -49,12 +49,12 @@ void reportLostLines() {
 }
 
 std::size_t LineOutput::print(std::string_view line) {
-  return print([line](const auto& take) { take(line); });
+  return print([line](const auto& sink) { sink(line); });
 }
 
 std::size_t LineOutput::print(const LinePieces& line) {
   const std::lock_guard lock(mutex_);
-  if (lost_ > 0 && !waitForRoom(Clock::now())) {
+  if (lost_ > 0 && !waitForSpace(Clock::now())) {
     ++lost_;
     return 0;
   }
@@ -86,7 +86,7 @@ bool LineOutput::write(const LinePieces& line) {
     }
     return inTime;
   };
-  if (!atLineBegin_) append("\n");
+  if (!atLineStart_) append("\n");
   line(append);
   append("\n");
   return inTime && writePiece({buffer, size}, deadline);
@@ -94,11 +94,11 @@ bool LineOutput::write(const LinePieces& line) {
 
 bool LineOutput::writePiece(std::string_view piece, Clock::time_point deadline) {
   while (!piece.empty()) {
-    if (!waitForRoom(deadline)) return false;
+    if (!waitForSpace(deadline)) return false;
     const auto written = ::write(descriptor_, piece.data(), piece.size());
     if (written > 0) {
       const auto count = static_cast<std::size_t>(written);
-      atLineBegin_ = piece[count - 1] == '\n';
+      atLineStart_ = piece[count - 1] == '\n';
       piece.remove_prefix(count);
     } else if (errno == EAGAIN) {  // another process made it non-blocking, and used the space
       if (Clock::now() >= deadline) return false;
@@ -110,7 +110,7 @@ bool LineOutput::writePiece(std::string_view piece, Clock::time_point deadline) 
 }
 
 /// Also returns true if writing would fail.
-bool LineOutput::waitForRoom(Clock::time_point deadline) const {
+bool LineOutput::waitForSpace(Clock::time_point deadline) const {
   for (;;) {
     const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
     pollfd watched{descriptor_, POLLOUT, 0};
