@@ -23,7 +23,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kForever{-1};
+constexpr milliseconds kNoTimeout{-1};
 
 class NoClipboard final : public Clipboard {
  public:
@@ -95,7 +95,7 @@ class TerminationSignals {
 
 void TerminationSignals::run() {
   Event first = Event::kTimeout;
-  while (first == Event::kTimeout) first = next(kForever);
+  while (first == Event::kTimeout) first = next(kNoTimeout);
   if (first == Event::kStop) return;
   quit();
   const Event second = next(posix_port::kTerminationTimeout);

@@ -144,7 +144,7 @@ bool isReadFromPrimary(const std::vector<std::string>& names) {
 }
 
 // Alacritty also clears its selection when a key is typed, but keeps PRIMARY.
-bool copiesByCopyKey(const std::vector<std::string>& names) {
+bool copiesWithCopyKey(const std::vector<std::string>& names) {
   return isOneOf("Alacritty", names);
 }
 

@@ -15,7 +15,7 @@ bool isReadFromPrimary(const std::vector<std::string>& names);
 
 /// Whether a window with these WM_CLASS names belongs to a terminal that copies with the Copy key
 /// and does not pass that key to the program running in it.
-bool copiesByCopyKey(const std::vector<std::string>& names);
+bool copiesWithCopyKey(const std::vector<std::string>& names);
 
 /// Whether a window with these names belongs to an application whose selection cannot be read: a
 /// keystroke does harm, and an old text in PRIMARY looks like a new one.

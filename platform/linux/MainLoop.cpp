@@ -28,7 +28,7 @@ int makeEpollDescriptor() {
   return descriptor;
 }
 
-void addTo(int epoll, int descriptor, std::uint32_t events, EventSource* source) {
+void addToEpoll(int epoll, int descriptor, std::uint32_t events, EventSource* source) {
   epoll_event event{};
   event.events = events;
   event.data.ptr = source;
@@ -54,7 +54,7 @@ MainLoop::MainLoop()
       epoll_(makeEpollDescriptor()),
       interruption_(makeEventDescriptor()) {
   // Edge-triggered: each write ends one wait, and the counter need not be read.
-  addTo(epoll_, wakeUp_, EPOLLIN | EPOLLET, nullptr);
+  addToEpoll(epoll_, wakeUp_, EPOLLIN | EPOLLET, nullptr);
 }
 
 MainLoop::~MainLoop() {
@@ -77,7 +77,7 @@ bool MainLoop::isMainThread() const {
 }
 
 void MainLoop::watch(EventSource& source) {
-  addTo(epoll_, source.descriptor(), EPOLLIN, &source);
+  addToEpoll(epoll_, source.descriptor(), EPOLLIN, &source);
   sources_.push_back(&source);
 }
 

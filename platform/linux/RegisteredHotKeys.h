@@ -46,14 +46,14 @@ class RegisteredHotKeys : public HotKeyEvents {
   }
 
   /// Removes a registration from the list and returns it; nothing if it is not there.
-  std::optional<Registration> take(HotKeyRef ref) {
+  std::optional<Registration> remove(HotKeyRef ref) {
     const auto found =
         std::find_if(registrations_.begin(), registrations_.end(),
                      [ref](const Registration& registration) { return registration.ref == ref; });
     if (found == registrations_.end()) return std::nullopt;
-    std::optional<Registration> taken(std::move(*found));
+    std::optional<Registration> removed(std::move(*found));
     registrations_.erase(found);
-    return taken;
+    return removed;
   }
 
   /// Posts the release of a hot key to the handler.

@@ -40,7 +40,7 @@ std::shared_ptr<RecordingKeyboard> recordingKeyboard(const std::shared_ptr<Sessi
 
 /// Whether an X event says that this window now has the focus. A toolkit may call a window active
 /// before that, when the pointer enters it.
-[[nodiscard]] bool givesFocusTo(std::uint32_t window, const void* event);
+[[nodiscard]] bool isFocusIn(std::uint32_t window, const void* event);
 
 // The copy, which programs of the hot key library do without; see copy/Clipboard.cpp.
 

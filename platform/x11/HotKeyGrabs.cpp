@@ -24,10 +24,11 @@ std::vector<std::uint16_t> variants(std::uint16_t mask, std::uint8_t locks) {
 }
 
 /// A key with one of these modifiers; 0 if there is none.
-xcb_keycode_t carrierOf(const KeyboardMap& map, std::uint8_t modifiers) {
-  for (std::size_t bit = 0; bit < map.carriers.size(); ++bit) {
-    for (unsigned key = 0; (modifiers >> bit & 1) != 0 && key < map.carriers[bit].size(); ++key) {
-      if (map.carriers[bit][key]) return static_cast<xcb_keycode_t>(key);
+xcb_keycode_t modifierKeyFor(const KeyboardMap& map, std::uint8_t modifiers) {
+  for (std::size_t bit = 0; bit < map.modifierKeys.size(); ++bit) {
+    for (unsigned key = 0; (modifiers >> bit & 1) != 0 && key < map.modifierKeys[bit].size();
+         ++key) {
+      if (map.modifierKeys[bit][key]) return static_cast<xcb_keycode_t>(key);
     }
   }
   return 0;
@@ -39,7 +40,7 @@ HotKeyGrabs::HotKeyGrabs(Connection& connection, EventPump& pump, MainQueue& que
                          Keyboards& keyboards)
     : RegisteredHotKeys(queue), connection_(connection), keyboards_(keyboards) {
   pump.add(*this);
-  keyboards.whenModifiersChange([this] { grabAgain(); });
+  keyboards.setModifierChangeHandler([this] { grabAgain(); });
 }
 
 std::optional<HotKeyRef> HotKeyGrabs::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers,
@@ -66,8 +67,8 @@ std::optional<HotKeyGrabs::Combination> HotKeyGrabs::combinationFor(std::uint32_
 }
 
 void HotKeyGrabs::unregisterHotKey(HotKeyRef ref) {
-  if (const auto taken = take(ref)) {
-    if (taken->mask) ungrab(taken->key, *taken->mask);
+  if (const auto removed = remove(ref)) {
+    if (removed->mask) ungrab(removed->key, *removed->mask);
     connection_.synchronise();  // another program can grab it as soon as this returns
   }
 }
@@ -86,16 +87,16 @@ bool HotKeyGrabs::grab(xcb_keycode_t key, std::uint16_t mask) {
     cookies.push_back(xcb_grab_key_checked(connection_.xcb(), 0, connection_.root(), variant, key,
                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
   }
-  bool taken = true;
+  bool granted = true;
   // The first check waits for the replies to all requests.
   for (const auto cookie : cookies) {
-    if (freed(xcb_request_check(connection_.xcb(), cookie))) taken = false;
+    if (freed(xcb_request_check(connection_.xcb(), cookie))) granted = false;
   }
-  if (!taken) {
+  if (!granted) {
     ungrab(key, mask);
     connection_.synchronise();  // the other variants are free before the refusal is reported
   }
-  return taken && !connection_.lost();
+  return granted && !connection_.lost();
 }
 
 void HotKeyGrabs::ungrab(xcb_keycode_t key, std::uint16_t mask) {
@@ -166,7 +167,7 @@ bool HotKeyGrabs::type(std::uint16_t keyCode, std::uint64_t modifierFlags) {
   std::vector<xcb_keycode_t> keys;
   for (std::size_t i = 0; i < kModifiers.size(); ++i) {
     if ((modifierFlags & kModifiers[i].flag) != 0)
-      keys.push_back(carrierOf(map, map.masks.bits[i]));
+      keys.push_back(modifierKeyFor(map, map.masks.bits[i]));
   }
   keys.push_back(linux_port::keyAtPosition(keyCode).value_or(0));
   if (std::find(keys.begin(), keys.end(), 0) != keys.end()) return false;

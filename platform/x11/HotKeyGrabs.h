@@ -45,7 +45,7 @@ class HotKeyGrabs final : public linux_port::RegisteredHotKeys<HotKeyGrab>, publ
   /// Types a hot key; see typeHotKey().
   [[nodiscard]] bool type(std::uint16_t keyCode, std::uint64_t modifierFlags);
 
-  [[nodiscard]] bool anyRegistered() const { return !registrations_.empty(); }
+  [[nodiscard]] bool hasRegistrations() const { return !registrations_.empty(); }
 
   /// The hot keys that are held. While one is held, the server sends us every key event, including
   /// synthetic ones.

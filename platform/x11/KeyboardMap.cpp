@@ -22,16 +22,16 @@ class Answers {
         keys_(perKey_ == 0 ? 0 : static_cast<int>(symbols.length) / perKey_),
         firstKey_(firstKey),
         modifiers_(xcb_input_get_device_modifier_mapping_keymaps(&modifiers)),
-        perRow_(modifiers.keycodes_per_modifier) {}
+        keysPerRow_(modifiers.keycodes_per_modifier) {}
 
   [[nodiscard]] KeySet row(int row) const {
     KeySet keys;
-    for (int i = 0; i < perRow_; ++i) keys.set(modifiers_[row * perRow_ + i]);
+    for (int i = 0; i < keysPerRow_; ++i) keys.set(modifiers_[row * keysPerRow_ + i]);
     return keys.reset(0);  // the server fills unused places with 0
   }
 
   /// Whether the key produces one of the symbols at any level.
-  [[nodiscard]] bool makes(unsigned key, std::initializer_list<xcb_keysym_t> wanted) const {
+  [[nodiscard]] bool produces(unsigned key, std::initializer_list<xcb_keysym_t> wanted) const {
     const auto* const symbols = symbolsOf(key);
     return symbols != nullptr && std::find_first_of(symbols, symbols + perKey_, wanted.begin(),
                                                     wanted.end()) != symbols + perKey_;
@@ -57,7 +57,7 @@ class Answers {
   int keys_;
   int firstKey_;
   const std::uint8_t* modifiers_;
-  int perRow_;
+  int keysPerRow_;
 };
 
 /// The first modifier with a key that produces one of the symbols.
@@ -65,7 +65,7 @@ std::uint8_t maskOf(const Answers& answers, std::initializer_list<xcb_keysym_t> 
   for (int row = 0; row < kRows; ++row) {
     const KeySet keys = answers.row(row);
     for (unsigned key = 0; key < keys.size(); ++key) {
-      if (keys[key] && answers.makes(key, symbols)) return static_cast<std::uint8_t>(1U << row);
+      if (keys[key] && answers.produces(key, symbols)) return static_cast<std::uint8_t>(1U << row);
     }
   }
   return 0;
@@ -93,7 +93,7 @@ KeyboardMap mapOf(const Answers& answers) {
   KeyboardMap map;
   map.masks = masksOf(answers);
   for (int row = 0; row < kRows; ++row) {
-    map.carriers[static_cast<std::size_t>(row)] = answers.row(row);
+    map.modifierKeys[static_cast<std::size_t>(row)] = answers.row(row);
     map.modifiers |= answers.row(row);
     if ((map.masks.locks >> row & 1U) == 0) map.heldModifiers |= answers.row(row);
   }

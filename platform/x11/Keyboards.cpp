@@ -25,7 +25,7 @@ struct Slave {
   xcb_input_xi_get_property_cookie_t isXTest;
 };
 
-bool answersYes(xcb_connection_t* xcb, xcb_input_xi_get_property_cookie_t cookie) {
+bool isXTestDevice(xcb_connection_t* xcb, xcb_input_xi_get_property_cookie_t cookie) {
   const auto reply = freed(xcb_input_xi_get_property_reply(xcb, cookie, nullptr));
   if (!reply || reply->format != 8 || reply->num_items == 0) return false;
   return *static_cast<const std::uint8_t*>(xcb_input_xi_get_property_items(reply.get())) == 1;
@@ -77,7 +77,7 @@ bool Keyboards::readDevices() {
   const auto typingBefore = std::exchange(typing_, 0);
   physical_.clear();
   for (const auto& slave : slaves) {
-    const bool types = answersYes(xcb, slave.isXTest);
+    const bool types = isXTestDevice(xcb, slave.isXTest);
     if (!types) physical_.push_back(slave.device);
     if (types && typing_ == 0) typing_ = slave.device;
   }

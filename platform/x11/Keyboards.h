@@ -40,12 +40,12 @@ struct ModifierMasks {
 /// The keys of one keyboard.
 struct KeyboardMap {
   ModifierMasks masks;
-  std::array<KeySet, 8> carriers;  ///< the keys of each modifier, by bit of the state
-  KeySet modifiers;                ///< the keys of all modifiers
-  KeySet heldModifiers;            ///< those of `modifiers` that do not lock or latch
-  xcb_keycode_t control = 0;       ///< the key to press for Control; 0 when there is none
-  xcb_keycode_t insert = 0;        ///< the key to press for Insert; 0 when there is none
-  xcb_keycode_t copy = 0;          ///< the key to press for Copy; 0 when there is none
+  std::array<KeySet, 8> modifierKeys;  ///< the keys of each modifier, by bit of the state
+  KeySet modifiers;                    ///< the keys of all modifiers
+  KeySet heldModifiers;                ///< those of `modifiers` that do not lock or latch
+  xcb_keycode_t control = 0;           ///< the key to press for Control; 0 when there is none
+  xcb_keycode_t insert = 0;            ///< the key to press for Insert; 0 when there is none
+  xcb_keycode_t copy = 0;              ///< the key to press for Copy; 0 when there is none
 };
 
 /// Requests the map of one keyboard from the server, on construction; several requests can be
@@ -81,7 +81,7 @@ class Keyboards final : public EventHandler {
   bool load();
 
   /// Sets the function to call when the modifiers of the master keyboard have changed.
-  void whenModifiersChange(std::function<void()> changed) { changed_ = std::move(changed); }
+  void setModifierChangeHandler(std::function<void()> changed) { changed_ = std::move(changed); }
 
   /// The map of the master keyboard, which is that of the keyboard that was used last.
   [[nodiscard]] const KeyboardMap& map() const { return map_; }
@@ -129,9 +129,9 @@ class RecordedKeys final : public RecordingKeyboard {
   std::optional<KeyEvent> read(std::uint32_t key, std::uint32_t state, bool pressed) override;
 
  private:
-  [[nodiscard]] unsigned carriedBy(std::uint32_t key) const;
-  [[nodiscard]] unsigned carriedByHeldKeys() const;
-  [[nodiscard]] unsigned stateAfter(unsigned state, unsigned carried, bool pressed) const;
+  [[nodiscard]] unsigned modifiersOf(std::uint32_t key) const;
+  [[nodiscard]] unsigned modifiersOfHeldKeys() const;
+  [[nodiscard]] unsigned stateAfter(unsigned state, unsigned modifiers, bool pressed) const;
   [[nodiscard]] std::uint64_t flagsFor(unsigned state) const;
 
   Keyboards& keyboards_;

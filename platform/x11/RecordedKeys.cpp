@@ -33,44 +33,44 @@ std::optional<KeyEvent> RecordedKeys::read(std::uint32_t key, std::uint32_t stat
   const auto position = linux_port::virtualKeyAtPosition(key);
   if (!position) return {};
   if (key < held_.size()) held_.set(key, pressed);
-  const unsigned carried = carriedBy(key);
+  const unsigned modifiers = modifiersOf(key);
   KeyEvent event;
-  if (carried == 0) {
+  if (modifiers == 0) {
     event.type = pressed ? KeyEvent::kKeyDown : KeyEvent::kKeyUp;
     event.keyCode = *position;
     event.modifierFlags = flagsFor(state);
     if (setsFunctionFlag(*position)) event.modifierFlags |= kModifierFlagFunction;
     return event;
   }
-  if ((carried & kLockBit) != 0 && !pressed) return {};
+  if ((modifiers & kLockBit) != 0 && !pressed) return {};
   event.type = KeyEvent::kFlagsChanged;
-  event.keyCode = modifierKeyCode(*position, flagsFor(carried));
-  event.modifierFlags = flagsFor(stateAfter(state, carried, pressed));
+  event.keyCode = modifierKeyCode(*position, flagsFor(modifiers));
+  event.modifierFlags = flagsFor(stateAfter(state, modifiers, pressed));
   return event;
 }
 
 /// The modifier bits of the key. Of the locks, only Caps Lock counts as a modifier; the others are
 /// ordinary keys.
-unsigned RecordedKeys::carriedBy(std::uint32_t key) const {
+unsigned RecordedKeys::modifiersOf(std::uint32_t key) const {
   const auto& map = keyboards_.map();
-  unsigned carried = 0;
-  for (std::size_t bit = 0; key < held_.size() && bit < map.carriers.size(); ++bit) {
-    if (map.carriers[bit][key]) carried |= 1U << bit;
+  unsigned modifiers = 0;
+  for (std::size_t bit = 0; key < held_.size() && bit < map.modifierKeys.size(); ++bit) {
+    if (map.modifierKeys[bit][key]) modifiers |= 1U << bit;
   }
-  return carried & (~unsigned{map.masks.locks} | kLockBit);
+  return modifiers & (~unsigned{map.masks.locks} | kLockBit);
 }
 
-unsigned RecordedKeys::carriedByHeldKeys() const {
-  unsigned carried = 0;
+unsigned RecordedKeys::modifiersOfHeldKeys() const {
+  unsigned modifiers = 0;
   for (std::uint32_t key = 0; key < held_.size(); ++key) {
-    if (held_[key]) carried |= carriedBy(key);
+    if (held_[key]) modifiers |= modifiersOf(key);
   }
-  return carried;
+  return modifiers;
 }
 
-unsigned RecordedKeys::stateAfter(unsigned state, unsigned carried, bool pressed) const {
-  if ((carried & kLockBit) != 0) return state ^ kLockBit;
-  return pressed ? state | carried : state & ~(carried & ~carriedByHeldKeys());
+unsigned RecordedKeys::stateAfter(unsigned state, unsigned modifiers, bool pressed) const {
+  if ((modifiers & kLockBit) != 0) return state ^ kLockBit;
+  return pressed ? state | modifiers : state & ~(modifiers & ~modifiersOfHeldKeys());
 }
 
 std::uint64_t RecordedKeys::flagsFor(unsigned state) const {

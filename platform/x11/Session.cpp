@@ -74,7 +74,7 @@ bool isFocusChangeOfGrab(const void* event) {
   return mode == XCB_NOTIFY_MODE_GRAB || mode == XCB_NOTIFY_MODE_UNGRAB;
 }
 
-bool givesFocusTo(std::uint32_t window, const void* event) {
+bool isFocusIn(std::uint32_t window, const void* event) {
   const auto& generic = *static_cast<const xcb_generic_event_t*>(event);
   if (kindOf(generic) != XCB_FOCUS_IN || isFocusChangeOfGrab(event)) return false;
   const auto& focus = as<xcb_focus_in_event_t>(generic);

@@ -111,7 +111,7 @@ class SelectionClipboard final : public Clipboard {
       : session_(std::move(session)),
         primary_(*session_),
         empty_(session_->connection, session_->pump,
-               [this] { takenBeforeCopy_ = primary_.timesTaken(); }),
+               [this] { ownerChangesBeforeCopy_ = primary_.ownerChanges(); }),
         keystroke_(*session_) {}
 
   void clear() override {
@@ -124,7 +124,8 @@ class SelectionClipboard final : public Clipboard {
   [[nodiscard]] bool copySelection() override {
     if (!keystroke_.isPossible()) return false;
     focused_ = findFocusedWindow(session_->connection);
-    if (linux_port::copiesByCopyKey(focused_.names) && keystroke_.isPossible(CopyChord::kCopyKey)) {
+    if (linux_port::copiesWithCopyKey(focused_.names) &&
+        keystroke_.isPossible(CopyChord::kCopyKey)) {
       type(CopyChord::kCopyKey);
     } else if (linux_port::isReadFromPrimary(focused_.names)) {
       source_ = Source::kPrimary;
@@ -143,7 +144,7 @@ class SelectionClipboard final : public Clipboard {
     xcb_atom_t selection = connection.atoms().clipboard;
     if (source_ == Source::kPrimary) {
       selection = XCB_ATOM_PRIMARY;
-      if (!isSelectionOfFocused(ownerOf(connection, selection))) return {};
+      if (!isOwnedByFocusedProgram(ownerOf(connection, selection))) return {};
     }
     // Nothing comes if nobody owns the selection, or if this program still does.
     auto text = readSelectionText(connection, session_->pump, selection);
@@ -165,17 +166,17 @@ class SelectionClipboard final : public Clipboard {
 
   /// Whether PRIMARY is the selection of the focused window. A busy program takes PRIMARY some time
   /// after the click that selects, so this is checked as late as possible.
-  [[nodiscard]] bool isSelectionOfFocused(xcb_window_t owner) const {
+  [[nodiscard]] bool isOwnedByFocusedProgram(xcb_window_t owner) const {
     session_->pump.handleArrived();
     return owner != XCB_WINDOW_NONE && !primary_.isStaleIn(focused_.window) &&
-           areOfOneProgram(session_->connection, focused_.window, owner);
+           belongToSameProgram(session_->connection, focused_.window, owner);
   }
 
   /// Whether a copied text may be one that the application does not show as selected.
   [[nodiscard]] bool mayBeUnselected(const std::string& text) const {
     if (linux_port::mayBeCurrentLine(focused_.names, text)) return true;
     return linux_port::takesPrimaryAfterCopying(focused_.names) &&
-           primary_.timesTaken() == takenBeforeCopy_;
+           primary_.ownerChanges() == ownerChangesBeforeCopy_;
   }
 
   enum class Source {
@@ -189,8 +190,8 @@ class SelectionClipboard final : public Clipboard {
   EmptyClipboard empty_;
   CopyKeystroke keystroke_;
   Source source_ = Source::kClipboard;
-  FocusedWindow focused_;         ///< the window whose selection is read
-  unsigned takenBeforeCopy_ = 0;  ///< timesTaken() when we lost CLIPBOARD
+  FocusedWindow focused_;                ///< the window whose selection is read
+  unsigned ownerChangesBeforeCopy_ = 0;  ///< ownerChanges() when we lost CLIPBOARD
 };
 
 }  // namespace

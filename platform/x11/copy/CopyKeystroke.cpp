@@ -50,7 +50,7 @@ bool CopyKeystroke::isPossible(CopyChord chord) {
 
 void CopyKeystroke::press(CopyChord chord) {
   chord_ = chord;
-  underWay_ = true;
+  copying_ = true;
   watchKeys();
   releaseHeldKeys();
   const KeyboardMap& map = keyboards_.typingMap();
@@ -95,7 +95,7 @@ void CopyKeystroke::pressHeldModifiersAgain() {
     synthetic_.set(control);
     type(control, true);
   }
-  underWay_ = false;
+  copying_ = false;
   releaseSyntheticKeysExcept(physical);
 }
 
@@ -132,7 +132,7 @@ void CopyKeystroke::releasedByUser(xcb_keycode_t key) {
 // Raw events come from every keyboard, even a grabbed one, and wake the program up for every key.
 // So they are selected only while they are needed.
 void CopyKeystroke::watchKeys() {
-  const bool needed = underWay_ || synthetic_.any();
+  const bool needed = copying_ || synthetic_.any();
   if (std::exchange(watching_, needed) == needed) return;
   connection_.selectRawInput(
       XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE, needed);

@@ -52,7 +52,7 @@ class CopyKeystroke final : public EventHandler {
   Keyboards& keyboards_;
   HotKeyGrabs& hotKeys_;
   CopyChord chord_ = CopyChord::kControlInsert;  ///< of the last press()
-  bool underWay_ = false;                        ///< between press() and release()
+  bool copying_ = false;                         ///< between press() and release()
   bool watching_ = false;                        ///< raw key events are selected
   bool changed_ = false;  ///< the user pressed or released a key since it was last checked
   KeySet taken_;          ///< modifiers that press() released though the user holds them

@@ -11,7 +11,7 @@ namespace seldial::platform::x11 {
 namespace {
 
 /// The longest WM_CLASS that is read, in units of four bytes.
-constexpr std::uint32_t kLongestName = 256;
+constexpr std::uint32_t kMaxNameLength = 256;
 
 /// The window that receives keys if no window has the focus: the innermost one under the pointer.
 xcb_window_t windowUnderPointer(const Connection& connection) {
@@ -47,7 +47,7 @@ std::vector<std::string> namesIn(const xcb_get_property_reply_t& property) {
 bool isRemote(const Connection& connection, xcb_window_t window) {
   auto* const xcb = connection.xcb();
   const auto cookie = xcb_get_property(xcb, 0, window, XCB_ATOM_WM_CLIENT_MACHINE,
-                                       XCB_GET_PROPERTY_TYPE_ANY, 0, kLongestName);
+                                       XCB_GET_PROPERTY_TYPE_ANY, 0, kMaxNameLength);
   const auto reply = freed(xcb_get_property_reply(xcb, cookie, nullptr));
   std::array<char, HOST_NAME_MAX + 1> ours{};
   if (!reply || reply->type == XCB_ATOM_NONE || gethostname(ours.data(), HOST_NAME_MAX) != 0) {
@@ -87,7 +87,7 @@ FocusedWindow findFocusedWindow(const Connection& connection) {
   for (auto window = inputWindow(connection); window != XCB_WINDOW_NONE && result.names.empty();) {
     result.window = window;
     const auto property =
-        xcb_get_property(xcb, 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, kLongestName);
+        xcb_get_property(xcb, 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, kMaxNameLength);
     const auto tree = xcb_query_tree(xcb, window);
     const auto names = freed(xcb_get_property_reply(xcb, property, nullptr));
     const auto around = freed(xcb_query_tree_reply(xcb, tree, nullptr));
@@ -97,7 +97,7 @@ FocusedWindow findFocusedWindow(const Connection& connection) {
   return result;
 }
 
-bool areOfOneProgram(const Connection& connection, xcb_window_t one, xcb_window_t other) {
+bool belongToSameProgram(const Connection& connection, xcb_window_t one, xcb_window_t other) {
   if (connection.clientOf(one) == connection.clientOf(other)) return true;
   const auto processes = processesOf(connection, {one, other});
   return processes.size() == 2 && processes[0] == processes[1] && !isRemote(connection, one);

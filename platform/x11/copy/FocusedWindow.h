@@ -19,6 +19,6 @@ FocusedWindow findFocusedWindow(const Connection& connection);
 
 /// Whether two windows belong to the same X client or, because a program may have several
 /// connections to the server, to the same process on this machine. At most three round trips.
-bool areOfOneProgram(const Connection& connection, xcb_window_t one, xcb_window_t other);
+bool belongToSameProgram(const Connection& connection, xcb_window_t one, xcb_window_t other);
 
 }  // namespace seldial::platform::x11

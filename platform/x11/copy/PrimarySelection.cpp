@@ -10,7 +10,7 @@ namespace {
 
 /// The maximum number of windows recorded between two selections. A click adds all nested windows
 /// under the pointer, about four.
-constexpr std::size_t kMostWindows = 1000;
+constexpr std::size_t kMaxWindows = 1000;
 
 /// Higher buttons are wheels.
 constexpr std::uint32_t kLastMainButton = 3;
@@ -54,7 +54,7 @@ PrimarySelection::~PrimarySelection() {
 bool PrimarySelection::isStaleIn(xcb_window_t window) const {
   const auto press = presses_.find(window);
   return (press != presses_.end() && wasTakenBefore(press->second)) ||
-         (forgotten_ && wasTakenBefore(*forgotten_));
+         (droppedPress_ && wasTakenBefore(*droppedPress_));
 }
 
 bool PrimarySelection::wasTakenBefore(xcb_timestamp_t time) const {
@@ -63,7 +63,7 @@ bool PrimarySelection::wasTakenBefore(xcb_timestamp_t time) const {
 
 // Replacing a hot key has no effect: both steps are done before the loop is idle.
 void PrimarySelection::idle() {
-  if (hotKeys_.anyRegistered() != watching_ && !connection_.lost()) watch(!watching_);
+  if (hotKeys_.hasRegistrations() != watching_ && !connection_.lost()) watch(!watching_);
 }
 
 void PrimarySelection::watch(bool watching) {
@@ -73,7 +73,7 @@ void PrimarySelection::watch(bool watching) {
   takenEvent_ = xfixes->first_event + XCB_XFIXES_SELECTION_NOTIFY;
   taken_.reset();
   presses_.clear();
-  forgotten_.reset();
+  droppedPress_.reset();
   auto* const xcb = connection_.xcb();
   // The server accepts no other request of the extension before this one.
   xcb_discard_reply(xcb, xcb_xfixes_query_version(xcb, 1, 0).sequence);
@@ -98,7 +98,7 @@ bool PrimarySelection::handle(const xcb_generic_event_t& event) {
 // `time` is the time of the user's action, as stated by the owner. It may precede a press that
 // has already been reported.
 void PrimarySelection::taken(xcb_timestamp_t time) {
-  ++timesTaken_;
+  ++ownerChanges_;
   taken_ = time;
   std::erase_if(presses_, [this](const auto& press) { return !wasTakenBefore(press.second); });
 }
@@ -109,9 +109,9 @@ void PrimarySelection::pressed(std::uint16_t pointer, std::uint32_t button, xcb_
        window != XCB_WINDOW_NONE; window = childAtPointer(connection_, pointer, window)) {
     presses_[window] = time;
   }
-  if (presses_.size() <= kMostWindows) return;
+  if (presses_.size() <= kMaxWindows) return;
   presses_.clear();
-  forgotten_ = time;
+  droppedPress_ = time;
 }
 
 }  // namespace seldial::platform::x11

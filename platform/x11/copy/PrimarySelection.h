@@ -27,7 +27,7 @@ class PrimarySelection final : public EventHandler {
   [[nodiscard]] bool isStaleIn(xcb_window_t window) const;
 
   /// How often PRIMARY was taken, as far as it was watched.
-  [[nodiscard]] unsigned timesTaken() const { return timesTaken_; }
+  [[nodiscard]] unsigned ownerChanges() const { return ownerChanges_; }
 
   bool handle(const xcb_generic_event_t& event) override;
   /// Starts or stops watching.
@@ -44,12 +44,12 @@ class PrimarySelection final : public EventHandler {
   const HotKeyGrabs& hotKeys_;
   bool watching_ = false;
   int takenEvent_ = 0;  ///< the event type of XFixes' SelectionNotify
-  unsigned timesTaken_ = 0;
+  unsigned ownerChanges_ = 0;
   std::optional<xcb_timestamp_t>
       taken_;  ///< when PRIMARY was taken; nothing: before it was watched
   /// The last press in each window since `taken_`.
   std::map<xcb_window_t, xcb_timestamp_t> presses_;
-  std::optional<xcb_timestamp_t> forgotten_;  ///< a press in a window that is no longer recorded
+  std::optional<xcb_timestamp_t> droppedPress_;  ///< a press in a window that is no longer recorded
 };
 
 }  // namespace seldial::platform::x11

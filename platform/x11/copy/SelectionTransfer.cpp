@@ -17,7 +17,7 @@ constexpr std::chrono::seconds kTimeout{1};
 constexpr std::chrono::seconds kTimeLimit{5};
 
 /// The longest text that is read.
-constexpr std::size_t kMostBytes = std::size_t{256} * 1024 * 1024;
+constexpr std::size_t kMaxBytes = std::size_t{256} * 1024 * 1024;
 
 }  // namespace
 
@@ -33,7 +33,7 @@ std::optional<std::string> readSelectionText(Connection& connection, EventPump& 
   const Atoms& atoms = connection.atoms();
   const auto begin = EventPump::Clock::now();
   const auto deadline = begin + kTimeout;
-  SelectionTransfer transfer(connection, pump, kMostBytes, begin + kTimeLimit);
+  SelectionTransfer transfer(connection, pump, kMaxBytes, begin + kTimeLimit);
   // STRING last: some owners use escape sequences in it for characters that Latin-1 lacks.
   for (const auto target : {atoms.utf8String, atoms.utf8PlainText, xcb_atom_t{XCB_ATOM_STRING}}) {
     auto answer = transfer.ask(selection, target, deadline);
@@ -48,11 +48,11 @@ std::optional<std::string> readSelectionText(Connection& connection, EventPump& 
   return {};
 }
 
-SelectionTransfer::SelectionTransfer(Connection& connection, EventPump& pump, std::size_t mostBytes,
+SelectionTransfer::SelectionTransfer(Connection& connection, EventPump& pump, std::size_t maxBytes,
                                      EventPump::Clock::time_point end)
     : connection_(connection),
       pump_(pump),
-      mostBytes_(mostBytes),
+      maxBytes_(maxBytes),
       end_(end),
       window_(xcb_generate_id(connection.xcb())) {
   const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
@@ -75,7 +75,7 @@ std::optional<SelectionAnswer> SelectionTransfer::ask(xcb_atom_t selection, xcb_
   xcb_convert_selection(connection_.xcb(), window_, selection, target, target, XCB_CURRENT_TIME);
   if (!pump_.serveUntil(deadline, [this] { return answered_.has_value(); })) return {};
   if (*answered_ == XCB_ATOM_NONE) return SelectionAnswer{};
-  pieceCame_ = false;  // the property that announces the pieces is not one of them
+  pieceArrived_ = false;  // the property that announces the pieces is not one of them
   auto answer = takeProperty();
   return answer && answer->type == connection_.atoms().incr ? takePieces() : answer;
 }
@@ -84,7 +84,7 @@ std::optional<SelectionAnswer> SelectionTransfer::ask(xcb_atom_t selection, xcb_
 std::optional<SelectionAnswer> SelectionTransfer::takeProperty() {
   auto* const xcb = connection_.xcb();
   const auto cookie = xcb_get_property(xcb, 1, window_, *answered_, XCB_ATOM_ANY, 0,
-                                       static_cast<std::uint32_t>(mostBytes_ / 4));
+                                       static_cast<std::uint32_t>(maxBytes_ / 4));
   const auto reply = freed(xcb_get_property_reply(xcb, cookie, nullptr));
   if (!reply || reply->bytes_after != 0) return {};
   return SelectionAnswer{reply->type,
@@ -96,9 +96,10 @@ std::optional<SelectionAnswer> SelectionTransfer::takePieces() {
   SelectionAnswer whole;
   for (;;) {
     const auto deadline = std::min(EventPump::Clock::now() + kTimeout, end_);
-    if (!pump_.serveUntil(deadline, [this] { return std::exchange(pieceCame_, false); })) return {};
+    if (!pump_.serveUntil(deadline, [this] { return std::exchange(pieceArrived_, false); }))
+      return {};
     const auto piece = takeProperty();
-    if (!piece || piece->bytes.size() > mostBytes_ - whole.bytes.size()) return {};
+    if (!piece || piece->bytes.size() > maxBytes_ - whole.bytes.size()) return {};
     if (piece->type == XCB_ATOM_NONE) continue;  // already read with the previous piece
     if (whole.type == XCB_ATOM_NONE) whole.type = piece->type;
     if (piece->bytes.empty()) return whole;
@@ -116,7 +117,7 @@ bool SelectionTransfer::handle(const xcb_generic_event_t& event) {
   if (kindOf(event) != XCB_PROPERTY_NOTIFY) return false;
   const auto& change = as<xcb_property_notify_event_t>(event);
   if (change.window != window_) return false;
-  if (change.state == XCB_PROPERTY_NEW_VALUE && answered_ == change.atom) pieceCame_ = true;
+  if (change.state == XCB_PROPERTY_NEW_VALUE && answered_ == change.atom) pieceArrived_ = true;
   return true;
 }
 

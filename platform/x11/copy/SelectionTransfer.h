@@ -30,8 +30,8 @@ struct SelectionAnswer {
 /// too late, or continues an abandoned transfer, does no harm. Main thread only.
 class SelectionTransfer final : public EventHandler {
  public:
-  /// Abandons an answer of more than `mostBytes`, or one that is not complete at `end`.
-  SelectionTransfer(Connection& connection, EventPump& pump, std::size_t mostBytes,
+  /// Abandons an answer of more than `maxBytes`, or one that is not complete at `end`.
+  SelectionTransfer(Connection& connection, EventPump& pump, std::size_t maxBytes,
                     EventPump::Clock::time_point end);
   ~SelectionTransfer() override;
   SelectionTransfer(const SelectionTransfer&) = delete;
@@ -50,12 +50,12 @@ class SelectionTransfer final : public EventHandler {
 
   Connection& connection_;
   EventPump& pump_;
-  const std::size_t mostBytes_;
+  const std::size_t maxBytes_;
   const EventPump::Clock::time_point end_;
   xcb_window_t window_;
   xcb_atom_t target_ = XCB_ATOM_NONE;
   std::optional<xcb_atom_t> answered_;  ///< the property of the owner's answer
-  bool pieceCame_ = false;
+  bool pieceArrived_ = false;
 };
 
 }  // namespace seldial::platform::x11
