@@ -42,7 +42,9 @@ const zwlr_data_control_source_v1_listener kSourceListener{
     [](void* data, zwlr_data_control_source_v1* source) { self(data).sourceCancelled(source); }};
 
 const wl_callback_listener kTakenListener{
-    [](void* data, wl_callback* /*callback*/, std::uint32_t /*serial*/) { self(data).taken(); }};
+    [](void* data, wl_callback* /*callback*/, std::uint32_t /*serial*/) {
+      self(data).ownershipTaken();
+    }};
 
 }  // namespace
 
@@ -58,28 +60,28 @@ DataControl::~DataControl() {
   if (device_) zwlr_data_control_device_v1_destroy(device_.release());
 }
 
-void DataControl::takeEmpty() {
-  taken_ = false;
+void DataControl::takeOwnership() {
+  ownershipTaken_ = false;
   if (!device_) return;
   // The previous source, if any, is then cancelled and destroyed.
   empty_ = zwlr_data_control_manager_v1_create_data_source(display_.dataControl());
   zwlr_data_control_source_v1_add_listener(empty_, &kSourceListener, this);
   zwlr_data_control_source_v1_offer(empty_, kEmptyClipboardType);
   zwlr_data_control_device_v1_set_selection(device_.get(), empty_);
-  taking_ = display_.requestCallback();
-  wl_callback_add_listener(taking_.get(), &kTakenListener, this);
+  takeCallback_ = display_.requestCallback();
+  wl_callback_add_listener(takeCallback_.get(), &kTakenListener, this);
   display_.willWait();
 }
 
 /// All clipboard changes up to our own have been reported.
-void DataControl::taken() {
-  taking_.reset();
-  taken_ = empty_ != nullptr && device_ != nullptr;
+void DataControl::ownershipTaken() {
+  takeCallback_.reset();
+  ownershipTaken_ = empty_ != nullptr && device_ != nullptr;
   changed_ = false;
 }
 
 std::optional<std::string> DataControl::copiedText() {
-  if (!display_.synchronise() || !taken_) return {};
+  if (!display_.synchronise() || !ownershipTaken_) return {};
   const bool copied = empty_ == nullptr && changed_ && clipboard_ != nullptr;
   if (!copied || offers_[clipboard_] == std::size(kTextTypes)) return {};
   return receive(kTextTypes[offers_[clipboard_]]);
@@ -129,7 +131,7 @@ void DataControl::sourceCancelled(zwlr_data_control_source_v1* source) {
 }
 
 void WaylandClipboard::clear() {
-  data_.takeEmpty();
+  data_.takeOwnership();
 }
 
 bool WaylandClipboard::copySelection() {

@@ -33,10 +33,10 @@ class DataControl {
   /// Takes ownership of the clipboard, without any text. What other programs put there afterwards
   /// counts as copied. Does not wait for the compositor, which handles requests in order: a key
   /// that is typed next arrives later.
-  void takeEmpty();
+  void takeOwnership();
 
-  /// The text that has been copied since takeEmpty(). Nothing if the compositor refused that, no
-  /// program has copied, the copied data is not text, it is longer than 256 MiB, no piece of it
+  /// The text that has been copied since takeOwnership(). Nothing if the compositor refused that,
+  /// no program has copied, the copied data is not text, it is longer than 256 MiB, no piece of it
   /// arrives for a second, or the transfer takes longer than 5 seconds.
   [[nodiscard]] std::optional<std::string> copiedText();
 
@@ -47,7 +47,7 @@ class DataControl {
   void primaryChanged(zwlr_data_control_offer_v1* offer);
   void deviceFinished();
   void sourceCancelled(zwlr_data_control_source_v1* source);
-  void taken();
+  void ownershipTaken();
 
  private:
   [[nodiscard]] std::optional<std::string> receive(const char* type);
@@ -59,9 +59,9 @@ class DataControl {
   std::map<zwlr_data_control_offer_v1*, std::size_t> offers_;  ///< each with its best type
   zwlr_data_control_offer_v1* clipboard_ = nullptr;            ///< one of offers_
   zwlr_data_control_offer_v1* primary_ = nullptr;              ///< one of offers_; never read
-  Owned<wl_callback> taking_;                                  ///< until the clipboard is ours
-  bool changed_ = false;                                       ///< since takeEmpty()
-  bool taken_ = false;                                         ///< takeEmpty() succeeded
+  Owned<wl_callback> takeCallback_;                            ///< until the clipboard is ours
+  bool changed_ = false;                                       ///< since takeOwnership()
+  bool ownershipTaken_ = false;                                ///< takeOwnership() succeeded
 };
 
 /// Types into a terminal only a chord that the terminal copies on and does not pass to the program

@@ -25,7 +25,7 @@ constexpr milliseconds kTimeout{1000};
 constexpr milliseconds kTimeLimit{5000};
 
 /// The longest text that is read.
-constexpr std::size_t kMostBytes = std::size_t{256} * 1024 * 1024;
+constexpr std::size_t kMaxBytes = std::size_t{256} * 1024 * 1024;
 
 }  // namespace
 
@@ -48,7 +48,7 @@ std::optional<std::string> readToEnd(int pipe, Clock::time_point deadline) {
     const auto count = read(pipe, buffer.data(), buffer.size());
     if (count == 0) return text;
     if (count == -1 && errno == EINTR) continue;
-    if (count == -1 || static_cast<std::size_t>(count) > kMostBytes - text.size()) return {};
+    if (count == -1 || static_cast<std::size_t>(count) > kMaxBytes - text.size()) return {};
     text.append(buffer.data(), static_cast<std::size_t>(count));
   }
   return {};

@@ -34,7 +34,7 @@ VirtualKeyboard::VirtualKeyboard(Display& display, const SeatKeymap& keymap)
       seatKeymap_(keymap),
       keyboard_(zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(display.virtualKeyboards(),
                                                                         display.seat())) {
-  useKeymapOfSeat();
+  useSeatKeymap();
 }
 
 VirtualKeyboard::~VirtualKeyboard() {
@@ -42,7 +42,7 @@ VirtualKeyboard::~VirtualKeyboard() {
 }
 
 bool VirtualKeyboard::type(Chord chord) {
-  if (!useKeymapOfSeat()) return false;
+  if (!useSeatKeymap()) return false;
   if (chord == Chord::kCopyKey) {
     if (keys_.copy) press(*keys_.copy);
     return keys_.copy.has_value();
@@ -66,7 +66,7 @@ void VirtualKeyboard::press(std::uint32_t key) {
 
 /// Gives the keyboard the keymap of the seat, so that applications see no other layout. False if
 /// there is no usable keymap.
-bool VirtualKeyboard::useKeymapOfSeat() {
+bool VirtualKeyboard::useSeatKeymap() {
   const auto& file = seatKeymap_.file();
   if (!file) return false;
   if (uploaded_ && uploaded_.equals(file)) return true;

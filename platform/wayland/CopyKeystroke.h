@@ -44,7 +44,7 @@ class VirtualKeyboard final : public CopyKeys {
   bool type(Chord chord) override;
 
  private:
-  bool useKeymapOfSeat();
+  bool useSeatKeymap();
   void press(std::uint32_t key);
 
   Display& display_;

@@ -80,7 +80,7 @@ struct KWinSession : Session {
       : Session(std::move(mainLoop), std::move(open)), bus(std::move(openBus)) {
     shortcuts.listen([this](const std::string& action) { probe.pressed(action); },
                      [this](const std::string& action) { hotKeys.released(action); });
-    keymap.whenChanged([this] { hotKeys.keymapChanged(); });
+    keymap.setChangeHandler([this] { hotKeys.keymapChanged(); });
   }
 
   const std::unique_ptr<Bus> bus;
@@ -140,7 +140,7 @@ std::string lacks(const std::string& missing) {
   return "the Wayland session " + sessionName() + " lacks " + missing;
 }
 
-DesktopPorts refuseEverything(const std::string& reason) {
+DesktopPorts makeRefusingPorts(const std::string& reason) {
   printError("seldial: " + reason + "; there will be no hot key");
   return linux_port::noDesktop();
 }
@@ -158,8 +158,8 @@ DesktopPorts connectToKWin(const std::shared_ptr<linux_port::MainLoop>& loop,
                            const std::function<void()>& connectionLost) {
   auto bus = Bus::open(*loop, connectionLost);
   if (!bus || !bus->hasOwner(GlobalAccel::kService)) {
-    return refuseEverything(lacks("the service for global shortcuts (" +
-                                  std::string(GlobalAccel::kService) + ") on the session bus"));
+    return makeRefusingPorts(lacks("the service for global shortcuts (" +
+                                   std::string(GlobalAccel::kService) + ") on the session bus"));
   }
   return portsOf(std::make_shared<KWinSession>(loop, std::move(display), std::move(bus)));
 }
@@ -167,7 +167,7 @@ DesktopPorts connectToKWin(const std::shared_ptr<linux_port::MainLoop>& loop,
 DesktopPorts connectToGnome(const std::shared_ptr<linux_port::MainLoop>& loop,
                             std::unique_ptr<Display> display, std::unique_ptr<Bus> bus) {
   if (!PortalShortcuts::isOffered(*bus)) {
-    return refuseEverything(
+    return makeRefusingPorts(
         "GNOME supports hot keys of programs from version 48 on, with xdg-desktop-portal and "
         "xdg-desktop-portal-gnome");
   }
@@ -181,7 +181,7 @@ DesktopPorts connect(int socket, const std::shared_ptr<linux_port::MainLoop>& lo
   const auto lost = once(std::move(connectionLost));
   auto display = std::make_unique<Display>(socket, *loop, lost);
   if (!display->answered()) {
-    return refuseEverything("the Wayland session " + sessionName() + " does not answer");
+    return makeRefusingPorts("the Wayland session " + sessionName() + " does not answer");
   }
   const std::string missing = missingFrom(*display);
   if (!missing.empty()) {
@@ -190,7 +190,7 @@ DesktopPorts connect(int socket, const std::shared_ptr<linux_port::MainLoop>& lo
     if (bus && MutterRemote::isOffered(*bus)) {
       return connectToGnome(loop, std::move(display), std::move(bus));
     }
-    return refuseEverything(lacks(missing));
+    return makeRefusingPorts(lacks(missing));
   }
   if (display->isKWin()) return connectToKWin(loop, std::move(display), lost);
   const std::string path = environment("SWAYSOCK");

@@ -18,7 +18,7 @@
 namespace seldial::platform::wayland {
 namespace {
 
-bool isOurs(const std::filesystem::path& process) {
+bool isOwnProcess(const std::filesystem::path& process) {
   struct stat status {};
   return stat(process.c_str(), &status) == 0 && status.st_uid == geteuid();
 }
@@ -41,7 +41,8 @@ std::vector<std::string> runningPrograms() {
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
     const std::string number = entry.path().filename();
-    if (std::isdigit(static_cast<unsigned char>(number[0])) == 0 || !isOurs(entry.path())) continue;
+    if (std::isdigit(static_cast<unsigned char>(number[0])) == 0 || !isOwnProcess(entry.path()))
+      continue;
     auto name = processName(static_cast<std::uint32_t>(std::stoul(number)));
     if (!name.empty()) programs.push_back(std::move(name));
   }
@@ -57,21 +58,22 @@ bool GnomeClipboard::copySelection() {
   programs_ = runningPrograms_();
   const auto alone = std::find_if(programs_.begin(), programs_.end(), isUnsupported);
   if (alone != programs_.end()) {
-    tell("while " + *alone + " runs, nothing is copied under GNOME");
+    reportOnce("while " + *alone + " runs, nothing is copied under GNOME");
     return true;
   }
   const auto terminal = std::find_if(programs_.begin(), programs_.end(), isOtherTerminal);
   if (terminal == programs_.end()) {
-    told_.clear();
+    lastReport_.clear();
     return remote_.type(XKB_KEY_Insert, true);
   }
-  tell("while " + *terminal + " runs, Seldial copies only from programs that support the Copy key");
+  reportOnce("while " + *terminal +
+             " runs, Seldial copies only from programs that support the Copy key");
   return remote_.type(XKB_KEY_XF86Copy);
 }
 
 /// Writes one line to standard error, unless it repeats the previous one.
-void GnomeClipboard::tell(const std::string& line) {
-  if (std::exchange(told_, line) != line) printError("seldial: " + line);
+void GnomeClipboard::reportOnce(const std::string& line) {
+  if (std::exchange(lastReport_, line) != line) printError("seldial: " + line);
 }
 
 std::optional<std::string> GnomeClipboard::text() {

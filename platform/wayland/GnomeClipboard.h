@@ -28,13 +28,13 @@ class GnomeClipboard final : public Clipboard {
   [[nodiscard]] std::optional<std::string> text() override;
 
  private:
-  void tell(const std::string& line);
+  void reportOnce(const std::string& line);
 
   MutterRemote& remote_;
   const std::function<std::vector<std::string>()> runningPrograms_;
   std::vector<std::string> programs_;  ///< during the last copy
   bool taken_ = false;
-  std::string told_;  ///< the last line on standard error
+  std::string lastReport_;  ///< the last line on standard error
 };
 
 }  // namespace seldial::platform::wayland

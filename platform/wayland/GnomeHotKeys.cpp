@@ -21,7 +21,7 @@ constexpr xkb_keysym_t kModifiersUpKey = XKB_KEY_XF86Launch9;
 constexpr milliseconds kInterval{25};
 
 /// How long modifiers may be held before the use is abandoned.
-constexpr std::chrono::seconds kLongestUse{10};
+constexpr std::chrono::seconds kMaxUseTime{10};
 
 }  // namespace
 
@@ -33,15 +33,15 @@ GnomeHotKeys::GnomeHotKeys(linux_port::MainLoop& loop, Bus& bus, MutterRemote& r
       timer_(loop),
       portal_(bus, {[this](const std::string& id, std::uint64_t time) { activated(id, time); },
                     [this](const std::string& id) { deactivated(id); },
-                    [this](PortalShortcuts::Answer answer) { tellAnswer(answer); }}) {}
+                    [this](PortalShortcuts::Answer answer) { reportAnswer(answer); }}) {}
 
 std::optional<HotKeyRef> GnomeHotKeys::registerHotKey(std::uint32_t keyCode,
                                                       std::uint32_t modifiers, HotKeyID hotKeyID) {
   if (!canBeHotKey(keyCode, modifiers)) return {};
   const auto ref = add(makeRegistration(hotKeyID, {triggerOf(keyCode, modifiers)}));
-  told_.clear();
+  lastReport_.clear();
   const auto answer = bindAll();
-  tellAnswer(answer);
+  reportAnswer(answer);
   if (answer != PortalShortcuts::Answer::kRefused) return ref;
   unregisterHotKey(ref);
   return {};
@@ -55,7 +55,7 @@ bool GnomeHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t modifiers) {
 }
 
 void GnomeHotKeys::unregisterHotKey(HotKeyRef ref) {
-  take(ref);
+  remove(ref);
   if (registrations_.empty()) return unregisterAll();
   bindAll();
 }
@@ -93,12 +93,12 @@ PortalShortcuts::Answer GnomeHotKeys::bindAll() {
   return portal_.bind(std::move(shortcuts));
 }
 
-void GnomeHotKeys::tellAnswer(PortalShortcuts::Answer answer) {
+void GnomeHotKeys::reportAnswer(PortalShortcuts::Answer answer) {
   if (answer == PortalShortcuts::Answer::kAsked) {
-    return tell("GNOME asks the user to allow the hot key; it works once that is done");
+    return reportOnce("GNOME asks the user to allow the hot key; it works once that is done");
   }
   if (answer == PortalShortcuts::Answer::kRefused) {
-    return tell("GNOME refuses the hot key: " + portal_.error());
+    return reportOnce("GNOME refuses the hot key: " + portal_.error());
   }
   std::string keys;
   for (const auto& registration : registrations_) {
@@ -107,16 +107,17 @@ void GnomeHotKeys::tellAnswer(PortalShortcuts::Answer answer) {
     keys += key.empty() ? "none" : key;
   }
   if (portal_.triggerOf(kModifiersUp).empty()) {
-    return tell(std::string("GNOME has no key for Seldial's shortcut ") + kModifiersUpTrigger +
-                ", without which the hot key does not work; set it in GNOME's settings");
+    return reportOnce(std::string("GNOME has no key for Seldial's shortcut ") +
+                      kModifiersUpTrigger +
+                      ", without which the hot key does not work; set it in GNOME's settings");
   }
-  tell("the hot key in GNOME is: " + keys);
+  reportOnce("the hot key in GNOME is: " + keys);
 }
 
 /// Writes one line to standard error, unless it repeats the previous one: GNOME reports a change
 /// more than once.
-void GnomeHotKeys::tell(const std::string& line) {
-  if (std::exchange(told_, line) != line) printError("seldial: " + line);
+void GnomeHotKeys::reportOnce(const std::string& line) {
+  if (std::exchange(lastReport_, line) != line) printError("seldial: " + line);
 }
 
 /// Whether the shortcut has modifiers. The portal's texts are like "Press <Control>d" in GNOME 48,
@@ -137,11 +138,11 @@ void GnomeHotKeys::activated(const std::string& id, std::uint64_t time) {
                    [&](const auto& registration) { return registration.trigger == id; });
   if (found == registrations_.end()) return;
   if (!remote_.open()) {
-    return tell("GNOME does not let Seldial type, so nothing can be copied");
+    return reportOnce("GNOME does not let Seldial type, so nothing can be copied");
   }
-  use_ = Use{found->hotKeyID, id, time, false, Clock::now() + kLongestUse};
+  use_ = Use{found->hotKeyID, id, time, false, Clock::now() + kMaxUseTime};
   if (hasModifiers(id)) return probeModifiers();
-  timer_.start(kLongestUse, [this] { endUse(); });
+  timer_.start(kMaxUseTime, [this] { endUse(); });
 }
 
 void GnomeHotKeys::deactivated(const std::string& id) {
@@ -152,7 +153,7 @@ void GnomeHotKeys::deactivated(const std::string& id) {
 /// Types the key of the second shortcut repeatedly, until GNOME reports that shortcut.
 void GnomeHotKeys::probeModifiers() {
   if (Clock::now() > use_->deadline || !remote_.type(kModifiersUpKey)) {
-    tell("GNOME does not report the release of the hot key's modifiers");
+    reportOnce("GNOME does not report the release of the hot key's modifiers");
     return endUse();
   }
   timer_.start(kInterval, [this] { probeModifiers(); });

@@ -63,8 +63,8 @@ class GnomeHotKeys final : public linux_port::RegisteredHotKeys<GnomeHotKey> {
   [[nodiscard]] std::string triggerOf(std::uint32_t keyCode, std::uint32_t modifiers) const;
   [[nodiscard]] bool hasModifiers(const std::string& id) const;
   PortalShortcuts::Answer bindAll();
-  void tellAnswer(PortalShortcuts::Answer answer);
-  void tell(const std::string& line);
+  void reportAnswer(PortalShortcuts::Answer answer);
+  void reportOnce(const std::string& line);
   void activated(const std::string& id, std::uint64_t time);
   void deactivated(const std::string& id);
   void probeModifiers();
@@ -74,7 +74,7 @@ class GnomeHotKeys final : public linux_port::RegisteredHotKeys<GnomeHotKey> {
   MutterRemote& remote_;
   const SymbolName symbolName_;
   std::optional<Use> use_;
-  std::string told_;  ///< the last line on standard error
+  std::string lastReport_;  ///< the last line on standard error
   linux_port::Timer timer_;
   PortalShortcuts portal_;
 };

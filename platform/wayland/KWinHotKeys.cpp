@@ -94,9 +94,9 @@ bool KWinHotKeys::set(KWinHotKey& hotKey) {
 }
 
 void KWinHotKeys::unregisterHotKey(HotKeyRef ref) {
-  const auto taken = take(ref);
-  if (!taken) return;
-  shortcuts_.remove(taken->action());
+  const auto removed = remove(ref);
+  if (!removed) return;
+  shortcuts_.remove(removed->action());
   if (registrations_.empty()) probe_.close();
 }
 

@@ -61,7 +61,7 @@ bool ModifierProbe::open() {
   if (key_ != 0) return true;
   const auto keymap = keymap_.file().read();
   for (const auto key : kKeys) {
-    if (keymap && take(*keymap, key)) {
+    if (keymap && useKey(*keymap, key)) {
       key_ = key;
       return true;
     }
@@ -70,7 +70,7 @@ bool ModifierProbe::open() {
 }
 
 /// False if the keymap does not have the key or another program uses it.
-bool ModifierProbe::take(xkb_keymap& keymap, std::uint32_t key) {
+bool ModifierProbe::useKey(xkb_keymap& keymap, std::uint32_t key) {
   const auto alone = qtKeys(keymap, key + kFirstKey, 0, shortcuts_.qtVersion());
   const auto withModifiers = codesWithModifiers(keymap, key + kFirstKey, shortcuts_.qtVersion());
   // A modifier that does not change the code would not be detected.

@@ -49,7 +49,7 @@ class ModifierProbe {
   /// Whether a modifier is held; nothing if that cannot be determined.
   enum class Answer { kUp, kHeld };
   std::optional<Answer> ask();
-  bool take(xkb_keymap& keymap, std::uint32_t key);
+  bool useKey(xkb_keymap& keymap, std::uint32_t key);
 
   linux_port::MainLoop& loop_;
   Bus& bus_;

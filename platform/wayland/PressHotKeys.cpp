@@ -62,7 +62,7 @@ bool PressHotKeys::canBeHotKey(std::uint32_t keyCode, std::uint32_t /*modifiers*
 }
 
 void PressHotKeys::unregisterHotKey(HotKeyRef ref) {
-  take(ref);
+  remove(ref);
   if (registrations_.empty()) unregisterAll();
 }
 

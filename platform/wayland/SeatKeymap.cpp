@@ -80,20 +80,20 @@ void visitKeys(xkb_keymap* keymap, Visit visit) {
       &visit);
 }
 
-bool hasAt(xkb_keymap* keymap, xkb_keycode_t key, xkb_layout_index_t layout,
-           xkb_level_index_t level, xkb_keysym_t wanted) {
+bool hasSymbolAt(xkb_keymap* keymap, xkb_keycode_t key, xkb_layout_index_t layout,
+                 xkb_level_index_t level, xkb_keysym_t wanted) {
   const xkb_keysym_t* symbols = nullptr;
   const int count = xkb_keymap_key_get_syms_by_level(keymap, key, layout, level, &symbols);
   return count == 1 && *symbols == wanted;
 }
 
 /// Whether the key has the symbol in any layout, with any modifiers.
-bool hasAnywhere(xkb_keymap* keymap, xkb_keycode_t key, xkb_keysym_t symbol) {
+bool hasSymbolAnywhere(xkb_keymap* keymap, xkb_keycode_t key, xkb_keysym_t symbol) {
   for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts_for_key(keymap, key);
        ++layout) {
     const auto levels = xkb_keymap_num_levels_for_key(keymap, key, layout);
     for (xkb_level_index_t level = 0; level < levels; ++level) {
-      if (hasAt(keymap, key, layout, level, symbol)) return true;
+      if (hasSymbolAt(keymap, key, layout, level, symbol)) return true;
     }
   }
   return false;
@@ -103,7 +103,8 @@ bool hasAnywhere(xkb_keymap* keymap, xkb_keycode_t key, xkb_keysym_t symbol) {
 std::optional<std::uint32_t> findKey(xkb_keymap* keymap, xkb_keysym_t symbol) {
   std::optional<std::uint32_t> found;
   visitKeys(keymap, [&](xkb_keycode_t key) {
-    if (!found && key >= kFirstKey && hasAt(keymap, key, 0, 0, symbol)) found = key - kFirstKey;
+    if (!found && key >= kFirstKey && hasSymbolAt(keymap, key, 0, 0, symbol))
+      found = key - kFirstKey;
   });
   return found;
 }
@@ -123,7 +124,7 @@ KeymapFile& KeymapFile::operator=(KeymapFile&& other) noexcept {
   return *this;
 }
 
-KeymapFile KeymapFile::ofSystem() {
+KeymapFile KeymapFile::systemKeymap() {
   const auto context = makeContext();
   const std::shared_ptr<xkb_keymap> keymap(
       xkb_keymap_new_from_names(context.get(), nullptr, XKB_KEYMAP_COMPILE_NO_FLAGS),
@@ -165,7 +166,7 @@ SeatKeymap::SeatKeymap(Display& display) : display_(display) {
 }
 
 const KeymapFile& SeatKeymap::file() const {
-  if (!file_) file_ = KeymapFile::ofSystem();
+  if (!file_) file_ = KeymapFile::systemKeymap();
   return file_;
 }
 
@@ -187,8 +188,9 @@ void SeatKeymap::keymapChanged(std::uint32_t format, int file, std::uint32_t siz
 
 std::function<bool(const std::string& name)> SeatKeymap::symbolsOf(std::uint32_t key) const {
   return [keymap = file().read(), key](const std::string& name) {
-    return keymap && hasAnywhere(keymap.get(), key,
-                                 xkb_keysym_from_name(name.c_str(), XKB_KEYSYM_CASE_INSENSITIVE));
+    return keymap &&
+           hasSymbolAnywhere(keymap.get(), key,
+                             xkb_keysym_from_name(name.c_str(), XKB_KEYSYM_CASE_INSENSITIVE));
   };
 }
 

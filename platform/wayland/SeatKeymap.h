@@ -24,7 +24,7 @@ class KeymapFile {
   KeymapFile& operator=(KeymapFile&& other) noexcept;
 
   /// The default keymap of the system. Nothing if there is none.
-  static KeymapFile ofSystem();
+  static KeymapFile systemKeymap();
 
   [[nodiscard]] explicit operator bool() const { return file_ != -1; }
   [[nodiscard]] int file() const { return file_; }
@@ -62,7 +62,7 @@ class SeatKeymap {
   [[nodiscard]] const KeymapFile& file() const;
 
   /// Called whenever the compositor sends a keymap that differs from the one before.
-  void whenChanged(std::function<void()> handler) { changed_ = std::move(handler); }
+  void setChangeHandler(std::function<void()> handler) { changed_ = std::move(handler); }
 
   /// Returns a function that tells whether any layout has the named symbol on this key, an X key
   /// code.

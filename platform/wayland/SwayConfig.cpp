@@ -38,9 +38,9 @@ constexpr std::array kModifierNames{
     ModifierName{"Mod2", kOtherModifier},    ModifierName{"Mod3", kOtherModifier},
     ModifierName{"Mod5", kOtherModifier},
 };
-constexpr std::size_t kWrittenNames = 4;
+constexpr std::size_t kCanonicalNames = 4;
 
-std::vector<std::string> wordsOf(const std::string& line) {
+std::vector<std::string> splitWords(const std::string& line) {
   std::istringstream stream(line);
   std::vector<std::string> words;
   for (std::string word; stream >> word;) words.push_back(word);
@@ -102,7 +102,7 @@ class Reader {
   }
 
   bool binds(const std::string& line) {
-    auto words = wordsOf(line);
+    auto words = splitWords(line);
     if (words.empty() || words[0].starts_with('#')) return false;
     if (words[0] == "}") {
       if (!blocks_.empty()) blocks_.pop_back();
@@ -125,7 +125,7 @@ class Reader {
   [[nodiscard]] bool binds(const std::vector<std::string>& words) const {
     const auto keys = std::find_if(words.begin() + 1, words.end(),
                                    [](const auto& word) { return !word.starts_with("--"); });
-    return keys != words.end() && means(withValues(*keys), words[0] == "bindcode");
+    return keys != words.end() && matches(withValues(*keys), words[0] == "bindcode");
   }
 
   /// Replaces the names of variables by their values, the longest name first.
@@ -139,7 +139,7 @@ class Reader {
     return text;
   }
 
-  [[nodiscard]] bool means(const std::string& keys, bool byCode) const {
+  [[nodiscard]] bool matches(const std::string& keys, bool byCode) const {
     std::istringstream stream(keys);
     std::uint32_t modifiers = 0;
     std::size_t matching = 0;
@@ -177,7 +177,7 @@ class Reader {
 
 std::string SwayCombination::text() const {
   std::string text;
-  for (std::size_t i = 0; i < kWrittenNames; ++i) {
+  for (std::size_t i = 0; i < kCanonicalNames; ++i) {
     if ((modifiers & kModifierNames[i].modifier) != 0)
       text += kModifierNames[i].name + std::string("+");
   }

@@ -15,7 +15,7 @@ namespace seldial::platform::wayland {
 namespace {
 
 /// How long a key counts as held if sway does not report its release.
-constexpr std::chrono::seconds kLongestPress{10};
+constexpr std::chrono::seconds kMaxPressTime{10};
 
 constexpr const char* kPressed = "pressed";
 constexpr const char* kReleased = "released";
@@ -44,8 +44,8 @@ std::string fileName(const std::string& path) {
 }
 
 /// A text in the dictionary, or in its member `outer`; empty if there is none.
-std::string textIn(const std::optional<JSONValue>& value, std::string_view key,
-                   std::string_view outer = {}) {
+std::string stringAt(const std::optional<JSONValue>& value, std::string_view key,
+                     std::string_view outer = {}) {
   const auto* dictionary = value ? value->dictionary() : nullptr;
   if (dictionary != nullptr && !outer.empty()) {
     const auto found = dictionary->find(outer);
@@ -120,7 +120,7 @@ bool SwayHotKeys::bind(Registration& registration, const std::string& mode) {
 
 void SwayHotKeys::unregisterHotKey(HotKeyRef ref) {
   waitForRelease();
-  if (const auto taken = take(ref)) unbind(taken->combination.text(), taken->modes);
+  if (const auto removed = remove(ref)) unbind(removed->combination.text(), removed->modes);
 }
 
 void SwayHotKeys::unregisterAll() {
@@ -138,7 +138,7 @@ void SwayHotKeys::unregisterAll() {
 /// a while. False if the program must end at once.
 bool SwayHotKeys::waitForRelease() {
   commands_->ask(SwayRequest::kGetBindingState);  // sway sends earlier events before its reply
-  events_.waitFor([this] { return !pressed_; }, pressed_.value_or(Clock::now()) + kLongestPress);
+  events_.waitFor([this] { return !pressed_; }, pressed_.value_or(Clock::now()) + kMaxPressTime);
   return !pressed_ || !loop_.interrupted();
 }
 
@@ -166,7 +166,7 @@ std::string SwayHotKeys::currentMode() {
 /// A text in the reply to a request; empty if there is none.
 std::string SwayHotKeys::answer(SwayRequest request, const char* key) {
   const auto reply = commands_->ask(request);
-  return textIn(reply ? readJSON(*reply) : std::nullopt, key);
+  return stringAt(reply ? readJSON(*reply) : std::nullopt, key);
 }
 
 std::vector<std::string> SwayHotKeys::focusedProgram() {
@@ -177,12 +177,12 @@ std::vector<std::string> SwayHotKeys::focusedProgram() {
 void SwayHotKeys::handle(SwayEvent event, const std::string& content) {
   const auto value = readJSON(content);
   if (event == SwayEvent::kBinding) {
-    used(textIn(value, "command", "binding"));
+    used(stringAt(value, "command", "binding"));
   } else if (event == SwayEvent::kMode) {
-    bindWhereMissing();
-  } else if (event == SwayEvent::kWorkspace && textIn(value, "change") == "reload") {
+    bindMissing();
+  } else if (event == SwayEvent::kWorkspace && stringAt(value, "change") == "reload") {
     for (auto& registration : registrations_) registration.modes.clear();
-    bindWhereMissing();
+    bindMissing();
   }
 }
 
@@ -196,7 +196,7 @@ void SwayHotKeys::used(const std::string& command) {
 }
 
 /// Never replaces a binding, whose keys may be down; see waitForRelease().
-void SwayHotKeys::bindWhereMissing() {
+void SwayHotKeys::bindMissing() {
   const std::string mode = currentMode();
   for (auto& registration : registrations_) {
     if (registration.modes.contains(mode)) continue;

@@ -60,7 +60,7 @@ class SwayHotKeys final : public linux_port::RegisteredHotKeys<SwayHotKey> {
 
   [[nodiscard]] bool isFree(const SwayCombination& combination);
   bool bind(Registration& registration, const std::string& mode);
-  void bindWhereMissing();
+  void bindMissing();
   void unbind(const std::string& combination, const std::set<std::string>& modes);
   bool waitForRelease();
   void handle(SwayEvent event, const std::string& content);

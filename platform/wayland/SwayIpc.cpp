@@ -24,7 +24,7 @@ constexpr std::size_t kHeaderSize = kMagic.size() + 2 * sizeof(std::uint32_t);
 constexpr std::chrono::seconds kTimeout{5};
 
 /// More than any tree of windows needs.
-constexpr std::uint32_t kMostBytes = 64U * 1024 * 1024;
+constexpr std::uint32_t kMaxBytes = 64U * 1024 * 1024;
 
 std::string numberAsBytes(std::uint32_t number) {
   std::string bytes(sizeof number, '\0');
@@ -135,7 +135,7 @@ std::optional<SwayMessage> SwayConnection::next() {
   for (;;) {
     if (received_.size() >= kHeaderSize) {
       const auto size = numberAt(received_, kMagic.size());
-      if (!received_.starts_with(kMagic) || size > kMostBytes) closed_ = true;
+      if (!received_.starts_with(kMagic) || size > kMaxBytes) closed_ = true;
       if (closed_) return {};
       if (received_.size() >= kHeaderSize + size) {
         SwayMessage message{numberAt(received_, kMagic.size() + sizeof size),
