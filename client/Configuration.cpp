@@ -60,7 +60,7 @@ std::optional<toml::table> parsed(const std::string& content, const std::string&
 std::optional<std::string> textOf(const toml::node& value) {
   if (const auto* const text = value.as_string()) return text->get();
   if (const auto* const number = value.as_integer()) return std::to_string(number->get());
-  if (const auto* const truth = value.as_boolean()) return truth->get() ? "true" : "false";
+  if (const auto* const flag = value.as_boolean()) return flag->get() ? "true" : "false";
   return std::nullopt;
 }
 
@@ -119,12 +119,12 @@ bool replaceFile(const std::string& path, const std::string& content, std::strin
   std::error_code ignored;  // opening the file then fails
   const auto target = std::filesystem::weakly_canonical(path, ignored);
   std::filesystem::create_directories(target.parent_path(), ignored);
-  const std::string fresh = target.string() + ".new";
-  File file = openFile(fresh, "wb");
+  const std::string temporaryPath = target.string() + ".new";
+  File file = openFile(temporaryPath, "wb");
   const bool isWritten =
       file && std::fwrite(content.data(), 1, content.size(), file.get()) == content.size();
   const bool isClosed = file && std::fclose(file.release()) == 0;
-  if (isWritten && isClosed && std::rename(fresh.c_str(), target.c_str()) == 0) return true;
+  if (isWritten && isClosed && std::rename(temporaryPath.c_str(), target.c_str()) == 0) return true;
   error = failure("write", path);
   return false;
 }

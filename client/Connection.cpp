@@ -24,7 +24,7 @@ constexpr time_t kAnswerLimit = 20;
 using Socket = std::shared_ptr<GDUnixSocketClient>;
 
 /// Describes an error without the descriptor numbers that the library's texts contain.
-std::string inWords(const std::string& what, const Error& error) {
+std::string describeError(const std::string& what, const Error& error) {
   return what + ": " + platform::errorText(error.errorNumber);
 }
 
@@ -38,7 +38,7 @@ Socket connectTo(const std::string& path, std::string& failure) {
   socket->setSendTimeout(kSendLimit);
   std::optional<Error> error;
   if (socket->connectWithAutoRead(false, &error)) return socket;
-  failure = inWords("nobody answers at " + path, *error);
+  failure = describeError("nobody answers at " + path, *error);
   return nullptr;
 }
 
@@ -46,7 +46,7 @@ bool writeAll(GDUnixSocketClient& socket, const std::string& text, std::string& 
   std::optional<Error> error;
   const auto count = socket.writeData(text, &error);
   if (count == static_cast<std::int64_t>(text.size())) return true;
-  failure = error ? inWords("the command could not be sent", *error)
+  failure = error ? describeError("the command could not be sent", *error)
                   : "seldial did not read the whole command";
   return false;
 }
@@ -60,7 +60,7 @@ std::optional<std::string> readAll(GDUnixSocketClient& socket) {
   return error ? std::nullopt : std::optional(all);
 }
 
-bool belongsToUserAlone(const char* directory) {
+bool isPrivateDirectory(const char* directory) {
   struct stat status {};
   return stat(directory, &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid() &&
          (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
@@ -83,7 +83,7 @@ bool isListening(const std::string& path) {
 std::string controlSocketPath() {
   for (const char* const name : {"XDG_RUNTIME_DIR", "TMPDIR"}) {
     const char* const directory = std::getenv(name);
-    if (directory == nullptr || directory[0] != '/' || !belongsToUserAlone(directory)) continue;
+    if (directory == nullptr || directory[0] != '/' || !isPrivateDirectory(directory)) continue;
     char* const real = realpath(directory, nullptr);
     std::string path = real != nullptr ? std::string(real) + "/seldial-uc" : "";
     std::free(real);

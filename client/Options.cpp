@@ -12,7 +12,7 @@ bool hasPlaceholder(const std::string& word) {
       [&word](const char* placeholder) { return word.find(placeholder) != std::string::npos; });
 }
 
-/// Splits text into words; see dialCommandFrom().
+/// Splits text into words; see parseDialCommand().
 class WordSplitter {
  public:
   explicit WordSplitter(const std::string& text) : text_(text) {}
@@ -86,7 +86,7 @@ bool OptionReader::readOption(const std::string& argument) {
   return setValue(name, arguments_[next_++]);
 }
 
-std::optional<std::uint16_t> delayFrom(const std::string& text) {
+std::optional<std::uint16_t> parseDelay(const std::string& text) {
   const bool digits = text.find_first_not_of("0123456789") == std::string::npos;
   if (text.empty() || text.size() > 5 || !digits) return std::nullopt;
   const long value = std::strtol(text.c_str(), nullptr, 10);
@@ -94,8 +94,8 @@ std::optional<std::uint16_t> delayFrom(const std::string& text) {
   return static_cast<std::uint16_t>(value);
 }
 
-std::optional<std::vector<std::string>> dialCommandFrom(const std::string& text,
-                                                        std::string& error) {
+std::optional<std::vector<std::string>> parseDialCommand(const std::string& text,
+                                                         std::string& error) {
   WordSplitter splitter(text);
   if (!splitter.split()) {
     error = "a quote is not closed, or nothing follows a backslash";
@@ -121,7 +121,7 @@ std::string configurationHome() {
   return home != nullptr && home[0] == '/' ? std::string(home) + "/.config" : "";
 }
 
-std::string usualConfigurationPath() {
+std::string defaultConfigurationPath() {
   const std::string home = configurationHome();
   return home.empty() ? "" : home + "/seldial/seldial-uc.toml";
 }

@@ -48,7 +48,7 @@ class OptionReader {
 };
 
 /// Parses the milliseconds of --delay: up to five digits and nothing else, at most 65535.
-[[nodiscard]] std::optional<std::uint16_t> delayFrom(const std::string& text);
+[[nodiscard]] std::optional<std::uint16_t> parseDelay(const std::string& text);
 
 /// The placeholders in a dial command: the number as dialled, its "tel" URI, and the selected text.
 inline constexpr std::array kDialPlaceholders{"{}", "{tel}", "{text}"};
@@ -58,14 +58,14 @@ inline constexpr std::array kDialPlaceholders{"{}", "{tel}", "{text}"};
 /// variables, no patterns, no operators. A command without a placeholder gets "{}" as its last
 /// word. Nothing if there is no program or a quote is not closed; `error` then says why, without a
 /// full stop.
-[[nodiscard]] std::optional<std::vector<std::string>> dialCommandFrom(const std::string& text,
-                                                                      std::string& error);
+[[nodiscard]] std::optional<std::vector<std::string>> parseDialCommand(const std::string& text,
+                                                                       std::string& error);
 
 /// The user's configuration directory: XDG_CONFIG_HOME, or ".config" in HOME. Empty if neither is
 /// an absolute path.
 [[nodiscard]] std::string configurationHome();
 
 /// "seldial/seldial-uc.toml" in the configuration directory; empty if there is none.
-[[nodiscard]] std::string usualConfigurationPath();
+[[nodiscard]] std::string defaultConfigurationPath();
 
 }  // namespace seldial

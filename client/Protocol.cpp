@@ -82,7 +82,7 @@ constexpr std::string_view kKeysWithoutCode[] = {"insert",     "ins",     "print
                                                  "scrolllock", "numlock", "pause"};
 
 template <class Entry, std::size_t Count>
-const Entry* entryNamed(const Entry (&entries)[Count], std::string_view name) {
+const Entry* findEntry(const Entry (&entries)[Count], std::string_view name) {
   const auto* const entry = std::find_if(std::begin(entries), std::end(entries),
                                          [name](const Entry& e) { return e.name == name; });
   return entry != std::end(entries) ? entry : nullptr;
@@ -114,7 +114,7 @@ std::string quoted(const std::string& name) {
   return '"' + name + '"';
 }
 
-std::string whyNoKey(const std::string& name) {
+std::string keyNameError(const std::string& name) {
   if (name.empty()) return "a name is missing before or after a plus sign";
   const bool known = std::find(std::begin(kKeysWithoutCode), std::end(kKeysWithoutCode), name) !=
                      std::end(kKeysWithoutCode);
@@ -147,13 +147,13 @@ std::optional<HotKey> hotKeyFromSpelling(const std::string& spelling, std::strin
   HotKey hotKey;
   std::string key;  // the part that is not a modifier, once it was found
   for (const std::string& piece : splitAtPlus(lowercasedWithoutBlanks(spelling))) {
-    if (const auto* const modifier = entryNamed(kModifierNames, piece)) {
+    if (const auto* const modifier = findEntry(kModifierNames, piece)) {
       hotKey.modifierFlags |= modifier->flag;
       continue;
     }
-    const auto* const named = entryNamed(kKeyNames, piece);
+    const auto* const named = findEntry(kKeyNames, piece);
     if (named == nullptr) {
-      error = whyNoKey(piece);
+      error = keyNameError(piece);
       return std::nullopt;
     }
     if (!key.empty()) {
@@ -170,7 +170,7 @@ std::optional<HotKey> hotKeyFromSpelling(const std::string& spelling, std::strin
   return hotKey;
 }
 
-std::optional<std::string> spellingOfHotKey(const HotKey& hotKey) {
+std::optional<std::string> hotKeySpelling(const HotKey& hotKey) {
   const auto* const key =
       std::find_if(std::begin(kKeyNames), std::end(kKeyNames),
                    [&hotKey](const NamedKey& entry) { return entry.key == hotKey.virtualKey; });

@@ -28,7 +28,7 @@ struct HotKey {
 
 /// The usual spelling of a hot key, such as "ctrl+alt+d"; hotKeyFromSpelling() reads it. Nothing
 /// for a key that has no name.
-[[nodiscard]] std::optional<std::string> spellingOfHotKey(const HotKey& hotKey);
+[[nodiscard]] std::optional<std::string> hotKeySpelling(const HotKey& hotKey);
 
 /// The command "SetHotKey", to be sent over a separate connection. `readDelay` is in milliseconds.
 [[nodiscard]] std::string setHotKeyCommand(const HotKey& hotKey, std::uint16_t readDelay);

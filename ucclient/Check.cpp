@@ -20,8 +20,8 @@
 #include "ucclient/Commands.h"
 #include "ucclient/Compositor.h"
 #include "ucclient/Options.h"
-#include "ucclient/Places.h"
-#include "ucclient/Trial.h"
+#include "ucclient/Paths.h"
+#include "ucclient/TrialRun.h"
 
 namespace seldial {
 namespace {
@@ -134,12 +134,12 @@ bool isProgram(const std::string& program) {
 class Report {
  public:
   /// `section` is the section of docs/troubleshooting.md that helps if the check fails.
-  void tell(bool isGood, const std::string& what, const std::string& text,
-            const char* section = nullptr) {
-    std::printf("%-5s %-14s %s\n", isGood ? "ok" : "wrong", what.c_str(), text.c_str());
+  void add(bool passed, const std::string& what, const std::string& text,
+           const char* section = nullptr) {
+    std::printf("%-5s %-14s %s\n", passed ? "ok" : "wrong", what.c_str(), text.c_str());
     std::fflush(stdout);  // so that a pipe gets each line at once, too
-    isGood_ = isGood_ && isGood;
-    if (!isGood && section != nullptr) sections_.insert(section);
+    passed_ = passed_ && passed;
+    if (!passed && section != nullptr) sections_.insert(section);
   }
 
   /// Prints the sections. Returns whether all checks succeeded.
@@ -147,11 +147,11 @@ class Report {
     for (const std::string& section : sections_) {
       std::printf("see   docs/troubleshooting.md#%s\n", section.c_str());
     }
-    return isGood_;
+    return passed_;
   }
 
  private:
-  bool isGood_ = true;
+  bool passed_ = true;
   std::set<std::string> sections_;
 };
 
@@ -161,11 +161,11 @@ constexpr const char* kEnded = "seldial-ends";
 constexpr const char* kNotDialled = "seldial-uc-does-not-dial";
 
 /// Seldial itself reports on standard error what the compositor lacks.
-void tellCompositor(Report& report, const std::optional<std::string>& compositor) {
-  report.tell(compositor.has_value(), "compositor",
-              compositor ? *compositor + ": " + mechanismUnder(*compositor)
-                         : "none answers at WAYLAND_DISPLAY, so Seldial uses DISPLAY",
-              kRefused);
+void reportCompositor(Report& report, const std::optional<std::string>& compositor) {
+  report.add(compositor.has_value(), "compositor",
+             compositor ? *compositor + ": " + mechanismFor(*compositor)
+                        : "none answers at WAYLAND_DISPLAY, so Seldial uses DISPLAY",
+             kRefused);
 }
 
 void checkSession(Report& report) {
@@ -177,12 +177,12 @@ void checkSession(Report& report) {
   if (!desktop.empty()) text += ", " + desktop;
   if (!wayland.empty()) text += ", WAYLAND_DISPLAY " + wayland;
   text += display.empty() ? ", DISPLAY is not set" : ", DISPLAY " + display;
-  report.tell(!display.empty() || !wayland.empty(), "session", text, kRefused);
-  if (!wayland.empty()) tellCompositor(report, compositorAt(wayland));
+  report.add(!display.empty() || !wayland.empty(), "session", text, kRefused);
+  if (!wayland.empty()) reportCompositor(report, compositorAt(wayland));
   const bool hasBus =
       !variable("DBUS_SESSION_BUS_ADDRESS").empty() || !variable("XDG_RUNTIME_DIR").empty();
-  report.tell(hasBus, "notifications", hasBus ? "over the session bus" : "there is no session bus",
-              kNotDialled);
+  report.add(hasBus, "notifications", hasBus ? "over the session bus" : "there is no session bus",
+             kNotDialled);
 }
 
 std::string likelyReasons() {
@@ -197,13 +197,13 @@ std::string likelyReasons() {
          ". Or another program holds it, or the keyboard has no such key";
 }
 
-void tellCopy(Report& report, const Trial& trial, const std::string& window) {
+void reportCopy(Report& report, const TrialRun& trial, const std::string& window) {
   if (window.empty()) {
-    report.tell(true, "copy", "not tried: that needs seldial-shortcut and an X11 session");
+    report.add(true, "copy", "not tried: that needs seldial-shortcut and an X11 session");
   } else if (trial.copyFailure()) {
-    report.tell(false, "copy", *trial.copyFailure(), kNotFound);
+    report.add(false, "copy", *trial.copyFailure(), kNotFound);
   } else {
-    report.tell(true, "copy", "a selected text was copied");
+    report.add(true, "copy", "a selected text was copied");
   }
 }
 
@@ -217,35 +217,36 @@ bool asksForHotKeys() {
 void tryOut(Report& report, const Options& options, const std::string& program, bool isHeld) {
   std::string why;
   // A combination that hardly any program uses.
-  const HotKey spare = hotKeyFromSpelling("ctrl+alt+shift+super+f12", why).value_or(HotKey());
-  const std::string shortcut = findProgram("seldial-shortcut", ownDirectory());
+  const HotKey unusedHotKey =
+      hotKeyFromSpelling("ctrl+alt+shift+super+f12", why).value_or(HotKey());
+  const std::string shortcut = findProgram("seldial-shortcut", executableDirectory());
   const bool canShow = variable("WAYLAND_DISPLAY").empty() && isProgram(shortcut);
   const std::string window = canShow ? shortcut : "";
-  Trial trial(isHeld ? spare : options.hotKey, options.delay, window);
+  TrialRun trial(isHeld ? unusedHotKey : options.hotKey, options.delay, window);
   const auto answer = trial.run(program, why);
   if (!answer) {
-    report.tell(false, "hot key", why, kEnded);
+    report.add(false, "hot key", why, kEnded);
   } else if (answer->kind == Message::Kind::HotKeySet) {
-    if (!isHeld) report.tell(true, "hot key", options.spelling + " is free");
-    tellCopy(report, trial, window);
+    if (!isHeld) report.add(true, "hot key", options.spelling + " is free");
+    reportCopy(report, trial, window);
   } else {
-    report.tell(false, "hot key",
-                options.spelling + " is refused: " + answer->text + ". " + likelyReasons(),
-                kRefused);
+    report.add(false, "hot key",
+               options.spelling + " is refused: " + answer->text + ". " + likelyReasons(),
+               kRefused);
   }
 }
 
 void checkHotKey(Report& report, const Options& options) {
   const std::string program =
-      options.seldial.empty() ? findSeldial(ownDirectory()) : options.seldial;
-  report.tell(isProgram(program), "program", program, kNotDialled);
+      options.seldial.empty() ? findSeldial(executableDirectory()) : options.seldial;
+  report.add(isProgram(program), "program", program, kNotDialled);
   std::string why;
   const auto running = askRunningClient(kHotKeyRequest, why);
-  report.tell(true, "client", running ? "seldial-uc is running" : why);
-  const bool isHeld = running && *running == spellingOfHotKey(options.hotKey);
-  if (isHeld) report.tell(true, "hot key", options.spelling + " is held by the running seldial-uc");
+  report.add(true, "client", running ? "seldial-uc is running" : why);
+  const bool isHeld = running && *running == hotKeySpelling(options.hotKey);
+  if (isHeld) report.add(true, "hot key", options.spelling + " is held by the running seldial-uc");
   if (isHeld && asksForHotKeys()) {
-    report.tell(true, "copy", "not tried: GNOME would ask about a hot key for the trial");
+    report.add(true, "copy", "not tried: GNOME would ask about a hot key for the trial");
   } else {
     tryOut(report, options, program, isHeld);
   }
@@ -255,14 +256,14 @@ void checkDialling(Report& report, const DialSettings& dialling) {
   const std::string program = dialling.scheme.empty() && dialling.dials() ? dialling.command.front()
                                                                           : platform::uriOpener();
   if (!dialling.dials()) {
-    report.tell(false, "dialling", "neither dial nor open is set: numbers are only printed",
-                kNotDialled);
+    report.add(false, "dialling", "neither dial nor open is set: numbers are only printed",
+               kNotDialled);
   } else {
-    report.tell(isProgram(program), "dialling",
-                isProgram(program) ? "by " + program : "there is no program " + program,
-                kNotDialled);
+    report.add(isProgram(program), "dialling",
+               isProgram(program) ? "by " + program : "there is no program " + program,
+               kNotDialled);
   }
-  report.tell(true, "region", dialling.region.empty() ? "none" : dialling.region);
+  report.add(true, "region", dialling.region.empty() ? "none" : dialling.region);
 }
 
 }  // namespace
@@ -271,11 +272,11 @@ bool checkEverything(const Options& options) {
   Report report;
   checkSession(report);
   const std::string file =
-      options.configuration.empty() ? usualConfigurationPath() : options.configuration;
-  report.tell(true, "configuration", access(file.c_str(), R_OK) == 0 ? file : "none at " + file);
+      options.configuration.empty() ? defaultConfigurationPath() : options.configuration;
+  report.add(true, "configuration", access(file.c_str(), R_OK) == 0 ? file : "none at " + file);
   checkHotKey(report, options);
   checkDialling(report, options.dialling);
-  report.tell(true, "login", startsAtLogin() ? "seldial-uc starts" : "seldial-uc does not start");
+  report.add(true, "login", startsAtLogin() ? "seldial-uc starts" : "seldial-uc does not start");
   return report.finish();
 }
 

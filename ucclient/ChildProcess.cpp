@@ -68,13 +68,13 @@ bool replaceStream(int descriptor, int stream) {
 }
 
 /// For a child that ends with its parent, but receives no signals from the parent's terminal.
-bool makeOwnGroup(pid_t parent) {
+bool startNewGroup(pid_t parent) {
   setpgid(0, 0);
   return platform::endWithParent(parent);
 }
 
 /// For a child that may outlive its parent.
-bool makeOwnSession(pid_t /*parent*/) {
+bool startNewSession(pid_t /*parent*/) {
   setsid();
   return true;
 }
@@ -144,7 +144,7 @@ std::unique_ptr<ChildProcess> ChildProcess::start(std::vector<std::string> comma
   }
   close(std::exchange(source.writing, -1));
   const pid_t process =
-      startProgram(std::move(command), {source.reading, output.writing, -1}, makeOwnGroup, error);
+      startProgram(std::move(command), {source.reading, output.writing, -1}, startNewGroup, error);
   if (process == -1) return nullptr;
   std::thread(readLines, std::exchange(output.reading, -1), std::move(events.wroteLine)).detach();
   std::thread([process, ended = std::move(events.ended)] {
@@ -157,7 +157,8 @@ std::unique_ptr<ChildProcess> ChildProcess::start(std::vector<std::string> comma
 bool startDetached(std::vector<std::string> command, std::function<void(int status)> ended,
                    std::string& error) {
   const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
-  const pid_t process = startProgram(std::move(command), {null, null, null}, makeOwnSession, error);
+  const pid_t process =
+      startProgram(std::move(command), {null, null, null}, startNewSession, error);
   close(null);
   if (process == -1) return false;
   std::thread([process, ended = std::move(ended)] {
@@ -187,7 +188,7 @@ int ChildProcess::wait() {
   return status;
 }
 
-std::string describedExitStatus(int status) {
+std::string describeExitStatus(int status) {
   if (WIFEXITED(status)) return "ended with status " + std::to_string(WEXITSTATUS(status));
   const int signal = WTERMSIG(status);
   return "was killed by signal " + std::to_string(signal) + " (" + strsignal(signal) + ")";

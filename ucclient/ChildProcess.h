@@ -54,6 +54,6 @@ bool startDetached(std::vector<std::string> command, std::function<void(int stat
 /// Describes how a program ended, to follow its name: "ended with status 1", "was killed by signal
 /// 9 (Killed)". `status` is as from waitpid(). Call it on one thread only: on macOS the next call
 /// overwrites the name of the signal.
-[[nodiscard]] std::string describedExitStatus(int status);
+[[nodiscard]] std::string describeExitStatus(int status);
 
 }  // namespace seldial

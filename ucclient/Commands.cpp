@@ -16,7 +16,7 @@
 #include "ucclient/MainThread.h"
 #include "ucclient/MessageListener.h"
 #include "ucclient/Options.h"
-#include "ucclient/Places.h"
+#include "ucclient/Paths.h"
 
 namespace seldial {
 namespace {
@@ -46,7 +46,7 @@ int reload(const Arguments& /*arguments*/) {
 
 /// Replaces this process by the settings window.
 int openSettings(const Arguments& arguments) {
-  Arguments command{findProgram("seldial-shortcut", ownDirectory()), "--settings"};
+  Arguments command{findProgram("seldial-shortcut", executableDirectory()), "--settings"};
   command.insert(command.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
   pointers.reserve(command.size() + 1);
@@ -58,7 +58,7 @@ int openSettings(const Arguments& arguments) {
 
 std::optional<Options> optionsOf(const Arguments& arguments) {
   std::string error;
-  auto options = optionsFrom(arguments, usualConfigurationPath(), error);
+  auto options = readOptions(arguments, defaultConfigurationPath(), error);
   if (!options) fail(error);
   return options;
 }
@@ -73,7 +73,7 @@ int enable(const Arguments& /*arguments*/) {
   const auto options = optionsOf({});
   if (!options) return 2;
   if (!options->dialling.dials()) {
-    return fail("nothing would be dialled: set dial or open in " + usualConfigurationPath());
+    return fail("nothing would be dialled: set dial or open in " + defaultConfigurationPath());
   }
   std::string result;
   if (!enableLoginStart(platform::executablePath(), result)) return fail(result);
@@ -91,7 +91,7 @@ int disable(const Arguments& /*arguments*/) {
 /// Ignores the settings of this user's client, because the seldial belongs to another program.
 int sendSetHotKey(const Arguments& arguments) {
   std::string error;
-  const auto options = optionsFrom(Arguments(arguments.begin() + 1, arguments.end()), "", error);
+  const auto options = readOptions(Arguments(arguments.begin() + 1, arguments.end()), "", error);
   if (!options) {
     fail(error);
     return 2;

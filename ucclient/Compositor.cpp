@@ -37,7 +37,7 @@ std::optional<std::string> compositorAt(const std::string& display) {
   return name;
 }
 
-std::string mechanismUnder(const std::string& compositor) {
+std::string mechanismFor(const std::string& compositor) {
   for (const auto& mechanism : kMechanisms) {
     if (compositor.starts_with(mechanism.compositor)) return mechanism.text;
   }

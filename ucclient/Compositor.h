@@ -10,6 +10,6 @@ namespace seldial {
 [[nodiscard]] std::optional<std::string> compositorAt(const std::string& display);
 
 /// How Seldial gets its hot key from that compositor and makes applications copy, in words.
-[[nodiscard]] std::string mechanismUnder(const std::string& compositor);
+[[nodiscard]] std::string mechanismFor(const std::string& compositor);
 
 }  // namespace seldial

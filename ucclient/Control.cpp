@@ -10,7 +10,7 @@ namespace seldial {
 
 void History::add(const std::string& outcome) {
   lines_.push_back(timeText(std::time(nullptr)) + "  " + outcome + "\n");
-  if (lines_.size() > kMostOutcomes) lines_.pop_front();
+  if (lines_.size() > kMaxOutcomes) lines_.pop_front();
 }
 
 std::string History::text() const {
@@ -60,13 +60,13 @@ class ControlSocket::Receiver final : public GDUnixSocketServerDelegate,
 
  private:
   /// Longer requests are not valid.
-  static constexpr std::size_t kLongestRequest = 256;
+  static constexpr std::size_t kMaxRequestLength = 256;
 
   void received(const std::string& data, const std::string& clientID) {
     std::string& request = partial_[clientID];
     request += data;
     const auto end = request.find('\n');
-    if (end == std::string::npos && request.size() <= kLongestRequest) return;
+    if (end == std::string::npos && request.size() <= kMaxRequestLength) return;
     const std::string line = request.substr(0, end);
     partial_.erase(clientID);
     handler_(line, [weak = weak_from_this(), clientID](const std::string& answer) {

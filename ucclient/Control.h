@@ -23,7 +23,7 @@ class History {
   [[nodiscard]] std::string text() const;
 
  private:
-  static constexpr std::size_t kMostOutcomes = 20;
+  static constexpr std::size_t kMaxOutcomes = 20;
 
   std::deque<std::string> lines_;
 };

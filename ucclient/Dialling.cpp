@@ -10,15 +10,14 @@
 #include "platform/System.h"
 #include "ucclient/ChildProcess.h"
 #include "ucclient/Notifications.h"
-#include "ucclient/Places.h"
-#include "ucclient/Words.h"
+#include "ucclient/Paths.h"
 
 namespace seldial {
 namespace {
 
 /// Replaces the placeholders by the values, from left to right. Placeholders within the values are
 /// not replaced.
-std::string filledIn(const std::string& word, const std::array<std::string, 3>& values) {
+std::string replacePlaceholders(const std::string& word, const std::array<std::string, 3>& values) {
   std::string result;
   for (std::size_t at = 0; at < word.size();) {
     std::size_t which = 0;
@@ -44,15 +43,15 @@ std::string escapedForURI(std::string number) {
 }
 
 /// The maximum number of choices for one selection.
-constexpr std::size_t kMostChoices = 20;
+constexpr std::size_t kMaxChoices = 20;
 
 }  // namespace
 
 std::string dialledNumber(const FoundNumber& number, const DialSettings& settings) {
-  const bool onlyWritten = number.international.empty();
-  if (settings.format == NumberFormat::kRaw || onlyWritten) {
-    const bool cannotFollow = !settings.prefix.empty() && number.written.starts_with('+');
-    return cannotFollow ? "" : settings.prefix + number.written;
+  const bool hasOnlyWrittenForm = number.international.empty();
+  if (settings.format == NumberFormat::kRaw || hasOnlyWrittenForm) {
+    const bool plusAfterPrefix = !settings.prefix.empty() && number.written.starts_with('+');
+    return plusAfterPrefix ? "" : settings.prefix + number.written;
   }
   if (!settings.prefix.empty()) {
     return number.outgoing.empty() ? "" : settings.prefix + number.outgoing;
@@ -85,7 +84,7 @@ std::optional<std::vector<std::string>> dialArguments(const FoundNumber& number,
   const std::array<std::string, 3> values{dialled, dialledURI("tel", number, settings), selection};
   std::vector<std::string> arguments;
   for (const std::string& word : settings.command) {
-    arguments.push_back(filledIn(word, values));
+    arguments.push_back(replacePlaceholders(word, values));
     if (arguments.back().find('\0') != std::string::npos) {
       error = "the selection contains a NUL byte, which an argument cannot contain";
       return std::nullopt;
@@ -101,9 +100,10 @@ std::optional<std::vector<std::string>> dialArguments(const FoundNumber& number,
 /// An open window in which the user chooses a number. It is closed by the destructor.
 class Dialler::Choice : public std::enable_shared_from_this<Choice> {
  public:
-  using Chosen = std::function<void(const FoundNumber&)>;
+  using ChoiceHandler = std::function<void(const FoundNumber&)>;
 
-  Choice(std::vector<FoundNumber> numbers, std::shared_ptr<MainThread> mainThread, Chosen chosen)
+  Choice(std::vector<FoundNumber> numbers, std::shared_ptr<MainThread> mainThread,
+         ChoiceHandler chosen)
       : numbers_(std::move(numbers)),
         mainThread_(std::move(mainThread)),
         chosen_(std::move(chosen)) {}
@@ -127,7 +127,7 @@ class Dialler::Choice : public std::enable_shared_from_this<Choice> {
         if (const auto self = weak.lock()) self->window_->wait();
       });
     };
-    window_ = ChildProcess::start({findProgram("seldial-choose", ownDirectory())},
+    window_ = ChildProcess::start({findProgram("seldial-choose", executableDirectory())},
                                   std::move(events), error, lines);
     return window_ != nullptr;
   }
@@ -142,7 +142,7 @@ class Dialler::Choice : public std::enable_shared_from_this<Choice> {
 
   const std::vector<FoundNumber> numbers_;
   const std::shared_ptr<MainThread> mainThread_;
-  const Chosen chosen_;
+  const ChoiceHandler chosen_;
   std::unique_ptr<ChildProcess> window_;
 };
 
@@ -157,7 +157,7 @@ void Dialler::dial(const std::string& selection) {
   choice_.reset();
   pending_.reset();
   if (selection.empty()) return events_->notDialled("nothing was selected");
-  if (selection.size() > kLongestSelection) {
+  if (selection.size() > kMaxSelectionLength) {
     return events_->notDialled("the selection is too long to be a telephone number");
   }
   FoundNumbers found = findNumbers(selection, settings_.region);
@@ -197,7 +197,7 @@ void Dialler::startUnlessUndone(const std::string& selection, const FoundNumber&
 }
 
 void Dialler::choose(const std::string& selection, std::vector<FoundNumber> numbers) {
-  if (numbers.size() > kMostChoices) numbers.resize(kMostChoices);
+  if (numbers.size() > kMaxChoices) numbers.resize(kMaxChoices);
   choice_ = std::make_shared<Choice>(
       std::move(numbers), mainThread_,
       [this, selection](const FoundNumber& number) { start(selection, number); });
@@ -213,7 +213,7 @@ void Dialler::start(const std::string& selection, const FoundNumber& number) {
   const auto ended = [main = mainThread_, events = events_,
                       program = arguments ? arguments->front() : ""](int status) {
     if (WIFEXITED(status) && WEXITSTATUS(status) == 0) return;
-    main->post([=] { events->failed(program + " " + describedExitStatus(status)); });
+    main->post([=] { events->failed(program + " " + describeExitStatus(status)); });
   };
   if (arguments && startDetached(*arguments, ended, error)) {
     return events_->dialled(dialledNumber(number, settings_));

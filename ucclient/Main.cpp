@@ -16,7 +16,7 @@ namespace {
 using Arguments = std::vector<std::string>;
 
 std::optional<seldial::Options> optionsOf(const Arguments& arguments, std::string& error) {
-  return seldial::optionsFrom(arguments, seldial::usualConfigurationPath(), error);
+  return seldial::readOptions(arguments, seldial::defaultConfigurationPath(), error);
 }
 
 int runSession(const seldial::Options& options, const Arguments& arguments) {

@@ -1,9 +1,11 @@
-// Desktop notifications, over the session bus. All texts are plain text.
+// Desktop notifications, over the session bus, and their texts in the user's language. All texts
+// are plain text.
 #pragma once
 
 #include <chrono>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace seldial {
 
@@ -26,5 +28,12 @@ enum class UndoOffer {
 /// once, on a separate thread.
 void offerUndo(const std::string& summary, std::chrono::milliseconds time,
                std::function<void(UndoOffer)> ended);
+
+/// Translates a text of a notification into the language of the session, which LANGUAGE, LC_ALL,
+/// LC_MESSAGES or LANG sets, as for gettext. English if there is no translation. "%1", "%2" and so
+/// on are replaced by the values. Printed output is not translated, because scripts read it. Any
+/// thread.
+[[nodiscard]] std::string translated(const std::string& english,
+                                     const std::vector<std::string>& values = {});
 
 }  // namespace seldial

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "ucclient/Notifications.h"
-#include "ucclient/Words.h"
 
 namespace seldial {
 namespace {
@@ -15,7 +14,7 @@ namespace {
 /// How long the desktop may take to answer, in microseconds.
 constexpr std::uint64_t kTimeLimit = 5'000'000;
 constexpr const char* kName = "org.freedesktop.Notifications";
-constexpr std::int32_t kDesktopsOwnDuration = -1;
+constexpr std::int32_t kDefaultDuration = -1;
 constexpr std::uint32_t kNoneToReplace = 0;
 
 /// Desktops may read the body as markup.
@@ -73,7 +72,7 @@ void show(const std::string& summary, const std::string& body) {
   if (!bus) return;
   // The last arguments: no actions, no hints.
   (void)call(bus, "Notify", "susssasa{sv}i", "Seldial", kNoneToReplace, "call-start",
-             summary.c_str(), escaped(body).c_str(), 0, 0, kDesktopsOwnDuration);
+             summary.c_str(), escaped(body).c_str(), 0, 0, kDefaultDuration);
 }
 
 bool hasButtons(const Bus& bus) {
@@ -114,10 +113,10 @@ class Undo {
   }
 
   bool notify(const std::string& summary, std::chrono::milliseconds time) {
-    constexpr int kTextsOfActions = 2;
+    constexpr int kActionStrings = 2;
     const BusMessage answer =
         call(bus_, "Notify", "susssasa{sv}i", "Seldial", kNoneToReplace, "call-start",
-             summary.c_str(), "", kTextsOfActions, "undo", translated("Undo").c_str(), 0,
+             summary.c_str(), "", kActionStrings, "undo", translated("Undo").c_str(), 0,
              static_cast<std::int32_t>(time.count()));
     return answer && sd_bus_message_read(answer.get(), "u", &id_) > 0;
   }

@@ -89,8 +89,8 @@ void append(std::string& text, char32_t character) {
   }
 }
 
-/// The replacement of the character in cleaned text.
-char32_t cleaned(char32_t character) {
+/// The replacement of the character in normalised text.
+char32_t normalised(char32_t character) {
   if (isIn(kLineBreaks, character)) return '\n';
   if (isIn(kBlanks, character)) return ' ';
   if (isIn(kHyphens, character)) return '-';
@@ -107,22 +107,23 @@ char32_t cleaned(char32_t character) {
 
 }  // namespace
 
-std::string cleanedText(const std::string& text) {
+std::string normalisedText(const std::string& text) {
   std::string result;
   for (std::size_t next = 0; next < text.size();) {
     const bool isLineFeedAfterReturn = next > 0 && text[next] == '\n' && text[next - 1] == '\r';
     const char32_t character = decodeNext(text, next);
-    if (!isLineFeedAfterReturn && !isIn(kInvisible, character)) append(result, cleaned(character));
+    if (!isLineFeedAfterReturn && !isIn(kInvisible, character))
+      append(result, normalised(character));
   }
   return result;
 }
 
-std::string dialledCharacters(const std::string& text) {
+std::string dialableCharacters(const std::string& text) {
   std::string result;
   for (const char letter : text) {
     const bool digit = letter >= '0' && letter <= '9';
-    const bool plusInFront = letter == '+' && result.empty();
-    if (digit || letter == '*' || letter == '#' || plusInFront) result += letter;
+    const bool isLeadingPlus = letter == '+' && result.empty();
+    if (digit || letter == '*' || letter == '#' || isLeadingPlus) result += letter;
   }
   return result;
 }

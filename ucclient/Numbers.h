@@ -25,7 +25,7 @@ struct FoundNumbers {
 };
 
 /// The maximum length of a selection that is searched, in bytes.
-constexpr std::size_t kLongestSelection = 100000;
+constexpr std::size_t kMaxSelectionLength = 100000;
 
 /// Finds the numbers in a selection. `region` is the country of numbers without a country code, as
 /// in ISO 3166 ("NL"). If it is empty, only international numbers are found. `selection` may be any
@@ -40,7 +40,7 @@ constexpr std::size_t kLongestSelection = 100000;
 [[nodiscard]] std::string regionOfLocale();
 
 /// The digits, "*" and "#" of the text, and a leading "+".
-[[nodiscard]] std::string dialledCharacters(const std::string& text);
+[[nodiscard]] std::string dialableCharacters(const std::string& text);
 
 /// Normalises selected text to the characters in which telephone numbers are usually typed: every
 /// Unicode decimal digit becomes 0 to 9, every space a plain space, every hyphen, dash and minus
@@ -48,6 +48,6 @@ constexpr std::size_t kLongestSelection = 100000;
 /// and the tab that separates columns, a line feed. Invisible characters, such as soft hyphens and
 /// direction marks, are removed. All other characters are kept. Bytes that are not UTF-8 become
 /// U+FFFD.
-[[nodiscard]] std::string cleanedText(const std::string& text);
+[[nodiscard]] std::string normalisedText(const std::string& text);
 
 }  // namespace seldial

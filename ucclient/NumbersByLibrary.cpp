@@ -24,16 +24,16 @@ using i18n::phonenumbers::PhoneNumberMatcher;
 using i18n::phonenumbers::PhoneNumberUtil;
 
 /// The maximum number of candidates examined in one line.
-constexpr int kMostTries = 1000;
+constexpr int kMaxTries = 1000;
 /// Digits that are not in the numbering plan are offered as a number if there are at least
-/// kFewestOfUnknown, or between kFewestOfShort and kMostOfShort: an internal extension or an
+/// kMinUnknownDigits, or between kMinShortDigits and kMaxShortDigits: an internal extension or an
 /// emergency number.
-constexpr std::size_t kFewestOfUnknown = 7;
-constexpr std::size_t kFewestOfShort = 2;
-constexpr std::size_t kMostOfShort = 6;
+constexpr std::size_t kMinUnknownDigits = 7;
+constexpr std::size_t kMinShortDigits = 2;
+constexpr std::size_t kMaxShortDigits = 6;
 
 /// The maximum distance from a number at which other digits may be part of it, in bytes.
-constexpr std::size_t kReach = 8;
+constexpr std::size_t kContextLength = 8;
 
 constexpr const char* kNumberCharacters = "+0123456789 -./()[]~";
 
@@ -78,7 +78,7 @@ std::string writtenDigits(const std::string& text) {
   std::string number = text.substr(0, text.find_first_not_of(kNumberCharacters));
   const auto zero = number.find("(0)");
   if (number.front() == '+' && zero != std::string::npos) number.erase(zero, 3);
-  return dialledCharacters(number);
+  return dialableCharacters(number);
 }
 
 FoundNumber foundNumber(const PhoneNumber& number, const std::string& text,
@@ -89,13 +89,13 @@ FoundNumber foundNumber(const PhoneNumber& number, const std::string& text,
   found.written = writtenDigits(text);
   if (region.empty()) return found;
   if (number.country_code() == util().GetCountryCodeForRegion(region)) {
-    found.national = dialledCharacters(formatted(number, PhoneNumberUtil::NATIONAL));
+    found.national = dialableCharacters(formatted(number, PhoneNumberUtil::NATIONAL));
   }
   PhoneNumber withoutExtension = number;
   withoutExtension.clear_extension();
   std::string outgoing;
   util().FormatOutOfCountryCallingNumber(withoutExtension, region, &outgoing);
-  found.outgoing = dialledCharacters(outgoing);
+  found.outgoing = dialableCharacters(outgoing);
   if (found.outgoing.starts_with('+')) found.outgoing.clear();  // no international prefix is known
   return found;
 }
@@ -103,16 +103,16 @@ FoundNumber foundNumber(const PhoneNumber& number, const std::string& text,
 /// Whether the characters of a match are unambiguous. "030 1234-0/-17" is two numbers, "1234 5678"
 /// may be two columns, and the text after "#" or "~" may not be an extension.
 bool isCertain(const std::string& text, const std::string& extension) {
-  static const std::regex doubtful(R"(  |--|/ *-|- */|/ *\d{1,3}$)");
+  static const std::regex ambiguous(R"(  |--|/ *-|- */|/ *\d{1,3}$)");
   static const std::regex label("[^-+0-9 ./()*#~]");
-  return !std::regex_search(text, doubtful) &&
+  return !std::regex_search(text, ambiguous) &&
          (extension.empty() || std::regex_search(text, label));
 }
 
 std::vector<Match> matchesInLine(const std::string& line, std::size_t offset,
                                  const std::string& region, PhoneNumberMatcher::Leniency leniency) {
   std::vector<Match> matches;
-  PhoneNumberMatcher matcher(util(), line, region.empty() ? "ZZ" : region, leniency, kMostTries);
+  PhoneNumberMatcher matcher(util(), line, region.empty() ? "ZZ" : region, leniency, kMaxTries);
   PhoneNumberMatch match;
   while (matcher.HasNext() && matcher.Next(&match)) {
     if (isDate(match.raw_string())) continue;
@@ -152,14 +152,14 @@ bool isMark(char letter) {
 /// all matches.
 bool hasDigitNear(const std::string& text, const std::vector<Match>& matches, std::size_t at,
                   std::size_t step) {
-  for (std::size_t i = 0; i < kReach && at < text.size(); ++i, at += step) {
+  for (std::size_t i = 0; i < kContextLength && at < text.size(); ++i, at += step) {
     if (!isMark(text[at])) return isDigit(text[at]) && !isInMatch(matches, at);
   }
   return false;
 }
 
 /// Whether other digits follow or precede a match with only marks in between.
-bool hasDigitsBeside(const std::string& text, const std::vector<Match>& matches) {
+bool hasAdjacentDigits(const std::string& text, const std::vector<Match>& matches) {
   constexpr auto kBackwards = static_cast<std::size_t>(-1);  // also from 0, to beyond the text
   return std::any_of(matches.begin(), matches.end(), [&](const Match& match) {
     return hasDigitNear(text, matches, match.end, 1) ||
@@ -178,7 +178,7 @@ bool isInAddress(const std::string& text, const std::vector<Match>& matches) {
 
 /// Replaces the line breaks that may be within a number by spaces: those between number characters,
 /// unless the first line ends and the next line begins with a complete number.
-std::string withBrokenNumbersJoined(std::string text, const std::vector<Match>& matches) {
+std::string joinBrokenNumbers(std::string text, const std::vector<Match>& matches) {
   const std::string inNumber = kNumberCharacters;
   for (auto at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
     const auto before = at == 0 ? std::string::npos : text.find_last_not_of(" \n", at - 1);
@@ -186,8 +186,8 @@ std::string withBrokenNumbersJoined(std::string text, const std::vector<Match>& 
     if (before == std::string::npos || after == std::string::npos) continue;
     if (inNumber.find(text[before]) == std::string::npos) continue;
     if (inNumber.find(text[after]) == std::string::npos) continue;
-    const bool twoNumbers = isInMatch(matches, before) && isInMatch(matches, after);
-    if (!twoNumbers) text[at] = ' ';
+    const bool isBetweenNumbers = isInMatch(matches, before) && isInMatch(matches, after);
+    if (!isBetweenNumbers) text[at] = ' ';
   }
   return text;
 }
@@ -206,9 +206,9 @@ void addNumbers(std::vector<FoundNumber>& numbers, const std::vector<Match>& mat
 FoundNumbers numbersOf(const std::string& text, const std::vector<Match>& matches) {
   FoundNumbers found;
   addNumbers(found.numbers, matches);
-  const bool eachCertain =
+  const bool allCertain =
       std::all_of(matches.begin(), matches.end(), [](const Match& match) { return match.certain; });
-  found.certain = eachCertain && !hasDigitsBeside(text, matches) && !isInAddress(text, matches);
+  found.certain = allCertain && !hasAdjacentDigits(text, matches) && !isInAddress(text, matches);
   return found;
 }
 
@@ -221,7 +221,7 @@ FoundNumbers unknownNumbers(const std::string& text, const std::string& region) 
   if (first == std::string::npos) return found;
   const std::string trimmed = text.substr(first, last - first + 1);
   const bool isShort = trimmed.find_first_not_of("0123456789*#") == std::string::npos;
-  if (isShort && digits >= kFewestOfShort && digits <= kMostOfShort) {
+  if (isShort && digits >= kMinShortDigits && digits <= kMaxShortDigits) {
     FoundNumber number;
     number.written = trimmed;
     found.numbers.push_back(number);
@@ -229,7 +229,7 @@ FoundNumbers unknownNumbers(const std::string& text, const std::string& region) 
   }
   // If there is other text, the digits are less likely to be a number.
   if (trimmed.find_first_not_of(kNumberCharacters) != std::string::npos) return found;
-  if (digits < kFewestOfUnknown || isAddressOfHost(trimmed)) return found;
+  if (digits < kMinUnknownDigits || isAddressOfHost(trimmed)) return found;
   const auto matches = matchesIn(text, region, PhoneNumberMatcher::POSSIBLE);
   if (matches.size() == 1) addNumbers(found.numbers, matches);
   return found;
@@ -244,10 +244,10 @@ bool isKnownRegion(const std::string& region) {
 }
 
 FoundNumbers findNumbers(const std::string& selection, const std::string& region) {
-  if (selection.size() > kLongestSelection) return {};
-  const std::string text = cleanedText(selection);
+  if (selection.size() > kMaxSelectionLength) return {};
+  const std::string text = normalisedText(selection);
   const auto byLines = matchesIn(text, region);
-  const std::string joined = withBrokenNumbersJoined(text, byLines);
+  const std::string joined = joinBrokenNumbers(text, byLines);
   FoundNumbers found = numbersOf(text, byLines);
   if (joined != text) {
     const auto inJoined = matchesIn(joined, region);

@@ -8,8 +8,8 @@ namespace {
 
 /// The maximum number of digits of an international number (ITU-T E.164), and the minimum for which
 /// the user is asked.
-constexpr std::ptrdiff_t kMostDigits = 15;
-constexpr std::ptrdiff_t kFewestDigits = 2;
+constexpr std::ptrdiff_t kMaxDigits = 15;
+constexpr std::ptrdiff_t kMinDigits = 2;
 
 }  // namespace
 
@@ -19,15 +19,15 @@ bool isKnownRegion(const std::string& region) {
 }
 
 FoundNumbers findNumbers(const std::string& selection, const std::string& /*region*/) {
-  if (selection.size() > kLongestSelection) return {};
-  const std::string text = cleanedText(selection);
+  if (selection.size() > kMaxSelectionLength) return {};
+  const std::string text = normalisedText(selection);
   const auto digits =
       std::count_if(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
   const bool isNumber = text.find_first_not_of("+0123456789*# -./()\n") == std::string::npos &&
                         text.rfind('+') == text.find('+');
-  if (!isNumber || digits < kFewestDigits || digits > kMostDigits) return {};
+  if (!isNumber || digits < kMinDigits || digits > kMaxDigits) return {};
   FoundNumber number;
-  number.written = dialledCharacters(text);
+  number.written = dialableCharacters(text);
   const bool international = number.written.front() == '+';
   if (international) number.international = number.written;
   // A zero in brackets may have to be omitted, and a line break may end the number.

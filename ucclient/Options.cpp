@@ -113,7 +113,7 @@ class Reader final : public OptionReader {
   }
 
   bool setDelay(const std::string& value) {
-    const auto delay = delayFrom(value);
+    const auto delay = parseDelay(value);
     if (!delay) return fail(named("delay") + " takes milliseconds from 0 to 65535, not " + value);
     options_.delay = *delay;
     return true;
@@ -121,7 +121,7 @@ class Reader final : public OptionReader {
 
   bool setDial(const std::string& value) {
     std::string why;
-    const auto command = dialCommandFrom(value, why);
+    const auto command = parseDialCommand(value, why);
     if (!command) return fail(named("dial ") + value + ": " + why);
     dialling().command = *command;
     dialling().scheme.clear();
@@ -175,7 +175,7 @@ class Reader final : public OptionReader {
   }
 
   bool setUndoTime(const std::string& value) {
-    const auto seconds = delayFrom(value);
+    const auto seconds = parseDelay(value);
     dialling().undoTime = std::chrono::seconds(seconds.value_or(0));
     return (seconds && *seconds >= 1 && *seconds <= 60) ||
            fail(named("undo-time") + " takes seconds from 1 to 60, not " + value);
@@ -212,13 +212,14 @@ class Reader final : public OptionReader {
 
 }  // namespace
 
-std::optional<Options> optionsFrom(const std::vector<std::string>& arguments,
-                                   const std::string& usualConfiguration, std::string& error) {
+std::optional<Options> readOptions(const std::vector<std::string>& arguments,
+                                   const std::string& defaultConfiguration, std::string& error) {
   Reader commandLine(arguments, error);  // first only for the name of the file
   if (!commandLine.readArguments()) return std::nullopt;
   const Options& given = commandLine.options();
   if (given.help || given.version) return given;
-  const std::string& file = given.configuration.empty() ? usualConfiguration : given.configuration;
+  const std::string& file =
+      given.configuration.empty() ? defaultConfiguration : given.configuration;
   Reader reader(arguments, error);
   if ((!file.empty() && !reader.readFile(file)) || !reader.readArguments()) return std::nullopt;
   return reader.checked();

@@ -26,11 +26,11 @@ struct Options {
 };
 
 /// Reads the configuration file and then the arguments, which do not include the path of the
-/// program. The file is the one that the arguments name, otherwise `usualConfiguration`, which may
-/// be empty for no file. Nothing if anything is invalid; `error` is then one sentence that says
+/// program. The file is the one that the arguments name, otherwise `defaultConfiguration`, which
+/// may be empty for no file. Nothing if anything is invalid; `error` is then one sentence that says
 /// why, without a full stop.
-[[nodiscard]] std::optional<Options> optionsFrom(const std::vector<std::string>& arguments,
-                                                 const std::string& usualConfiguration,
+[[nodiscard]] std::optional<Options> readOptions(const std::vector<std::string>& arguments,
+                                                 const std::string& defaultConfiguration,
                                                  std::string& error);
 
 /// The text of --help, with its last line feed.

@@ -11,7 +11,6 @@
 #include "client/Connection.h"
 #include "client/Protocol.h"
 #include "ucclient/Notifications.h"
-#include "ucclient/Words.h"
 
 namespace seldial {
 namespace {
@@ -20,8 +19,8 @@ namespace {
 constexpr std::chrono::seconds kEndLimit{5};
 
 /// Pauses before restarts double up to this limit. A Seldial that has run for longer resets them.
-constexpr std::chrono::seconds kLongestPause{60};
-constexpr std::chrono::seconds kShortestPause{1};
+constexpr std::chrono::seconds kMaxRestartDelay{60};
+constexpr std::chrono::seconds kMinRestartDelay{1};
 
 /// The status with which Seldial ends when it loses the X server.
 constexpr int kDesktopLost = 1;
@@ -35,7 +34,7 @@ void runLater(std::chrono::milliseconds time, std::function<void()> task) {
 }
 
 /// Seldial reports the same reason for every refusal of the desktop.
-std::string inPlainWords(const std::string& failReason) {
+std::string explainFailReason(const std::string& failReason) {
   if (failReason != "hotkey not set") return failReason;
   return failReason +
          " (another program holds it, the keyboard has no such key, or there is no desktop)";
@@ -48,8 +47,10 @@ void showRefusal(const std::string& hotKey, const std::string& why) {
 
 }  // namespace
 
-Session::Session(Options options, Reread reread)
-    : options_(std::move(options)), reread_(std::move(reread)), console_(options_.conversation) {
+Session::Session(Options options, ReloadOptions reloadOptions)
+    : options_(std::move(options)),
+      reloadOptions_(std::move(reloadOptions)),
+      console_(options_.conversation) {
   makeDialler();
 }
 
@@ -81,7 +82,7 @@ std::function<void()> Session::endRequest() {
 }
 
 bool Session::makeDirectory() {
-  directory_ = PrivateDirectory::makeUnder(PrivateDirectory::usualParents());
+  directory_ = PrivateDirectory::createIn(PrivateDirectory::defaultParents());
   if (directory_) {
     dialerPath_ = directory_->file("dialer");
     return true;
@@ -103,25 +104,25 @@ bool Session::listenForMessages() {
 
 bool Session::startDialer() {
   const std::string program =
-      options_.seldial.empty() ? findSeldial(ownDirectory()) : options_.seldial;
+      options_.seldial.empty() ? findSeldial(executableDirectory()) : options_.seldial;
   started_ = std::chrono::steady_clock::now();
   std::string error;
   // Only the log shows that Seldial listens.
   dialer_ = ChildProcess::start(
       {program, "-jsonlog", "dialerpipename=" + dialerPath_,
        "clientpipename=" + directory_->path() + "/client"},
-      {onMainThread(&Session::dialerWrote), onMainThread(&Session::dialerEnded)}, error);
+      {onMainThread(&Session::handleDialerLine), onMainThread(&Session::dialerEnded)}, error);
   if (!dialer_) console_.error(error);
   return dialer_ != nullptr;
 }
 
-void Session::dialerWrote(const std::string& line) {
+void Session::handleDialerLine(const std::string& line) {
   const auto logged = loggedMessage(line);
   if (!logged || ending_) return;
   if (logged->starts_with("Unix socket server listen ok")) {
     sendSetHotKey();
   } else if (*logged == "no number found on pasteboard") {
-    if (!wasTrial() && dialling_) notDialled("nothing was selected");
+    if (!answerTrial() && dialling_) notDialled("nothing was selected");
   } else if (logged->starts_with("Unix socket server listen failed") ||
              logged->starts_with("Failed to start unix socket server")) {
     fail("seldial cannot listen at " + dialerPath_);
@@ -147,13 +148,13 @@ void Session::received(const std::string& text) {
       hotKeyWasSet();
       break;
     case Message::Kind::HotKeyNotSet:
-      hotKeyWasRefused(inPlainWords(message.text));
+      hotKeyWasRefused(explainFailReason(message.text));
       break;
     case Message::Kind::Error:
       fail("seldial did not accept the command: " + message.text);
       break;
     case Message::Kind::MakeCall:
-      if (wasTrial()) break;
+      if (answerTrial()) break;
       if (dialling_) {
         dialling_->dial(message.text);
       } else {
@@ -176,7 +177,7 @@ void Session::hotKeyWasSet() {
 void Session::hotKeyWasRefused(const std::string& why) {
   hasHotKey_ = false;
   const std::string sentence = "the hot key " + options_.spelling + " was refused: " + why;
-  if (!reloading_) {
+  if (!reloadReply_) {
     if (dialling_) showRefusal(options_.spelling, why);
     return fail(sentence);
   }
@@ -212,11 +213,11 @@ void Session::endRequested() {
 void Session::dialerEnded() {
   const int status = dialer_->wait();
   hasHotKey_ = false;
-  finishReload("seldial " + describedExitStatus(status));
+  finishReload("seldial " + describeExitStatus(status));
   if (!ending_ && restartsAfter(status)) return restartLater(status);
   if (!ending_) {
     status_ = 1;
-    console_.error("seldial " + describedExitStatus(status));
+    console_.error("seldial " + describeExitStatus(status));
   }
   mainThread_->stop();
 }
@@ -230,11 +231,12 @@ bool Session::restartsAfter(int status) const {
 
 void Session::restartLater(int status) {
   dialer_.reset();
-  if (std::chrono::steady_clock::now() - started_ > kLongestPause) pause_ = kShortestPause;
-  console_.error("seldial " + describedExitStatus(status) + "; restarting it in " +
-                 std::to_string(pause_.count()) + " s");
-  runLater(pause_, onMainThread(&Session::restart));
-  pause_ = std::min(2 * pause_, kLongestPause);
+  if (std::chrono::steady_clock::now() - started_ > kMaxRestartDelay)
+    restartDelay_ = kMinRestartDelay;
+  console_.error("seldial " + describeExitStatus(status) + "; restarting it in " +
+                 std::to_string(restartDelay_.count()) + " s");
+  runLater(restartDelay_, onMainThread(&Session::restart));
+  restartDelay_ = std::min(2 * restartDelay_, kMaxRestartDelay);
 }
 
 void Session::restart() {

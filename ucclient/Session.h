@@ -14,7 +14,7 @@
 #include "ucclient/MainThread.h"
 #include "ucclient/MessageListener.h"
 #include "ucclient/Options.h"
-#include "ucclient/Places.h"
+#include "ucclient/Paths.h"
 
 namespace seldial {
 
@@ -23,9 +23,9 @@ namespace seldial {
 class Session : public std::enable_shared_from_this<Session> {
  public:
   /// Reads the options again. Nothing if they are invalid; `error` then says why.
-  using Reread = std::function<std::optional<Options>(std::string& error)>;
+  using ReloadOptions = std::function<std::optional<Options>(std::string& error)>;
 
-  Session(Options options, Reread reread);
+  Session(Options options, ReloadOptions reloadOptions);
 
   /// Runs the session to its end. Returns the exit status: 0 if the end was requested, 1 after any
   /// error.
@@ -43,7 +43,7 @@ class Session : public std::enable_shared_from_this<Session> {
   bool listenForMessages();
   bool startDialer();
 
-  void dialerWrote(const std::string& line);
+  void handleDialerLine(const std::string& line);
   void sendSetHotKey();
   void received(const std::string& message);
   void hotKeyWasSet();
@@ -59,7 +59,7 @@ class Session : public std::enable_shared_from_this<Session> {
 
   void answer(const std::string& request, const ControlSocket::Reply& reply);
   [[nodiscard]] std::string statusText() const;
-  bool wasTrial();
+  bool answerTrial();
   void reload(const ControlSocket::Reply& reply);
   void finishReload(const std::string& answer);
 
@@ -80,7 +80,7 @@ class Session : public std::enable_shared_from_this<Session> {
 
   Options options_;
   Options previousOptions_;  ///< while a reload waits for the hot key
-  const Reread reread_;
+  const ReloadOptions reloadOptions_;
   Console console_;
   const std::shared_ptr<MainThread> mainThread_ = std::make_shared<MainThread>();
   // The order matters: the child ends first, then the socket closes, then the directory is removed.
@@ -91,14 +91,15 @@ class Session : public std::enable_shared_from_this<Session> {
   std::string dialerPath_;
   std::unique_ptr<Dialler> dialling_;  ///< null if numbers are only printed
   History history_;
-  ControlSocket::Reply reloading_;  ///< for the result of a reload; empty if there is none
-  std::string reloadNote_;          ///< the answer if the reload succeeds
-  ControlSocket::Reply trying_;     ///< to notify of the next use instead of dialling; may be empty
+  ControlSocket::Reply reloadReply_;  ///< for the result of a reload; empty if there is none
+  std::string reloadNote_;            ///< the answer if the reload succeeds
+  ControlSocket::Reply
+      trialReply_;  ///< to notify of the next use instead of dialling; may be empty
   bool hasHotKey_ = false;
   bool hotKeyWasSet_ = false;  ///< at least once
   const std::time_t begun_ = std::time(nullptr);
   std::chrono::steady_clock::time_point started_;  ///< start time of the child
-  std::chrono::seconds pause_{1};                  ///< before the next restart
+  std::chrono::seconds restartDelay_{1};           ///< before the next restart
   bool ending_ = false;
   bool endRequested_ = false;
   int status_ = 0;

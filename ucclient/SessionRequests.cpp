@@ -9,7 +9,7 @@
 namespace seldial {
 namespace {
 
-std::string describedDialling(const DialSettings& settings) {
+std::string describeDialling(const DialSettings& settings) {
   if (!settings.scheme.empty()) return "opens " + settings.scheme + ": URIs";
   return settings.command.empty() ? "no, prints only" : "runs " + settings.command.front();
 }
@@ -30,9 +30,9 @@ void Session::answer(const std::string& request, const ControlSocket::Reply& rep
   if (request == kStatusRequest) {
     reply(statusText());
   } else if (request == kTrialRequest) {
-    trying_ = reply;
+    trialReply_ = reply;
   } else if (request == kHotKeyRequest) {
-    reply(hasHotKey_ ? spellingOfHotKey(options_.hotKey).value_or("") : "");
+    reply(hasHotKey_ ? hotKeySpelling(options_.hotKey).value_or("") : "");
   } else if (request == kReloadRequest) {
     reload(reply);
   } else {
@@ -46,16 +46,16 @@ std::string Session::statusText() const {
     return std::string(value != nullptr && value[0] != '\0' ? value : "none");
   };
   return "Hot key:  " + options_.spelling + (hasHotKey_ ? "" : " (not set)") + "\n" +
-         "Dials:    " + describedDialling(options_.dialling) + "\n" +
+         "Dials:    " + describeDialling(options_.dialling) + "\n" +
          "Session:  " + variable("XDG_SESSION_TYPE") + ", DISPLAY " + variable("DISPLAY") + "\n" +
          "Running:  since " + timeText(begun_) + "\n" +
-         (trying_ ? "Next use: is shown in the settings window, not dialled\n" : "") +
+         (trialReply_ ? "Next use: is shown in the settings window, not dialled\n" : "") +
          history_.text();
 }
 
 /// Whether a client is waiting for this use of the hot key as a trial.
-bool Session::wasTrial() {
-  const auto reply = std::exchange(trying_, nullptr);
+bool Session::answerTrial() {
+  const auto reply = std::exchange(trialReply_, nullptr);
   return reply && reply("used\n");
 }
 
@@ -63,8 +63,8 @@ bool Session::wasTrial() {
 /// one ends.
 void Session::reload(const ControlSocket::Reply& reply) {
   std::string error;
-  const auto options = reread_(error);
-  if (!options || reloading_ || !hasHotKey_) {
+  const auto options = reloadOptions_(error);
+  if (!options || reloadReply_ || !hasHotKey_) {
     reply(!options ? error : "seldial is not ready, please try again");
     return;
   }
@@ -75,12 +75,12 @@ void Session::reload(const ControlSocket::Reply& reply) {
                                                 "seldial-uc is started again");
   previousOptions_ = options_;
   apply(*options);
-  reloading_ = reply;
+  reloadReply_ = reply;
   sendSetHotKey();
 }
 
 void Session::finishReload(const std::string& answer) {
-  if (const auto reply = std::exchange(reloading_, nullptr)) reply(answer);
+  if (const auto reply = std::exchange(reloadReply_, nullptr)) reply(answer);
 }
 
 }  // namespace seldial

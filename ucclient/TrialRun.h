@@ -11,11 +11,11 @@
 namespace seldial {
 
 /// Runs a separate seldial to set a hot key and use it once. Main thread only.
-class Trial {
+class TrialRun {
  public:
   /// `delay` is the read delay in milliseconds. `window` is the program that shows the text to copy
   /// and uses the hot key there, seldial-shortcut; empty: the hot key is only set.
-  Trial(const HotKey& hotKey, std::uint16_t delay, std::string window)
+  TrialRun(const HotKey& hotKey, std::uint16_t delay, std::string window)
       : hotKey_(hotKey), delay_(delay), window_(std::move(window)) {}
 
   /// Runs `program` as seldial and returns its answer. Nothing if there is none; `failure` then
@@ -29,7 +29,7 @@ class Trial {
   void wrote(const std::string& line);
   void setHotKey();
   void useHotKey();
-  void endWith(const std::string& copyFailure);
+  void finish(const std::string& copyFailure);
 
   const HotKey hotKey_;
   const std::uint16_t delay_;

@@ -1,4 +1,4 @@
-#include "ucclient/Places.h"
+#include "ucclient/Paths.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,7 +22,7 @@ bool isProgram(const std::string& path) {
 constexpr const char* kTemplate = "/seldial-uc-XXXXXX";
 
 /// Bytes reserved for a slash and the name of a socket.
-constexpr std::size_t kRoomForName = 16;
+constexpr std::size_t kMaxNameLength = 16;
 
 /// `path` without symbolic links, ".." and double slashes, as the socket library requires. Empty if
 /// it does not exist.
@@ -35,7 +35,7 @@ std::string realPath(const std::string& path) {
 
 }  // namespace
 
-std::string ownDirectory() {
+std::string executableDirectory() {
   const std::string file = platform::executablePath();
   return file.substr(0, file.rfind('/'));
 }
@@ -60,19 +60,19 @@ std::string findProgram(const std::string& name, const std::string& directory) {
   return name;
 }
 
-std::unique_ptr<PrivateDirectory> PrivateDirectory::makeUnder(
+std::unique_ptr<PrivateDirectory> PrivateDirectory::createIn(
     const std::vector<std::string>& parents) {
   for (const std::string& parent : parents) {
     const std::string real = realPath(parent);
     std::string path = (real == "/" ? "" : real) + kTemplate;
-    if (real.empty() || path.size() + kRoomForName > kLongestPath) continue;
+    if (real.empty() || path.size() + kMaxNameLength > kMaxPathLength) continue;
     if (mkdtemp(path.data()) == nullptr) continue;  // only its owner can access it, from the start
     return std::unique_ptr<PrivateDirectory>(new PrivateDirectory(path));
   }
   return nullptr;
 }
 
-std::vector<std::string> PrivateDirectory::usualParents() {
+std::vector<std::string> PrivateDirectory::defaultParents() {
   std::vector<std::string> parents;
   for (const char* const name : {"XDG_RUNTIME_DIR", "TMPDIR"}) {
     const char* const value = std::getenv(name);

@@ -1,11 +1,11 @@
 // The texts of notifications are few, so they are in a table: seldial-uc does not use Qt, whose
 // translations the windows use, and gettext would need files at fixed paths.
-#include "ucclient/Words.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <iterator>
+
+#include "ucclient/Notifications.h"
 
 namespace seldial {
 namespace {
@@ -141,7 +141,7 @@ const char* inLanguageOfSession(const Text& text) {
   return text.english;
 }
 
-std::string filledIn(const std::string& text, const std::vector<std::string>& values) {
+std::string replacePlaceholders(const std::string& text, const std::vector<std::string>& values) {
   std::string result;
   for (std::size_t at = 0; at < text.size(); ++at) {
     const std::size_t which = text[at] == '%' && at + 1 < text.size()
@@ -162,7 +162,8 @@ std::string filledIn(const std::string& text, const std::vector<std::string>& va
 std::string translated(const std::string& english, const std::vector<std::string>& values) {
   const auto* const text = std::find_if(std::begin(kTexts), std::end(kTexts),
                                         [&](const Text& each) { return each.english == english; });
-  return filledIn(text != std::end(kTexts) ? inLanguageOfSession(*text) : english, values);
+  return replacePlaceholders(text != std::end(kTexts) ? inLanguageOfSession(*text) : english,
+                             values);
 }
 
 }  // namespace seldial

@@ -8,7 +8,7 @@
 namespace seldial {
 
 /// The directory of the running executable; empty if unknown.
-[[nodiscard]] std::string ownDirectory();
+[[nodiscard]] std::string executableDirectory();
 
 /// The program `seldial`, or the one in its bundle, that belongs to a program in `directory`: in
 /// the same directory, in the parent directory of an installation, or in the sibling directory of a
@@ -23,14 +23,14 @@ namespace seldial {
 class PrivateDirectory {
  public:
   /// The maximum length of the path of a file in it, in bytes: the limit of socket addresses.
-  static constexpr std::size_t kLongestPath = 103;
+  static constexpr std::size_t kMaxPathLength = 103;
 
   /// Creates one under the first of `parents` where that succeeds and the path leaves space for the
   /// name of a socket; null if there is none.
-  static std::unique_ptr<PrivateDirectory> makeUnder(const std::vector<std::string>& parents);
+  static std::unique_ptr<PrivateDirectory> createIn(const std::vector<std::string>& parents);
 
   /// XDG_RUNTIME_DIR, TMPDIR and /tmp: the directories for temporary files, best first.
-  static std::vector<std::string> usualParents();
+  static std::vector<std::string> defaultParents();
 
   ~PrivateDirectory();
   PrivateDirectory(const PrivateDirectory&) = delete;
