@@ -42,7 +42,7 @@ void CopyTestWindow::showEvent(QShowEvent* event) {
 bool CopyTestWindow::nativeEventFilter(const QByteArray& eventType, void* message,
                                        qintptr* /*result*/) {
   const bool hasFocus = eventType == "xcb_generic_event_t" &&
-                        platform::x11::givesFocusTo(static_cast<std::uint32_t>(winId()), message);
+                        platform::x11::isFocusIn(static_cast<std::uint32_t>(winId()), message);
   if (hasFocus) callOnce(typeShift_);
   return false;
 }

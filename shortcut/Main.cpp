@@ -26,8 +26,8 @@ namespace seldial {
 namespace {
 
 // The defaults of seldial-uc.
-constexpr const char* kUsualHotKey = "ctrl+alt+d";
-constexpr std::uint16_t kUsualDelay = 500;
+constexpr const char* kDefaultHotKey = "ctrl+alt+d";
+constexpr std::uint16_t kDefaultDelay = 500;
 
 /// Longer than any copy takes on a busy machine.
 constexpr std::chrono::seconds kTestLimit{10};
@@ -60,16 +60,17 @@ ShortcutWindow::Deliver deliveryFor(const ShortcutOptions& options) {
 }
 
 /// Whether the user's running seldial-uc has set that hot key.
-bool isOurs(const HotKey& hotKey) {
+bool isSeldialHotKey(const HotKey& hotKey) {
   std::string ignored;
-  return askRunningClient(kHotKeyRequest, ignored) == spellingOfHotKey(hotKey);
+  return askRunningClient(kHotKeyRequest, ignored) == hotKeySpelling(hotKey);
 }
 
 int show(ShortcutWindow& window, const ShortcutOptions& options) {
-  window.setOurs(
-      {isOurs, [](std::function<void()> used) { return HotKeyTrial::start(std::move(used)); }});
-  if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) window.tellOfWayland();
-  window.begin(options.hotKey, options.delay.value_or(kUsualDelay));
+  window.setSeldialHotKey({isSeldialHotKey, [](std::function<void()> used) {
+                             return HotKeyTrial::start(std::move(used));
+                           }});
+  if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) window.setOnWayland();
+  window.begin(options.hotKey, options.delay.value_or(kDefaultDelay));
   QObject::connect(&window, &QDialog::finished, &window,
                    [](int result) { QCoreApplication::exit(result == QDialog::Accepted ? 0 : 1); });
   window.show();
@@ -132,13 +133,13 @@ bool addConfiguration(ShortcutOptions& options, const std::vector<Setting>& sett
       options.hotKey = hotKeyFromSpelling(setting.value, error);
       if (!options.hotKey) return false;
     }
-    if (setting.name == "delay" && !options.delay) options.delay = delayFrom(setting.value);
+    if (setting.name == "delay" && !options.delay) options.delay = parseDelay(setting.value);
   }
-  if (!options.hotKey) options.hotKey = hotKeyFromSpelling(kUsualHotKey, error);
+  if (!options.hotKey) options.hotKey = hotKeyFromSpelling(kDefaultHotKey, error);
   return true;
 }
 
-const char* noDesktopText() {
+const char* noDesktopMessage() {
   if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
     return "seldial-shortcut: there is no X11 desktop\n";
   }
@@ -150,7 +151,7 @@ int run(int argc, char* argv[], const ShortcutOptions& options,
         const std::vector<Setting>& settings) {
   const auto desktop = platform::qt::Desktop::connect([] { std::exit(1); });
   if (!desktop) {
-    std::fputs(noDesktopText(), stderr);
+    std::fputs(noDesktopMessage(), stderr);
     return 1;
   }
   QKHotKeyCenter::setHotKeyEvents(desktop->hotKeyEvents());
@@ -173,7 +174,7 @@ int run(int argc, char* argv[], const ShortcutOptions& options,
 int main(int argc, char* argv[]) {
   std::string error;
   auto options =
-      seldial::shortcutOptionsFrom(std::vector<std::string>(argv + 1, argv + argc), error);
+      seldial::readShortcutOptions(std::vector<std::string>(argv + 1, argv + argc), error);
   if (!options) {
     std::fprintf(stderr, "seldial-shortcut: %s\nTry seldial-shortcut --help.\n", error.c_str());
     return 2;
@@ -186,7 +187,7 @@ int main(int argc, char* argv[]) {
     std::puts("seldial-shortcut " SELDIAL_VERSION);
     return 0;
   }
-  if (options->configuration.empty()) options->configuration = seldial::usualConfigurationPath();
+  if (options->configuration.empty()) options->configuration = seldial::defaultConfigurationPath();
   std::optional<std::vector<seldial::Setting>> settings{std::in_place};
   if (options->settings) settings = seldial::readConfiguration(options->configuration, error);
   if (!settings || (options->settings && !seldial::addConfiguration(*options, *settings, error))) {

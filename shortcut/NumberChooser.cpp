@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kMargin = 20;
 constexpr int kSpacing = 12;
-constexpr int kMostRows = 10;
+constexpr int kMaxRows = 10;
 constexpr int kColumns = 28;
 
 }  // namespace
@@ -28,7 +28,7 @@ NumberChooser::NumberChooser(const QStringList& numbers) : list_(new QListWidget
   list_->setLayoutDirection(Qt::LeftToRight);  // as numbers are written everywhere
   list_->addItems(numbers);
   list_->setCurrentRow(0);
-  const int rows = std::min(static_cast<int>(numbers.size()), kMostRows);
+  const int rows = std::min(static_cast<int>(numbers.size()), kMaxRows);
   list_->setFixedHeight(rows * list_->sizeHintForRow(0) + 2 * list_->frameWidth());
   list_->setMinimumWidth(kColumns * list_->fontMetrics().averageCharWidth());
   auto* const buttons = new QDialogButtonBox(this);

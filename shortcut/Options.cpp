@@ -56,7 +56,7 @@ class Reader final : public OptionReader {
   }
 
   bool setDelay(const std::string& value) {
-    options_.delay = delayFrom(value);
+    options_.delay = parseDelay(value);
     if (options_.delay) return true;
     return fail("--delay takes milliseconds from 0 to 65535, not " + value);
   }
@@ -83,7 +83,7 @@ class Reader final : public OptionReader {
 
 }  // namespace
 
-std::optional<ShortcutOptions> shortcutOptionsFrom(const std::vector<std::string>& arguments,
+std::optional<ShortcutOptions> readShortcutOptions(const std::vector<std::string>& arguments,
                                                    std::string& error) {
   return Reader(arguments, error).read();
 }

@@ -26,7 +26,7 @@ struct ShortcutOptions {
 
 /// Reads the arguments, which do not include the path of the program. Nothing if they are invalid;
 /// `error` is then one sentence that says why, without a full stop.
-[[nodiscard]] std::optional<ShortcutOptions> shortcutOptionsFrom(
+[[nodiscard]] std::optional<ShortcutOptions> readShortcutOptions(
     const std::vector<std::string>& arguments, std::string& error);
 
 /// The text of --help, with its last line feed.

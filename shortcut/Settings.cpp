@@ -29,8 +29,8 @@ struct Texts {
   Q_DECLARE_TR_FUNCTIONS(SettingsPanel)
 };
 
-/// The error of dialCommandFrom() in the user's language.
-QString inWords(const std::string& error) {
+/// The error of parseDialCommand() in the user's language.
+QString translatedError(const std::string& error) {
   static constexpr const char* kErrors[] = {
       QT_TRANSLATE_NOOP("SettingsPanel", "there is no program"),
       QT_TRANSLATE_NOOP("SettingsPanel", "a quote is not closed, or nothing follows a backslash"),
@@ -44,7 +44,7 @@ std::optional<std::string> failure(const QString& sentence) {
 }
 
 /// The current values of the settings in `names`.
-std::optional<SettingValues> presentValues(const std::string& path, const SettingValues& names,
+std::optional<SettingValues> currentValues(const std::string& path, const SettingValues& names,
                                            std::string& error) {
   const auto settings = readConfiguration(path, error);
   if (!settings) return std::nullopt;
@@ -189,13 +189,13 @@ std::optional<std::string> applySettings(const std::string& path, const SettingV
                                          bool startsAtLogin) {
   std::string error;
   if (const auto& command = values.at("dial")) {
-    if (!dialCommandFrom(*command, error)) {
-      return failure(Texts::tr("The program cannot be run: %1.").arg(inWords(error)));
+    if (!parseDialCommand(*command, error)) {
+      return failure(Texts::tr("The program cannot be run: %1.").arg(translatedError(error)));
     }
   } else if (startsAtLogin && !values.at("open")) {
     return failure(Texts::tr("Choose what to dial with first."));
   }
-  const auto before = presentValues(path, values, error);
+  const auto before = currentValues(path, values, error);
   if (!before || !writeConfiguration(path, values, error)) return error + ".";
   auto failed = applyFile(path, values, startsAtLogin);
   if (failed) (void)writeConfiguration(path, *before, error);  // the first failure is shown
@@ -203,7 +203,7 @@ std::optional<std::string> applySettings(const std::string& path, const SettingV
 }
 
 std::optional<SettingValues> shortcutSettings(const HotKey& hotKey, std::uint16_t delay) {
-  const auto spelling = spellingOfHotKey(hotKey);
+  const auto spelling = hotKeySpelling(hotKey);
   if (!spelling) return std::nullopt;
   return SettingValues{{"hotkey", *spelling}, {"delay", std::to_string(delay)}};
 }

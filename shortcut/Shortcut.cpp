@@ -71,7 +71,7 @@ constexpr VirtualKey kKeypadKeys[] = {
     kVK_JIS_KeypadComma,
 };
 
-QString keyInWords(std::uint16_t keyCode, KeyboardLayout& layout) {
+QString keyLabel(std::uint16_t keyCode, KeyboardLayout& layout) {
   const auto* const labelled =
       std::find_if(std::begin(kLabels), std::end(kLabels),
                    [=](const LabelledKey& entry) { return entry.key == keyCode; });
@@ -138,17 +138,17 @@ std::optional<std::string> failureOf(const std::optional<Message>& answer) {
 
 }  // namespace
 
-QStringList keysInWords(const QKHotKey& hotKey, KeyboardLayout& layout) {
+QStringList keyLabels(const QKHotKey& hotKey, KeyboardLayout& layout) {
   QStringList words;
   for (const auto& modifier : kModifiers) {
     if ((hotKey.modifierFlags() & modifier.flag) != 0) words << Texts::tr(modifier.label);
   }
-  if (!hasOnlyModifiers(hotKey)) words << keyInWords(hotKey.keyCode(), layout);
+  if (!hasOnlyModifiers(hotKey)) words << keyLabel(hotKey.keyCode(), layout);
   return words;
 }
 
-QString shortcutInWords(const QKHotKey& hotKey, KeyboardLayout& layout) {
-  return keysInWords(hotKey, layout).join(QStringLiteral(" + "));
+QString shortcutText(const QKHotKey& hotKey, KeyboardLayout& layout) {
+  return keyLabels(hotKey, layout).join(QStringLiteral(" + "));
 }
 
 HotKey hotKeyOf(const QKHotKey& hotKey) {
@@ -169,20 +169,20 @@ bool ShortcutTrial::isUsable(const QKHotKey& hotKey) {
   return center && center->canRegisterHotKeyWithKeyCode(hotKey.keyCode(), hotKey.modifierFlags());
 }
 
-ShortcutState ShortcutTrial::take(const std::shared_ptr<QKHotKey>& hotKey) {
-  if (taken_ == hotKey) return hotKey ? ShortcutState::kFree : ShortcutState::kUnknown;
-  giveBack();
+ShortcutState ShortcutTrial::start(const std::shared_ptr<QKHotKey>& hotKey) {
+  if (hotKey_ == hotKey) return hotKey ? ShortcutState::kFree : ShortcutState::kUnknown;
+  stop();
   const auto center = QKHotKeyCenter::sharedHotKeyCenter();
   if (!hotKey || !center) return ShortcutState::kUnknown;
   if (!isUsable(*hotKey)) return ShortcutState::kUnusable;
-  taken_ = center->registerHotKey(hotKey);
-  return taken_ ? ShortcutState::kFree : ShortcutState::kHeld;
+  hotKey_ = center->registerHotKey(hotKey);
+  return hotKey_ ? ShortcutState::kFree : ShortcutState::kHeld;
 }
 
-void ShortcutTrial::giveBack() {
-  if (!taken_) return;
-  QKHotKeyCenter::sharedHotKeyCenter()->unregisterHotKey(taken_);
-  taken_.reset();
+void ShortcutTrial::stop() {
+  if (!hotKey_) return;
+  QKHotKeyCenter::sharedHotKeyCenter()->unregisterHotKey(hotKey_);
+  hotKey_.reset();
 }
 
 std::optional<std::string> sendAndAwaitAnswer(const std::string& command, const std::string& path,

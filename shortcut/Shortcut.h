@@ -14,10 +14,10 @@
 namespace seldial {
 
 /// The names of its keys: "Ctrl", "Alt", "D". Every key has one.
-[[nodiscard]] QStringList keysInWords(const QKHotKey& hotKey, platform::KeyboardLayout& layout);
+[[nodiscard]] QStringList keyLabels(const QKHotKey& hotKey, platform::KeyboardLayout& layout);
 
 /// The shortcut in words, "Ctrl + Alt + D", for people who do not know or cannot see the glyphs.
-[[nodiscard]] QString shortcutInWords(const QKHotKey& hotKey, platform::KeyboardLayout& layout);
+[[nodiscard]] QString shortcutText(const QKHotKey& hotKey, platform::KeyboardLayout& layout);
 
 /// The hot key of a record.
 [[nodiscard]] HotKey hotKeyOf(const QKHotKey& hotKey);
@@ -27,11 +27,11 @@ namespace seldial {
 
 /// Whether a shortcut can be used on this desktop.
 enum class ShortcutState {
-  kUnknown,   ///< there is no shortcut, or it has not been tried yet
-  kFree,      ///< it was free, and is now registered by this program
-  kHeld,      ///< another program holds it
-  kOurs,      ///< Seldial holds it
-  kUnusable,  ///< no program can register it
+  kUnknown,        ///< there is no shortcut, or it has not been tried yet
+  kFree,           ///< it was free, and is now registered by this program
+  kHeld,           ///< another program holds it
+  kHeldBySeldial,  ///< Seldial holds it
+  kUnusable,       ///< no program can register it
 };
 
 /// Registers a shortcut, one at a time, so that it can be tried out. It registers the given record
@@ -39,7 +39,7 @@ enum class ShortcutState {
 class ShortcutTrial {
  public:
   ShortcutTrial() = default;
-  ~ShortcutTrial() { giveBack(); }
+  ~ShortcutTrial() { stop(); }
   ShortcutTrial(const ShortcutTrial&) = delete;
   ShortcutTrial& operator=(const ShortcutTrial&) = delete;
 
@@ -47,13 +47,13 @@ class ShortcutTrial {
   [[nodiscard]] static bool isUsable(const QKHotKey& hotKey);
 
   /// Registers the record, unless it is registered already, and unregisters the previous one.
-  ShortcutState take(const std::shared_ptr<QKHotKey>& hotKey);
+  ShortcutState start(const std::shared_ptr<QKHotKey>& hotKey);
 
   /// Unregisters it, so that other programs can register it.
-  void giveBack();
+  void stop();
 
  private:
-  std::shared_ptr<QKHotKey> taken_;
+  std::shared_ptr<QKHotKey> hotKey_;
 };
 
 /// Sends a command to the seldial that listens at `path`, and waits for the answer at `answerPath`,

@@ -16,9 +16,9 @@ constexpr int kMargin = 28;
 constexpr int kSpacing = 12;
 constexpr int kFieldWidth = 424;
 constexpr qreal kKeycapScale = 1.6;  // of the desktop's own font
-constexpr std::chrono::milliseconds kLightTime{1500};
+constexpr std::chrono::milliseconds kLitTime{1500};
 
-void makeBig(KeycapField& field) {
+void enlargeFont(KeycapField& field) {
   QFont font = field.font();
   font.setPointSizeF(font.pointSizeF() * kKeycapScale);
   field.setFont(font);
@@ -32,15 +32,15 @@ ShortcutWindow::ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver
     : keyboard_(std::move(keyboard)),
       deliver_(std::move(deliver)),
       field_(new KeycapField(keyboard_, this)),
-      words_(new QLabel(this)),
+      shortcutText_(new QLabel(this)),
       record_(new QPushButton(tr("&Record"), this)),
       clear_(new QPushButton(tr("C&lear"), this)),
       delay_(new QSpinBox(this)),
       panel_(new StatusPanel(this)) {
   setWindowTitle(settings != nullptr ? tr("Seldial settings") : tr("Seldial shortcut"));
-  light_.setSingleShot(true);
-  oursUsed_->setSingleShot(true);
-  light_.setInterval(kLightTime);
+  litTimer_.setSingleShot(true);
+  seldialUsed_->setSingleShot(true);
+  litTimer_.setInterval(kLitTime);
   auto* const layout = new QGridLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setHorizontalSpacing(kSpacing);
@@ -62,13 +62,13 @@ ShortcutWindow::ShortcutWindow(platform::KeyboardPorts keyboard, Deliver deliver
 
 void ShortcutWindow::addShortcut(QGridLayout& layout) {
   auto* const title = new QLabel(tr("Select a number anywhere, then press"), this);
-  makeBig(*field_);
+  enlargeFont(*field_);
   field_->setHint(tr("Click here and press a shortcut"));
   // The Tab key must not start a recording: there is a button for that.
   field_->setFocusPolicy(Qt::ClickFocus);
   layout.addWidget(title, 0, 0, 1, -1);
   layout.addWidget(field_, 1, 0, 1, -1);
-  layout.addWidget(words_, 2, 0);
+  layout.addWidget(shortcutText_, 2, 0);
   layout.addWidget(record_, 2, 1);
   layout.addWidget(clear_, 2, 2);
   layout.setRowMinimumHeight(3, kSpacing);
@@ -108,9 +108,9 @@ void ShortcutWindow::connectControls() {
                                  static_cast<QObject*>(record_)}) {
     watched->installEventFilter(this);
   }
-  connect(&light_, &QTimer::timeout, this, &ShortcutWindow::showAll);
-  connect(oursUsed_.get(), &QTimer::timeout, this, [this] {
-    if (!oursTrial_) return;
+  connect(&litTimer_, &QTimer::timeout, this, &ShortcutWindow::showAll);
+  connect(seldialUsed_.get(), &QTimer::timeout, this, [this] {
+    if (!seldialTrial_) return;
     lightUp();
     tryOut();
   });
@@ -118,7 +118,7 @@ void ShortcutWindow::connectControls() {
 
 void ShortcutWindow::describeControls() {
   field_->setObjectName(QStringLiteral("shortcut"));
-  words_->setObjectName(QStringLiteral("words"));
+  shortcutText_->setObjectName(QStringLiteral("shortcut-text"));
   record_->setObjectName(QStringLiteral("record"));
   clear_->setObjectName(QStringLiteral("clear"));
   delay_->setObjectName(QStringLiteral("delay"));
@@ -152,8 +152,8 @@ void ShortcutWindow::setHotKey(std::uint16_t keyCode, std::uint64_t modifierFlag
 }
 
 void ShortcutWindow::clear() {
-  light_.stop();
-  trial_.giveBack();
+  litTimer_.stop();
+  trial_.stop();
   field_->setHotKey(nullptr);
   failure_.reset();
   tryOut();
@@ -168,13 +168,13 @@ void ShortcutWindow::recorded() {
 }
 
 void ShortcutWindow::recordingChanged(bool isRecording) {
-  if (isRecording) light_.stop();
+  if (isRecording) litTimer_.stop();
   failure_.reset();
   tryOut();
 }
 
 void ShortcutWindow::lightUp() {
-  light_.start();
+  litTimer_.start();
   showAll();
 }
 
@@ -206,8 +206,8 @@ bool ShortcutWindow::focusNextPrevChild(bool next) {
 void ShortcutWindow::accept() {
   if (!accept_->isEnabled()) return;
   // Seldial must be able to register it.
-  oursTrial_.reset();
-  trial_.giveBack();
+  seldialTrial_.reset();
+  trial_.stop();
   failure_ = deliver_(hotKeyOf(*field_->hotKey()), static_cast<std::uint16_t>(delay_->value()));
   if (!failure_) return QDialog::accept();
   tryOut();
@@ -215,24 +215,24 @@ void ShortcutWindow::accept() {
 
 /// Registers the shortcut while it can be tried out. The last result stays shown.
 void ShortcutWindow::tryOut() {
-  oursTrial_.reset();
+  seldialTrial_.reset();
   if (!isActiveWindow() || field_->isEditing()) {
-    trial_.giveBack();
+    trial_.stop();
   } else {
-    state_ = trial_.take(field_->hotKey());
+    state_ = trial_.start(field_->hotKey());
     // What Seldial holds on Wayland is free on Xwayland.
-    const bool mayBeOurs =
+    const bool mayBeHeldBySeldial =
         state_ == ShortcutState::kHeld || (onWayland_ && state_ == ShortcutState::kFree);
-    if (mayBeOurs) tryOurs();
+    if (mayBeHeldBySeldial) trySeldialHotKey();
   }
   showAll();
 }
 
 /// If Seldial holds the shortcut, Seldial reports its use.
-void ShortcutWindow::tryOurs() {
-  if (!ours_.holds || !ours_.holds(hotKeyOf(*field_->hotKey()))) return;
-  state_ = ShortcutState::kOurs;
-  oursTrial_ = ours_.tryOut([used = oursUsed_] {
+void ShortcutWindow::trySeldialHotKey() {
+  if (!seldialHotKey_.holds || !seldialHotKey_.holds(hotKeyOf(*field_->hotKey()))) return;
+  state_ = ShortcutState::kHeldBySeldial;
+  seldialTrial_ = seldialHotKey_.tryOut([used = seldialUsed_] {
     QMetaObject::invokeMethod(used.get(), "start", Qt::QueuedConnection);  // from any thread
   });
 }
@@ -248,48 +248,50 @@ void ShortcutWindow::showAll() {
 
 void ShortcutWindow::showShortcut() {
   const auto hotKey = field_->hotKey();
-  const QString words =
-      hotKey ? shortcutInWords(*hotKey, *keyboard_.layout) : tr("No shortcut yet");
-  words_->setText(field_->isEditing() ? tr("Press the new shortcut…") : words);
-  field_->setAccessibleDescription(words);
+  const QString text = hotKey ? shortcutText(*hotKey, *keyboard_.layout) : tr("No shortcut yet");
+  shortcutText_->setText(field_->isEditing() ? tr("Press the new shortcut…") : text);
+  field_->setAccessibleDescription(text);
 }
 
 void ShortcutWindow::showState() {
   using Kind = StatusPanel::Kind;
   const auto hotKey = field_->hotKey();
   if (field_->isEditing()) {
-    panel_->tell(Kind::kPlain, tr("Recording"),
-                 tr("Return keeps the shortcut, Escape brings the old one back."));
-  } else if (light_.isActive()) {
-    panel_->tell(Kind::kLit, tr("It works"), shortcutInWords(*hotKey, *keyboard_.layout));
+    panel_->setStatus(Kind::kPlain, tr("Recording"),
+                      tr("Return keeps the shortcut, Escape brings the old one back."));
+  } else if (litTimer_.isActive()) {
+    panel_->setStatus(Kind::kLit, tr("It works"), shortcutText(*hotKey, *keyboard_.layout));
   } else if (failure_) {
-    panel_->tell(Kind::kWarning, tr("The shortcut was not handed over"),
-                 QString::fromStdString(*failure_));
+    panel_->setStatus(Kind::kWarning, tr("The shortcut was not handed over"),
+                      QString::fromStdString(*failure_));
   } else if (!hotKey) {
-    panel_->tell(Kind::kPlain, tr("Try it here"),
-                 tr("Record a shortcut first: modifier keys, such as Ctrl and Alt, and one key."));
+    panel_->setStatus(
+        Kind::kPlain, tr("Try it here"),
+        tr("Record a shortcut first: modifier keys, such as Ctrl and Alt, and one key."));
   } else if (hasOnlyModifiers(*hotKey)) {
-    panel_->tell(Kind::kWarning, tr("One key is missing"),
-                 tr("Modifier keys alone cannot be a shortcut. Press them with one more key."));
+    panel_->setStatus(
+        Kind::kWarning, tr("One key is missing"),
+        tr("Modifier keys alone cannot be a shortcut. Press them with one more key."));
   } else if (state_ == ShortcutState::kUnusable) {
-    panel_->tell(Kind::kWarning, tr("This desktop cannot use it"),
-                 tr("The keyboard has no such key, or Seldial uses the combination itself to "
-                    "copy."));
-  } else if (state_ == ShortcutState::kOurs) {
-    panel_->tell(Kind::kPlain, tr("Seldial uses this shortcut"),
-                 tr("Press it and release it: this panel lights up, and nothing is dialled."));
+    panel_->setStatus(Kind::kWarning, tr("This desktop cannot use it"),
+                      tr("The keyboard has no such key, or Seldial uses the combination itself to "
+                         "copy."));
+  } else if (state_ == ShortcutState::kHeldBySeldial) {
+    panel_->setStatus(Kind::kPlain, tr("Seldial uses this shortcut"),
+                      tr("Press it and release it: this panel lights up, and nothing is dialled."));
   } else if (state_ == ShortcutState::kHeld) {
-    panel_->tell(Kind::kWarning, tr("Another program holds this shortcut"),
-                 tr("If that program is Seldial, keep it. Otherwise record another one."));
+    panel_->setStatus(Kind::kWarning, tr("Another program holds this shortcut"),
+                      tr("If that program is Seldial, keep it. Otherwise record another one."));
   } else {
-    panel_->tell(Kind::kPlain, tr("Try it here"),
-                 asFarAsKnown(tr("Press the shortcut and release it: this panel lights up.")));
+    panel_->setStatus(
+        Kind::kPlain, tr("Try it here"),
+        withWaylandNote(tr("Press the shortcut and release it: this panel lights up.")));
   }
 }
 
 /// On Xwayland the window gets the keys that the compositor passes on. That does not show whether
 /// Seldial will get the combination as a global shortcut.
-QString ShortcutWindow::asFarAsKnown(const QString& text) const {
+QString ShortcutWindow::withWaylandNote(const QString& text) const {
   if (!onWayland_) return text;
   return text + QLatin1Char(' ') +
          tr("On Wayland this does not show whether the desktop allows it. Seldial reports that "

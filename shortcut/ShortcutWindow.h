@@ -31,7 +31,7 @@ class ShortcutWindow : public QDialog {
       std::function<std::optional<std::string>(const HotKey& hotKey, std::uint16_t delay)>;
 
   /// Access to the user's running Seldial.
-  struct Ours {
+  struct SeldialHotKey {
     std::function<bool(const HotKey& hotKey)> holds;  ///< whether it holds a hot key
 
     /// Makes the next use of that hot key call `used`, once and on any thread, instead of dialling.
@@ -46,10 +46,10 @@ class ShortcutWindow : public QDialog {
 
   /// Call this before the window is shown. Without it the window cannot recognise Seldial's own hot
   /// key.
-  void setOurs(Ours ours) { ours_ = std::move(ours); }
+  void setSeldialHotKey(SeldialHotKey hotKey) { seldialHotKey_ = std::move(hotKey); }
 
   /// Says in the window what it cannot know in a Wayland session. Call this before begin().
-  void tellOfWayland() { onWayland_ = true; }
+  void setOnWayland() { onWayland_ = true; }
 
   /// Sets the initial shortcut and delay. Call this before the window is shown.
   void begin(const std::optional<HotKey>& hotKey, std::uint16_t delay);
@@ -76,21 +76,22 @@ class ShortcutWindow : public QDialog {
   void lightUp();
 
   void tryOut();
-  void tryOurs();
+  void trySeldialHotKey();
   void showAll();
   void showShortcut();
   void showState();
-  [[nodiscard]] QString asFarAsKnown(const QString& text) const;
+  [[nodiscard]] QString withWaylandNote(const QString& text) const;
 
   const platform::KeyboardPorts keyboard_;
   const Deliver deliver_;
-  Ours ours_;
-  std::shared_ptr<void> oursTrial_;  ///< while Seldial's own hot key is tried out
+  SeldialHotKey seldialHotKey_;
+  std::shared_ptr<void> seldialTrial_;  ///< while Seldial's own hot key is tried out
   /// Started when that hot key was used. A callback on another thread may still hold it after the
   /// window is gone.
-  const std::shared_ptr<QTimer> oursUsed_{new QTimer, [](QTimer* timer) { timer->deleteLater(); }};
+  const std::shared_ptr<QTimer> seldialUsed_{new QTimer,
+                                             [](QTimer* timer) { timer->deleteLater(); }};
   KeycapField* field_;
-  QLabel* words_;
+  QLabel* shortcutText_;
   QPushButton* record_;
   QPushButton* clear_;
   QSpinBox* delay_;
@@ -101,7 +102,7 @@ class ShortcutWindow : public QDialog {
   ShortcutTrial trial_;
   ShortcutState state_ = ShortcutState::kUnknown;
   std::optional<std::string> failure_;  ///< of the last delivery, until something changes
-  QTimer light_;                        ///< runs while the panel is lit
+  QTimer litTimer_;                     ///< runs while the panel is lit
 };
 
 }  // namespace seldial

@@ -73,7 +73,7 @@ void KeycapField::paintEvent(QPaintEvent* /*event*/) {
   painter.setRenderHint(QPainter::Antialiasing);
   paintFrame(painter);
   if (const auto record = hotKey()) {
-    paintKeycaps(painter, keysInWords(*record, *layout_));
+    paintKeycaps(painter, keyLabels(*record, *layout_));
   } else if (!isEditing()) {
     paintHint(painter);
   }
@@ -138,36 +138,36 @@ StatusPanel::StatusPanel(QWidget* parent)
   texts->addStretch();
   // The other controls determine the width of the window.
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
-  keepTextsOffSign();
-  makeRoom();
+  setTextMargins();
+  reserveHeight();
 }
 
 /// A layout mirrors its contents, but not its margins.
-void StatusPanel::keepTextsOffSign() {
+void StatusPanel::setTextMargins() {
   QMargins margins(kPadding, kPadding, kPadding, kPadding);
-  const int beside = kPadding + kSignSize + kPadding;
+  const int signMargin = kPadding + kSignSize + kPadding;
   if (isRightToLeft()) {
-    margins.setRight(beside);
+    margins.setRight(signMargin);
   } else {
-    margins.setLeft(beside);
+    margins.setLeft(signMargin);
   }
   layout()->setContentsMargins(margins);
 }
 
-void StatusPanel::tell(Kind kind, const QString& headline, const QString& detail) {
+void StatusPanel::setStatus(Kind kind, const QString& headline, const QString& detail) {
   const bool isNew = kind != kind_ || headline != headline_->text() || detail != detail_->text();
   kind_ = kind;
   headline_->setText(headline);
   detail_->setText(detail);
   colourTexts();
-  makeRoom();
+  reserveHeight();
   update();
   if (isNew) announce();
 }
 
 /// Reserves two lines below the headline, enough for most details, so that the window seldom
 /// changes its size; more if necessary. The width is known only once the panel is shown.
-void StatusPanel::makeRoom() {
+void StatusPanel::reserveHeight() {
   const int usual = 2 * kPadding + 3 * fontMetrics().lineSpacing() + kLineGap;
   setMinimumHeight(isVisible() ? std::max(usual, layout()->heightForWidth(width())) : usual);
 }
@@ -188,7 +188,7 @@ void StatusPanel::colourTexts() {
 void StatusPanel::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::PaletteChange) update();
-  if (event->type() == QEvent::LayoutDirectionChange) keepTextsOffSign();
+  if (event->type() == QEvent::LayoutDirectionChange) setTextMargins();
 }
 
 void StatusPanel::paintEvent(QPaintEvent* /*event*/) {

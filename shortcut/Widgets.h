@@ -42,7 +42,7 @@ class StatusPanel : public QWidget {
   explicit StatusPanel(QWidget* parent = nullptr);
 
   /// Shows the texts. A lit panel and each new warning are announced to assistive technology.
-  void tell(Kind kind, const QString& headline, const QString& detail);
+  void setStatus(Kind kind, const QString& headline, const QString& detail);
 
   [[nodiscard]] Kind kind() const { return kind_; }
 
@@ -53,8 +53,8 @@ class StatusPanel : public QWidget {
  private:
   void colourTexts();
   void announce();
-  void keepTextsOffSign();
-  void makeRoom();
+  void setTextMargins();
+  void reserveHeight();
 
   Kind kind_ = Kind::kPlain;
   QLabel* headline_;
