@@ -3,7 +3,7 @@ import datetime
 import subprocess
 
 from applications import APPLICATIONS
-from surroundings import SURROUNDINGS, TRIED
+from environments import ENVIRONMENTS, TRIED
 
 PAGE = """# Applications
 
@@ -52,5 +52,5 @@ def write(page, rows, columns):
         PAGE.format(date=datetime.date.today(), release=release.strip() or "Debian"),
         *table(["Application", *columns, "delay"], pick(APPLICATIONS)), "",
         *notes(APPLICATIONS), "", *SECOND,
-        *table(["Environment", "kind", *TRIED], pick(SURROUNDINGS)), "", *notes(SURROUNDINGS), *([""] if notes(SURROUNDINGS) else []), *by_hand]).rstrip() + "\n",
+        *table(["Environment", "kind", *TRIED], pick(ENVIRONMENTS)), "", *notes(ENVIRONMENTS), *([""] if notes(ENVIRONMENTS) else []), *by_hand]).rstrip() + "\n",
         encoding="utf-8")
