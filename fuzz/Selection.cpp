@@ -28,7 +28,7 @@ using namespace seldial::platform::linux_port;
 using namespace seldial::platform::x11;
 using std::chrono::milliseconds;
 
-constexpr std::size_t kMostBytes = 4096;
+constexpr std::size_t kMaxBytes = 4096;
 constexpr milliseconds kHostileLimit{20};
 constexpr std::chrono::seconds kHonestLimit{30};
 
@@ -52,7 +52,7 @@ class Owner {
     over_ = false;
     thread_ = std::thread([this, script] {
       if (!awaitRequest()) return;
-      script.substr(0, 1) == "h" ? beHonest(script.substr(1)) : beHostile(script);
+      script.substr(0, 1) == "h" ? transferHonestly(script.substr(1)) : runScript(script);
       xcb_flush(xcb_);
     });
   }
@@ -102,7 +102,7 @@ class Owner {
   }
 
   /// The first byte is the size of a piece in bytes; 0 for all at once.
-  void beHonest(std::string_view input) {
+  void transferHonestly(std::string_view input) {
     if (input.empty()) return notify(XCB_ATOM_NONE);
     const std::size_t size = static_cast<std::uint8_t>(input[0]);
     input.remove_prefix(1);
@@ -121,7 +121,7 @@ class Owner {
   }
 
   /// Steps of four bytes: the action and its parameters.
-  void beHostile(std::string_view script) {
+  void runScript(std::string_view script) {
     for (; script.size() >= 4; script.remove_prefix(4)) {
       const std::string bytes(static_cast<std::uint8_t>(script[3]), script[2]);
       const auto how = static_cast<std::uint8_t>(script[1]);
@@ -233,7 +233,7 @@ void checkText(const std::string& bytes) {
 void checkHonest(std::string_view input, const std::optional<SelectionAnswer>& answer) {
   const bool refused = input.empty();
   const auto text = refused ? input : input.substr(1);
-  CHECK(answer.has_value() == (text.size() <= kMostBytes));
+  CHECK(answer.has_value() == (text.size() <= kMaxBytes));
   if (!answer) return;
   CHECK(answer->bytes == text);
   CHECK((answer->type == XCB_ATOM_NONE) == refused);
@@ -252,7 +252,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                                                      : EventPump::Clock::duration(kHostileLimit));
   std::optional<SelectionAnswer> answer;
   {
-    SelectionTransfer transfer(*desktop->connection, *desktop->pump, kMostBytes, end);
+    SelectionTransfer transfer(*desktop->connection, *desktop->pump, kMaxBytes, end);
     answer = transfer.ask(atoms.clipboard, atoms.utf8String, end);
     if (answer && !honest) answer = transfer.ask(atoms.clipboard, XCB_ATOM_STRING, end);
   }
@@ -261,7 +261,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   CHECK(!desktop->connection->lost());
   if (honest) checkHonest(script.substr(1), answer);
   if (answer) {
-    CHECK(answer->bytes.size() <= kMostBytes);
+    CHECK(answer->bytes.size() <= kMaxBytes);
     checkText(answer->bytes);
   }
   return 0;

@@ -140,12 +140,12 @@ TEST_F(Configuration, AFailureToWriteIsReported) {
 TEST_F(Configuration, TheDefaultPath) {
   setenv("HOME", "/home/me", 1);
   unsetenv("XDG_CONFIG_HOME");
-  EXPECT_EQ(usualConfigurationPath(), "/home/me/.config/seldial/seldial-uc.toml");
+  EXPECT_EQ(defaultConfigurationPath(), "/home/me/.config/seldial/seldial-uc.toml");
   setenv("XDG_CONFIG_HOME", "/etc/me", 1);
-  EXPECT_EQ(usualConfigurationPath(), "/etc/me/seldial/seldial-uc.toml");
+  EXPECT_EQ(defaultConfigurationPath(), "/etc/me/seldial/seldial-uc.toml");
   setenv("XDG_CONFIG_HOME", "relative", 1);
   setenv("HOME", "", 1);
-  EXPECT_EQ(usualConfigurationPath(), "");
+  EXPECT_EQ(defaultConfigurationPath(), "");
 }
 
 }  // namespace

@@ -106,13 +106,13 @@ TEST(HotKeySpelling, AHotKeyIsSpelledAsItIsRead) {
   for (const char* const spelling :
        {"ctrl+alt+d", "f5", "super+keypad0", "ctrl+alt+shift+super+minus", "super+help",
         "super+menu", "super+return", "super+keypadenter", "capslock", "alt+delete"}) {
-    EXPECT_EQ(spellingOfHotKey(read(spelling)), spelling);
+    EXPECT_EQ(hotKeySpelling(read(spelling)), spelling);
   }
-  EXPECT_EQ(spellingOfHotKey(read("Cmd+Option+esc")), "alt+super+escape");
+  EXPECT_EQ(hotKeySpelling(read("Cmd+Option+esc")), "alt+super+escape");
 }
 
 TEST(HotKeySpelling, AKeyWithoutANameHasNoSpelling) {
-  EXPECT_EQ(spellingOfHotKey({200, platform::kModifierFlagControl}), std::nullopt);
+  EXPECT_EQ(hotKeySpelling({200, platform::kModifierFlagControl}), std::nullopt);
 }
 
 TEST(HotKeySpelling, AnythingElseIsAPlainError) {

@@ -200,11 +200,11 @@ TEST_F(Dialing, AServerWithoutAnExtensionIsOneLineOnStandardErrorAndRefusals) {
 TEST_F(Dialing, ARefusedHotKeyIsFreeForOthersOnceTheAnswerHasArrived) {
   platform::x11::ForeignGrabs holder(server.display());
   platform::x11::ForeignGrabs third(server.display());
-  ASSERT_TRUE(holder.take(kKeyD, kStateControl | kStateAlt));
+  ASSERT_TRUE(holder.grab(kKeyD, kStateControl | kStateAlt));
   for (int i = 0; i < 50; ++i) {
     ASSERT_THAT(answerTo(setHotKey(2)), IsHotkeyStateFalse("hotkey not set"));
-    ASSERT_TRUE(third.take(kKeyD, kStateControl | kStateAlt | kStateLock)) << i;
-    third.giveBack(kKeyD, kStateControl | kStateAlt | kStateLock);
+    ASSERT_TRUE(third.grab(kKeyD, kStateControl | kStateAlt | kStateLock)) << i;
+    third.ungrab(kKeyD, kStateControl | kStateAlt | kStateLock);
   }
 }
 

@@ -45,7 +45,7 @@ class EndOnDesktop : public ProgramTest {
     keyboard.waitForTypedDown({kKeyLeftControl, kKeyLeftAlt});
   }
 
-  void expectKeysGivenBack() {
+  void expectKeysReleased() {
     EXPECT_EQ(process->wait(), 0);
     EXPECT_EQ(keyboard.typedDown(), std::set<std::uint8_t>{});
     keyboard.release(kControlAlt);
@@ -100,7 +100,7 @@ TEST_F(EndOnDesktop, HeldModifiersAreReleasedDuringTheWaitForACopy) {
   takeHotKey(kLongestDelay);
   useAndHold();
   process->signal(SIGTERM);
-  expectKeysGivenBack();
+  expectKeysReleased();
 }
 
 TEST_F(EndOnDesktop, HeldModifiersAreReleasedWhileACallIsNotRead) {
@@ -111,7 +111,7 @@ TEST_F(EndOnDesktop, HeldModifiersAreReleasedWhileACallIsNotRead) {
   useAndHold();
   const Peer unread = client.accepted();
   process->signal(SIGTERM);
-  expectKeysGivenBack();
+  expectKeysReleased();
 }
 
 TEST_F(EndOnDesktop, ASecondSignalStillReleasesHeldModifiers) {
@@ -120,7 +120,7 @@ TEST_F(EndOnDesktop, ASecondSignalStillReleasesHeldModifiers) {
   useAndHold();
   process->signal(SIGINT);
   process->signal(SIGTERM);
-  expectKeysGivenBack();
+  expectKeysReleased();
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// How long to wait for a message that the fault may have suppressed, before it is requested again.
-constexpr std::chrono::milliseconds kForgivenWait{1500};
+constexpr std::chrono::milliseconds kTimeLimitAfterFault{1500};
 
 const std::vector<std::uint8_t> kModifiers{kKeyLeftControl, kKeyLeftAlt};
 constexpr const char* kSetHotKey =
@@ -49,7 +49,7 @@ void Scenario::enter(Phase phase) {
 }
 
 /// Whether the fault has occurred in this phase.
-bool Scenario::forgivable() const {
+bool Scenario::mayFail() const {
   return fault_ && fault_->phase == phase_ && injector_.hasInjected();
 }
 
@@ -67,19 +67,19 @@ void Scenario::start() {
                    std::move(environment), std::string(), Streams{Streams::Errors::kCaptured, {}});
   std::optional<Clock::time_point> struck;
   const bool settled = eventually([&] {
-    if (!struck && forgivable()) struck = Clock::now();
+    if (!struck && mayFail()) struck = Clock::now();
     listening_ = Peer::connectedTo(in_).connected();
-    return listening_ || hasEnded() || (struck && Clock::now() > *struck + kForgivenWait);
+    return listening_ || hasEnded() || (struck && Clock::now() > *struck + kTimeLimitAfterFault);
   });
   EXPECT_TRUE(settled) << "neither listens nor ends";
   // The connection above is also a command, an empty one.
-  if (listening_) listening_ = isAnswered("empty string", true) || forgivable();
+  if (listening_) listening_ = isAnswered("empty string", true) || mayFail();
 }
 
 /// Waits for the next message that contains `part`. The fault may have suppressed the first one.
 bool Scenario::isAnswered(const std::string& part, bool first) {
   const auto begin = Clock::now();
-  while (Clock::now() < begin + (first && forgivable() ? kForgivenWait : kTimeLimit)) {
+  while (Clock::now() < begin + (first && mayFail() ? kTimeLimitAfterFault : kTimeLimit)) {
     if (client_.hasConnection()) {
       messages_.push_back(client_.nextMessage().value_or(""));
       if (messages_.back().find(part) != std::string::npos) return true;
@@ -148,7 +148,7 @@ void Scenario::end() {
   if (hasEnded()) {
     expectStatedError();
   } else {
-    if (!listening_ && !writeFails()) expectWordOfClosing();
+    if (!listening_ && !writeFails()) expectCloseMessage();
     process_->signal(SIGTERM);
     expectOrderlyEnd();
   }
@@ -166,7 +166,7 @@ bool Scenario::writeFails() const {
 }
 
 /// Waits until the program has reported that it accepts no more commands, or has ended.
-void Scenario::expectWordOfClosing() {
+void Scenario::expectCloseMessage() {
   const auto says = [](const std::string& line) {
     return line.find("did close") != std::string::npos ||
            line.find("listen failed") != std::string::npos;
@@ -194,7 +194,7 @@ void Scenario::expectStatedError() {
   const int status = process_->wait();
   EXPECT_TRUE(status == 1 || status == 128 + SIGABRT) << "ended with " << status;
   EXPECT_NE(process_->errors(), "") << "ended without a word, with " << status;
-  EXPECT_TRUE(forgivable() || injector_.hasInjected()) << "ended without a fault";
+  EXPECT_TRUE(mayFail() || injector_.hasInjected()) << "ended without a fault";
   EXPECT_FALSE(status == 1 && std::filesystem::exists(in_)) << "the socket is left behind";
 }
 

@@ -49,13 +49,13 @@ class Scenario {
   void countDescriptors();
 
   void enter(Phase phase);
-  [[nodiscard]] bool forgivable() const;
+  [[nodiscard]] bool mayFail() const;
   [[nodiscard]] bool isAnswered(const std::string& part, bool first);
   [[nodiscard]] bool ask(const std::string& text, const std::string& part, bool first);
   [[nodiscard]] bool hasEnded();
   void expectOrderlyEnd();
   void expectStatedError();
-  void expectWordOfClosing();
+  void expectCloseMessage();
   [[nodiscard]] bool writeFails() const;
   void expectKeysUp();
 

@@ -31,7 +31,7 @@ TEST_F(IntegratingOnDesktop, ANewHotKeyReplacesTheOldOne) {
 
 TEST_F(IntegratingOnDesktop, ARefusedHotKeyLeavesNone) {
   expectSet(setHotKey(kVirtualKeyD));
-  ASSERT_TRUE(otherProgram.take(kKeyF, kControlAlt));
+  ASSERT_TRUE(otherProgram.grab(kKeyF, kControlAlt));
   EXPECT_THAT(answerTo(setHotKey(kVirtualKeyF)), IsHotkeyStateFalse("hotkey not set"));
   EXPECT_TRUE(otherProgram.isFree(kKeyD, kControlAlt));
 }
@@ -44,7 +44,7 @@ TEST_F(IntegratingOnDesktop, SetHotKeyWithoutAKeyClearsTheHotKey) {
 }
 
 TEST_F(IntegratingOnDesktop, AnotherProgramHoldsTheCombination) {
-  ASSERT_TRUE(otherProgram.take(kKeyD, kControlAlt));
+  ASSERT_TRUE(otherProgram.grab(kKeyD, kControlAlt));
   EXPECT_THAT(answerTo(setHotKey(kVirtualKeyD)), IsHotkeyStateFalse("hotkey not set"));
 }
 

@@ -35,10 +35,10 @@ class TroubleshootingOnDesktop : public ProgramOnDesktop {
 };
 
 TEST_F(TroubleshootingOnDesktop, OneCombinationIsRefusedOthersAreNot) {
-  ASSERT_TRUE(otherProgram.take(kKeyD, kControlAlt));
+  ASSERT_TRUE(otherProgram.grab(kKeyD, kControlAlt));
   EXPECT_THAT(answerTo(setHotKey(kVirtualKeyD)), IsHotkeyStateFalse("hotkey not set"));
   expectSet(setHotKey(kVirtualKeyF));
-  otherProgram.giveBack(kKeyD, kControlAlt);
+  otherProgram.ungrab(kKeyD, kControlAlt);
   expectSet(setHotKey(kVirtualKeyD));
 }
 

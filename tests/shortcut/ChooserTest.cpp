@@ -9,7 +9,7 @@
 #include "tests/support/desktop/Windows.h"
 #include "tests/support/desktop/XClient.h"
 #include "tests/support/desktop/XServer.h"
-#include "tests/ucclient/Nonsense.h"
+#include "tests/ucclient/InvalidArguments.h"
 #include "tests/ucclient/RunningClient.h"
 #include "tests/ucclient/Softphone.h"
 
@@ -107,11 +107,11 @@ TEST(ChooserOptions, TheVersionIsPrinted) {
 }
 
 TEST(ChooserOptions, InvalidArgumentsAreReportedAndEndWithAStatus) {
-  const Nonsense nonsense(SELDIAL_CHOOSER_PROGRAM);
-  nonsense.tryAll(2);
-  nonsense.expectRefusal({});
-  nonsense.expectRefusal({"112"});
-  nonsense.expectRefusal({"-platform", "offscreen"});
+  const InvalidArguments invalid(SELDIAL_CHOOSER_PROGRAM);
+  invalid.tryAllOptions(2);
+  invalid.expectRefusal({});
+  invalid.expectRefusal({"112"});
+  invalid.expectRefusal({"-platform", "offscreen"});
 }
 
 TEST_F(Chooser, WithoutNumbersThereIsNoWindow) {

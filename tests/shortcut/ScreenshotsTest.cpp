@@ -129,7 +129,7 @@ void Screenshots::takeEachState() {
   control<QPushButton>("record")->click();
   take("recording");
   keyboard.tap(kKeyReturn);
-  ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
+  ASSERT_TRUE(becomesTrue([this] { return !field()->isEditing(); }));
 
   record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
   take("recorded");
@@ -137,7 +137,7 @@ void Screenshots::takeEachState() {
   if (prefix_.empty()) takeLit();
 
   platform::x11::ForeignGrabs other(QtDesktop::shared().server.display());
-  ASSERT_TRUE(other.take(kKeyK, kStateControl | kStateAlt));
+  ASSERT_TRUE(other.grab(kKeyK, kStateControl | kStateAlt));
   record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
   ASSERT_TRUE(says(translated("Another program holds this shortcut").toStdString()));
   take("held");
@@ -159,7 +159,7 @@ void Screenshots::takeEachState() {
 void Screenshots::takeLit() {
   const QImage unlit = pictureOf("status");
   press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
-  ASSERT_TRUE(comesTrue([this] { return isLit(); }));
+  ASSERT_TRUE(becomesTrue([this] { return isLit(); }));
   take("lit");
   EXPECT_EQ(colourAtEdge(pictureOf("status")), window->palette().color(QPalette::Highlight));
   EXPECT_NE(colourAtEdge(unlit), window->palette().color(QPalette::Highlight));
@@ -257,7 +257,7 @@ TEST_P(Translated, NoTwoKeysHaveTheSameName) {
   QSet<QString> names;
   for (const auto key : keys) {
     const auto hotKey = QKHotKey::hotKeyWithKeyCode(key, 0, nullptr);
-    names << shortcutInWords(*hotKey, *QtDesktop::shared().ports().keyboard().layout);
+    names << shortcutText(*hotKey, *QtDesktop::shared().ports().keyboard().layout);
   }
   EXPECT_EQ(names.size(), static_cast<qsizetype>(keys.size()));
 }

@@ -12,12 +12,12 @@ using testing::StartsWith;
 
 std::string errorOf(const std::vector<std::string>& arguments) {
   std::string error;
-  return shortcutOptionsFrom(arguments, error) ? "none" : error;
+  return readShortcutOptions(arguments, error) ? "none" : error;
 }
 
 ShortcutOptions optionsOf(const std::vector<std::string>& arguments) {
   std::string error;
-  const auto options = shortcutOptionsFrom(arguments, error);
+  const auto options = readShortcutOptions(arguments, error);
   EXPECT_TRUE(options) << error;
   return options.value_or(ShortcutOptions());
 }

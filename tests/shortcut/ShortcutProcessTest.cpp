@@ -14,7 +14,7 @@
 #include "tests/support/desktop/Keys.h"
 #include "tests/support/desktop/Windows.h"
 #include "tests/support/desktop/XServer.h"
-#include "tests/ucclient/Nonsense.h"
+#include "tests/ucclient/InvalidArguments.h"
 
 namespace seldial {
 namespace {
@@ -256,7 +256,7 @@ TEST_F(ShortcutProcess, TheVersionIsPrinted) {
 }
 
 TEST_F(ShortcutProcess, InvalidArgumentsAreReportedAndEndWithAStatus) {
-  Nonsense(SELDIAL_SHORTCUT_PROGRAM).tryAll(10);
+  InvalidArguments(SELDIAL_SHORTCUT_PROGRAM).tryAllOptions(10);
 }
 
 TEST_F(ShortcutProcess, TheClientsCheckTriesACopyInAWindow) {

@@ -24,7 +24,9 @@ class ShortcutWindowTest : public WindowTest {
     return widget != nullptr ? widget->objectName().toStdString() : "nothing";
   }
   [[nodiscard]] bool canAccept() const { return control<QPushButton>("accept")->isEnabled(); }
-  [[nodiscard]] std::string words() const { return control<QLabel>("words")->text().toStdString(); }
+  [[nodiscard]] std::string shortcutText() const {
+    return control<QLabel>("shortcut-text")->text().toStdString();
+  }
   void useShortcut() { press({kKeyLeftControl, kKeyLeftAlt, kKeyD}); }
 
   ForeignGrabs others{QtDesktop::shared().server.display()};
@@ -36,13 +38,13 @@ TEST_F(ShortcutWindowTest, OpensWithoutRecordingAndWithNothingToAccept) {
   EXPECT_EQ(focused(), "record");
   EXPECT_FALSE(canAccept());
   EXPECT_FALSE(control<QPushButton>("clear")->isEnabled());
-  EXPECT_EQ(words(), "No shortcut yet");
+  EXPECT_EQ(shortcutText(), "No shortcut yet");
 }
 
 TEST_F(ShortcutWindowTest, OpensWithTheShortcutThatItIsGivenReadyToBeAccepted) {
   open(controlAltD(), 700);
   EXPECT_EQ(field()->text(), QStringLiteral("⌃⌥D"));
-  EXPECT_EQ(words(), "Ctrl + Alt + D");
+  EXPECT_EQ(shortcutText(), "Ctrl + Alt + D");
   EXPECT_EQ(control<QSpinBox>("delay")->value(), 700);
   EXPECT_EQ(focused(), "accept");
 }
@@ -50,13 +52,13 @@ TEST_F(ShortcutWindowTest, OpensWithTheShortcutThatItIsGivenReadyToBeAccepted) {
 TEST_F(ShortcutWindowTest, ARecordedShortcutLightsUpWhenItIsReleasedAndGoesOutAgain) {
   open();
   record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
-  EXPECT_EQ(words(), "Ctrl + Alt + D");
+  EXPECT_EQ(shortcutText(), "Ctrl + Alt + D");
   ASSERT_TRUE(says("Try it here"));
   keyboard.press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
   QCoreApplication::processEvents();
   EXPECT_FALSE(isLit());
   keyboard.release({kKeyD, kKeyLeftAlt, kKeyLeftControl});
-  EXPECT_TRUE(comesTrue([this] { return isLit(); }));
+  EXPECT_TRUE(becomesTrue([this] { return isLit(); }));
   EXPECT_TRUE(says("Try it here"));
 }
 
@@ -64,7 +66,7 @@ TEST_F(ShortcutWindowTest, OnWaylandItSaysWhatItCannotKnow) {
   const auto detail = [this] { return status()->accessibleDescription().toStdString(); };
   open(controlAltD());
   EXPECT_THAT(detail(), testing::Not(testing::HasSubstr("Wayland")));
-  window->tellOfWayland();
+  window->setOnWayland();
   window->begin(controlAltD(), 500);
   EXPECT_THAT(detail(),
               testing::HasSubstr("On Wayland this does not show whether the desktop allows it"));
@@ -74,7 +76,7 @@ TEST_F(ShortcutWindowTest, OnWaylandSeldialHoldsWhatIsFreeOnXwayland) {
   ours = {[](const HotKey& hotKey) { return hotKey == controlAltD(); },
           [](const std::function<void()>& /*used*/) { return std::make_shared<int>(); }};
   open();
-  window->tellOfWayland();
+  window->setOnWayland();
   record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
   EXPECT_EQ(statusName(), "Seldial uses this shortcut");
   record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
@@ -86,7 +88,7 @@ TEST_F(ShortcutWindowTest, AShortcutThatIsHeldForAWhileLightsUpToo) {
   keyboard.press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
   QTest::qWait(300);  // simulates the user, while the window keeps running
   keyboard.release({kKeyD, kKeyLeftAlt, kKeyLeftControl});
-  EXPECT_TRUE(comesTrue([this] { return isLit(); }));
+  EXPECT_TRUE(becomesTrue([this] { return isLit(); }));
   EXPECT_TRUE(window->isActiveWindow());
 }
 
@@ -95,7 +97,7 @@ TEST_F(ShortcutWindowTest, ASecondRecordingOfTheSameShortcutLightsUpToo) {
   for (int i = 0; i < 2; ++i) {
     record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
     useShortcut();
-    EXPECT_TRUE(comesTrue([this] { return isLit(); })) << i;
+    EXPECT_TRUE(becomesTrue([this] { return isLit(); })) << i;
   }
 }
 
@@ -107,7 +109,7 @@ TEST_F(ShortcutWindowTest, AnotherShortcutGivesTheFirstOneBack) {
 }
 
 TEST_F(ShortcutWindowTest, WhatAnotherProgramHoldsIsAWarningAndCanStillBeAccepted) {
-  ASSERT_TRUE(others.take(kKeyD, kControlAlt));
+  ASSERT_TRUE(others.grab(kKeyD, kControlAlt));
   open();
   record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
   EXPECT_EQ(statusName(), "Another program holds this shortcut");
@@ -119,8 +121,8 @@ TEST_F(ShortcutWindowTest, WhatAnotherProgramHoldsIsAWarningAndCanStillBeAccepte
 }
 
 TEST_F(ShortcutWindowTest, SeldialsOwnShortcutIsNotAWarningAndCanBeTried) {
-  ASSERT_TRUE(others.take(kKeyD, kControlAlt));
-  ASSERT_TRUE(others.take(kKeyK, kControlAlt));
+  ASSERT_TRUE(others.grab(kKeyD, kControlAlt));
+  ASSERT_TRUE(others.grab(kKeyK, kControlAlt));
   std::function<void()> use;
   ours = {[](const HotKey& hotKey) { return hotKey == controlAltD(); },
           [&use](std::function<void()> used) {
@@ -132,7 +134,7 @@ TEST_F(ShortcutWindowTest, SeldialsOwnShortcutIsNotAWarningAndCanBeTried) {
   EXPECT_EQ(status()->kind(), StatusPanel::Kind::kPlain);
   EXPECT_TRUE(canAccept());
   std::thread(use).join();
-  EXPECT_TRUE(comesTrue([this] { return isLit(); }));
+  EXPECT_TRUE(becomesTrue([this] { return isLit(); }));
   EXPECT_TRUE(says("Seldial uses this shortcut"));
   const auto late = use;
   record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
@@ -145,7 +147,7 @@ TEST_F(ShortcutWindowTest, SeldialsOwnShortcutIsNotAWarningAndCanBeTried) {
 TEST_F(ShortcutWindowTest, WhatTheWindowManagerHoldsIsRecordedAndAWarning) {
   open();
   record({kKeyLeftAlt, kKeyF4});
-  EXPECT_EQ(words(), "Alt + F4");
+  EXPECT_EQ(shortcutText(), "Alt + F4");
   EXPECT_EQ(statusName(), "Another program holds this shortcut");
   EXPECT_TRUE(window->isVisible());
 }
@@ -162,7 +164,7 @@ TEST_F(ShortcutWindowTest, ModifierKeysAloneAreExplainedAndCannotBeAccepted) {
 TEST_F(ShortcutWindowTest, TheCopyKeystrokeIsExplainedAndCannotBeAccepted) {
   open();
   record({kKeyLeftControl, kKeyInsert});
-  EXPECT_EQ(words(), "Ctrl + Insert");
+  EXPECT_EQ(shortcutText(), "Ctrl + Insert");
   EXPECT_EQ(statusName(), "This desktop cannot use it");
   EXPECT_FALSE(canAccept());
 }
@@ -183,7 +185,7 @@ TEST_F(ShortcutWindowTest, AcceptingHandsTheCommandOver) {
   record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
   control<QSpinBox>("delay")->setValue(65535);
   press({kKeyReturn});
-  ASSERT_TRUE(comesTrue([this] { return !window->isVisible(); }));
+  ASSERT_TRUE(becomesTrue([this] { return !window->isVisible(); }));
   EXPECT_EQ(window->result(), QDialog::Accepted);
   EXPECT_THAT(commands,
               ElementsAre(R"({"command":"SetHotKey","modifierAlt":true,"modifierCommand":false,)"
@@ -196,7 +198,7 @@ TEST_F(ShortcutWindowTest, RecordingRequestsNoKeymapAgain) {
   record({kKeyLeftControl, kKeyLeftAlt, kKeyK});
   const int requests = keymapRequests();
   record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
-  EXPECT_EQ(control<QLabel>("words")->text(), QStringLiteral("Ctrl + Alt + D"));
+  EXPECT_EQ(control<QLabel>("shortcut-text")->text(), QStringLiteral("Ctrl + Alt + D"));
   EXPECT_EQ(keymapRequests(), requests);
 }
 
@@ -233,7 +235,7 @@ TEST_F(ShortcutWindowTest, AFailureIsShownAndTheWindowStaysOpen) {
   EXPECT_EQ(statusName(), "The shortcut was not handed over");
   EXPECT_EQ(status()->accessibleDescription(), QStringLiteral("nobody listens"));
   useShortcut();
-  EXPECT_TRUE(comesTrue([this] { return isLit(); })) << "it can be tried out again";
+  EXPECT_TRUE(becomesTrue([this] { return isLit(); })) << "it can be tried out again";
   deliveryError.reset();
   control<QPushButton>("accept")->click();
   EXPECT_FALSE(window->isVisible());
@@ -253,7 +255,7 @@ TEST_F(ShortcutWindowTest, AWindowThatIsNotActiveHoldsNothing) {
   EXPECT_FALSE(others.isFree(kKeyD, kControlAlt));
   {
     const XClient other(QtDesktop::shared().server.display());
-    ASSERT_TRUE(comesTrue([this] { return !window->isActiveWindow(); }));
+    ASSERT_TRUE(becomesTrue([this] { return !window->isActiveWindow(); }));
     EXPECT_TRUE(others.isFree(kKeyD, kControlAlt));
   }
   ASSERT_TRUE(activate(*window));
@@ -265,7 +267,7 @@ TEST_F(ShortcutWindowTest, AWindowThatRecordsHoldsNothing) {
   control<QPushButton>("record")->click();
   EXPECT_TRUE(others.isFree(kKeyD, kControlAlt));
   keyboard.tap(kKeyEscape);
-  ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
+  ASSERT_TRUE(becomesTrue([this] { return !field()->isEditing(); }));
   EXPECT_FALSE(others.isFree(kKeyD, kControlAlt));
 }
 
@@ -281,11 +283,11 @@ TEST_F(ShortcutWindowTest, EscapeBringsTheOldShortcutBackAndTheNextOneCancels) {
   control<QPushButton>("record")->click();
   press({kKeyLeftControl, kKeyQ});
   keyboard.tap(kKeyEscape);
-  ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
-  EXPECT_EQ(words(), "Ctrl + Alt + K");
+  ASSERT_TRUE(becomesTrue([this] { return !field()->isEditing(); }));
+  EXPECT_EQ(shortcutText(), "Ctrl + Alt + K");
   EXPECT_TRUE(window->isVisible());
   keyboard.tap(kKeyEscape);
-  ASSERT_TRUE(comesTrue([this] { return !window->isVisible(); }));
+  ASSERT_TRUE(becomesTrue([this] { return !window->isVisible(); }));
   EXPECT_EQ(window->result(), QDialog::Rejected);
   EXPECT_THAT(commands, ElementsAre());
 }
@@ -294,7 +296,7 @@ TEST_F(ShortcutWindowTest, ClearingLeavesNothingToAccept) {
   open(controlAltD());
   control<QPushButton>("clear")->click();
   EXPECT_EQ(field()->text(), QString());
-  EXPECT_EQ(words(), "No shortcut yet");
+  EXPECT_EQ(shortcutText(), "No shortcut yet");
   EXPECT_FALSE(canAccept());
   EXPECT_TRUE(others.isFree(kKeyD, kControlAlt));
 }
@@ -302,7 +304,7 @@ TEST_F(ShortcutWindowTest, ClearingLeavesNothingToAccept) {
 TEST_F(ShortcutWindowTest, ClearingWhileThePanelIsLitPutsItOut) {
   open(controlAltD());
   useShortcut();
-  ASSERT_TRUE(comesTrue([this] { return isLit(); }));
+  ASSERT_TRUE(becomesTrue([this] { return isLit(); }));
   control<QPushButton>("clear")->click();
   EXPECT_FALSE(isLit());
 }
@@ -313,7 +315,7 @@ TEST_F(ShortcutWindowTest, TheTabKeyVisitsEveryControlAndIsNeverCaught) {
   for (int i = 0; i < 5; ++i) {
     const auto* const before = window->focusWidget();
     keyboard.tap(kKeyTab);
-    ASSERT_TRUE(comesTrue([&] { return window->focusWidget() != before; }));
+    ASSERT_TRUE(becomesTrue([&] { return window->focusWidget() != before; }));
     visited.push_back(focused());
     EXPECT_FALSE(field()->isEditing());
   }
@@ -323,20 +325,20 @@ TEST_F(ShortcutWindowTest, TheTabKeyVisitsEveryControlAndIsNeverCaught) {
 TEST_F(ShortcutWindowTest, TheWholeWayByKeyboardAlone) {
   open();
   keyboard.tap(kKeySpace);  // on "Record"
-  ASSERT_TRUE(comesTrue([this] { return field()->isEditing(); }));
+  ASSERT_TRUE(becomesTrue([this] { return field()->isEditing(); }));
   useShortcut();
   keyboard.tap(kKeyReturn);
-  ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
+  ASSERT_TRUE(becomesTrue([this] { return !field()->isEditing(); }));
   press({kKeyLeftAlt, 28});  // Alt+T, the delay
-  ASSERT_TRUE(comesTrue([this] { return focused() == "delay"; }));
+  ASSERT_TRUE(becomesTrue([this] { return focused() == "delay"; }));
   press({kKeyLeftControl, kKeyA});
   press({16});  // 7
-  ASSERT_TRUE(comesTrue([this] { return control<QSpinBox>("delay")->value() == 7; }));
+  ASSERT_TRUE(becomesTrue([this] { return control<QSpinBox>("delay")->value() == 7; }));
   press({kKeyLeftAlt, 27});  // Alt+R
-  ASSERT_TRUE(comesTrue([this] { return field()->isEditing(); }));
+  ASSERT_TRUE(becomesTrue([this] { return field()->isEditing(); }));
   keyboard.tap(kKeyEscape);
   keyboard.tap(kKeyReturn);
-  ASSERT_TRUE(comesTrue([this] { return !window->isVisible(); }));
+  ASSERT_TRUE(becomesTrue([this] { return !window->isVisible(); }));
   ASSERT_EQ(commands.size(), 1U);
   EXPECT_THAT(commands.front(), testing::HasSubstr(R"("readdelay":7,"virtualkey":2)"));
 }
@@ -346,14 +348,14 @@ TEST_F(ShortcutWindowTest, AReturnThatIsHeldEndsTheRecordingAndAcceptsNothing) {
   control<QPushButton>("record")->click();
   useShortcut();
   keyboard.press(kKeyReturn);
-  ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
+  ASSERT_TRUE(becomesTrue([this] { return !field()->isEditing(); }));
   const KeyCounter keys(*control<QWidget>("accept"));
   QTest::qWait(900);  // it repeats after 660 ms, while the window keeps running
   keyboard.release(kKeyReturn);
-  ASSERT_TRUE(comesTrue([&] { return keys.releases() > 0; }));
+  ASSERT_TRUE(becomesTrue([&] { return keys.releases() > 0; }));
   EXPECT_TRUE(window->isVisible());
   keyboard.tap(kKeyReturn);
-  EXPECT_TRUE(comesTrue([this] { return !window->isVisible(); }));
+  EXPECT_TRUE(becomesTrue([this] { return !window->isVisible(); }));
 }
 
 TEST_F(ShortcutWindowTest, EveryControlHasAnAccessibleNameAndDescription) {
@@ -372,7 +374,7 @@ TEST_F(ShortcutWindowTest, FromRightToLeftTheControlsAreMirroredAndTheGlyphsAreN
   QGuiApplication::setLayoutDirection(Qt::RightToLeft);
   open(controlAltD());
   QCoreApplication::processEvents();
-  EXPECT_LT(control<QWidget>("record")->x(), control<QWidget>("words")->x());
+  EXPECT_LT(control<QWidget>("record")->x(), control<QWidget>("shortcut-text")->x());
   EXPECT_EQ(field()->layoutDirection(), Qt::LeftToRight);
   QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }

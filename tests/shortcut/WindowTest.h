@@ -38,7 +38,7 @@ class WindowTest : public testing::Test {
           return deliveryError;
         },
         QCoreApplication::translate("Delivery", "&Use this shortcut"));
-    window->setOurs(ours);
+    window->setSeldialHotKey(ours);
     window->begin(hotKey, delay);
     ASSERT_TRUE(activate(*window));
   }
@@ -49,7 +49,7 @@ class WindowTest : public testing::Test {
     ASSERT_TRUE(field()->isEditing());
     press(keys);
     keyboard.tap(kKeyReturn);
-    ASSERT_TRUE(comesTrue([this] { return !field()->isEditing(); }));
+    ASSERT_TRUE(becomesTrue([this] { return !field()->isEditing(); }));
   }
 
   template <class Widget>
@@ -63,7 +63,7 @@ class WindowTest : public testing::Test {
 
   /// Waits until the panel shows that headline.
   [[nodiscard]] bool says(const std::string& headline) const {
-    return comesTrue([&] { return statusName() == headline; });
+    return becomesTrue([&] { return statusName() == headline; });
   }
 
   static HotKey controlAltD() {
@@ -71,7 +71,7 @@ class WindowTest : public testing::Test {
   }
 
   Keyboard& keyboard = QtDesktop::shared().keyboard;
-  ShortcutWindow::Ours ours;
+  ShortcutWindow::SeldialHotKey ours;
   std::optional<std::string> deliveryError;  ///< the error of the next deliveries
   std::vector<std::string> commands;         ///< the delivered commands
   std::unique_ptr<ShortcutWindow> window;

@@ -1,6 +1,7 @@
 // seldial_soak MINUTES: runs the program under mixed load: commands, presses, clients that stay
-// connected, clients that misbehave, keyboard layout changes, and lost X servers. At every pause
-// the program must answer each command once and must not have grown. Exits with status 1 otherwise.
+// connected, clients that sendInvalidInput, keyboard layout changes, and lost X servers. At every
+// pause the program must answer each command once and must not have grown. Exits with status 1
+// otherwise.
 #include <sys/socket.h>
 
 #include <atomic>
@@ -36,10 +37,10 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-constexpr seconds kBusyTime{15};    ///< between two pauses
-constexpr int kPausesOfALife = 12;  ///< then the X server is killed
-constexpr int kCommandsOfAPause = 100;
-constexpr double kMostBytesPerCommand = 8;
+constexpr seconds kBusyTime{15};   ///< between two pauses
+constexpr int kPausesPerRun = 12;  ///< then the X server is killed
+constexpr int kCommandsPerPause = 100;
+constexpr double kMaxBytesPerCommand = 8;
 
 struct Totals {
   std::atomic<long> commands{0};
@@ -88,9 +89,9 @@ class Receiver {
 };
 
 /// One run of the program, with its desktop.
-class Life {
+class ProgramRun {
  public:
-  explicit Life(Totals& totals) : totals_(totals) {
+  explicit ProgramRun(Totals& totals) : totals_(totals) {
     require(eventually([this] { return Peer::connectedTo(in_).connected(); }),
             "it does not listen");
     pause();
@@ -100,11 +101,12 @@ class Life {
   }
 
   /// Generates all kinds of load at once.
-  void beBusy() {
+  void applyLoad() {
     const auto end = Clock::now() + kBusyTime;
     std::vector<std::thread> threads;
-    for (void (Life::*const work)() :
-         {&Life::command, &Life::press, &Life::hold, &Life::misbehave, &Life::changeLayout}) {
+    for (void (ProgramRun::*const work)() :
+         {&ProgramRun::command, &ProgramRun::press, &ProgramRun::hold,
+          &ProgramRun::sendInvalidInput, &ProgramRun::changeLayout}) {
       threads.emplace_back([this, work, end] {
         while (Clock::now() < end) (this->*work)();
       });
@@ -117,13 +119,13 @@ class Life {
   void pause() {
     settle();
     const long before = totals_.answers;
-    for (int i = 1; i <= kCommandsOfAPause; ++i) {
+    for (int i = 1; i <= kCommandsPerPause; ++i) {
       sendCommand(in_, {setHotKey(2)});
       ++totals_.commands;
       require(eventually([&] { return totals_.answers >= before + i; }), "an answer is lost");
     }
     settle();
-    require(totals_.answers == before + kCommandsOfAPause, "an answer came twice");
+    require(totals_.answers == before + kCommandsPerPause, "an answer came twice");
     require(eventually([this] { return keyboard_.down().empty(); }), "a key is stuck");
     if (descriptors_ == 0) return;
     require(openDescriptors(process_.id()) <= descriptors_, "descriptors are left open");
@@ -185,7 +187,7 @@ class Life {
     std::this_thread::sleep_for(milliseconds(700));
   }
 
-  void misbehave() {
+  void sendInvalidInput() {
     static const std::vector<std::string> kTexts{"",
                                                  "{\"command\":",
                                                  "\xff\xfe",
@@ -225,17 +227,17 @@ class Life {
   Slope memory_;
 };
 
-/// Returns the bytes per command that the longest life grew by.
+/// Returns the bytes per command that the longest programRun grew by.
 double soak(Clock::time_point end, Totals& totals) {
   Slope longest;
   while (Clock::now() < end) {
-    Life life(totals);
-    for (int i = 0; i < kPausesOfALife && Clock::now() < end; ++i) {
-      life.beBusy();
-      life.pause();
+    ProgramRun programRun(totals);
+    for (int i = 0; i < kPausesPerRun && Clock::now() < end; ++i) {
+      programRun.applyLoad();
+      programRun.pause();
     }
-    if (life.memory().count() > longest.count()) longest = life.memory();
-    Clock::now() < end ? life.loseServer() : life.terminate();
+    if (programRun.memory().count() > longest.count()) longest = programRun.memory();
+    Clock::now() < end ? programRun.loseServer() : programRun.terminate();
   }
   return longest.value();
 }
@@ -251,7 +253,7 @@ int main(int argc, char* argv[]) {
   double slope = 0;
   try {
     slope = soak(Clock::now() + minutes, totals);
-    if (!SELDIAL_SANITIZED && slope > kMostBytesPerCommand) throw std::runtime_error("it grows");
+    if (!SELDIAL_SANITIZED && slope > kMaxBytesPerCommand) throw std::runtime_error("it grows");
   } catch (const std::exception& failure) {
     std::printf("FAILED: %s\n", failure.what());
     status = 1;

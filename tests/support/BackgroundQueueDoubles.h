@@ -50,9 +50,9 @@ class ManualBackgroundQueue final : public platform::BackgroundQueue {
 /// The system's queue, under the control of the test. `start` receives each task instead of
 /// async(), on the thread that posted it, and may run() it, keep it, or do something first. The
 /// test can also wait until all tasks have ended. Set `start` before the first task. Any thread.
-class SteeredBackgroundQueue final : public platform::BackgroundQueue {
+class ControlledBackgroundQueue final : public platform::BackgroundQueue {
  public:
-  ~SteeredBackgroundQueue() override { waitUntilIdle(); }
+  ~ControlledBackgroundQueue() override { waitUntilIdle(); }
 
   void async(Task task) override { start(counted(std::move(task))); }
   void after(std::chrono::nanoseconds delay, Task task) override {
@@ -80,7 +80,7 @@ class SteeredBackgroundQueue final : public platform::BackgroundQueue {
   /// Counts a task as pending until it has run, or was dropped.
   class Pending {
    public:
-    explicit Pending(SteeredBackgroundQueue& queue) : queue_(queue) {
+    explicit Pending(ControlledBackgroundQueue& queue) : queue_(queue) {
       const std::lock_guard lock(queue_.mutex_);
       ++queue_.pending_;
     }
@@ -92,7 +92,7 @@ class SteeredBackgroundQueue final : public platform::BackgroundQueue {
     Pending& operator=(const Pending&) = delete;
 
    private:
-    SteeredBackgroundQueue& queue_;
+    ControlledBackgroundQueue& queue_;
   };
 
   Task counted(Task task) {

@@ -37,7 +37,7 @@ class ChildProcessTest : public testing::Test {
 
   std::string endOfChild() {
     ended_->run();
-    return describedExitStatus(child_->wait());
+    return describeExitStatus(child_->wait());
   }
 
   const std::shared_ptr<MainThread> main_ = std::make_shared<MainThread>();

@@ -18,7 +18,7 @@
 #include "tests/support/desktop/Keys.h"
 #include "tests/support/desktop/XClient.h"
 #include "tests/support/desktop/XServer.h"
-#include "tests/ucclient/Nonsense.h"
+#include "tests/ucclient/InvalidArguments.h"
 #include "tests/ucclient/RunningClient.h"
 
 namespace seldial {
@@ -275,7 +275,7 @@ TEST(CommandLine, ListenPrintsEachMessage) {
 TEST(CommandLine, SendNeedsNoConfigurationFile) {
   const tests::TemporaryDirectory directory;
   std::filesystem::create_directory(directory.path("seldial"));
-  std::ofstream(directory.path("seldial/seldial-uc.toml")) << "nonsense";
+  std::ofstream(directory.path("seldial/seldial-uc.toml")) << "invalid";
   const tests::UcListener seldial(directory.path("in"));
   tests::ChildProcess send({SELDIAL_UC, "send", directory.path("in")},
                            {"XDG_CONFIG_HOME=" + directory.path("")});
@@ -298,16 +298,16 @@ TEST(CommandLine, AClientThatWouldNotDialIsNotEnabled) {
 }
 
 TEST(CommandLine, InvalidArgumentsAreReportedAndDialNothing) {
-  const Nonsense nonsense(SELDIAL_UC);
-  nonsense.tryAll(15);
+  const InvalidArguments invalid(SELDIAL_UC);
+  invalid.tryAllOptions(15);
   for (const char* const command : {"enable", "status", "reload", "press", "settings", "send",
-                                    "raw", "listen", "check", "nonsense", "", "-x", "--"}) {
-    nonsense.expectRefusal({command, "--nonsense"});
-    if (std::string(command) != "check") nonsense.expectRefusal({command});
+                                    "raw", "listen", "check", "invalid", "", "-x", "--"}) {
+    invalid.expectRefusal({command, "--invalid"});
+    if (std::string(command) != "check") invalid.expectRefusal({command});
   }
-  nonsense.expectRefusal({"disable", "--nonsense"});
-  nonsense.expectRefusal({"send", "nonsense"});
-  nonsense.expectRefusal({"listen", std::string(5000, '/')});
+  invalid.expectRefusal({"disable", "--invalid"});
+  invalid.expectRefusal({"send", "invalid"});
+  invalid.expectRefusal({"listen", std::string(5000, '/')});
 }
 
 TEST(CommandLine, ASessionStarterStartsWhatIsEnabled) {

@@ -10,14 +10,14 @@ using Words = std::vector<std::string>;
 
 Words commandOf(const std::string& text) {
   std::string error;
-  const auto words = dialCommandFrom(text, error);
+  const auto words = parseDialCommand(text, error);
   EXPECT_TRUE(words) << text << ": " << error;
   return words.value_or(Words());
 }
 
 std::string errorOf(const std::string& text) {
   std::string error;
-  EXPECT_FALSE(dialCommandFrom(text, error)) << text;
+  EXPECT_FALSE(parseDialCommand(text, error)) << text;
   return error;
 }
 

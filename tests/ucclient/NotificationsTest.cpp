@@ -97,7 +97,7 @@ class NotificationDesktop {
   }
 
   void pressUndo() { emit("ActionInvoked", "us", "undo"); }
-  void closeBecause(std::uint32_t reason) { emit("NotificationClosed", "uu", reason); }
+  void closeWithReason(std::uint32_t reason) { emit("NotificationClosed", "uu", reason); }
 
  private:
   static constexpr const char* kName = "org.freedesktop.Notifications";
@@ -147,7 +147,7 @@ TEST_F(Undo, ACallThatIsUndoneIsNotMade) {
     if (byButton) {
       desktop.pressUndo();
     } else {
-      desktop.closeBecause(2);  // dismissed by the user
+      desktop.closeWithReason(2);  // dismissed by the user
     }
     EXPECT_TRUE(client_.process().waitForLine("seldial-uc: nothing was dialled: it was undone"));
     EXPECT_EQ(desktop.nextSummary(), "Nothing was dialled");
@@ -158,7 +158,7 @@ TEST_F(Undo, ACallThatIsNotUndoneIsDialled) {
   NotificationDesktop desktop(bus_);
   pressHotKey(client_, "020 123 4567");
   EXPECT_EQ(desktop.nextSummary(), "Calling +31201234567");
-  desktop.closeBecause(1);  // its time is over
+  desktop.closeWithReason(1);  // its time is over
   EXPECT_EQ(phone_.called(), "[+31201234567]");
 }
 
@@ -178,10 +178,10 @@ TEST_F(Undo, ASecondUseGivesTheFirstCallUp) {
   EXPECT_EQ(desktop.nextSummary(), "Calling +31201234567");
   use(client_, "hello");
   EXPECT_EQ(desktop.nextSummary(), "Nothing was dialled");
-  desktop.closeBecause(1);
+  desktop.closeWithReason(1);
   pressHotKey(client_, "020 765 4321");
   EXPECT_EQ(desktop.nextSummary(), "Calling +31207654321");
-  desktop.closeBecause(1);
+  desktop.closeWithReason(1);
   EXPECT_EQ(phone_.called(), "[+31207654321]");
 }
 

@@ -38,7 +38,7 @@ TEST(NumbersPlain, NothingElseIsANumber) {
                                  "112"}) {
     EXPECT_EQ(found(text), "") << text;
   }
-  EXPECT_EQ(found(std::string(kLongestSelection, ' ') + "112"), "");
+  EXPECT_EQ(found(std::string(kMaxSelectionLength, ' ') + "112"), "");
 }
 
 TEST(NumbersPlain, RegionsAreTwoCapitals) {

@@ -70,8 +70,8 @@ TEST(Numbers, AnyTextIsSafe) {
   EXPECT_NO_THROW((void)findNumbers(bytes, "NL"));
   EXPECT_NO_THROW((void)findNumbers(std::string(20000, '1'), "NL"));
   EXPECT_NO_THROW((void)findNumbers(std::string(20000, '+'), "NL"));
-  EXPECT_TRUE(
-      findNumbers(std::string(kLongestSelection + 1, ' ') + "+31201234567", "NL").numbers.empty());
+  EXPECT_TRUE(findNumbers(std::string(kMaxSelectionLength + 1, ' ') + "+31201234567", "NL")
+                  .numbers.empty());
 }
 
 TEST(Numbers, AKnownRegionIsTwoCapitals) {
@@ -96,15 +96,15 @@ TEST(Numbers, TheRegionIsTheOneOfTheLocale) {
 }
 
 TEST(SelectedText, IsNormalised) {
-  EXPECT_EQ(cleanedText("＋３１\u00A0٢٠‑१२३\u202F４５６７"), "+31 20-123 4567");
-  EXPECT_EQ(cleanedText("a\u200Bb\u00AD\uFEFFc\x01"), "abc");
-  EXPECT_EQ(cleanedText("1\r\n2\r3\u20284\v5\t6"), "1\n2\n3\n4\n5\n6");
-  EXPECT_EQ(cleanedText("é電話 \U0001D7CE"), "é電話 0");
+  EXPECT_EQ(normalisedText("＋３１\u00A0٢٠‑१२३\u202F４５６７"), "+31 20-123 4567");
+  EXPECT_EQ(normalisedText("a\u200Bb\u00AD\uFEFFc\x01"), "abc");
+  EXPECT_EQ(normalisedText("1\r\n2\r3\u20284\v5\t6"), "1\n2\n3\n4\n5\n6");
+  EXPECT_EQ(normalisedText("é電話 \U0001D7CE"), "é電話 0");
 }
 
 TEST(SelectedText, BytesThatAreNotUtf8AreReplaced) {
-  EXPECT_EQ(cleanedText("1\xC3"), "1\uFFFD");
-  EXPECT_EQ(cleanedText("\xFF\xE2\x80 1"), "\uFFFD\uFFFD 1");
+  EXPECT_EQ(normalisedText("1\xC3"), "1\uFFFD");
+  EXPECT_EQ(normalisedText("\xFF\xE2\x80 1"), "\uFFFD\uFFFD 1");
 }
 
 }  // namespace

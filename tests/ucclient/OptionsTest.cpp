@@ -13,14 +13,14 @@ using Arguments = std::vector<std::string>;
 
 Options read(const Arguments& arguments, const std::string& configuration = {}) {
   std::string error;
-  const auto options = optionsFrom(arguments, configuration, error);
+  const auto options = readOptions(arguments, configuration, error);
   EXPECT_TRUE(options) << error;
   return options.value_or(Options());
 }
 
 std::string errorOf(const Arguments& arguments, const std::string& configuration = {}) {
   std::string error;
-  EXPECT_FALSE(optionsFrom(arguments, configuration, error));
+  EXPECT_FALSE(readOptions(arguments, configuration, error));
   return error;
 }
 

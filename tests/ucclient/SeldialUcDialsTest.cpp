@@ -131,9 +131,9 @@ TEST_F(SeldialUcDials, AProgramThatFailsIsReported) {
 }
 
 /// The real seldial, which first prints its process ID to standard error.
-class AnnouncedSeldial {
+class SeldialWithPid {
  public:
-  AnnouncedSeldial() {
+  SeldialWithPid() {
     std::ofstream(path_) << "#!/bin/sh\necho $$ >&2; exec " SELDIAL " \"$@\"\n";
     chmod(path_.c_str(), 0700);
   }
@@ -146,7 +146,7 @@ class AnnouncedSeldial {
 
 TEST_F(SeldialUcDials, ASeldialThatDiesIsStartedAgain) {
   const Softphone phone("phone");
-  const AnnouncedSeldial seldial;
+  const SeldialWithPid seldial;
   RunningClient client({"--dial", phone.path(), "--seldial", seldial.path(), "--region", "NL"},
                        server_.environment());
   for (const char* const pause : {"1", "2"}) {
@@ -164,7 +164,7 @@ TEST_F(SeldialUcDials, ASeldialThatDiesIsStartedAgain) {
 }
 
 TEST_F(SeldialUcDials, ItCanBeEndedWhileItWaitsToStartSeldialAgain) {
-  const AnnouncedSeldial seldial;
+  const SeldialWithPid seldial;
   RunningClient client({"--dial", "true", "--seldial", seldial.path()}, server_.environment());
   const pid_t process = std::stoi(client.process().readLine());
   client.expectLine(R"({"response":"HotkeyState","result":true})");

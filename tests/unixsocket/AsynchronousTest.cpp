@@ -11,7 +11,7 @@
 namespace seldial::tests {
 namespace {
 
-using Queue = tests::SteeredBackgroundQueue;
+using Queue = tests::ControlledBackgroundQueue;
 using HeldQueue = tests::ManualBackgroundQueue;
 
 TEST(Asynchronous, ReadGivesTheDataOnAnotherThread) {

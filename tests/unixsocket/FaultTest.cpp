@@ -269,8 +269,8 @@ class FaultyClient : public testing::Test {
   const Peer server = Peer::listeningAt(path);
   const std::shared_ptr<RecordingClientDelegate> delegate =
       std::make_shared<RecordingClientDelegate>();
-  const std::shared_ptr<tests::SteeredBackgroundQueue> queue =
-      std::make_shared<tests::SteeredBackgroundQueue>();
+  const std::shared_ptr<tests::ControlledBackgroundQueue> queue =
+      std::make_shared<tests::ControlledBackgroundQueue>();
   const std::shared_ptr<GDUnixSocketClient> client =
       GDUnixSocketClient::initWithSocketPath(path, 256, queue);
   SystemCalls calls;

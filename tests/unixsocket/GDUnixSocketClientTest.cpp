@@ -23,8 +23,8 @@ class GDUnixSocketClientTest : public testing::Test {
   GDUnixSocketClientTest() { client->setDelegate(delegate); }
   ~GDUnixSocketClientTest() override { client->close(); }
 
-  const std::shared_ptr<tests::SteeredBackgroundQueue> queue =
-      std::make_shared<tests::SteeredBackgroundQueue>();
+  const std::shared_ptr<tests::ControlledBackgroundQueue> queue =
+      std::make_shared<tests::ControlledBackgroundQueue>();
   TemporaryDirectory directory;
   const std::string path = directory.path("socket");
   const std::shared_ptr<RecordingClientDelegate> delegate =

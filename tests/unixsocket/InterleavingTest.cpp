@@ -1,9 +1,9 @@
 // One connection, from its accept to its end, in every possible interleaving of the accept thread,
 // its reader, its client and a close.
 //
-// The accept thread passes the moments below. At each moment, a plan says who acts: the reader's
+// The accept thread passes the moments below. At each point, a plan says who acts: the reader's
 // task is started, the client sends or disconnects, or the server is closed. The thread that passes
-// a moment waits there until those actions are done, or blocked on that thread.
+// a point waits there until those actions are done, or blocked on that thread.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -20,52 +20,52 @@
 namespace seldial::tests {
 namespace {
 
-enum Moment : unsigned {
+enum Point : unsigned {
   // of the accept thread
   kConnected,  ///< the client is connected, and waits to be accepted
   kAccepted,
   kReaderPosted,  ///< the reader's task was passed to the queue, which has not returned
   kBeforeTable,
-  kAcceptTold,     ///< in the accept callback
-  kAcceptToldEnd,  ///< at the end of the accept callback, after something was sent to the
-                   ///< connection
+  kAcceptCallback,     ///< in the accept callback
+  kAcceptCallbackEnd,  ///< at the end of the accept callback, after something was sent to the
+                       ///< connection
   kNextAccept,
   kLater,  ///< the accept thread has nothing to do
   // of the reader
   kBeforeRead,
   kAfterRead,
-  kDataTold,
-  kDisconnectTold,
-  kMoments
+  kDataCallback,
+  kDisconnectCallback,
+  kPoints
 };
 
-/// Whether a close that begins at that moment ends before the reader may read.
-bool isBeforeTheReaders(Moment moment) {
-  return moment <= kAcceptToldEnd && moment != kBeforeTable;  // where the table is locked
+/// Whether a close that begins at that point ends before the reader may read.
+bool precedesReader(Point point) {
+  return point <= kAcceptCallbackEnd && point != kBeforeTable;  // where the table is locked
 }
 
-/// Whether such a close waits for the thread that passes the moment.
-bool isInsideTheAccept(Moment moment) {
-  return moment == kAccepted;
+/// Whether such a close waits for the thread that passes the point.
+bool isInsideAccept(Point point) {
+  return point == kAccepted;
 }
 
 struct Plan {
-  Moment readerStarts;
-  Moment clientSends;
-  Moment clientLeaves;
-  std::optional<Moment> closes;
+  Point readerStarts;
+  Point clientSends;
+  Point clientLeaves;
+  std::optional<Point> closes;
 };
 
 /// A thread whose progress can be waited for.
-class Actor {
+class ObservedThread {
  public:
-  ~Actor() {
+  ~ObservedThread() {
     if (thread_.joinable()) thread_.join();
   }
 
   /// Runs `action` on a separate thread, or with `runner`; returns when it has ended or is blocked.
-  void act(std::function<void()> action,
-           const std::function<void(std::function<void()>)>& runner = {}) {
+  void runUntilBlocked(std::function<void()> action,
+                       const std::function<void(std::function<void()>)>& runner = {}) {
     auto run = [this, action = std::move(action)] {
       number_ = threadNumber();
       action();
@@ -79,7 +79,7 @@ class Actor {
     EXPECT_TRUE(eventually([this] { return ended_ || (number_ != 0 && isAsleepOrGone(number_)); }));
   }
 
-  void waitForTheEnd() const {
+  void waitForEnd() const {
     EXPECT_TRUE(eventually([this] { return ended_.load(); }));
   }
 
@@ -90,9 +90,9 @@ class Actor {
 };
 
 /// Executes one plan.
-class Stage {
+class PlanExecution {
  public:
-  explicit Stage(const Plan& plan) : plan_(plan) {
+  explicit PlanExecution(const Plan& plan) : plan_(plan) {
     queue_->start = [this](auto task) {
       readerTask_ = std::move(task);
       pass(kReaderPosted);
@@ -100,12 +100,12 @@ class Stage {
     SystemCalls::set([this](const SystemCall& call) { return beforeCall(call); },
                      [this](const SystemCall& call) { afterCall(call); });
     delegate_->onAccept = [this](GDUnixSocketServer& server, const std::string& clientID) {
-      pass(kAcceptTold);
+      pass(kAcceptCallback);
       welcomed_ = server.sendData("welcome", clientID) == 7;
-      pass(kAcceptToldEnd);
+      pass(kAcceptCallbackEnd);
     };
-    delegate_->onData = [this](auto&, auto&) { pass(kDataTold); };
-    delegate_->onDisconnect = [this](auto&, auto&) { pass(kDisconnectTold); };
+    delegate_->onData = [this](auto&, auto&) { pass(kDataCallback); };
+    delegate_->onDisconnect = [this](auto&, auto&) { pass(kDisconnectCallback); };
     server_->setDelegate(delegate_);
   }
 
@@ -127,22 +127,23 @@ class Stage {
   [[nodiscard]] std::vector<std::string> lines() const { return delegate_->journal.lines(); }
 
  private:
-  /// The first thread that passes a moment performs the actions; other threads wait for them.
-  void pass(Moment moment) {
-    if (passed_[moment].exchange(true)) {
-      EXPECT_TRUE(eventually([&] { return done_[moment].load(); }));
+  /// The first thread that passes a point performs the actions; other threads wait for them.
+  void pass(Point point) {
+    if (passed_[point].exchange(true)) {
+      EXPECT_TRUE(eventually([&] { return done_[point].load(); }));
       return;
     }
-    if (plan_.readerStarts == moment) {
-      reader_.act(std::move(readerTask_), [this](auto task) { queue_->run(std::move(task)); });
+    if (plan_.readerStarts == point) {
+      reader_.runUntilBlocked(std::move(readerTask_),
+                              [this](auto task) { queue_->run(std::move(task)); });
     }
-    if (plan_.clientSends == moment) client_->send(std::string(600, 'x'));
-    if (plan_.clientLeaves == moment) leave();
-    if (plan_.closes == moment) {
-      closer_.act([this] { server_->close(); });
-      if (isBeforeTheReaders(moment) && !isInsideTheAccept(moment)) closer_.waitForTheEnd();
+    if (plan_.clientSends == point) client_->send(std::string(600, 'x'));
+    if (plan_.clientLeaves == point) leave();
+    if (plan_.closes == point) {
+      closer_.runUntilBlocked([this] { server_->close(); });
+      if (precedesReader(point) && !isInsideAccept(point)) closer_.waitForEnd();
     }
-    done_[moment] = true;
+    done_[point] = true;
   }
 
   /// Disconnecting with unread bytes would reset the connection.
@@ -170,8 +171,8 @@ class Stage {
   }
 
   const Plan plan_;
-  const std::shared_ptr<tests::SteeredBackgroundQueue> queue_ =
-      std::make_shared<tests::SteeredBackgroundQueue>();
+  const std::shared_ptr<tests::ControlledBackgroundQueue> queue_ =
+      std::make_shared<tests::ControlledBackgroundQueue>();
   TemporaryDirectory directory_;
   const std::string path_ = directory_.path("socket");
   const std::shared_ptr<RecordingServerDelegate> delegate_ =
@@ -181,24 +182,24 @@ class Stage {
   std::optional<Peer> client_;
   std::atomic<bool> welcomed_{false};
   std::promise<void> mayAccept_;
-  std::array<std::atomic<bool>, kMoments> passed_{};
-  std::array<std::atomic<bool>, kMoments> done_{};
+  std::array<std::atomic<bool>, kPoints> passed_{};
+  std::array<std::atomic<bool>, kPoints> done_{};
   std::atomic<int> acceptCalls_{0};
   std::function<void()> readerTask_;
-  Actor reader_;
-  Actor closer_;
+  ObservedThread reader_;
+  ObservedThread closer_;
   SystemCalls calls_;
 };
 
 std::string nameOf(const Plan& plan) {
   return "reader starts at " + std::to_string(plan.readerStarts) + ", client sends at " +
          std::to_string(plan.clientSends) + " and leaves at " + std::to_string(plan.clientLeaves) +
-         ", server closed at " + (plan.closes ? std::to_string(*plan.closes) : "no moment");
+         ", server closed at " + (plan.closes ? std::to_string(*plan.closes) : "no point");
 }
 
 /// Checks the callbacks after a close in between: a prefix of the complete sequence, with the close
 /// anywhere after the listen.
-void expectABeginning(std::vector<std::string> lines, bool withoutTheReaders) {
+void expectPrefix(std::vector<std::string> lines, bool withoutTheReaders) {
   const std::vector<std::string> story = {"listening", "accept",  "data 256",
                                           "data 256",  "data 88", "disconnect"};
   EXPECT_EQ(1, std::erase(lines, "close"));
@@ -211,23 +212,23 @@ void play(const Plan& plan) {
   SCOPED_TRACE(nameOf(plan));
   const std::size_t descriptors = openDescriptors();
   {
-    Stage stage(plan);
-    stage.play();
+    PlanExecution execution(plan);
+    execution.play();
     if (plan.closes) {
-      expectABeginning(stage.lines(), isBeforeTheReaders(*plan.closes));
+      expectPrefix(execution.lines(), precedesReader(*plan.closes));
     } else {
       const std::vector<std::string> story = {"listening", "accept",  "data 256",
                                               "data 256",  "data 88", "disconnect"};
-      EXPECT_EQ(story, stage.lines());
+      EXPECT_EQ(story, execution.lines());
     }
   }
   EXPECT_EQ(descriptors, openDescriptors());
 }
 
-void playAllWith(Moment readerStarts, std::optional<Moment> closes) {
+void runPlans(Point readerStarts, std::optional<Point> closes) {
   for (unsigned sends = kConnected; sends <= kLater; ++sends) {
     for (unsigned leaves = sends; leaves <= kLater; ++leaves) {
-      play({readerStarts, static_cast<Moment>(sends), static_cast<Moment>(leaves), closes});
+      play({readerStarts, static_cast<Point>(sends), static_cast<Point>(leaves), closes});
       if (testing::Test::HasFailure()) return;  // the first failing order is enough
     }
   }
@@ -254,28 +255,28 @@ TEST_F(InterleavingWithAClose, AConnectionThatIsAcceptedInTheMiddleOfItIsClosedT
   EXPECT_EQ(2U, delegate->journal.count("accept"));
 }
 
-class Interleaving : public testing::TestWithParam<Moment> {};
+class Interleaving : public testing::TestWithParam<Point> {};
 
 TEST_P(Interleaving, NothingIsLostAndNothingOvertakesTheAccept) {
-  playAllWith(GetParam(), {});
+  runPlans(GetParam(), {});
 }
 
 TEST_P(Interleaving, ACloseAtAnyMomentEndsItSilently) {
-  for (unsigned closes = kAccepted; closes < kMoments; ++closes) {
-    playAllWith(GetParam(), static_cast<Moment>(closes));
+  for (unsigned closes = kAccepted; closes < kPoints; ++closes) {
+    runPlans(GetParam(), static_cast<Point>(closes));
     if (HasFailure()) return;
   }
 }
 
-std::string nameOfParameter(const testing::TestParamInfo<Moment>& parameter) {
+std::string nameOfParameter(const testing::TestParamInfo<Point>& parameter) {
   switch (parameter.param) {
     case kReaderPosted:
       return "WhenPosted";
     case kBeforeTable:
       return "BeforeTheTable";
-    case kAcceptTold:
+    case kAcceptCallback:
       return "InTheAcceptCallback";
-    case kAcceptToldEnd:
+    case kAcceptCallbackEnd:
       return "AtItsEnd";
     case kNextAccept:
       return "AtTheNextAccept";
@@ -285,8 +286,8 @@ std::string nameOfParameter(const testing::TestParamInfo<Moment>& parameter) {
 }
 
 INSTANTIATE_TEST_SUITE_P(ReaderStarts, Interleaving,
-                         testing::Values(kReaderPosted, kBeforeTable, kAcceptTold, kAcceptToldEnd,
-                                         kNextAccept, kLater),
+                         testing::Values(kReaderPosted, kBeforeTable, kAcceptCallback,
+                                         kAcceptCallbackEnd, kNextAccept, kLater),
                          nameOfParameter);
 
 }  // namespace

@@ -37,8 +37,8 @@ class ListeningServer : public testing::Test {
 
   [[nodiscard]] std::string lastClientID() const { return delegate->clientIDs().back(); }
 
-  const std::shared_ptr<tests::SteeredBackgroundQueue> queue =
-      std::make_shared<tests::SteeredBackgroundQueue>();
+  const std::shared_ptr<tests::ControlledBackgroundQueue> queue =
+      std::make_shared<tests::ControlledBackgroundQueue>();
   TemporaryDirectory directory;
   const std::string path = directory.path("socket");
   const std::shared_ptr<RecordingServerDelegate> delegate =

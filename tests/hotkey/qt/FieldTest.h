@@ -43,7 +43,7 @@ class FieldTest : public testing::Test {
 
   /// Whether `times` actions arrive.
   bool acts(std::size_t times) {
-    return comesTrue([&] { return shown.size() >= times; });
+    return becomesTrue([&] { return shown.size() >= times; });
   }
 
   static std::shared_ptr<QKHotKey> record(std::uint16_t keyCode, std::uint64_t flags,

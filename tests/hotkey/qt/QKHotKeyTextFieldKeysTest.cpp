@@ -32,7 +32,7 @@ TEST_F(QKHotKeyTextFieldKeys, CapsLockWithAModifierIsRecordedAsItGoesDown) {
     shown.clear();
     press({kKeyLeftControl, kKeyCapsLock});
     const KeyCounter keys(field);
-    ASSERT_TRUE(comesTrue([&] { return keys.releases() == 2; }));
+    ASSERT_TRUE(becomesTrue([&] { return keys.releases() == 2; }));
     EXPECT_THAT(shown, ElementsAre("⌃", "⌃⇪"));
     EXPECT_EQ(field.hotKey()->modifierFlags(), kModifierFlagControl | lock);
   }
@@ -49,7 +49,7 @@ TEST_F(QKHotKeyTextFieldKeys, OfTwoHeldShiftKeysOneThatGoesUpLeavesShift) {
 TEST_F(QKHotKeyTextFieldKeys, AKeyThatWasHeldWhenTheEditingBeganCounts) {
   const KeyCounter keys(after);
   keyboard.press(kKeyLeftShift);
-  ASSERT_TRUE(comesTrue([&] { return keys.presses() == 1; }));
+  ASSERT_TRUE(becomesTrue([&] { return keys.presses() == 1; }));
   edit();
   press({kKeyRightShift});
   keyboard.release(kKeyLeftShift);
@@ -92,7 +92,7 @@ TEST_F(QKHotKeyTextFieldKeys, ARemappedEscapeIsEscape) {
   const Layout layout("caps:escape");
   edit();
   keyboard.tap(kKeyCapsLock);
-  ASSERT_TRUE(comesTrue([this] { return !field.isEditing(); }));
+  ASSERT_TRUE(becomesTrue([this] { return !field.isEditing(); }));
 }
 
 TEST_F(QKHotKeyTextFieldKeys, NoKeystrokeRequestsTheKeymapAgain) {

@@ -117,7 +117,7 @@ TEST_F(QKHotKeyTextFieldLayoutTest, IsUpperCasedAsUnicodeDoesIt) {
     edit();
     press({kKeyLeftControl, kKeyK});
     keyboard.tap(kKeyReturn);
-    ASSERT_TRUE(comesTrue([this] { return !field.isEditing(); }));
+    ASSERT_TRUE(becomesTrue([this] { return !field.isEditing(); }));
     EXPECT_EQ(shown.back(), shownAs) << "as it is recorded";
   }
 }
@@ -157,7 +157,7 @@ TEST_F(QKHotKeyTextFieldTest, ReturnAndEscapeMoveTheFocusOn) {
   for (const auto key : {kKeyReturn, kKeyEscape}) {
     edit();
     keyboard.tap(key);
-    ASSERT_TRUE(comesTrue([this] { return !field.isEditing(); }));
+    ASSERT_TRUE(becomesTrue([this] { return !field.isEditing(); }));
     EXPECT_TRUE(after.hasFocus());
   }
 }
@@ -171,9 +171,9 @@ TEST_F(QKHotKeyTextFieldTest, NoShortcutOfTheWindowActsWhileItRecords) {
   EXPECT_THAT(shown, ElementsAre("⌥K"));
   EXPECT_EQ(clicks, 0);
   keyboard.tap(kKeyReturn);
-  ASSERT_TRUE(comesTrue([this] { return !field.isEditing(); }));
+  ASSERT_TRUE(becomesTrue([this] { return !field.isEditing(); }));
   press({kKeyLeftAlt, kKeyK});
-  EXPECT_TRUE(comesTrue([this] { return clicks == 1; })) << "it acts otherwise";
+  EXPECT_TRUE(becomesTrue([this] { return clicks == 1; })) << "it acts otherwise";
 }
 
 TEST_F(QKHotKeyTextFieldTest, NothingCanBeTypedPastedOrDropped) {
@@ -197,9 +197,9 @@ TEST_F(QKHotKeyTextFieldTest, ACombinationOfTheWindowManagerIsRecorded) {
 TEST_F(QKHotKeyTextFieldTest, TheWindowManagerHasItsKeysBackAfterwards) {
   edit();
   keyboard.tap(kKeyReturn);
-  ASSERT_TRUE(comesTrue([this] { return !field.isEditing(); }));
+  ASSERT_TRUE(becomesTrue([this] { return !field.isEditing(); }));
   press({kKeyLeftAlt, kKeyF4});
-  EXPECT_TRUE(comesTrue([this] { return !window.isVisible(); }));
+  EXPECT_TRUE(becomesTrue([this] { return !window.isVisible(); }));
 }
 
 TEST_F(QKHotKeyTextFieldTest, ACombinationThatIsRegisteredIsRecordedAndNotReleasedToItsOwner) {
@@ -217,7 +217,7 @@ TEST_F(QKHotKeyTextFieldTest, ACombinationThatIsRegisteredIsRecordedAndNotReleas
 
 TEST_F(QKHotKeyTextFieldTest, IfTheGrabIsRefusedItRecordsTheKeysThatReachTheWindow) {
   XClient menu(QtDesktop::shared().server.display());
-  ASSERT_TRUE(comesTrue([this] { return !window.isActiveWindow(); }));
+  ASSERT_TRUE(becomesTrue([this] { return !window.isActiveWindow(); }));
   ASSERT_TRUE(activate(window));
   menu.grabKeyboard(true);
   edit();
@@ -234,7 +234,7 @@ TEST_F(QKHotKeyTextFieldTest, LosingTheActivationEndsTheEditingWithoutAnActionAn
   ASSERT_TRUE(acts(1));
   {
     const XClient other(QtDesktop::shared().server.display());
-    ASSERT_TRUE(comesTrue([this] { return !field.isEditing(); }));
+    ASSERT_TRUE(becomesTrue([this] { return !field.isEditing(); }));
     keyboard.tap(kKeyK);
     other.waitForRelease(kKeyK);  // the grab has ended too
   }
@@ -257,7 +257,7 @@ TEST_F(QKHotKeyTextFieldTest, AfterTheEditingNoEarlierRecordIsLeft) {
   edit();
   press({kKeyLeftControl, kKeyD});
   keyboard.tap(kKeyReturn);
-  ASSERT_TRUE(comesTrue([this] { return !field.isEditing(); }));
+  ASSERT_TRUE(becomesTrue([this] { return !field.isEditing(); }));
   EXPECT_TRUE(isGone);
 }
 
@@ -272,7 +272,7 @@ TEST_F(QKHotKeyTextFieldWithoutKeyboard, RecordsNothing) {
   const KeyCounter keys(field);
   press({kKeyLeftControl, kKeyD});
   keyboard.tap(kKeyReturn);
-  ASSERT_TRUE(comesTrue([&] { return keys.releases() == 3; }));
+  ASSERT_TRUE(becomesTrue([&] { return keys.releases() == 3; }));
   EXPECT_TRUE(field.isEditing());
   EXPECT_TRUE(shown.empty());
   EXPECT_EQ(field.hotKey(), nullptr);

@@ -55,7 +55,7 @@ bool KeyCounter::eventFilter(QObject* /*watched*/, QEvent* event) {
 bool activate(QWidget& window) {
   window.show();
   window.activateWindow();
-  return comesTrue([&window] { return window.isActiveWindow(); });
+  return becomesTrue([&window] { return window.isActiveWindow(); });
 }
 
 void press(const std::vector<std::uint8_t>& keys) {

@@ -18,7 +18,7 @@ namespace seldial::tests {
 /// Serves events until `condition` holds and the pending requests have been sent; false after the
 /// time limit.
 template <class Condition>
-[[nodiscard]] bool comesTrue(const Condition& condition) {
+[[nodiscard]] bool becomesTrue(const Condition& condition) {
   const bool holds =
       QTest::qWaitFor(condition, static_cast<int>(std::chrono::milliseconds(kTimeLimit).count()));
   QCoreApplication::processEvents();

@@ -64,8 +64,8 @@ TEST_F(CopiedText, ThatArrivesByteByByteIsAbandonedInTime) {
 
 class NewerDataControl : public testing::Test {
  protected:
-  void takeEmpty(DataControl& data) {
-    data.takeEmpty();
+  void takeOwnership(DataControl& data) {
+    data.takeOwnership();
     ASSERT_TRUE(display.synchronise());
   }
 
@@ -77,7 +77,7 @@ class NewerDataControl : public testing::Test {
 
 TEST_F(NewerDataControl, IsPreferredToTheOlderOne) {
   DataControl data(display);
-  takeEmpty(data);
+  takeOwnership(data);
   EXPECT_THAT(compositor.offeredTypes(),
               testing::Optional(testing::ElementsAre(kEmptyClipboardType)));
   EXPECT_EQ(data.copiedText(), std::nullopt);
@@ -87,7 +87,7 @@ TEST_F(NewerDataControl, IsPreferredToTheOlderOne) {
 
 TEST_F(NewerDataControl, SelectedTextIsNotCopiedText) {
   DataControl data(display);
-  takeEmpty(data);
+  takeOwnership(data);
   compositor.select("020 1234");
   EXPECT_EQ(data.copiedText(), std::nullopt);
 }
@@ -95,7 +95,7 @@ TEST_F(NewerDataControl, SelectedTextIsNotCopiedText) {
 TEST_F(NewerDataControl, OffersAreDestroyed) {
   DataControl data(display);
   for (int i = 0; i < 3; ++i) {
-    takeEmpty(data);
+    takeOwnership(data);
     compositor.select("020");
     compositor.copy("020 1234");
     EXPECT_EQ(data.copiedText(), "020 1234");

@@ -42,7 +42,7 @@ class Program {
         bus_(Bus::open(loop, [] {})) {
     shortcuts_.listen([this](const std::string& action) { probe.pressed(action); },
                       [this](const std::string& action) { hotKeys.released(action); });
-    keymap_.whenChanged([this] { hotKeys.keymapChanged(); });
+    keymap_.setChangeHandler([this] { hotKeys.keymapChanged(); });
     hotKeys.installReleasedHandler(
         [this](const HotKeyReleased& event) { released.push_back(event.hotKeyID.id); });
   }

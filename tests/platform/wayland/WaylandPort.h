@@ -18,7 +18,8 @@ namespace seldial::platform::wayland {
 class WaylandPort final : public RunningPort {
  public:
   /// Connects to the compositor; returns once that has succeeded or failed.
-  explicit WaylandPort(const tests::Sway& sway, tests::Sway::Ipc ipc = tests::Sway::Ipc::kTold);
+  explicit WaylandPort(const tests::Sway& sway,
+                       tests::Sway::Ipc ipc = tests::Sway::Ipc::kInEnvironment);
   ~WaylandPort() { end(); }
   WaylandPort(const WaylandPort&) = delete;
   WaylandPort& operator=(const WaylandPort&) = delete;

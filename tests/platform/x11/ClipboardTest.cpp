@@ -17,16 +17,16 @@ std::string longText(std::size_t size) {
 }
 
 /// A client that requests the clipboard, like a program that pastes.
-class Asker {
+class Requestor {
  public:
-  explicit Asker(const std::string& display)
+  explicit Requestor(const std::string& display)
       : connection_(connectToServer(display)), window_(xcb_generate_id(connection_)) {
     xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, rootOf(connection_), 0, 0, 1, 1,
                       0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
   }
-  ~Asker() { xcb_disconnect(connection_); }
-  Asker(const Asker&) = delete;
-  Asker& operator=(const Asker&) = delete;
+  ~Requestor() { xcb_disconnect(connection_); }
+  Requestor(const Requestor&) = delete;
+  Requestor& operator=(const Requestor&) = delete;
 
   xcb_atom_t named(const std::string& name) { return atom(connection_, name); }
 
@@ -46,7 +46,7 @@ class Asker {
   }
 
   /// Destroys its window before the answer.
-  void vanish() {
+  void destroyWindow() {
     xcb_destroy_window(connection_, window_);
     synchronise(connection_);
   }
@@ -120,31 +120,31 @@ TEST_F(ClipboardTest, AClipboardManagerDoesNotRestoreTheOldText) {
   ASSERT_EQ(port.text(), "old");
   port.clear();
   for (int i = 0; i < 20; ++i) EXPECT_EQ(port.text(), std::nullopt);
-  EXPECT_EQ(manager.timesPutBack(), 0);
+  EXPECT_EQ(manager.restoreCount(), 0);
 }
 
 TEST_F(ClipboardTest, ClearedItOffersItsTargetsAndNothingElse) {
-  Asker asker(server.display());
+  Requestor requestor(server.display());
   port.clear();
-  const auto targets = asker.ask("TARGETS");
+  const auto targets = requestor.ask("TARGETS");
   ASSERT_TRUE(targets);
-  EXPECT_EQ(*targets, (std::vector{asker.named("TARGETS"), asker.named("TIMESTAMP")}));
-  EXPECT_EQ(asker.ask("TARGETS", false), targets);
-  const auto since = asker.ask("TIMESTAMP");
+  EXPECT_EQ(*targets, (std::vector{requestor.named("TARGETS"), requestor.named("TIMESTAMP")}));
+  EXPECT_EQ(requestor.ask("TARGETS", false), targets);
+  const auto since = requestor.ask("TIMESTAMP");
   ASSERT_TRUE(since);
   EXPECT_EQ(since->size(), 1U);
   EXPECT_NE(since->front(), 0U);
-  EXPECT_EQ(asker.ask("UTF8_STRING"), std::nullopt);
-  EXPECT_EQ(asker.ask("STRING"), std::nullopt);
-  EXPECT_EQ(asker.ask("MULTIPLE"), std::nullopt);
+  EXPECT_EQ(requestor.ask("UTF8_STRING"), std::nullopt);
+  EXPECT_EQ(requestor.ask("STRING"), std::nullopt);
+  EXPECT_EQ(requestor.ask("MULTIPLE"), std::nullopt);
 }
 
 TEST_F(ClipboardTest, ARequestorThatIsGoneBeforeTheAnswerDoesNoHarm) {
-  Asker asker(server.display());
+  Requestor requestor(server.display());
   port.clear();
   port.call([&] {
-    asker.send("TARGETS");
-    asker.vanish();
+    requestor.send("TARGETS");
+    requestor.destroyWindow();
   });
   port.settle();
   XClient client(server.display());
@@ -173,7 +173,7 @@ class BlockedClipboard : public X11Test {
     X11Test::TearDown();
   }
 
-  Asker asker{server.display()};
+  Requestor requestor{server.display()};
   std::atomic<bool> ended{false};
 
  private:
@@ -183,18 +183,18 @@ class BlockedClipboard : public X11Test {
 TEST_F(BlockedClipboard, OtherProgramsAreAnswered) {
   port.clear();
   block([] {});
-  EXPECT_TRUE(asker.ask("TARGETS"));
+  EXPECT_TRUE(requestor.ask("TARGETS"));
   EXPECT_FALSE(ended);
 }
 
 TEST_F(BlockedClipboard, AnEarlierRequestIsAnswered) {
   port.clear();
   block([&] {
-    asker.send("TARGETS");
+    requestor.send("TARGETS");
     // Its reply arrives together with the request, so that no data is left to read.
     EXPECT_EQ(port.clipboard().text(), std::nullopt);
   });
-  EXPECT_TRUE(asker.answer());
+  EXPECT_TRUE(requestor.answer());
   EXPECT_FALSE(ended);
 }
 

@@ -12,12 +12,12 @@ class DroppedSelection : public DialTest {
   void SetUp() override {
     DialTest::SetUp();
     port.dialOnRelease(std::chrono::milliseconds(1));  // nothing has to be copied
-    beIdle();
+    waitUntilIdle();
     client.own("PRIMARY", answersWith(kNumber));
   }
 
   /// Returns once the port is idle and the server has executed its requests.
-  void beIdle() {
+  void waitUntilIdle() {
     port.call([this] {
       port.session().pump.willWait();
       port.session().connection.synchronise();
@@ -117,7 +117,7 @@ TEST_F(DroppedSelection, IsNotDialledAfterAClickThroughVeryManyWindows) {
 }
 
 /// Counts the events that the ports do not handle.
-class LeftOver final : public EventHandler {
+class UnhandledEvents final : public EventHandler {
  public:
   bool handle(const xcb_generic_event_t& /*event*/) override {
     ++count;
@@ -128,12 +128,12 @@ class LeftOver final : public EventHandler {
 
 TEST_F(DroppedSelection, WithoutAHotKeyNothingIsWatched) {
   port.unregisterHotKey(hotKey);
-  beIdle();
-  LeftOver events;
+  waitUntilIdle();
+  UnhandledEvents events;
   port.call([&] { port.session().pump.add(events); });
   keyboard.click(10, 10);
   client.own("PRIMARY", answersWith("+49 30 1"));
-  beIdle();
+  waitUntilIdle();
   port.call([&] { port.session().pump.remove(events); });
   EXPECT_EQ(events.count, 0);
 }

@@ -19,14 +19,14 @@ class ForeignGrabs {
   ForeignGrabs& operator=(const ForeignGrabs&) = delete;
 
   /// Grabs a combination; false if the server refuses. `modifiers` are kState bits.
-  bool take(std::uint8_t key, unsigned modifiers) {
+  bool grab(std::uint8_t key, unsigned modifiers) {
     const auto cookie = xcb_grab_key_checked(connection_, 0, tests::rootOf(connection_),
                                              static_cast<std::uint16_t>(modifiers), key,
                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     return tests::freed(xcb_request_check(connection_, cookie)) == nullptr;
   }
 
-  void giveBack(std::uint8_t key, unsigned modifiers) {
+  void ungrab(std::uint8_t key, unsigned modifiers) {
     xcb_ungrab_key(connection_, key, tests::rootOf(connection_),
                    static_cast<std::uint16_t>(modifiers));
     tests::synchronise(connection_);
@@ -34,9 +34,9 @@ class ForeignGrabs {
 
   /// Whether nobody holds it.
   bool isFree(std::uint8_t key, unsigned modifiers) {
-    const bool taken = take(key, modifiers);
-    if (taken) giveBack(key, modifiers);
-    return taken;
+    const bool grabbed = grab(key, modifiers);
+    if (grabbed) ungrab(key, modifiers);
+    return grabbed;
   }
 
  private:

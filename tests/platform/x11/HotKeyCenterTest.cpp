@@ -13,13 +13,13 @@ constexpr unsigned kStateControlAlt = kStateControl | kStateAlt;
 
 TEST_F(HotKeyCenterOnX11, ACombinationThatAnotherProgramHoldsIsRefusedAndUsesUpNoId) {
   ForeignGrabs other(server.display());
-  ASSERT_TRUE(other.take(kKeyD, kStateControlAlt));
+  ASSERT_TRUE(other.grab(kKeyD, kStateControlAlt));
   onMain([&] {
     EXPECT_EQ(add(kVK_ANSI_D), nullptr);
     EXPECT_FALSE(center->hasRegisteredHotKeyWithKeyCode(kVK_ANSI_D, kControlOption));
     EXPECT_EQ(add(kVK_ANSI_F)->hotKeyID, 1U);
   });
-  other.giveBack(kKeyD, kStateControlAlt);
+  other.ungrab(kKeyD, kStateControlAlt);
   onMain([&] { EXPECT_EQ(add(kVK_ANSI_D)->hotKeyID, 2U); });
   EXPECT_EQ(useKey(kKeyD).size(), 1U);
 }

@@ -46,7 +46,7 @@ TEST_F(HotKeyRefusal, AModifierThatNoKeyCarriesIsRefused) {
 
 TEST_F(HotKeyRefusal, ACombinationThatAnotherProgramHoldsIsRefused) {
   ForeignGrabs other(server.display());
-  ASSERT_TRUE(other.take(kKeyD, kStateControl | kStateAlt));
+  ASSERT_TRUE(other.grab(kKeyD, kStateControl | kStateAlt));
   EXPECT_FALSE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   EXPECT_TRUE(port.registerHotKey(kVK_ANSI_D, kHotKeyControl));
 }
@@ -54,30 +54,30 @@ TEST_F(HotKeyRefusal, ACombinationThatAnotherProgramHoldsIsRefused) {
 TEST_F(HotKeyRefusal, ARegisteredCombinationIsRefusedToOthersAndStillWorks) {
   ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   ForeignGrabs other(server.display());
-  EXPECT_FALSE(other.take(kKeyD, kStateControl | kStateAlt));
+  EXPECT_FALSE(other.grab(kKeyD, kStateControl | kStateAlt));
   useHotKey();
   port.waitForReleases(1);
 }
 
 TEST_F(HotKeyRefusal, ACombinationHeldInOneStateOfTheLocksIsRefusedAndNothingOfItKept) {
   ForeignGrabs other(server.display());
-  ASSERT_TRUE(other.take(kKeyD, kStateControl | kStateAlt | kStateNumLock));
+  ASSERT_TRUE(other.grab(kKeyD, kStateControl | kStateAlt | kStateNumLock));
   EXPECT_FALSE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
   port.settle();
   for (const unsigned locks : {0U, kStateLock, kStateLock | kStateNumLock}) {
-    EXPECT_TRUE(other.take(kKeyD, kStateControl | kStateAlt | locks));
+    EXPECT_TRUE(other.grab(kKeyD, kStateControl | kStateAlt | locks));
   }
 }
 
 TEST_F(HotKeyRefusal, ARefusedCombinationIsFreeForOthersAtOnce) {
   ForeignGrabs holder(server.display());
   ForeignGrabs third(server.display());
-  ASSERT_TRUE(holder.take(kKeyD, kStateControl | kStateAlt | kStateNumLock));
+  ASSERT_TRUE(holder.grab(kKeyD, kStateControl | kStateAlt | kStateNumLock));
   port.call([&] {
     EXPECT_FALSE(port.hotKeys().registerHotKey(kVK_ANSI_D, kControlAlt, {}));
     // The main loop, which would flush the request, has not run since.
     for (const unsigned locks : {0U, kStateLock, kStateLock | kStateNumLock}) {
-      EXPECT_TRUE(third.take(kKeyD, kStateControl | kStateAlt | locks)) << locks;
+      EXPECT_TRUE(third.grab(kKeyD, kStateControl | kStateAlt | locks)) << locks;
     }
   });
 }

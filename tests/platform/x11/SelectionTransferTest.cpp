@@ -20,11 +20,11 @@ class SelectionTransferLimit : public ::testing::Test {
     return Connection::open();
   }
 
-  /// The text of the clipboard in UTF-8, read with a limit of `mostBytes` and `time`.
-  std::optional<SelectionAnswer> read(std::size_t mostBytes,
+  /// The text of the clipboard in UTF-8, read with a limit of `maxBytes` and `time`.
+  std::optional<SelectionAnswer> read(std::size_t maxBytes,
                                       EventPump::Clock::duration time = tests::kTimeLimit) {
     const auto begin = EventPump::Clock::now();
-    SelectionTransfer transfer(*connection, pump, mostBytes, begin + time);
+    SelectionTransfer transfer(*connection, pump, maxBytes, begin + time);
     return transfer.ask(connection->atoms().clipboard, connection->atoms().utf8String,
                         begin + tests::kTimeLimit);
   }

@@ -52,7 +52,7 @@ void ClipboardManager::run() {
           reinterpret_cast<xcb_xfixes_selection_notify_event_t*>(event.get());
       if (notify->owner != XCB_WINDOW_NONE) continue;
       put();
-      ++timesPutBack_;
+      ++restoreCount_;
     }
     poll(entries, 2, -1);
   }

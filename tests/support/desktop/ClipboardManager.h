@@ -23,7 +23,7 @@ class ClipboardManager {
   ClipboardManager& operator=(const ClipboardManager&) = delete;
 
   /// How often it has restored the text.
-  [[nodiscard]] int timesPutBack() const { return timesPutBack_; }
+  [[nodiscard]] int restoreCount() const { return restoreCount_; }
 
  private:
   void run();
@@ -35,7 +35,7 @@ class ClipboardManager {
   xcb_atom_t clipboard_;
   std::unique_ptr<SelectionService> selections_;
   std::uint8_t firstEvent_ = 0;
-  std::atomic<int> timesPutBack_{0};
+  std::atomic<int> restoreCount_{0};
   int stop_;
   std::thread thread_;
 };

@@ -26,12 +26,12 @@ Windows::~Windows() {
 void Windows::waitForManager() const {
   const auto property = atom(connection_, "_NET_SUPPORTING_WM_CHECK");
   waitUntil([&] { return hasProperty(rootOf(connection_), property); }, "window manager");
-  waitForCare();
+  waitUntilItManagesWindows();
 }
 
 /// A window manager that has just started may miss a window that is mapped at that moment, and
 /// never manage it.
-void Windows::waitForCare() const {
+void Windows::waitUntilItManagesWindows() const {
   const auto window = xcb_generate_id(connection_);
   xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, rootOf(connection_), 0, 0, 1, 1, 0,
                     XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);

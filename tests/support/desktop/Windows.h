@@ -31,7 +31,7 @@ class Windows {
   void click(xcb_window_t window, std::int16_t x, std::int16_t y, int times) const;
 
  private:
-  void waitForCare() const;
+  void waitUntilItManagesWindows() const;
   [[nodiscard]] bool hasProperty(xcb_window_t window, xcb_atom_t property) const;
   [[nodiscard]] xcb_window_t focusedWindow() const;
   [[nodiscard]] bool hasName(xcb_window_t window, const std::string& name) const;

@@ -26,10 +26,10 @@ class Sway {
 
   /// Whether programs get the path of the IPC socket. Without it, sway behaves like a compositor
   /// without hot keys for programs.
-  enum class Ipc { kTold, kHidden };
+  enum class Ipc { kInEnvironment, kHidden };
 
   /// Sets the same variables in the test's own environment.
-  void enter(Ipc ipc = Ipc::kTold) const;
+  void enter(Ipc ipc = Ipc::kInEnvironment) const;
 
   /// Runs a command of sway; true when it succeeds.
   bool run(const std::string& command) const;

@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include "tests/support/TemporaryDirectory.h"
-#include "ucclient/Places.h"
+#include "ucclient/Paths.h"
 
 namespace seldial {
 namespace {
@@ -79,12 +79,12 @@ TEST_F(FindSeldial, OtherwiseInPath) {
 
 TEST(OwnDirectory, HoldsTheRunningProgram) {
   struct stat status {};
-  EXPECT_EQ(stat((ownDirectory() + "/ucclient_test").c_str(), &status), 0);
+  EXPECT_EQ(stat((executableDirectory() + "/ucclient_test").c_str(), &status), 0);
 }
 
 TEST(PrivateDirectory, OnlyItsOwnerHasAccess) {
   const tests::TemporaryDirectory parent;
-  const auto directory = PrivateDirectory::makeUnder({parent.path("")});
+  const auto directory = PrivateDirectory::createIn({parent.path("")});
   ASSERT_TRUE(directory);
   struct stat status {};
   ASSERT_EQ(stat(directory->path().c_str(), &status), 0);
@@ -93,7 +93,7 @@ TEST(PrivateDirectory, OnlyItsOwnerHasAccess) {
 
 TEST(PrivateDirectory, IsRemovedWithTheFilesNamedInIt) {
   const tests::TemporaryDirectory parent;
-  auto directory = PrivateDirectory::makeUnder({parent.path("")});
+  auto directory = PrivateDirectory::createIn({parent.path("")});
   const std::string file = directory->file("dialer");
   (void)directory->file("never made");
   std::ofstream(file) << "x";
@@ -106,14 +106,14 @@ TEST(PrivateDirectory, IsRemovedWithTheFilesNamedInIt) {
 TEST(PrivateDirectory, TheFirstParentThatWorksIsTaken) {
   const tests::TemporaryDirectory parent;
   const auto directory =
-      PrivateDirectory::makeUnder({parent.path("missing"), "/proc", parent.path("")});
+      PrivateDirectory::createIn({parent.path("missing"), "/proc", parent.path("")});
   ASSERT_TRUE(directory);
   EXPECT_EQ(directory->path().rfind(parent.path("seldial-uc-"), 0), 0U) << directory->path();
 }
 
 TEST(PrivateDirectory, ItsPathIsStandardisedWhateverTheParents) {
   const tests::TemporaryDirectory parent;
-  const auto directory = PrivateDirectory::makeUnder({parent.path("") + "/.././" + "//"});
+  const auto directory = PrivateDirectory::createIn({parent.path("") + "/.././" + "//"});
   ASSERT_TRUE(directory);
   EXPECT_EQ(directory->path().rfind("/tmp/seldial-uc-", 0), 0U) << directory->path();
 }
@@ -122,14 +122,14 @@ TEST(PrivateDirectory, AParentTooLongForASocketPathIsSkipped) {
   const tests::TemporaryDirectory parent;
   const std::string deep = parent.path(std::string(60, 'x'));  // with room for itself alone
   ASSERT_EQ(mkdir(deep.c_str(), 0700), 0);
-  EXPECT_EQ(PrivateDirectory::makeUnder({deep}), nullptr);
-  const auto directory = PrivateDirectory::makeUnder({deep, parent.path("")});
+  EXPECT_EQ(PrivateDirectory::createIn({deep}), nullptr);
+  const auto directory = PrivateDirectory::createIn({deep, parent.path("")});
   ASSERT_TRUE(directory);
-  EXPECT_LE(directory->file("dialer").size(), PrivateDirectory::kLongestPath);
+  EXPECT_LE(directory->file("dialer").size(), PrivateDirectory::kMaxPathLength);
 }
 
 TEST(PrivateDirectory, WithoutAParentThereIsNoDirectory) {
-  EXPECT_EQ(PrivateDirectory::makeUnder({}), nullptr);
+  EXPECT_EQ(PrivateDirectory::createIn({}), nullptr);
 }
 
 }  // namespace

@@ -3,15 +3,15 @@
 #include <cstdlib>
 #include <set>
 
-#include "ucclient/Words.h"
+#include "ucclient/Notifications.h"
 
 namespace seldial {
 namespace {
 
 /// Clears the variables that choose the language.
-class Words : public testing::Test {
+class NotificationTexts : public testing::Test {
  protected:
-  Words() {
+  NotificationTexts() {
     for (const char* const name : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) unsetenv(name);
   }
 
@@ -22,14 +22,14 @@ class Words : public testing::Test {
   }
 };
 
-TEST_F(Words, WithoutALanguageTheyAreEnglish) {
+TEST_F(NotificationTexts, WithoutALanguageTheyAreEnglish) {
   EXPECT_EQ(translated("Undo"), "Undo");
   for (const char* const locale : {"C", "C.UTF-8", "POSIX", "en_GB.UTF-8", "xx_YY", "_", ""}) {
     EXPECT_EQ(undoIn("LANG", locale), "Undo") << locale;
   }
 }
 
-TEST_F(Words, TheLanguageIsThatOfTheSession) {
+TEST_F(NotificationTexts, TheLanguageIsThatOfTheSession) {
   EXPECT_EQ(undoIn("LANG", "de_AT.UTF-8"), "Rückgängig");
   EXPECT_EQ(undoIn("LC_MESSAGES", "nl"), "Ongedaan maken");
   EXPECT_EQ(undoIn("LC_ALL", "es_MX@x"), "Deshacer");
@@ -39,14 +39,14 @@ TEST_F(Words, TheLanguageIsThatOfTheSession) {
   EXPECT_EQ(undoIn("LC_ALL", "C.UTF-8"), "Undo");
 }
 
-TEST_F(Words, ValuesArePutInAndNotSearched) {
+TEST_F(NotificationTexts, ValuesArePutInAndNotSearched) {
   EXPECT_EQ(translated("Calling %1", {"+31%1%2"}), "Calling +31%1%2");
   setenv("LANG", "de_DE", 1);
   EXPECT_EQ(translated("Calling %1", {"+31"}), "+31 wird angerufen");
   EXPECT_EQ(translated("100 %, %9 and %", {"x"}), "100 %, %9 and %");
 }
 
-TEST_F(Words, EachReasonIsTranslatedIntoEachLanguage) {
+TEST_F(NotificationTexts, EachReasonIsTranslatedIntoEachLanguage) {
   for (const char* const text :
        {"nothing was selected", "the selection is too long to be a telephone number",
         "there is no telephone number in the selection",

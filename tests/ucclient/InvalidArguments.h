@@ -15,13 +15,13 @@
 namespace seldial {
 
 /// Runs a program without a desktop. A dial command would leave a mark.
-class Nonsense {
+class InvalidArguments {
  public:
-  explicit Nonsense(std::string program) : program_(std::move(program)) {}
+  explicit InvalidArguments(std::string program) : program_(std::move(program)) {}
 
   /// Checks that each option in the help text, with each value, is refused with a sentence and
   /// dials nothing. The help text must have `count` options.
-  void tryAll(std::size_t count) const {
+  void tryAllOptions(std::size_t count) const {
     const auto help = run({"--help"});
     EXPECT_EQ(help.status, 0);
     const std::set<std::string> options = optionsOf(help.output);
