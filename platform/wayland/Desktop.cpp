@@ -47,7 +47,6 @@ class Session {
   DataControl data{display};
 };
 
-/// A session of sway.
 struct SwaySession : Session {
   SwaySession(std::shared_ptr<linux_port::MainLoop> mainLoop, std::unique_ptr<Display> open,
               std::unique_ptr<SwayConnection> commands, std::unique_ptr<SwayConnection> events,
@@ -94,7 +93,6 @@ struct KWinSession : Session {
   WaylandClipboard clipboard{data, keyboard, [this] { return windows.activeApplications(); }};
 };
 
-/// A session of GNOME.
 struct GnomeSession {
   GnomeSession(std::shared_ptr<linux_port::MainLoop> mainLoop, std::unique_ptr<Display> open,
                std::unique_ptr<Bus> sessionBus)
