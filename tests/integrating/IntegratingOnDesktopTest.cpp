@@ -29,7 +29,7 @@ TEST_F(IntegratingOnDesktop, ANewHotKeyReplacesTheOldOne) {
   EXPECT_FALSE(otherProgram.isFree(kKeyF, kControlAlt));
 }
 
-TEST_F(IntegratingOnDesktop, ARefusedHotKeyLeavesNone) {
+TEST_F(IntegratingOnDesktop, ARefusedSetHotKeyLeavesNoHotKey) {
   expectSet(setHotKey(kVirtualKeyD));
   ASSERT_TRUE(otherProgram.grab(kKeyF, kControlAlt));
   EXPECT_THAT(answerTo(setHotKey(kVirtualKeyF)), IsHotkeyStateFalse("hotkey not set"));
@@ -80,7 +80,7 @@ TEST_F(IntegratingOnDesktop, ACallInProgressIsFinishedFirst) {
   expectCall();
 }
 
-TEST_F(IntegratingOnDesktop, TheEndWaitsForNobody) {
+TEST_F(IntegratingOnDesktop, SeldialEndsWithinTwoSeconds) {
   expectSet(setHotKey(kVirtualKeyD));
   server.freeze();
   sendCommand(in, {setHotKey(kVirtualKeyF)});
@@ -96,7 +96,7 @@ TEST_F(IntegratingOnDesktop, Status1MeansThatTheXServerIsGone) {
   EXPECT_EQ(seldial.wait(), 1);
 }
 
-TEST_F(IntegratingOnDesktop, ANewStartHasNoHotKey) {
+TEST_F(IntegratingOnDesktop, ARestartedSeldialHasNoHotKey) {
   expectSet(setHotKey(kVirtualKeyD));
   process->signal(SIGKILL);
   process->wait();
@@ -105,7 +105,7 @@ TEST_F(IntegratingOnDesktop, ANewStartHasNoHotKey) {
   expectSet(setHotKey(kVirtualKeyD));
 }
 
-TEST_F(IntegratingOnDesktop, InstancesWithPathsOfTheirOwnDoNotDisturbEachOther) {
+TEST_F(IntegratingOnDesktop, InstancesWithDifferentPathsDoNotAffectEachOther) {
   const UcListener otherClient(directory.path("other-out"));
   SeldialProcess other({"-log", "dialerpipename=" + directory.path("other-in"),
                         "clientpipename=" + directory.path("other-out")},

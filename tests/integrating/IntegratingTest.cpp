@@ -38,7 +38,7 @@ TEST_F(Integrating, APathHasAtMost103Bytes) {
   EXPECT_TRUE(process->waitForLine("Failed to start unix socket server at path " + in + "."));
 }
 
-TEST_F(Integrating, APathIsInItsShortestForm) {
+TEST_F(Integrating, APathIsInStandardForm) {
   for (const char* path : {"in", "./in", "a/../in", "/tmp//in", "/tmp/in/", "~/in"}) {
     in = path;
     start();
@@ -46,7 +46,7 @@ TEST_F(Integrating, APathIsInItsShortestForm) {
   }
 }
 
-TEST_F(Integrating, WhatIsLeftAtTheDialerPathIsReplaced) {
+TEST_F(Integrating, AnOldFileAtTheDialerPathIsReplaced) {
   std::ofstream(in) << "left over";
   startListening();
   EXPECT_THAT(answerTo("{}"), IsError(kNoTag));
@@ -59,7 +59,7 @@ TEST_F(Integrating, OnlyTheOwnerCanConnect) {
   EXPECT_EQ(status.st_mode & (S_IRWXG | S_IRWXO), 0U);
 }
 
-TEST_F(Integrating, AMessageThatNobodyListensForIsOnStandardOutputOnly) {
+TEST_F(Integrating, IfNobodyListensAMessageIsOnStandardOutputOnly) {
   out = directory.path("later");
   startListening();
   sendCommand(in, {named("first")});
@@ -96,7 +96,7 @@ TEST_F(Integrating, AProbeCostsOneError) {
   EXPECT_THAT(answerTo("{}"), IsError(kNoTag));
 }
 
-TEST_F(Integrating, AStartThatCannotListenGoesOnWithoutCommands) {
+TEST_F(Integrating, IfItCannotListenSeldialRunsWithoutCommands) {
   std::filesystem::create_directories(in + "/full");
   start();
   EXPECT_TRUE(process->waitForLine("listen failed"));
@@ -170,14 +170,14 @@ TEST_F(Integrating, StandardOutputMayBeDevNull) {
   EXPECT_THAT(answerTo("{}"), IsError(kNoTag));
 }
 
-TEST_F(Integrating, AClosedPipeStopsNothing) {
+TEST_F(Integrating, AClosedPipeDoesNotStopSeldial) {
   startListening();
   process->closeOutput();
   for (int i = 0; i < 3; ++i) EXPECT_THAT(answerTo("{}"), IsError(kNoTag));
   terminate();
 }
 
-TEST_F(Integrating, APipeThatNobodyReadsLosesLinesButNoMessagesOnTheSocket) {
+TEST_F(Integrating, APipeThatNobodyReadsLosesLinesButTheSocketLosesNoMessages) {
   const UnreadPipe pipe;
   pipe.fill();
   start({}, {}, {Streams::Errors::kCaptured, {}, pipe.writingEnd()});
@@ -219,7 +219,7 @@ TEST_F(Integrating, AfterAKillTheSocketFileStaysAndNobodyAnswers) {
   EXPECT_FALSE(Peer::connectedTo(in).connected());
 }
 
-TEST_F(Integrating, ANewStartAtTheSamePathsWorksAtOnce) {
+TEST_F(Integrating, ARestartAtTheSamePathsWorksAtOnce) {
   startListening();
   process->signal(SIGKILL);
   process->wait();
@@ -254,13 +254,13 @@ TEST_F(Integrating, ThereIsNoDesktop) {
               IsHotkeyStateFalse("hotkey not set"));
 }
 
-TEST_F(Integrating, ADisplayThatCannotBeUsedIsOneLineOnStandardError) {
+TEST_F(Integrating, AnUnusableDisplayIsReportedOnStandardError) {
   startListening("unix:65535");
   terminate();
   EXPECT_THAT(process->errors(), testing::MatchesRegex("seldial: [^\n]+\n"));
 }
 
-TEST_F(Integrating, AnUnsetDISPLAYIsNoError) {
+TEST_F(Integrating, AnUnsetDISPLAYIsNotAnError) {
   startListening();
   terminate();
   EXPECT_EQ(process->errors(), "");
