@@ -1,5 +1,5 @@
 // seldial_soak MINUTES: runs the program under mixed load: commands, presses, clients that stay
-// connected, clients that sendInvalidInput, keyboard layout changes, and lost X servers. At every
+// connected, clients that send invalid input, keyboard layout changes, and lost X servers. At every
 // pause the program must answer each command once and must not have grown. Exits with status 1
 // otherwise.
 #include <sys/socket.h>
@@ -227,7 +227,7 @@ class ProgramRun {
   Slope memory_;
 };
 
-/// Returns the bytes per command that the longest programRun grew by.
+/// Returns the bytes per command that the longest run grew by.
 double soak(Clock::time_point end, Totals& totals) {
   Slope longest;
   while (Clock::now() < end) {
