@@ -6,14 +6,21 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <string_view>
 #include <utility>
 
+#include "platform/Output.h"
 #include "platform/linux/Applications.h"
 #include "platform/wayland/ClipboardText.h"
 #include "wlr-data-control-unstable-v1-client.h"
 
 namespace seldial::platform::wayland {
 namespace {
+
+using Clock = ManagerWatch::Clock;
+
+/// How long other programs may keep changing the clipboard.
+constexpr std::chrono::seconds kQuietLimit{3};
 
 DataControl& self(void* data) {
   return *static_cast<DataControl*>(data);
@@ -37,8 +44,10 @@ const zwlr_data_control_device_v1_listener kDeviceListener{
     }};
 
 const zwlr_data_control_source_v1_listener kSourceListener{
-    [](void* /*data*/, zwlr_data_control_source_v1* /*source*/, const char* /*type*/,
-       std::int32_t pipe) { close(pipe); },
+    [](void* data, zwlr_data_control_source_v1* source, const char* /*type*/, std::int32_t pipe) {
+      close(pipe);
+      self(data).emptyWasRead(source);
+    },
     [](void* data, zwlr_data_control_source_v1* source) { self(data).sourceCancelled(source); }};
 
 const wl_callback_listener kTakenListener{
@@ -61,6 +70,17 @@ DataControl::~DataControl() {
 }
 
 void DataControl::takeOwnership() {
+  display_.serve(std::chrono::milliseconds(0));  // what has happened until now
+  managers_.cleared(Clock::now());
+  take();
+}
+
+void DataControl::takeOwnershipAgain() {
+  managers_.clearedAgain(Clock::now());
+  take();
+}
+
+void DataControl::take() {
   ownershipTaken_ = false;
   if (!device_) return;
   // The previous source, if any, is then cancelled and destroyed.
@@ -78,13 +98,42 @@ void DataControl::ownershipTaken() {
   takeCallback_.reset();
   ownershipTaken_ = empty_ != nullptr && device_ != nullptr;
   changed_ = false;
+  managers_.clearingReported();
+}
+
+bool DataControl::awaitQuiet() {
+  const auto limit = Clock::now() + kQuietLimit;
+  if (managers_.quietFrom() > Clock::now()) {
+    if (!display_.synchronise()) return false;
+    for (auto now = Clock::now(); managers_.quietFrom() > now; now = Clock::now()) {
+      if (now >= limit || display_.lost()) return false;
+      const auto time = std::min(managers_.quietFrom(), limit) - now;
+      display_.serve(std::chrono::ceil<std::chrono::milliseconds>(time));
+    }
+    managers_.becameQuiet();
+  }
+  changed_ = false;
+  managers_.expectCopy();
+  return true;
+}
+
+void DataControl::wait(Clock::duration time) {
+  const auto end = Clock::now() + time;
+  for (auto now = Clock::now(); now < end && !display_.lost(); now = Clock::now()) {
+    display_.serve(std::chrono::ceil<std::chrono::milliseconds>(end - now));
+  }
 }
 
 std::optional<std::string> DataControl::copiedText() {
-  if (!display_.synchronise() || !ownershipTaken_) return {};
+  const bool answered = display_.synchronise();
+  managers_.copyWasRead();
+  if (!answered || !ownershipTaken_) return {};
   const bool copied = empty_ == nullptr && changed_ && clipboard_ != nullptr;
-  if (!copied || offers_[clipboard_] == std::size(kTextTypes)) return {};
-  return receive(kTextTypes[offers_[clipboard_]]);
+  const auto type = copied ? offers_[clipboard_].textType : std::size(kTextTypes);
+  if (type == std::size(kTextTypes)) return {};
+  auto text = receive(kTextTypes[type]);
+  if (text && text->empty() && managers_.isEmptyRead()) return {};
+  return text;
 }
 
 std::optional<std::string> DataControl::receive(const char* type) {
@@ -99,18 +148,21 @@ std::optional<std::string> DataControl::receive(const char* type) {
 }
 
 void DataControl::offerCreated(zwlr_data_control_offer_v1* offer) {
-  offers_[offer] = std::size(kTextTypes);
+  offers_[offer].textType = std::size(kTextTypes);
   zwlr_data_control_offer_v1_add_listener(offer, &kOfferListener, this);
 }
 
 void DataControl::offerHasType(zwlr_data_control_offer_v1* offer, const char* type) {
-  auto& best = offers_[offer];
-  best = std::min(best, textTypeRank(type));
+  auto& [textType, isOurEmpty] = offers_[offer];
+  textType = std::min(textType, textTypeRank(type));
+  isOurEmpty = isOurEmpty || std::string_view(type) == kEmptyClipboardType;
 }
 
 void DataControl::clipboardChanged(zwlr_data_control_offer_v1* offer) {
   changed_ = true;
   forget(std::exchange(clipboard_, offer));
+  if (offer == nullptr || (takeCallback_ && offers_[offer].isOurEmpty)) return;
+  managers_.taken(Clock::now(), offers_[offer].textType != std::size(kTextTypes));
 }
 
 void DataControl::primaryChanged(zwlr_data_control_offer_v1* offer) {
@@ -130,7 +182,12 @@ void DataControl::sourceCancelled(zwlr_data_control_source_v1* source) {
   if (source == empty_) empty_ = nullptr;
 }
 
+void DataControl::emptyWasRead(zwlr_data_control_source_v1* source) {
+  if (source == empty_) managers_.emptyWasRead();
+}
+
 void WaylandClipboard::clear() {
+  typed_.reset();
   data_.takeOwnership();
 }
 
@@ -144,11 +201,34 @@ bool WaylandClipboard::copySelection() {
     if (terminal_ == linux_port::TerminalKind::kNone) terminal_ = linux_port::terminalKind(name);
   }
   const bool byCopyKey = terminal_ == linux_port::TerminalKind::kOther;
-  return keys_.type(byCopyKey ? Chord::kCopyKey : Chord::kControlInsert);
+  chord_ = byCopyKey ? Chord::kCopyKey : Chord::kControlInsert;
+  return type();
+}
+
+bool WaylandClipboard::type() {
+  if (!data_.awaitQuiet()) {
+    printError("seldial: other programs kept changing the clipboard, so nothing was copied");
+    return false;
+  }
+  if (!keys_.type(chord_)) return false;
+  typed_ = Clock::now();
+  return true;
+}
+
+/// Returns a text that may be from a clipboard manager if the application copies it once more.
+std::optional<std::string> WaylandClipboard::copyAgain(const std::string& text) {
+  const auto delay = Clock::now() - *typed_;
+  data_.takeOwnershipAgain();
+  if (!type()) return {};
+  data_.wait(delay);
+  auto again = data_.copiedText();
+  return again == text ? std::move(again) : std::nullopt;
 }
 
 std::optional<std::string> WaylandClipboard::text() {
+  if (!typed_) return {};
   auto text = data_.copiedText();
+  if (text && data_.mayBeFromManager()) text = copyAgain(*text);
   // Some terminals copy an empty text when nothing is selected.
   if (terminal_ != linux_port::TerminalKind::kNone && text && text->empty()) return {};
   if (text && linux_port::mayBeCurrentLine(names_, *text)) return {};

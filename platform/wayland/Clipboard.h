@@ -13,6 +13,7 @@
 #include "platform/wayland/CopyKeystroke.h"
 #include "platform/wayland/Display.h"
 #include "platform/wayland/FocusedProgram.h"
+#include "platform/wayland/ManagerWatch.h"
 
 struct zwlr_data_control_device_v1;
 struct zwlr_data_control_offer_v1;
@@ -35,10 +36,25 @@ class DataControl {
   /// that is typed next arrives later.
   void takeOwnership();
 
-  /// The text that has been copied since takeOwnership(). Nothing if the compositor refused that,
-  /// no program has copied, the copied data is not text, it is longer than 256 MiB, no piece of it
-  /// arrives for a second, or the transfer takes longer than 5 seconds.
+  /// Returns when the next text on the clipboard can only be a copy: at once, unless a clipboard
+  /// manager may be about to put an older text there. False if other programs keep changing the
+  /// clipboard for three seconds. What they put there until then does not count as copied.
+  [[nodiscard]] bool awaitQuiet();
+
+  /// The text that has been copied since takeOwnership() and awaitQuiet(). Nothing if the
+  /// compositor refused to give us the clipboard, no program has copied, the copied data is not
+  /// text, it is longer than 256 MiB, no piece of it arrives for a second, or the transfer takes
+  /// longer than 5 seconds. Nothing either for an empty text that may be a clipboard manager's copy
+  /// of our empty clipboard.
   [[nodiscard]] std::optional<std::string> copiedText();
+
+  /// Whether copiedText() may be what a clipboard manager put into the empty clipboard. Then the
+  /// application must copy again, after takeOwnershipAgain() and awaitQuiet().
+  [[nodiscard]] bool mayBeFromManager() const { return managers_.mayBeFromManager(); }
+  void takeOwnershipAgain();
+
+  /// Handles events for this time.
+  void wait(ManagerWatch::Clock::duration time);
 
   // Called by libwayland.
   void offerCreated(zwlr_data_control_offer_v1* offer);
@@ -47,21 +63,29 @@ class DataControl {
   void primaryChanged(zwlr_data_control_offer_v1* offer);
   void deviceFinished();
   void sourceCancelled(zwlr_data_control_source_v1* source);
+  void emptyWasRead(zwlr_data_control_source_v1* source);
   void ownershipTaken();
 
  private:
+  struct Offer {
+    std::size_t textType;     ///< its best one, an index of kTextTypes
+    bool isOurEmpty = false;  ///< or a copy of it
+  };
+
+  void take();
   [[nodiscard]] std::optional<std::string> receive(const char* type);
   void forget(zwlr_data_control_offer_v1* offer);
 
   Display& display_;
   Owned<zwlr_data_control_device_v1> device_;
-  zwlr_data_control_source_v1* empty_ = nullptr;               ///< ours; null once it was replaced
-  std::map<zwlr_data_control_offer_v1*, std::size_t> offers_;  ///< each with its best type
-  zwlr_data_control_offer_v1* clipboard_ = nullptr;            ///< one of offers_
-  zwlr_data_control_offer_v1* primary_ = nullptr;              ///< one of offers_; never read
-  Owned<wl_callback> takeCallback_;                            ///< until the clipboard is ours
-  bool changed_ = false;                                       ///< since takeOwnership()
-  bool ownershipTaken_ = false;                                ///< takeOwnership() succeeded
+  zwlr_data_control_source_v1* empty_ = nullptr;  ///< ours; null once it was replaced
+  std::map<zwlr_data_control_offer_v1*, Offer> offers_;
+  zwlr_data_control_offer_v1* clipboard_ = nullptr;  ///< one of offers_
+  zwlr_data_control_offer_v1* primary_ = nullptr;    ///< one of offers_; never read
+  Owned<wl_callback> takeCallback_;                  ///< until the clipboard is ours
+  bool changed_ = false;                             ///< since takeOwnership() and awaitQuiet()
+  bool ownershipTaken_ = false;                      ///< takeOwnership() succeeded
+  ManagerWatch managers_;
 };
 
 /// Types into a terminal only a chord that the terminal copies on and does not pass to the program
@@ -76,11 +100,16 @@ class WaylandClipboard final : public Clipboard {
   [[nodiscard]] std::optional<std::string> text() override;
 
  private:
+  bool type();
+  std::optional<std::string> copyAgain(const std::string& text);
+
   DataControl& data_;
   CopyKeys& keys_;
   const FocusedProgram focusedProgram_;
   std::vector<std::string> names_;  ///< of the program that copied last
   linux_port::TerminalKind terminal_ = linux_port::TerminalKind::kNone;  ///< its kind
+  Chord chord_ = Chord::kControlInsert;                                  ///< on which it copies
+  std::optional<ManagerWatch::Clock::time_point> typed_;  ///< nothing if nothing was typed
 };
 
 }  // namespace seldial::platform::wayland

@@ -151,7 +151,6 @@ bool Display::readableWhileBlocked() {
   return !lost_;
 }
 
-/// Handles the events that have been read, or waits for more, at most for `limit`.
 void Display::serve(std::chrono::milliseconds limit) {
   while (!lost_ && wl_display_prepare_read(display_) != 0) {
     const int handled = wl_display_dispatch_pending(display_);

@@ -81,6 +81,9 @@ class Display final : public linux_port::EventSource {
   /// before have been handled. False if it does not answer in time or the connection is lost.
   bool synchronise(std::chrono::seconds limit = kTimeout);
 
+  /// Handles the events that have arrived, or waits for some, at most for `limit`.
+  void serve(std::chrono::milliseconds limit);
+
   [[nodiscard]] int descriptor() const override;
   void readable() override;
   void willWait() override;
@@ -91,7 +94,6 @@ class Display final : public linux_port::EventSource {
                       std::uint32_t version);
 
  private:
-  void serve(std::chrono::milliseconds limit);
   bool check(int result);
 
   linux_port::MainLoop& loop_;

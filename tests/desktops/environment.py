@@ -5,7 +5,7 @@ import subprocess
 import time
 
 from kwin import KWin
-from session import Seldial, Window, eventually
+from session import ROOT, Seldial, Window, eventually
 
 USE = "+ctrl +alt +d 30 -d 20 -alt -ctrl"
 OLDER = "older text"
@@ -34,6 +34,18 @@ MANAGERS = {
     "clipman": ("wl-paste --type text --watch clipman --histpath {dir}/clipman.json store", clipman),
     "copyq": ("copyq", copyq),
 }
+
+# Programs that take the clipboard after each change of another program: the one of the tests, whose
+# arguments are a delay and "refill" (see ClipboardManager.cpp), and two scripts.
+KEEPERS = {
+    "one that keeps all types": "{manager} 0",
+    "one that is slow": "{manager} 250",
+    "one that fills an empty clipboard": "{manager} 0 refill",
+    "a slow one that fills it": "{manager} 60 refill",
+    "a script": "wl-paste --watch sh {dir}/keep",
+    "a script for texts": "wl-paste --no-newline --type text --watch sh {dir}/keep",
+}
+KEEP = "cat > copied; cmp -s copied kept || { cp copied kept; wl-copy < kept; }"
 
 
 def clipboard_managers(desktop, seldial, report):
@@ -67,6 +79,28 @@ def clipboard_managers(desktop, seldial, report):
                     (kept.count(window.copied), kept.count(OLDER), kept.count("'") // 2), (1, 1, 2))
         window.close()
         desktop.end_group(manager)
+
+
+def clipboard_keepers(desktop, seldial, report):
+    """An older text that is put on the clipboard again is not dialled; what is selected is."""
+    window = Window(desktop, "gtk3")
+    manager = desktop.copy(ROOT / f"build/{desktop.preset}/tests/desktops/seldial_clipboard_manager")
+    desktop.write("keep", KEEP)
+    for name, command in KEEPERS.items():
+        keeper = desktop.run(command.format(manager=manager, dir=desktop.directory).split(), start_new_session=True)
+        time.sleep(0.5)
+        for selection, pause in (("none", 0), ("none", 0.1), ("none", 0.5), ("none", 2), ("all", 0.1), ("all", 2)):
+            window.ask(selection)
+            got = []
+            for number in range(3):
+                desktop.call("wl-copy", f"{OLDER} {number}")
+                time.sleep(pause)
+                desktop.keys(USE)
+                got.append(seldial.result()[1])
+            report.tell(f"{name}: {selection} selected, {pause} s later", got,
+                        [window.copied if selection == "all" else None] * 3)
+        desktop.end_group(keeper)
+    window.close()
 
 
 class LockingKWin(KWin):

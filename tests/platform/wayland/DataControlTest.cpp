@@ -92,6 +92,73 @@ TEST_F(NewerDataControl, SelectedTextIsNotCopiedText) {
   EXPECT_EQ(data.copiedText(), std::nullopt);
 }
 
+TEST_F(NewerDataControl, AnOlderTextThatAManagerTakesUpIsNotCopied) {
+  DataControl data(display);
+  ASSERT_TRUE(display.synchronise());
+  compositor.copy("020 1234");
+  takeOwnership(data);
+  compositor.copy("020 1234");
+  ASSERT_TRUE(display.synchronise());
+  EXPECT_TRUE(data.awaitQuiet());
+  EXPECT_EQ(data.copiedText(), std::nullopt);
+}
+
+TEST_F(NewerDataControl, AnEmptyTextMayBeAManagersCopyOfOurEmptyClipboard) {
+  DataControl data(display);
+  takeOwnership(data);
+  compositor.copy("");
+  EXPECT_EQ(data.copiedText(), "");
+  takeOwnership(data);
+  compositor.readClipboard();
+  compositor.copy("");
+  EXPECT_EQ(data.copiedText(), std::nullopt);
+}
+
+/// An application that copies on the copy keystroke.
+class Application final : public CopyKeys {
+ public:
+  Application(tests::ExtDataControl& compositor, Display& display, std::vector<std::string> copies)
+      : compositor_(compositor), display_(display), copies_(std::move(copies)) {}
+
+  bool type(Chord /*chord*/) override {
+    const std::string text = typed < copies_.size() ? copies_[typed] : "";
+    ++typed;
+    if (!display_.synchronise()) return false;
+    compositor_.readClipboard();  // as a manager does
+    if (!text.empty()) compositor_.copy(text);
+    return true;
+  }
+
+  std::size_t typed = 0;
+
+ private:
+  tests::ExtDataControl& compositor_;
+  Display& display_;
+  const std::vector<std::string> copies_;
+};
+
+/// The result of a use of the hot key beside a manager that reads the empty clipboard.
+struct BesideAManager : NewerDataControl {
+  std::optional<std::string> use(std::vector<std::string> copies) {
+    DataControl data(display);
+    Application application(compositor, display, std::move(copies));
+    WaylandClipboard clipboard(data, application, [] { return std::vector<std::string>(); });
+    clipboard.clear();
+    EXPECT_TRUE(clipboard.copySelection());
+    auto text = clipboard.text();
+    EXPECT_EQ(application.typed, 2);
+    return text;
+  }
+};
+
+TEST_F(BesideAManager, ATextThatIsCopiedTwiceIsTheApplications) {
+  EXPECT_EQ(use({"020 1234", "020 1234"}), "020 1234");
+}
+
+TEST_F(BesideAManager, ATextThatComesOnceIsNot) {
+  EXPECT_EQ(use({"020 1234"}), std::nullopt);
+}
+
 TEST_F(NewerDataControl, OffersAreDestroyed) {
   DataControl data(display);
   for (int i = 0; i < 3; ++i) {

@@ -126,6 +126,16 @@ void ExtDataControl::copy(const std::string& text) {
   });
 }
 
+void ExtDataControl::readClipboard() {
+  compositor_.run([&] {
+    int pipe[2];
+    if (source_ == nullptr || ::pipe(pipe) != 0) std::abort();
+    ext_data_control_source_v1_send_send(source_, types_.front().c_str(), pipe[1]);
+    close(pipe[0]);
+    close(pipe[1]);
+  });
+}
+
 void ExtDataControl::select(const std::string& text) {
   compositor_.run([&] {
     text_ = text;

@@ -20,6 +20,8 @@ class ExtDataControl {
 
   /// Another program copies a text to the clipboard.
   void copy(const std::string& text);
+  /// Another program reads the client's clipboard, with the first of its types.
+  void readClipboard();
   /// Another program's text is selected.
   void select(const std::string& text);
 

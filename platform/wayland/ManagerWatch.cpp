@@ -1,0 +1,64 @@
+#include "platform/wayland/ManagerWatch.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace seldial::platform::wayland {
+
+void ManagerWatch::cleared(Clock::time_point now) {
+  cleared_ = now;
+  readers_ = 0;
+  answered_ = false;
+  copied_ = false;
+  awaited_ = takesCleared_;
+  again_ = false;
+  late_ = now - lastText() < kLatest;
+}
+
+void ManagerWatch::clearedAgain(Clock::time_point now) {
+  const bool newReader = hasNewReader();
+  cleared(now);
+  awaited_ = awaited_ || newReader;
+  again_ = true;
+}
+
+void ManagerWatch::clearingReported() {
+  answered_ = false;
+  if (!std::exchange(copied_, false)) return;
+  text_ = copy_;
+  late_ = true;
+  expecting_ = true;
+}
+
+void ManagerWatch::taken(Clock::time_point now, bool withText) {
+  if (!withText) {
+    answered_ = true;
+    other_ = now;
+  } else if (std::exchange(expecting_, false)) {
+    copied_ = true;
+    copy_ = now;
+  } else {
+    answered_ = true;
+    late_ = late_ || !copied_;
+    takesCopied_ = takesCopied_ || now - copy_ < kReaction;
+    text_ = now;
+  }
+}
+
+/// The time of the last text that a manager may take up.
+ManagerWatch::Clock::time_point ManagerWatch::lastText() const {
+  return takesCopied_ ? std::max(text_, copy_) : text_;
+}
+
+ManagerWatch::Clock::time_point ManagerWatch::quietFrom() const {
+  const auto quiet = std::max(lastText() + kReaction, other_ + kPause);
+  return awaited_ && !answered_ ? std::max(quiet, cleared_ + kReaction) : quiet;
+}
+
+void ManagerWatch::becameQuiet() {
+  if (!awaited_) return;
+  takesCleared_ = answered_;
+  if (!answered_) harmlessReaders_ = readers_;
+}
+
+}  // namespace seldial::platform::wayland
