@@ -7,8 +7,6 @@ from pathlib import Path
 
 from session import ROOT, Session, eventually
 
-EVDEV = {"ctrl": 29, "alt": 56, "shift": 42, "super": 125, "d": 32, "a": 30, "end": 107, "f5": 63, "2": 3, "left": 272}
-
 # Without a menu KWin finds no .desktop file. Plasma's menu is not in KWin's package.
 MENU = """<!DOCTYPE Menu PUBLIC "-//freedesktop//DTD Menu 1.0//EN"
  "http://www.freedesktop.org/standards/menu-spec/1.0/menu.dtd">
@@ -74,17 +72,6 @@ class KWin(Session):
     def forbid(self, program):
         os.remove(f"{self.directory}/data/applications/{os.path.basename(program)}.desktop")
         time.sleep(2)
-
-    def keys(self, text):
-        """Presses and releases keys: "+ctrl +d 50 -d -ctrl"; returns the time of the last."""
-        words = [word[0] + str(EVDEV[word[1:]]) if word[0] in "+-" else word for word in text.split()]
-        self.user.stdin.write(" ".join(words) + "\n")
-        self.user.stdin.flush()
-        return float(self.user.stdout.readline())
-
-    def click(self, place, times=1):
-        """Clicks with the left button."""
-        self.keys(f"@{place[0]},{place[1]} 50 " + "+left 30 -left 30 " * times)
 
     def x11(self):
         """Environment variables for programs on Xwayland."""

@@ -14,6 +14,8 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent.parent
 NOBODY = 65534
+EVDEV = {"ctrl": 29, "alt": 56, "shift": 42, "super": 125, "d": 32, "a": 30, "x": 45, "end": 107, "f5": 63, "2": 3,
+         "left": 272}
 
 
 def eventually(condition, limit=20):
@@ -26,7 +28,8 @@ def eventually(condition, limit=20):
 
 
 class Session:
-    """A session bus and a compositor, started by start(). Derived classes implement the user's input."""
+    """A session bus and a compositor, started by start(), which also starts the user: a program that
+    presses keys and moves the pointer as its standard input says, see User.h."""
 
     preset = "debug"
     counts_uses = True  # even while the modifiers stay down
@@ -134,6 +137,17 @@ class Session:
         return "true" in self.call(
             "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
             "--method", "org.freedesktop.DBus.NameHasOwner", name)
+
+    def keys(self, text):
+        """Presses and releases keys: "+ctrl +d 50 -d -ctrl"; returns the time of the last."""
+        words = [word[0] + str(EVDEV[word[1:]]) if word[0] in "+-" else word for word in text.split()]
+        self.user.stdin.write(" ".join(words) + "\n")
+        self.user.stdin.flush()
+        return float(self.user.stdout.readline())
+
+    def click(self, place, times=1):
+        """Clicks with the left button."""
+        self.keys(f"@{place[0]},{place[1]} 50 " + "+left 30 -left 30 " * times)
 
 
 class Window:

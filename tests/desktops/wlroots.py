@@ -6,8 +6,6 @@ from pathlib import Path
 
 from session import ROOT, Session, eventually
 
-EVDEV = {"ctrl": 29, "alt": 56, "shift": 42, "super": 125, "d": 32, "a": 30, "x": 45, "end": 107, "f5": 63, "2": 3,
-         "left": 272}
 SIZE = (1280, 800)
 
 SWAY = """xwayland force
@@ -51,17 +49,6 @@ class Wlroots(Session):
         self.user = self.run([self.user_program, *map(str, SIZE), layouts], stdin=subprocess.PIPE,
                              stdout=subprocess.PIPE, text=True)
         self.keys("+shift -shift")
-
-    def keys(self, text):
-        """Presses and releases keys: "+ctrl +d 50 -d -ctrl"; returns the time of the last."""
-        words = [word[0] + str(EVDEV[word[1:]]) if word[0] in "+-" else word for word in text.split()]
-        self.user.stdin.write(" ".join(words) + "\n")
-        self.user.stdin.flush()
-        return float(self.user.stdout.readline())
-
-    def click(self, place, times=1):
-        """Clicks with the left button."""
-        self.keys(f"@{place[0]},{place[1]} 50 " + "+left 30 -left 30 " * times)
 
     def x11(self):
         """Environment variables for programs on Xwayland."""
