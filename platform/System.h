@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace seldial::platform {
@@ -62,6 +63,10 @@ std::unique_ptr<Acceptor> makeAcceptor();
 
 /// The program that opens a URI in the application that the user has chosen for it.
 [[nodiscard]] const char* uriOpener();
+
+/// The process that listens at a local socket; nothing if none does. Always nothing on macOS. Any
+/// thread.
+[[nodiscard]] std::optional<pid_t> socketOwner(const std::string& path);
 
 // What follows is the same on both systems.
 

@@ -101,7 +101,7 @@ std::string valueOf(const char* variable) {
 }
 
 /// The language of a locale: "de" for "de_AT.UTF-8@euro".
-std::string languageOf(const std::string& locale) {
+std::string languageName(const std::string& locale) {
   return locale.substr(0, locale.find_first_of("_.@"));
 }
 
@@ -115,7 +115,7 @@ std::string localeForMessages() {
 }
 
 /// The user's preferred languages, best first, such as "de", up to English.
-std::vector<std::string> languagesOfSession() {
+std::vector<std::string> sessionLanguages() {
   const std::string locale = localeForMessages();
   std::vector<std::string> languages;
   if (locale.empty() || locale == "C" || locale == "POSIX" || locale.starts_with("C.")) return {};
@@ -123,7 +123,7 @@ std::vector<std::string> languagesOfSession() {
   list = list.empty() ? locale : list;
   for (std::size_t begin = 0; begin <= list.size();) {
     const auto end = std::min(list.find(':', begin), list.size());
-    const std::string language = languageOf(list.substr(begin, end - begin));
+    const std::string language = languageName(list.substr(begin, end - begin));
     if (language == "en") break;  // the rest is less preferred than English
     languages.push_back(language);
     begin = end + 1;
@@ -132,8 +132,8 @@ std::vector<std::string> languagesOfSession() {
 }
 
 /// The translation, or English.
-const char* inLanguageOfSession(const Text& text) {
-  for (const std::string& language : languagesOfSession()) {
+const char* inSessionLanguage(const Text& text) {
+  for (const std::string& language : sessionLanguages()) {
     const auto* const found = std::find(kLanguages.begin(), kLanguages.end(), language);
     if (found != kLanguages.end())
       return text.others[static_cast<std::size_t>(found - kLanguages.begin())];
@@ -162,8 +162,7 @@ std::string replacePlaceholders(const std::string& text, const std::vector<std::
 std::string translated(const std::string& english, const std::vector<std::string>& values) {
   const auto* const text = std::find_if(std::begin(kTexts), std::end(kTexts),
                                         [&](const Text& each) { return each.english == english; });
-  return replacePlaceholders(text != std::end(kTexts) ? inLanguageOfSession(*text) : english,
-                             values);
+  return replacePlaceholders(text != std::end(kTexts) ? inSessionLanguage(*text) : english, values);
 }
 
 }  // namespace seldial

@@ -105,7 +105,7 @@ bool Session::listenForMessages() {
 bool Session::startDialer() {
   const std::string program =
       options_.seldial.empty() ? findSeldial(executableDirectory()) : options_.seldial;
-  started_ = std::chrono::steady_clock::now();
+  dialerStartTime_ = std::chrono::steady_clock::now();
   std::string error;
   // Only the log shows that Seldial listens.
   dialer_ = ChildProcess::start(
@@ -231,7 +231,7 @@ bool Session::restartsAfter(int status) const {
 
 void Session::restartLater(int status) {
   dialer_.reset();
-  if (std::chrono::steady_clock::now() - started_ > kMaxRestartDelay)
+  if (std::chrono::steady_clock::now() - dialerStartTime_ > kMaxRestartDelay)
     restartDelay_ = kMinRestartDelay;
   console_.error("seldial " + describeExitStatus(status) + "; restarting it in " +
                  std::to_string(restartDelay_.count()) + " s");

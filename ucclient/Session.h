@@ -97,9 +97,9 @@ class Session : public std::enable_shared_from_this<Session> {
       trialReply_;  ///< to notify of the next use instead of dialling; may be empty
   bool hasHotKey_ = false;
   bool hotKeyWasSet_ = false;  ///< at least once
-  const std::time_t begun_ = std::time(nullptr);
-  std::chrono::steady_clock::time_point started_;  ///< start time of the child
-  std::chrono::seconds restartDelay_{1};           ///< before the next restart
+  const std::time_t startTime_ = std::time(nullptr);
+  std::chrono::steady_clock::time_point dialerStartTime_;  ///< start time of the child
+  std::chrono::seconds restartDelay_{1};                   ///< before the next restart
   bool ending_ = false;
   bool endRequested_ = false;
   int status_ = 0;

@@ -48,7 +48,7 @@ std::string Session::statusText() const {
   return "Hot key:  " + options_.spelling + (hasHotKey_ ? "" : " (not set)") + "\n" +
          "Dials:    " + describeDialling(options_.dialling) + "\n" +
          "Session:  " + variable("XDG_SESSION_TYPE") + ", DISPLAY " + variable("DISPLAY") + "\n" +
-         "Running:  since " + timeText(begun_) + "\n" +
+         "Running:  since " + timeText(startTime_) + "\n" +
          (trialReply_ ? "Next use: is shown in the settings window, not dialled\n" : "") +
          history_.text();
 }

@@ -1,8 +1,7 @@
-#include "ucclient/TrialRun.h"
-
 #include <csignal>
 
 #include "client/Connection.h"
+#include "ucclient/Check.h"
 #include "ucclient/Paths.h"
 
 namespace seldial {

@@ -12,8 +12,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "platform/SocketOwner.h"
-
 namespace seldial::platform {
 namespace {
 

@@ -12,8 +12,6 @@
 #include <cstring>
 #include <mutex>
 
-#include "platform/SocketOwner.h"
-
 namespace seldial::platform {
 namespace {
 

@@ -1,14 +1,29 @@
+// What "seldial-uc check" finds out about the session, and its trial of the hot key.
 #pragma once
 
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "client/Protocol.h"
 #include "ucclient/ChildProcess.h"
 #include "ucclient/MainThread.h"
 
 namespace seldial {
+
+/// The program name of the compositor that serves the socket `display`, a value of WAYLAND_DISPLAY;
+/// the kernel keeps 15 characters of it. Nothing if no compositor answers.
+[[nodiscard]] std::optional<std::string> compositorAt(const std::string& display);
+
+/// How Seldial gets its hot key from that compositor and makes applications copy, as text.
+[[nodiscard]] std::string mechanismFor(const std::string& compositor);
+
+/// The user's running programs that are known to use hot keys, each with the place where its hot
+/// keys are set, such as "openbox (rc.xml)". A display server does not report who holds one. Empty
+/// if the system has no /proc.
+[[nodiscard]] std::vector<std::string> likelyKeyHolders();
 
 /// Runs a separate seldial to set a hot key and use it once. Main thread only.
 class TrialRun {
