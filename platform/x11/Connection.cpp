@@ -36,8 +36,8 @@ constexpr std::array kAtomNames{
 std::unique_ptr<Connection> Connection::open(std::chrono::milliseconds limit) {
   const char* const display = std::getenv("DISPLAY");
   if (display == nullptr || *display == '\0') return nullptr;
-  const auto task = std::make_shared<std::packaged_task<Attempt()>>(
-      [name = std::string(display)] { return attempt(name); });
+  const auto task = std::make_shared<std::packaged_task<OpenResult()>>(
+      [name = std::string(display)] { return tryToOpen(name); });
   auto future = task->get_future();
   sharedBackgroundQueue()->async([task] { (*task)(); });
   if (future.wait_for(limit) != std::future_status::ready) {
@@ -50,7 +50,7 @@ std::unique_ptr<Connection> Connection::open(std::chrono::milliseconds limit) {
   return std::move(connection);
 }
 
-Connection::Attempt Connection::attempt(const std::string& display) {
+Connection::OpenResult Connection::tryToOpen(const std::string& display) {
   std::unique_ptr<Connection> connection(new Connection(xcb_connect(display.c_str(), nullptr)));
   if (connection->lost()) return {nullptr, "no X server at " + display};
   const char* const missing = connection->handshake();

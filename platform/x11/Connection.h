@@ -63,13 +63,13 @@ class Connection {
 
  private:
   /// A connection, or the reason why there is none.
-  struct Attempt {
+  struct OpenResult {
     std::unique_ptr<Connection> connection;
     std::string failure;
   };
 
   explicit Connection(xcb_connection_t* xcb) : xcb_(xcb) {}
-  static Attempt attempt(const std::string& display);
+  static OpenResult tryToOpen(const std::string& display);
   const char* handshake();
   const char* missingExtension();
   const char* missingAbility();

@@ -13,10 +13,10 @@ namespace {
 constexpr int kRows = 8;  // Shift, Lock, Control, Mod1 to Mod5
 
 /// The server's replies, accessible by key and by modifier.
-class Answers {
+class MapReplies {
  public:
-  Answers(const xcb_input_get_device_key_mapping_reply_t& symbols,
-          const xcb_input_get_device_modifier_mapping_reply_t& modifiers, std::uint8_t firstKey)
+  MapReplies(const xcb_input_get_device_key_mapping_reply_t& symbols,
+             const xcb_input_get_device_modifier_mapping_reply_t& modifiers, std::uint8_t firstKey)
       : symbols_(xcb_input_get_device_key_mapping_keysyms(&symbols)),
         perKey_(symbols.keysyms_per_keycode),
         keys_(perKey_ == 0 ? 0 : static_cast<int>(symbols.length) / perKey_),
@@ -61,7 +61,7 @@ class Answers {
 };
 
 /// The first modifier with a key that produces one of the symbols.
-std::uint8_t maskOf(const Answers& answers, std::initializer_list<xcb_keysym_t> symbols) {
+std::uint8_t maskOf(const MapReplies& answers, std::initializer_list<xcb_keysym_t> symbols) {
   for (int row = 0; row < kRows; ++row) {
     const KeySet keys = answers.row(row);
     for (unsigned key = 0; key < keys.size(); ++key) {
@@ -71,7 +71,7 @@ std::uint8_t maskOf(const Answers& answers, std::initializer_list<xcb_keysym_t> 
   return 0;
 }
 
-ModifierMasks masksOf(const Answers& answers) {
+ModifierMasks masksOf(const MapReplies& answers) {
   const auto fixed = [&](int row) {
     return static_cast<std::uint8_t>(answers.row(row).any() ? 1U << row : 0U);
   };
@@ -89,7 +89,7 @@ ModifierMasks masksOf(const Answers& answers) {
   return masks;
 }
 
-KeyboardMap mapOf(const Answers& answers) {
+KeyboardMap mapOf(const MapReplies& answers) {
   KeyboardMap map;
   map.masks = masksOf(answers);
   for (int row = 0; row < kRows; ++row) {
@@ -142,7 +142,7 @@ std::optional<KeyboardMap> KeyboardMapRequest::map() const {
   const auto modifiers =
       freed(xcb_input_get_device_modifier_mapping_reply(xcb_, modifiers_, nullptr));
   if (!symbols || !modifiers) return {};
-  return mapOf(Answers(*symbols, *modifiers, firstKey_));
+  return mapOf(MapReplies(*symbols, *modifiers, firstKey_));
 }
 
 }  // namespace seldial::platform::x11
