@@ -87,7 +87,7 @@ struct KWinSession : Session {
   HotKeyClaims claims{sharedRuntimeDirectory(), GlobalAccel::kService};
   ModifierProbe probe{loop,   *bus,   shortcuts,
                       claims, keymap, [this](std::uint32_t key) { keyboard.tap(key); }};
-  FakeKeyboard keyboard{display, keymap, [this] { return probe.waitUntilUp(); }};
+  FakeKeyboard keyboard{display, keymap, [this] { return probe.waitUntilReleased(); }};
   PlasmaWindows windows{display};
   KWinHotKeys hotKeys{loop, shortcuts, claims, probe, keymap};
   WaylandClipboard clipboard{data, keyboard, [this] { return windows.activeApplications(); }};

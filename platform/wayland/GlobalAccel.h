@@ -1,9 +1,13 @@
 // Plasma's service for global shortcuts, org.kde.kglobalaccel, as one of its components.
 //
 // A component has actions, and an action has keys. If a program ends without removing them, the
-// service keeps both, even beyond the end of the session.
+// service keeps both, even beyond the end of the session. Its keys are Qt's codes for the symbols
+// that the user's layout assigns to a key, with modifier bits.
 #pragma once
 
+#include <xkbcommon/xkbcommon.h>
+
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -43,5 +47,11 @@ class GlobalAccel {
   BusSlot released_;
   int qtVersion_ = 0;  ///< 0: not requested yet
 };
+
+/// The codes that KWin uses for a key, an X key code, with modifiers (HotKeyModifier bits), in all
+/// layouts of the keymap, without duplicates. Empty if there is none. `qtVersion` is the major
+/// version of Qt that KWin uses.
+[[nodiscard]] std::vector<int> qtKeys(xkb_keymap& keymap, xkb_keycode_t key,
+                                      std::uint32_t modifiers, int qtVersion);
 
 }  // namespace seldial::platform::wayland

@@ -6,7 +6,6 @@
 
 #include "platform/Output.h"
 #include "platform/linux/KeyTable.h"
-#include "platform/wayland/QtKeys.h"
 
 namespace seldial::platform::wayland {
 namespace {

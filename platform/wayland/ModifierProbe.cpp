@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "platform/VirtualKeys.h"
-#include "platform/wayland/QtKeys.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -101,7 +100,7 @@ void ModifierProbe::close() {
   key_ = 0;
 }
 
-bool ModifierProbe::waitUntilUp() {
+bool ModifierProbe::waitUntilReleased() {
   const auto deadline = std::chrono::steady_clock::now() + kTimeout;
   for (;;) {
     const auto answer = ask();

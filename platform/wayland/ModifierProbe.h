@@ -40,7 +40,7 @@ class ModifierProbe {
 
   /// Returns once no modifier is held. False if the user holds one for longer than kTimeout, the
   /// program is to end, or KWin does not answer.
-  bool waitUntilUp();
+  bool waitUntilReleased();
 
   /// Called by the handler of GlobalAccel.
   void pressed(const std::string& action);

@@ -1,10 +1,10 @@
-#include "platform/wayland/QtKeys.h"
-
+// Key codes of Plasma's global shortcuts.
 #include <algorithm>
 #include <array>
 #include <memory>
 
 #include "platform/VirtualKeys.h"
+#include "platform/wayland/GlobalAccel.h"
 
 namespace seldial::platform::wayland {
 namespace {

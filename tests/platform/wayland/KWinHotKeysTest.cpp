@@ -187,14 +187,14 @@ TEST_F(ModifierProbeTest, WithNothingHeldOneTypedKeyIsEnough) {
     ++taps;
     plasma.press(kProbe);
   };
-  EXPECT_TRUE(program->probe.waitUntilUp());
+  EXPECT_TRUE(program->probe.waitUntilReleased());
   EXPECT_EQ(taps, 1);
 }
 
 TEST_F(ModifierProbeTest, HeldModifiersAreWaitedFor) {
   int taps = 0;
   program->tapped = [&] { plasma.press(++taps < 3 ? kControlProbe : kProbe); };
-  EXPECT_TRUE(program->probe.waitUntilUp());
+  EXPECT_TRUE(program->probe.waitUntilReleased());
   EXPECT_EQ(taps, 3);
 }
 
@@ -203,14 +203,14 @@ TEST_F(ModifierProbeTest, TheEndOfTheProgramEndsTheWait) {
     plasma.press(kControlProbe);
     loop.interrupt();
   };
-  EXPECT_FALSE(program->probe.waitUntilUp());
+  EXPECT_FALSE(program->probe.waitUntilReleased());
 }
 
 TEST_F(ModifierProbeTest, WithoutAnAnswerNoKeyCountsAsReleased) {
   program->tapped = [&] { session.kill(); };
-  EXPECT_FALSE(program->probe.waitUntilUp());
+  EXPECT_FALSE(program->probe.waitUntilReleased());
   program->probe.close();
-  EXPECT_FALSE(program->probe.waitUntilUp()) << "it has no key";
+  EXPECT_FALSE(program->probe.waitUntilReleased()) << "it has no key";
 }
 
 TEST_F(ModifierProbeTest, EveryCombinationOfModifiersIsDetected) {

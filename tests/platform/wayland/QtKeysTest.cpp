@@ -3,7 +3,7 @@
 
 #include "platform/VirtualKeys.h"
 #include "platform/linux/KeyTable.h"
-#include "platform/wayland/QtKeys.h"
+#include "platform/wayland/GlobalAccel.h"
 #include "tests/support/wayland/UserKeyboard.h"
 
 namespace seldial::platform::wayland {
