@@ -29,9 +29,9 @@ void takeChunks(AppDelegate& main, const std::string& clientID, const std::strin
 
 /// Chunks of one client that arrived one after another. Chunks are small and the main thread may be
 /// far behind, so one step per chunk would need several times the memory of the command.
-class GDUnixSocketEventsCS::Received {
+class GDUnixSocketEventsCS::ReceivedChunks {
  public:
-  Received(std::string clientID, const Data& chunk)
+  ReceivedChunks(std::string clientID, const Data& chunk)
       : clientID_(std::move(clientID)), chunks_(chunk + kChunkEnd) {}
 
   /// False if the main thread has already begun to process the chunks.
@@ -95,7 +95,7 @@ void GDUnixSocketEventsCS::unixSocketServerDidReceiveData(GDUnixSocketServer& /*
   const std::lock_guard lock(mutex_);
   const bool next = lastReceived_ && lastReceived_->clientID() == clientID;
   if (next && lastReceived_->add(data)) return;
-  lastReceived_ = std::make_shared<Received>(clientID, data);
+  lastReceived_ = std::make_shared<ReceivedChunks>(clientID, data);
   postLocked([received = lastReceived_](AppDelegate& main) { received->deliverTo(main); });
 }
 

@@ -46,7 +46,7 @@ class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
   const std::weak_ptr<AppDelegate> Main;
 
  private:
-  class Received;
+  class ReceivedChunks;
 
   /// Posts a step to the main queue.
   template <class Step>
@@ -59,7 +59,7 @@ class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
   std::mutex mutex_;  ///< held while a step is posted; no step locks it
   /// The step that was posted last, if it processes chunks: the next chunk is added to it, unless
   /// the main thread has begun. Guarded by `mutex_`.
-  std::shared_ptr<Received> lastReceived_;
+  std::shared_ptr<ReceivedChunks> lastReceived_;
 };
 
 }  // namespace seldial

@@ -62,7 +62,7 @@ void warmUp(const Dialer& dialer) {
   throw std::runtime_error("nothing was dialled");
 }
 
-void measureByTurns(Dialer& ours, Dialer& floor) {
+void measureAlternately(Dialer& ours, Dialer& floor) {
   warmUp(floor);
   warmUp(ours);
   for (int turn = 0; turn < kTurns; ++turn) {
@@ -118,7 +118,7 @@ Row dialOnX11(const std::string& name, const std::vector<std::string>& applicati
 
   Dialer ours{seldial.client, [&] { return useOnX11(keyboard, tests::kKeyD); }, {}, 0};
   Dialer floor{floorClient, [&] { return useOnX11(keyboard, tests::kKeyF); }, {}, 0};
-  measureByTurns(ours, floor);
+  measureAlternately(ours, floor);
   return row(name + ", X11", ours, floor, kLimitMillisecondsOnX11);
 }
 
@@ -148,7 +148,7 @@ Row dialOnSway(const std::string& name, std::vector<std::string> application) {
 
   Dialer ours{seldial.client, [&] { return useOnSway(keyboard, KEY_D); }, {}, 0};
   Dialer floor{floorClient, [&] { return useOnSway(keyboard, KEY_F); }, {}, 0};
-  measureByTurns(ours, floor);
+  measureAlternately(ours, floor);
   return row(name + ", sway", ours, floor, kLimitRatioOnSway * median(floor.milliseconds));
 }
 

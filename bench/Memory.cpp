@@ -45,7 +45,7 @@ void registerHotKey(const UcClient& client) {
   }
 }
 
-void askTimes(const UcClient& client, int times) {
+void askRepeatedly(const UcClient& client, int times) {
   for (int i = 0; i < times; ++i) static_cast<void>(client.ask(R"({"command":"x"})"));
 }
 
@@ -74,10 +74,10 @@ std::vector<Row> idleOn(const std::string& name, const std::vector<std::string>&
 }
 
 double growthPerCommand(const Measured& measured) {
-  askTimes(measured.client, kWarmUp);
+  askRepeatedly(measured.client, kWarmUp);
   measured.program.settle();
   const double before = measured.program.uniqueMemory();
-  askTimes(measured.client, kCommands);
+  askRepeatedly(measured.client, kCommands);
   measured.program.settle();
   return (measured.program.uniqueMemory() - before) / kCommands;
 }

@@ -36,24 +36,24 @@ void atPath(Call call, const char* what, const Descriptor& socket, const std::st
 
 }  // namespace
 
-void Tally::add(std::size_t count) {
+void ByteCounter::add(std::size_t count) {
   const std::lock_guard lock(mutex_);
   added_ += count;
   if (added_ >= wanted_) enough_.notify_one();
 }
 
-void Tally::waitFor(std::size_t total) {
+void ByteCounter::waitFor(std::size_t total) {
   std::unique_lock lock(mutex_);
   wanted_ = total;
   enough_.wait(lock, [this] { return added_ >= wanted_; });
 }
 
-SocketPlace::SocketPlace() : directory_("/tmp/seldial-bench-XXXXXX") {
+TemporarySocketPath::TemporarySocketPath() : directory_("/tmp/seldial-bench-XXXXXX") {
   if (mkdtemp(directory_.data()) == nullptr) checked(-1, "mkdtemp");
   path_ = directory_ + "/socket";
 }
 
-SocketPlace::~SocketPlace() {
+TemporarySocketPath::~TemporarySocketPath() {
   unlink(path_.c_str());
   rmdir(directory_.c_str());
 }
@@ -83,7 +83,7 @@ void bareSend(const Descriptor& connection, const std::string& bytes) {
   }
 }
 
-void bareReadAll(const Descriptor& connection, std::size_t fragment, Tally& bytes) {
+void bareReadAll(const Descriptor& connection, std::size_t fragment, ByteCounter& bytes) {
   std::vector<char> buffer(fragment);
   while (const int count = checked(read(connection.number(), buffer.data(), fragment), "read")) {
     bytes.add(static_cast<std::size_t>(count));
@@ -104,7 +104,7 @@ void BareServer::serve() {
     if (connection.number() == -1) return;  // the destructor's shutdown
     acceptedAt_ = Clock::now();
     accepted.add();
-    Tally bytes;
+    ByteCounter bytes;
     bareReadAll(connection, 256, bytes);
     ended.add();
   }

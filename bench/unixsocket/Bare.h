@@ -13,7 +13,7 @@
 namespace seldial::bench {
 
 /// A counter to which several threads add and on which one waits.
-class Tally {
+class ByteCounter {
  public:
   void add(std::size_t count = 1);
 
@@ -28,12 +28,12 @@ class Tally {
 };
 
 /// A path for a socket, in a directory that the destructor removes.
-class SocketPlace {
+class TemporarySocketPath {
  public:
-  SocketPlace();
-  ~SocketPlace();
-  SocketPlace(const SocketPlace&) = delete;
-  SocketPlace& operator=(const SocketPlace&) = delete;
+  TemporarySocketPath();
+  ~TemporarySocketPath();
+  TemporarySocketPath(const TemporarySocketPath&) = delete;
+  TemporarySocketPath& operator=(const TemporarySocketPath&) = delete;
 
   [[nodiscard]] const std::string& path() const { return path_; }
 
@@ -51,7 +51,7 @@ Descriptor bareAccept(const Descriptor& listener);
 void bareSend(const Descriptor& connection, const std::string& bytes);
 
 /// Reads to the end of the stream, at most `fragment` bytes at a time, and adds their count.
-void bareReadAll(const Descriptor& connection, std::size_t fragment, Tally& bytes);
+void bareReadAll(const Descriptor& connection, std::size_t fragment, ByteCounter& bytes);
 
 /// Accepts connections and reads each to its end, one after the other, until it is destroyed.
 class BareServer {
@@ -64,8 +64,8 @@ class BareServer {
   /// When the last connection was accepted; valid once `accepted` has counted it.
   [[nodiscard]] Clock::time_point acceptedAt() const { return acceptedAt_; }
 
-  Tally accepted;
-  Tally ended;
+  ByteCounter accepted;
+  ByteCounter ended;
 
  private:
   void serve();

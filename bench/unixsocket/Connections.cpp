@@ -10,7 +10,7 @@ namespace {
 
 /// Time from a bare client's connect to the accept callback, or to the return of a bare accept.
 void acceptLibrary(benchmark::State& state) {
-  const SocketPlace place;
+  const TemporarySocketPath place;
   const LibraryServer server(place.path());
   std::size_t round = 0;
   while (state.KeepRunning()) {
@@ -26,7 +26,7 @@ void acceptLibrary(benchmark::State& state) {
 }
 
 void acceptBare(benchmark::State& state) {
-  const SocketPlace place;
+  const TemporarySocketPath place;
   BareServer server(place.path());
   std::size_t round = 0;
   while (state.KeepRunning()) {
@@ -43,7 +43,7 @@ void acceptBare(benchmark::State& state) {
 
 /// Connects and closes, and waits until the server has seen both.
 void connectionsLibrary(benchmark::State& state) {
-  const SocketPlace place;
+  const TemporarySocketPath place;
   const LibraryServer server(place.path());
   const auto client = GDUnixSocketClient::initWithSocketPath(place.path());
   std::size_t round = 0;
@@ -56,7 +56,7 @@ void connectionsLibrary(benchmark::State& state) {
 }
 
 void connectionsBare(benchmark::State& state) {
-  const SocketPlace place;
+  const TemporarySocketPath place;
   BareServer server(place.path());
   std::size_t round = 0;
   while (state.KeepRunning()) {

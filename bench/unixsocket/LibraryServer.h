@@ -23,8 +23,8 @@ class CountingDelegate final : public GDUnixSocketServerDelegate {
     ended.add();
   }
 
-  Tally accepted;
-  Tally ended;
+  ByteCounter accepted;
+  ByteCounter ended;
   Clock::time_point acceptedAt;  ///< valid, like the next field, once `accepted` has counted it
   std::string lastClientID;
 };

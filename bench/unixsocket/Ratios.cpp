@@ -29,7 +29,7 @@ std::string errorOf(const AnyRun& run) {
 }
 
 /// The displayed form of a figure: a rate if the benchmark counts something, otherwise a time.
-std::pair<double, std::string> shownOf(const Run& run) {
+std::pair<double, std::string> displayedFigure(const Run& run) {
   const auto& counters = run.counters;
   if (const auto bytes = counters.find("bytes_per_second"); bytes != counters.end()) {
     return {bytes->second.value / 1e6, "MB/s"};
@@ -83,7 +83,7 @@ void Ratios::ReportRuns(const std::vector<Run>& runs) {
       const bool ofLibrary = name.find(kLibrary) != std::string::npos;
       auto& of = figure(figureName(name, ofLibrary ? kLibrary : kBare));
       auto& side = ofLibrary ? of.library : of.bare;
-      const auto [shown, unit] = shownOf(run);
+      const auto [shown, unit] = displayedFigure(run);
       side.seconds.push_back(secondsOf(run));
       side.shown.push_back(shown);
       of.unit = unit;

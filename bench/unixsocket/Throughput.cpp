@@ -11,7 +11,7 @@
 namespace seldial::bench {
 namespace {
 
-constexpr std::size_t kBytesATurn = 1024UL * 1024;
+constexpr std::size_t kBytesPerTurn = 1024UL * 1024;
 
 class CountingReader final : public GDUnixSocketClientDelegate {
  public:
@@ -19,7 +19,7 @@ class CountingReader final : public GDUnixSocketClientDelegate {
     bytes.add(data.size());
   }
 
-  Tally bytes;
+  ByteCounter bytes;
 };
 
 /// Sends everything, as any caller of the library must: one send may be partial.
@@ -32,7 +32,7 @@ void sendAll(GDUnixSocketServer& server, const std::string& clientID, const Data
 }
 
 void bytesLibrary(benchmark::State& state) {
-  const SocketPlace place;
+  const TemporarySocketPath place;
   const LibraryServer server(place.path());
   const Data fragment(static_cast<std::size_t>(state.range()), 'x');
   const auto client = GDUnixSocketClient::initWithSocketPath(place.path(), fragment.size());
@@ -42,19 +42,19 @@ void bytesLibrary(benchmark::State& state) {
   const std::string clientID = server.firstClientID();
   std::size_t total = 0;
   while (state.KeepRunning()) {
-    for (std::size_t sent = 0; sent < kBytesATurn; sent += fragment.size()) {
+    for (std::size_t sent = 0; sent < kBytesPerTurn; sent += fragment.size()) {
       sendAll(*server.server, clientID, fragment);
     }
-    reader->bytes.waitFor(total += kBytesATurn);
+    reader->bytes.waitFor(total += kBytesPerTurn);
   }
   state.SetBytesProcessed(static_cast<std::int64_t>(total));
 }
 
 void bytesBare(benchmark::State& state) {
-  const SocketPlace place;
+  const TemporarySocketPath place;
   const Descriptor listener = bareListen(place.path());
   const std::string fragment(static_cast<std::size_t>(state.range()), 'x');
-  Tally bytes;
+  ByteCounter bytes;
   std::thread reader([&bytes, size = fragment.size(), connection = bareConnect(place.path())] {
     bareReadAll(connection, size, bytes);
   });
@@ -62,10 +62,10 @@ void bytesBare(benchmark::State& state) {
   {
     const Descriptor connection = bareAccept(listener);
     while (state.KeepRunning()) {
-      for (std::size_t sent = 0; sent < kBytesATurn; sent += fragment.size()) {
+      for (std::size_t sent = 0; sent < kBytesPerTurn; sent += fragment.size()) {
         bareSend(connection, fragment);
       }
-      bytes.waitFor(total += kBytesATurn);
+      bytes.waitFor(total += kBytesPerTurn);
     }
   }
   reader.join();
@@ -79,10 +79,10 @@ void eachFragmentSize(benchmark::internal::Benchmark* benchmark) {
 /// Short messages. The sending thread itself reads them at the other end, many at a time, so that
 /// the figures do not depend on the wake-up of a reader.
 const std::string kMessage(64, 'x');
-constexpr std::size_t kSendsATurn = 128;  ///< they fit into the system's buffer
+constexpr std::size_t kSendsPerTurn = 128;  ///< they fit into the system's buffer
 
 void readTurn(const Descriptor& connection) {
-  static std::vector<char> buffer(kSendsATurn * kMessage.size());
+  static std::vector<char> buffer(kSendsPerTurn * kMessage.size());
   std::size_t left = buffer.size();
   while (left > 0) {
     const auto count = read(connection.number(), buffer.data(), left);
@@ -92,29 +92,29 @@ void readTurn(const Descriptor& connection) {
 }
 
 void sendsLibrary(benchmark::State& state) {
-  const SocketPlace place;
+  const TemporarySocketPath place;
   const LibraryServer server(place.path());
   const Descriptor reader = bareConnect(place.path());
   const std::string clientID = server.firstClientID();
   while (state.KeepRunning()) {
-    for (std::size_t sent = 0; sent < kSendsATurn; ++sent) {
+    for (std::size_t sent = 0; sent < kSendsPerTurn; ++sent) {
       server.server->sendData(kMessage, clientID);
     }
     readTurn(reader);
   }
-  state.SetItemsProcessed(state.iterations() * std::int64_t{kSendsATurn});
+  state.SetItemsProcessed(state.iterations() * std::int64_t{kSendsPerTurn});
 }
 
 void sendsBare(benchmark::State& state) {
-  const SocketPlace place;
+  const TemporarySocketPath place;
   const Descriptor listener = bareListen(place.path());
   const Descriptor reader = bareConnect(place.path());
   const Descriptor connection = bareAccept(listener);
   while (state.KeepRunning()) {
-    for (std::size_t sent = 0; sent < kSendsATurn; ++sent) bareSend(connection, kMessage);
+    for (std::size_t sent = 0; sent < kSendsPerTurn; ++sent) bareSend(connection, kMessage);
     readTurn(reader);
   }
-  state.SetItemsProcessed(state.iterations() * std::int64_t{kSendsATurn});
+  state.SetItemsProcessed(state.iterations() * std::int64_t{kSendsPerTurn});
 }
 
 BENCHMARK(bytesLibrary)->Name("bytes through one connection, library")->Apply(eachFragmentSize);

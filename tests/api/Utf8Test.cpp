@@ -22,7 +22,7 @@ std::string encoded(std::uint32_t code, int length) {
   return bytes;
 }
 
-int shortestLength(std::uint32_t code) {
+int minLength(std::uint32_t code) {
   if (code < 0x80) return 1;
   if (code < 0x800) return 2;
   return code < 0x10000 ? 3 : 4;
@@ -31,13 +31,13 @@ int shortestLength(std::uint32_t code) {
 TEST(Utf8, EveryCodePointIsValidInItsShortestFormExceptSurrogates) {
   for (std::uint32_t code = 0; code < 0x200000; ++code) {
     const bool character = code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
-    ASSERT_EQ(isValidUTF8(encoded(code, shortestLength(code))), character) << code;
+    ASSERT_EQ(isValidUTF8(encoded(code, minLength(code))), character) << code;
   }
 }
 
 TEST(Utf8, OverlongFormsAreInvalid) {
   for (std::uint32_t code = 0; code < 0x10000; ++code) {
-    for (int length = shortestLength(code) + 1; length <= 4; ++length) {
+    for (int length = minLength(code) + 1; length <= 4; ++length) {
       ASSERT_FALSE(isValidUTF8(encoded(code, length))) << code << " in " << length;
     }
   }

@@ -19,7 +19,7 @@ def gtk(version):
     GLib.set_prgname("org.test.gtk")
     entry = Gtk.Entry(text=TEXT)
 
-    def obey(source, condition):
+    def handle_command(source, condition):
         line = sys.stdin.readline().strip()
         if line == "all":
             entry.select_region(0, -1)
@@ -29,7 +29,7 @@ def gtk(version):
         return bool(line)
 
     def show(window):
-        GLib.io_add_watch(0, GLib.IO_IN, obey)
+        GLib.io_add_watch(0, GLib.IO_IN, handle_command)
         window.connect("notify::is-active", lambda *_: window.is_active() and answer("ready"))
         entry.grab_focus()
 
@@ -64,7 +64,7 @@ def qt():
     edit = Edit(TEXT)
     notifier = QSocketNotifier(0, QSocketNotifier.Type.Read)
 
-    def obey():
+    def handle_command():
         line = sys.stdin.readline().strip()
         if line == "all":
             edit.selectAll()
@@ -74,7 +74,7 @@ def qt():
         if not line:
             application.quit()
 
-    notifier.activated.connect(obey)
+    notifier.activated.connect(handle_command)
     edit.show()
     application.exec()
 

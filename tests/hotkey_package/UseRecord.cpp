@@ -3,7 +3,7 @@
 #include <csignal>
 #include <string>
 
-#include "tests/hotkey_package/TryOut.h"
+#include "tests/hotkey_package/ExampleMain.h"
 #include "tests/support/desktop/Keyboard.h"
 #include "tests/support/desktop/Keys.h"
 #include "tests/support/desktop/Windows.h"
@@ -17,7 +17,7 @@ void press(Keyboard& keyboard) {
   keyboard.release({kKeyK, kKeyLeftAlt, kKeyLeftControl});
 }
 
-void tryOut(const std::string& program) {
+void useExample(const std::string& program) {
   const XServer server;
   const WindowManager manager(server.display());
   Keyboard keyboard(server.display());
@@ -37,5 +37,5 @@ void tryOut(const std::string& program) {
 }  // namespace seldial::tests
 
 int main(int argc, char* argv[]) {
-  return seldial::tests::tryOutIn(argc, argv, "hotkey_record", seldial::tests::tryOut);
+  return seldial::tests::exampleMain(argc, argv, "hotkey_record", seldial::tests::useExample);
 }

@@ -3,7 +3,7 @@
 #include <csignal>
 #include <string>
 
-#include "tests/hotkey_package/TryOut.h"
+#include "tests/hotkey_package/ExampleMain.h"
 #include "tests/support/desktop/Keyboard.h"
 #include "tests/support/desktop/Keys.h"
 #include "tests/support/desktop/XServer.h"
@@ -16,7 +16,7 @@ void useHotKey(Keyboard& keyboard) {
   keyboard.release({kKeyD, kKeyLeftAlt, kKeyLeftControl});
 }
 
-void tryOut(const std::string& program) {
+void useExample(const std::string& program) {
   const XServer server;
   Keyboard keyboard(server.display());
   ChildProcess watch({program}, {server.environment()});
@@ -35,5 +35,5 @@ void tryOut(const std::string& program) {
 }  // namespace seldial::tests
 
 int main(int argc, char* argv[]) {
-  return seldial::tests::tryOutIn(argc, argv, "hotkey_watch", seldial::tests::tryOut);
+  return seldial::tests::exampleMain(argc, argv, "hotkey_watch", seldial::tests::useExample);
 }

@@ -31,19 +31,20 @@ class Screenshots : public WindowTest {
  protected:
   /// Saves a picture of the window in its current state.
   QImage take(const std::string& state) {
-    QImage picture = takeOf(*window, state);
+    QImage picture = capture(*window, state);
     const int texts = status()->layout()->heightForWidth(status()->width());
     EXPECT_GE(status()->height(), texts) << state;
     EXPECT_LT(status()->height(), 2 * texts) << state << ": most of it is empty";
     for (const auto* const label : status()->findChildren<QLabel*>()) {
-      EXPECT_FALSE(label->geometry().intersects(signOf(*status()))) << label->text().toStdString();
+      EXPECT_FALSE(label->geometry().intersects(signRect(*status())))
+          << label->text().toStdString();
     }
     EXPECT_LE(widthOf(translated("Click here and press a shortcut"), *window), field()->width());
     return picture;
   }
 
   /// Saves a picture of any window.
-  QImage takeOf(QWidget& shown, const std::string& state) const {
+  QImage capture(QWidget& shown, const std::string& state) const {
     QCoreApplication::processEvents();  // a longer text makes the window larger
     QImage picture = shown.grab().toImage();
     const auto file = environment("SELDIAL_SCREENSHOTS") + "-" + prefix_ + state + ".png";
@@ -52,13 +53,13 @@ class Screenshots : public WindowTest {
     EXPECT_TRUE(picture.save(QString::fromStdString(file), nullptr, quality)) << file;
     const qreal scale = environment("QT_SCALE_FACTOR") == "2" ? 2 : 1;
     EXPECT_EQ(picture.size(), shown.size() * scale);
-    EXPECT_TRUE(showsSomething(picture));
+    EXPECT_TRUE(isNotBlank(picture));
     expectTextsFit(shown);
     return picture;
   }
 
   /// The area of the panel's lamp or warning sign.
-  static QRect signOf(const QWidget& panel) {
+  static QRect signRect(const QWidget& panel) {
     constexpr int kEdge = 44;
     const QRect left(0, 0, kEdge, panel.height());
     return QStyle::visualRect(panel.layoutDirection(), panel.rect(), left);
@@ -73,7 +74,7 @@ class Screenshots : public WindowTest {
   }
 
   /// Whether the picture has more than a few colours.
-  static bool showsSomething(const QImage& picture) {
+  static bool isNotBlank(const QImage& picture) {
     constexpr qsizetype kFew = 10;
     QSet<QRgb> colours;
     for (int y = 0; y < picture.height() && colours.size() <= kFew; ++y) {
@@ -115,14 +116,14 @@ class Screenshots : public WindowTest {
     return control<QWidget>(name)->grab().toImage();
   }
 
-  void takeEachState();
-  void takeLit();
+  void captureStates();
+  void captureLitPanel();
   void takeSettings();
 
   std::string prefix_;  ///< of the file names of the pictures
 };
 
-void Screenshots::takeEachState() {
+void Screenshots::captureStates() {
   open();
   take("empty");
   const QImage emptyField = pictureOf("shortcut");
@@ -134,7 +135,7 @@ void Screenshots::takeEachState() {
   record({kKeyLeftControl, kKeyLeftAlt, kKeyD});
   take("recorded");
   EXPECT_NE(pictureOf("shortcut"), emptyField);
-  if (prefix_.empty()) takeLit();
+  if (prefix_.empty()) captureLitPanel();
 
   platform::x11::ForeignGrabs other(QtDesktop::shared().server.display());
   ASSERT_TRUE(other.grab(kKeyK, kStateControl | kStateAlt));
@@ -156,7 +157,7 @@ void Screenshots::takeEachState() {
 }
 
 /// The panel is lit only for a short time.
-void Screenshots::takeLit() {
+void Screenshots::captureLitPanel() {
   const QImage unlit = pictureOf("status");
   press({kKeyLeftControl, kKeyLeftAlt, kKeyD});
   ASSERT_TRUE(becomesTrue([this] { return isLit(); }));
@@ -177,7 +178,7 @@ void Screenshots::takeSettings() {
 }
 
 TEST_F(Screenshots, OfEachState) {
-  takeEachState();
+  captureStates();
 }
 
 TEST_F(Screenshots, OfTheSettings) {
@@ -200,7 +201,7 @@ class Translated : public Screenshots, public testing::WithParamInterface<const 
 
 TEST_P(Translated, EachStateFits) {
   EXPECT_EQ(translated("Recording") == QStringLiteral("Recording"), isRightToLeft());
-  takeEachState();
+  captureStates();
 }
 
 TEST_P(Translated, TheSettingsFitAndEachHasItsOwnLetter) {
@@ -224,7 +225,7 @@ TEST_P(Translated, TheChoiceOfANumberFits) {
         QStringList{QStringLiteral("+31201234567 ext. 5"), QStringLiteral("112")}}) {
     NumberChooser chooser(numbers);
     chooser.show();
-    takeOf(chooser, "choice-of-" + std::to_string(numbers.size()));
+    capture(chooser, "choice-of-" + std::to_string(numbers.size()));
     EXPECT_EQ(chooser.findChild<QListWidget*>()->layoutDirection(), Qt::LeftToRight);
   }
 }

@@ -43,7 +43,7 @@ class ServerOrder : public ListeningServer {
   void releaseReader() { queue->run(std::move(held_)); }
 
   /// Connects, and waits until the accept thread has the connection and waits for something else.
-  Peer connectWhileTheAcceptThreadWaits() {
+  Peer connectDuringAccept() {
     const int before = accepted_;
     Peer peer = Peer::connectedTo(path);
     EXPECT_TRUE(eventually([&] { return accepted_ > before && isAsleepOrGone(acceptThread_); }));
@@ -64,7 +64,7 @@ TEST_F(ServerOrder, ADepartedPeerIsReadToItsEndBeforeTheNextAccept) {
   Peer first = connect();
   first.send(std::string(600, 'x'));
   first.leave();
-  const Peer second = connectWhileTheAcceptThreadWaits();
+  const Peer second = connectDuringAccept();
   EXPECT_EQ(1U, delegate->journal.count("accept"));
   releaseReader();
   ASSERT_TRUE(delegate->journal.waitFor("accept", 2));
@@ -78,7 +78,7 @@ TEST_F(ServerOrder, AReadFailureComesBeforeTheNextAcceptToo) {
   Peer first = connect();
   ASSERT_EQ(1, server->sendData("x", lastClientID()));
   first.leave();  // with an unread byte: the connection is reset
-  const Peer second = connectWhileTheAcceptThreadWaits();
+  const Peer second = connectDuringAccept();
   EXPECT_EQ(1U, delegate->journal.count("accept"));
   releaseReader();
   ASSERT_TRUE(delegate->journal.waitFor("accept", 2));
@@ -92,7 +92,7 @@ TEST_F(ServerOrder, APeerThatHasFinishedSendingIsReadToItsEndBeforeTheNextAccept
   const Peer first = connect();
   first.send("x");
   ::shutdown(first.fd, SHUT_WR);
-  const Peer second = connectWhileTheAcceptThreadWaits();
+  const Peer second = connectDuringAccept();
   EXPECT_EQ(1U, delegate->journal.count("accept"));
   releaseReader();
   ASSERT_TRUE(delegate->journal.waitFor("accept", 2));
@@ -124,7 +124,7 @@ TEST_F(ServerOrder, RemovingTheDepartedConnectionEndsTheWait) {
   listen();
   connect().leave();
   const auto departed = server->connectedClients().begin()->second;
-  const Peer second = connectWhileTheAcceptThreadWaits();
+  const Peer second = connectDuringAccept();
   EXPECT_EQ(1U, delegate->journal.count("accept"));
   server->removeAndCloseClient(departed);
   EXPECT_TRUE(delegate->journal.waitFor("accept", 2));
@@ -135,7 +135,7 @@ TEST_F(ServerOrder, ACloseEndsTheWait) {
   holdNextReader();
   listen();
   connect().leave();
-  const Peer second = connectWhileTheAcceptThreadWaits();
+  const Peer second = connectDuringAccept();
   EXPECT_TRUE(server->closeWithError());
   EXPECT_EQ("", second.receiveToTheEnd());
   releaseReader();
@@ -148,7 +148,7 @@ TEST_F(ServerOrder, ADisconnectCallbackMayCloseTheServerWhileTheNextPeerWaits) {
   holdNextReader();
   listen();
   connect().leave();
-  const Peer second = connectWhileTheAcceptThreadWaits();
+  const Peer second = connectDuringAccept();
   releaseReader();
   EXPECT_EQ("", second.receiveToTheEnd());
   queue->waitUntilIdle();

@@ -25,19 +25,19 @@ std::shared_ptr<const Functions> installed = std::make_shared<Functions>();
 int inside = 0;
 
 /// Keeps the installed functions in place while one of them is used.
-class Visit {
+class FunctionsInUse {
  public:
-  Visit() {
+  FunctionsInUse() {
     const std::lock_guard lock(mutex);
     functions = installed;
     ++inside;
   }
-  ~Visit() {
+  ~FunctionsInUse() {
     const std::lock_guard lock(mutex);
     if (--inside == 0) left.notify_all();
   }
-  Visit(const Visit&) = delete;
-  Visit& operator=(const Visit&) = delete;
+  FunctionsInUse(const FunctionsInUse&) = delete;
+  FunctionsInUse& operator=(const FunctionsInUse&) = delete;
 
   std::shared_ptr<const Functions> functions;
 };
@@ -46,8 +46,8 @@ class Visit {
 template <class Real>
 auto route(const SystemCall& call, const Real& real) -> decltype(real()) {
   {
-    const Visit visit;
-    const auto& before = visit.functions->before;
+    const FunctionsInUse inUse;
+    const auto& before = inUse.functions->before;
     if (const auto error = before ? before(call) : std::nullopt) {
       errno = *error;
       return -1;
@@ -56,8 +56,8 @@ auto route(const SystemCall& call, const Real& real) -> decltype(real()) {
   const auto result = real();
   const int error = errno;
   {
-    const Visit visit;
-    if (visit.functions->after) visit.functions->after(call);
+    const FunctionsInUse inUse;
+    if (inUse.functions->after) inUse.functions->after(call);
   }
   errno = error;
   return result;
@@ -71,9 +71,9 @@ void SystemCalls::set(Before before, After after) {
   left.wait(lock, [] { return inside == 0; });
 }
 
-void SystemCalls::limitWrites(std::size_t longestWrite) {
-  set([longestWrite](const SystemCall& call) {
-    if (call.size != nullptr) *call.size = std::min(*call.size, longestWrite);
+void SystemCalls::limitWrites(std::size_t maxSize) {
+  set([maxSize](const SystemCall& call) {
+    if (call.size != nullptr) *call.size = std::min(*call.size, maxSize);
     return std::optional<int>();
   });
 }

@@ -34,7 +34,7 @@ class SystemCalls {
 
   /// Both wait until no call is inside the previous functions.
   static void set(Before before, After after = {});
-  static void limitWrites(std::size_t longestWrite);
+  static void limitWrites(std::size_t maxSize);
 };
 
 /// For SystemCalls::set(): makes the call of that name fail with `error`, `times` times, beginning

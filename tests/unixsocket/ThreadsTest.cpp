@@ -117,7 +117,7 @@ TEST(Stress, SixtyFourThreadsLoseNoByteAndNoCallback) {
 }
 
 /// Tells the clients when they can connect.
-class Opening {
+class OpenFlag {
  public:
   void set(bool open) {
     const std::lock_guard lock(mutex_);
@@ -136,22 +136,22 @@ class Opening {
 };
 
 /// Closes, reopens and destroys servers while other threads use them.
-void disturb(const std::string& path, const std::shared_ptr<CountingDelegate>& delegate,
-             Opening& opening) {
+void reopenServers(const std::string& path, const std::shared_ptr<CountingDelegate>& delegate,
+                   OpenFlag& openFlag) {
   for (unsigned round = 0; round < 40; ++round) {
     const auto server = GDUnixSocketServer::initWithSocketPath(path);
     server->setDelegate(delegate);
     for (int again = 0; again < 3; ++again) {
       ASSERT_TRUE(server->listenWithMaxConnections(64));
-      opening.set(true);
+      openFlag.set(true);
       if (round % 4 == 0) break;  // closed before its loop has started, or just then
       const std::size_t before = delegate->accepted;
       ASSERT_TRUE(eventually([&] { return delegate->accepted >= before + 5; }));
       EXPECT_EQ(-1, server->sendData("x", "nobody"));
-      opening.set(false);
+      openFlag.set(false);
       ASSERT_TRUE(server->closeWithError());
     }
-    opening.set(false);
+    openFlag.set(false);
     server->closeSilently();
   }
 }
@@ -162,18 +162,18 @@ TEST(Stress, ServersMayCloseReopenAndGoWhileSixtyFourThreadsUseThem) {
   const std::string path = directory.path("socket");
   const std::size_t descriptors = openDescriptors();
   const auto delegate = std::make_shared<CountingDelegate>();
-  Opening opening;
+  OpenFlag openFlag;
   std::atomic<bool> over{false};
   std::thread disturber([&] {
-    disturb(path, delegate, opening);
+    reopenServers(path, delegate, openFlag);
     over = true;
-    opening.set(true);
+    openFlag.set(true);
   });
   inThreads(64, [&](unsigned number) {
     std::minstd_rand random(number + 1);
     const auto client = GDUnixSocketClient::initWithSocketPath(path);
     client->setSendTimeout(std::chrono::seconds(1));
-    for (opening.wait(); !over; opening.wait()) {
+    for (openFlag.wait(); !over; openFlag.wait()) {
       if (!client->connectWithAutoRead(random() % 2 == 0)) continue;
       client->writeData(std::string(random() % 2000, 'x'));
       if (random() % 2 == 0) client->readWithError();

@@ -236,17 +236,17 @@ TEST(MainLoop, BlockLastsAsLongAsItSays) {
 
 TEST(MainLoop, BlockServesTheSourcesThatWantIt) {
   MainLoop loop;
-  PipeSource citizen;
+  PipeSource servedSource;
   PipeSource other;
-  citizen.servesWhileBlocked = true;
-  for (auto* source : {&citizen, &other}) {
+  servedSource.servesWhileBlocked = true;
+  for (auto* source : {&servedSource, &other}) {
     source->onReadable = [] { FAIL(); };
     loop.watch(*source);
     source->fill();
     source->fill();
   }
   loop.block(std::chrono::milliseconds(50));
-  EXPECT_EQ(citizen.blockedCalls, 2);
+  EXPECT_EQ(servedSource.blockedCalls, 2);
   EXPECT_EQ(other.blockedCalls, 1) << "once told that it is left out, it is";
 }
 

@@ -14,7 +14,7 @@ namespace {
 using std::chrono::milliseconds;
 
 struct OutputTest : testing::Test {
-  void expectLongLinesWhole() const {
+  void expectCompleteLongLines() const {
     LineOutput patient(pipe.writingEnd(), tests::kTimeLimit);
     for (const int size : {PIPE_BUF - 1, PIPE_BUF, 10 * PIPE_BUF, 10 * PIPE_BUF + 7}) {
       const std::string line(static_cast<std::size_t>(size), 'x');
@@ -37,7 +37,7 @@ TEST_F(OutputTest, ALineEndsWithALineBreak) {
 }
 
 TEST_F(OutputTest, ALineLongerThanThePipeIsReadWhole) {
-  expectLongLinesWhole();
+  expectCompleteLongLines();
 }
 
 TEST_F(OutputTest, PiecesAreOneLine) {
@@ -64,7 +64,7 @@ TEST_F(OutputTest, NoMorePiecesAreTakenOnceTheLineIsLost) {
 
 TEST_F(OutputTest, ANonBlockingPipeIsWaitedForToo) {
   ASSERT_EQ(fcntl(pipe.writingEnd(), F_SETFL, O_NONBLOCK), 0);
-  expectLongLinesWhole();
+  expectCompleteLongLines();
 }
 
 TEST_F(OutputTest, WithoutSpaceLinesAreLostAndCountedOnceThereIsSpace) {

@@ -9,7 +9,7 @@ constexpr xcb_keysym_t kInsertSymbol = 0xFF63;
 
 class HotKeyLife : public DialTest {
  protected:
-  void expectThatItDialsAgainWhileHeld() {
+  void expectDialWhileHeld() {
     useHotKey();
     expectDial(1);
     keyboard.press(kControlAltKeys);
@@ -57,7 +57,7 @@ TEST_F(HotKeyLife, WorksOnAKeyboardThatIsPluggedInLater) {
 TEST_F(HotKeyLife, ASecondMasterKeyboardChangesNothing) {
   const XClient client(server.display());
   keyboard.addMaster("second");
-  expectThatItDialsAgainWhileHeld();
+  expectDialWhileHeld();
 }
 
 TEST_F(HotKeyLife, FollowsAnInsertKeyThatMovesToAnotherPlace) {
@@ -102,7 +102,7 @@ TEST_F(StickyKeys, AHotKeyThatIsTappedKeyByKeyDials) {
 
 TEST_F(StickyKeys, AHotKeyThatIsHeldDialsAndNothingSticks) {
   const XClient client(server.display());
-  expectThatItDialsAgainWhileHeld();
+  expectDialWhileHeld();
 }
 
 }  // namespace
