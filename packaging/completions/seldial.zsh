@@ -33,13 +33,13 @@ _seldial_uc() {
 _seldial_shortcut() {
   _arguments \
     '--print[print the command that sets the shortcut]' \
-    '--socket[send it to the seldial that listens there]:socket:_files' \
-    '--client[wait there for the answer]:socket:_files' \
+    '--socket[send the command to the seldial at this socket]:socket:_files' \
+    '--client[wait for the answer at this socket]:socket:_files' \
     '--settings[show and write the configuration of seldial-uc]' \
     '--config[the configuration file]:file:_files' \
     '--hotkey[the shortcut to start with]:keys' \
     '--delay[how long the other application gets to copy]:milliseconds' \
-    '--test-copy[show this text and type the shortcut there]:text' \
+    '--test-copy[show this text and test copying it]:text' \
     '--help[print a help text]' \
     '--version[print the version]'
 }
