@@ -41,12 +41,14 @@ constexpr seconds kBusyTime{15};   ///< between two pauses
 constexpr int kPausesPerRun = 12;  ///< then the X server is killed
 constexpr int kCommandsPerPause = 100;
 constexpr double kMaxBytesPerCommand = 8;
+constexpr auto kFence = R"({"command":"fence"})";  ///< is answered after all earlier commands
 
 struct Totals {
   std::atomic<long> commands{0};
   std::atomic<long> presses{0};
   std::atomic<long> answers{0};
   std::atomic<long> calls{0};
+  std::atomic<long> fences{0};  ///< answers to the command kFence
 };
 
 void require(bool condition, const std::string& what) {
@@ -77,7 +79,12 @@ class Receiver {
     while (!stopping_) {
       const auto message = listener_.nextMessage();
       if (!message || message->empty()) continue;
-      ++(message->find("MakeCall") != std::string::npos ? totals_.calls : totals_.answers);
+      const auto contains = [&message](const char* text) {
+        return message->find(text) != std::string::npos;
+      };
+      ++(contains("MakeCall") ? totals_.calls
+         : contains("fence")  ? totals_.fences
+                              : totals_.answers);
     }
   }
 
@@ -149,16 +156,16 @@ class ProgramRun {
   [[nodiscard]] const Slope& memory() const { return memory_; }
 
  private:
-  /// Waits until the program is idle: its threads have ended, and no answer is pending.
+  /// Waits until each earlier command has been answered or dropped, and until no more threads run
+  /// than after the start.
   void settle() {
-    long before = -1;
-    require(eventually([&] {
-              std::this_thread::sleep_for(milliseconds(50));
-              const bool quiet = before == totals_.answers;
-              before = totals_.answers;
-              return quiet && (threads_ == 0 || runningThreads(process_.id()) <= threads_);
-            }),
-            "it does not come to rest");
+    const long fence = totals_.fences + 1;
+    sendCommand(in_, {kFence});
+    ++totals_.commands;
+    require(eventually([&] { return totals_.fences == fence; }), "it does not come to rest");
+    require(
+        eventually([this] { return threads_ == 0 || runningThreads(process_.id()) <= threads_; }),
+        "its threads do not end");
   }
 
   void command() {
