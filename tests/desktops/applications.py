@@ -1,7 +1,10 @@
 """Real applications that show a number, for scripts/test-desktops. The user selects it with a double click."""
 import http.server
+import os
+import signal
 import threading
 import time
+from pathlib import Path
 from typing import NamedTuple
 
 from session import ROOT, eventually
@@ -40,7 +43,6 @@ APPLICATIONS = {
     "xfce4-terminal": Application("xfce4-terminal", "xfce4-terminal --disable-server -x {show}"),
     "gnome-terminal": Application("gnome-terminal", "gnome-terminal --wait -- {show}"),
     "kgx": Application("gnome-console", "kgx -- {show}"),
-    "ptyxis": Application("ptyxis", "ptyxis --standalone -- {show}"),
     "konsole": Application("konsole qtwayland5 qt6-wayland", "konsole -e {show}", copies=False),
     "xterm": Application("xterm", "xterm -e {show}", copies=False, x11=True),
 }
@@ -105,7 +107,7 @@ class ApplicationWindow:
     def find_number(self):
         """Finds a position where a double click selects the number."""
         for x in (640, 600, 570):
-            self.desktop.clear_primary()
+            self.desktop.give("another text", "primary")
             self.desktop.click((x, 400), 2)
             if eventually(lambda: self.desktop.primary() == NUMBER, 1):
                 self.place = (x, 400)
@@ -124,4 +126,12 @@ class ApplicationWindow:
 
     def close(self):
         self.desktop.end_group(self.process)
+        shown = Path(self.typed + ".process")
+        if shown.exists():  # a terminal of GNOME closes its window when its program ends
+            try:
+                os.kill(int(shown.read_text(encoding="utf-8")), signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+            shown.unlink()
+            time.sleep(1)  # until the window has closed
         self.page.server.shutdown()

@@ -4,6 +4,7 @@ import os
 import subprocess
 import time
 
+from gnome import LockingGnome
 from kwin import KWin
 from session import ROOT, Seldial, Window, eventually
 
@@ -120,8 +121,9 @@ def lock_screen(desktop, seldial, report):
     """Checks that a use while the screen is locked, and one during which it is locked, dial nothing. Does not check
     which keys the lock screen gets."""
     for title, before, after in (("is used", "", USE), ("was used", "+ctrl +alt +d 30 -d", "-alt -ctrl")):
-        with LockingKWin() as locking:
+        with (LockingKWin if isinstance(desktop, KWin) else LockingGnome)() as locking:
             seldial = Seldial(locking)
+            locking.consent("CTRL+ALT+d", "<Control><Alt>d")
             report.tell("lock screen: Ctrl+Alt+D", seldial.register(), True)
             window = Window(locking, "gtk3")
             window.ask("all")

@@ -34,6 +34,7 @@ class Session:
     preset = "debug"
     counts_uses = True  # even while the modifiers stay down
     held_for_seven_seconds = False
+    binds_later = False  # a hot key may not work yet when SetHotKey is answered
 
     @classmethod
     def missing(cls):
@@ -117,9 +118,6 @@ class Session:
     def give(self, text, selection="clipboard"):
         """Puts a text on the clipboard or into PRIMARY, like another program."""
         self.call("wl-copy", *(["--primary"] if selection == "primary" else []), text)
-
-    def clear_primary(self):
-        self.call("wl-copy", "--primary", "--clear")
 
     def primary(self):
         """The text in PRIMARY."""
@@ -216,10 +214,14 @@ class Seldial:
         command = {"command": "SetHotKey", "virtualkey": virtual_key, "readdelay": delay}
         for name in ("Alt", "Command", "Ctrl", "Shift"):
             command["modifier" + name] = name in modifiers
+        before = len(self.seen)
         with socket.socket(socket.AF_UNIX) as connection:
             connection.connect(self.pipe)
             connection.sendall(json.dumps(command).encode())
-        return json.loads(self.expect('"HotkeyState"')[1])["result"]
+        result = json.loads(self.expect('"HotkeyState"')[1])["result"]
+        if result and self.session.binds_later:
+            eventually(lambda: any("has the hot key" in line for line in self.seen[before:]), 30)
+        return result
 
     def result(self, limit=20):
         """The time and the result of the next use of the hot key."""

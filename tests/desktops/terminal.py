@@ -1,11 +1,13 @@
 """Fills a terminal with a number, for scripts/test-desktops: terminal.py FILE NUMBER. Input that reaches
-the program is appended to the file."""
+the program is appended to the file. FILE.process gets the number of the process."""
 import os
 import signal
 import sys
 import tty
 
 path, number = sys.argv[1:]
+with open(path + ".process", "w", encoding="utf-8") as process:
+    process.write(str(os.getpid()))
 
 
 def fill(*_):
