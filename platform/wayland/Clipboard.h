@@ -53,7 +53,7 @@ class DataControl {
   [[nodiscard]] bool mayBeFromManager() const { return managers_.mayBeFromManager(); }
   void takeOwnershipAgain();
 
-  /// Handles events for this time.
+  /// Handles events for that long.
   void wait(ManagerWatch::Clock::duration time);
 
   // Called by libwayland.
@@ -68,8 +68,8 @@ class DataControl {
 
  private:
   struct Offer {
-    std::size_t textType;     ///< its best one, an index of kTextTypes
-    bool isOurEmpty = false;  ///< or a copy of it
+    std::size_t textType;     ///< the best type of text, an index of kTextTypes
+    bool isOurEmpty = false;  ///< our empty clipboard, or a copy of it
   };
 
   void take();

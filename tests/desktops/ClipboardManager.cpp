@@ -1,8 +1,8 @@
-// A clipboard manager for scripts/test-desktops: it keeps what is copied when the application ends,
-// by taking the clipboard with the same content. Usage: seldial_clipboard_manager DELAY_MS [refill]
+// A clipboard manager for scripts/test-desktops. After each copy it takes over the clipboard with
+// the same content. Usage: seldial_clipboard_manager DELAY_MS [refill]
 //
-// Like some of them it does not look at newer changes while it acts on one, which takes DELAY_MS.
-// With "refill" it puts the last content back if the clipboard is cleared or has no data.
+// Like some managers, it ignores newer changes while it handles one, which takes DELAY_MS. With
+// "refill" it puts the last content back if the clipboard is cleared or has no data.
 #include <poll.h>
 #include <unistd.h>
 #include <wayland-client.h>

@@ -83,7 +83,7 @@ def clipboard_managers(desktop, seldial, report):
 
 
 def clipboard_keepers(desktop, seldial, report):
-    """An older text that is put on the clipboard again is not dialled; what is selected is."""
+    """Checks that an older text that is put back on the clipboard is not dialled, and that selected text is."""
     window = Window(desktop, "gtk3")
     manager = desktop.copy(ROOT / f"build/{desktop.preset}/tests/desktops/seldial_clipboard_manager")
     desktop.write("keep", KEEP)
