@@ -9,6 +9,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <optional>
 #include <string>
@@ -32,20 +33,31 @@ std::string environment(const char* name) {
   return value != nullptr ? value : "";
 }
 
-/// A connection to the compositor that WAYLAND_DISPLAY names, a path or a file in the runtime
-/// directory; -1 if none answers.
-int connectToCompositor() {
+/// The socket of the compositor that WAYLAND_DISPLAY names, a path or a file in the runtime
+/// directory; empty if it is not set.
+std::string compositorPath() {
   std::string path = environment("WAYLAND_DISPLAY");
-  if (path.empty()) return -1;
-  if (path[0] != '/') path = environment("XDG_RUNTIME_DIR") + "/" + path;
+  if (!path.empty() && path[0] != '/') path = environment("XDG_RUNTIME_DIR") + "/" + path;
+  return path;
+}
+
+/// A connection to the compositor; -1 and errno if there is none.
+int connectToCompositor(const std::string& path) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
-  if (path.size() >= sizeof address.sun_path) return -1;
+  if (path.size() >= sizeof address.sun_path) {
+    errno = ENAMETOOLONG;
+    return -1;
+  }
   path.copy(address.sun_path, path.size());
-  const int number = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  // Non-blocking: a frozen compositor accepts nothing, and connecting would wait once its backlog
+  // is full. libwayland works with either kind.
+  const int number = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   if (number == -1) return -1;
   if (connect(number, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) return number;
+  const int error = errno;
   close(number);
+  errno = error;
   return -1;
 }
 
@@ -70,15 +82,21 @@ wayland::ConnectFunction* loadModule() {
   return nullptr;
 }
 
-/// The ports of the Wayland session whose compositor answers at WAYLAND_DISPLAY; nothing if there
-/// is none. Without the module the ports refuse everything. X11 is not tried then: Xwayland, which
-/// the session may also have, does not report keys that go to Wayland windows.
+/// The ports of the Wayland session whose compositor listens at WAYLAND_DISPLAY; nothing if there
+/// is none. If the compositor is frozen or the module is missing, the ports refuse everything. X11
+/// is not tried then: Xwayland, which the session may also have, does not report keys that go to
+/// Wayland windows.
 std::optional<DesktopPorts> connectToWayland(const std::shared_ptr<MainLoop>& loop,
                                              const std::function<void()>& connectionLost) {
-  const int socket = connectToCompositor();
-  if (socket == -1) return {};
+  const std::string path = compositorPath();
+  if (path.empty()) return {};
+  const int socket = connectToCompositor(path);
+  if (socket == -1 && errno != EAGAIN) return {};
   DesktopPorts ports = noDesktop();
-  if (auto* const connectIn = loadModule()) {
+  if (socket == -1) {
+    printError("seldial: the Wayland session " + environment("WAYLAND_DISPLAY") +
+               " does not answer; there will be no hot key");
+  } else if (auto* const connectIn = loadModule()) {
     connectIn(socket, loop, connectionLost, ports);
   } else {
     close(socket);

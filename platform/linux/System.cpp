@@ -77,7 +77,8 @@ std::optional<pid_t> socketOwner(const std::string& path) {
   address.sun_family = AF_UNIX;
   if (path.size() >= sizeof address.sun_path) return std::nullopt;
   std::memcpy(address.sun_path, path.c_str(), path.size());
-  const int connection = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  // Non-blocking: a frozen program accepts nothing, and its backlog may be full.
+  const int connection = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
   if (connection == -1) return std::nullopt;
   ucred peer{};
   socklen_t size = sizeof peer;

@@ -169,6 +169,15 @@ TEST_F(WaylandDialing, ACompositorThatHangsUpIsOneLineOnStandardErrorAndRefusals
   expectOneError("does not answer");
 }
 
+TEST_F(WaylandDialing, ACompositorThatAcceptsNobodyIsOneLineOnStandardErrorAndRefusals) {
+  const Peer compositor = Peer::listeningAt(directory.path("frozen"), 0);
+  const Peer waiting = Peer::connectedTo(directory.path("frozen"));  // the backlog is now full
+  setenv("WAYLAND_DISPLAY", directory.path("frozen").c_str(), 1);
+  startListening();
+  EXPECT_THAT(answerTo(setHotKey(2, kDelay)), IsHotkeyStateFalse("hotkey not set"));
+  expectOneError("does not answer");
+}
+
 TEST_F(WaylandDialing, WithoutTheModuleThereIsOneLineOnStandardErrorAndRefusals) {
   const std::string program = directory.path("seldial");
   std::filesystem::copy(SELDIAL_PROGRAM, program);
