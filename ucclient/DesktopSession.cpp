@@ -20,10 +20,15 @@ struct Mechanism {
   const char* text;
 };
 
+constexpr const char* kNothing =
+    "no access to the clipboard for programs, so there will be no hot key";
+
 constexpr Mechanism kMechanisms[]{
     {"kwin_wayland", "hot key by Plasma's global shortcuts, copying by fake input"},
     {"gnome-shell",
      "hot key by the desktop portal, copying by Mutter's interface for remote desktops"},
+    {"weston", kNothing},
+    {"cage", kNothing},
 };
 
 constexpr const char* kSway = "hot key by bindings over SWAYSOCK, copying by a virtual keyboard";
