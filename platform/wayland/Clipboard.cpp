@@ -1,17 +1,14 @@
 #include "platform/wayland/Clipboard.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <string_view>
 #include <utility>
 
 #include "platform/Output.h"
 #include "platform/linux/Applications.h"
-#include "platform/wayland/ClipboardText.h"
 #include "wlr-data-control-unstable-v1-client.h"
 
 namespace seldial::platform::wayland {
@@ -57,9 +54,10 @@ const wl_callback_listener kTakenListener{
 
 }  // namespace
 
-DataControl::DataControl(Display& display)
+DataControl::DataControl(Display& display, linux_port::MainLoop& loop)
     : display_(display),
-      device_(zwlr_data_control_manager_v1_get_data_device(display.dataControl(), display.seat())) {
+      device_(zwlr_data_control_manager_v1_get_data_device(display.dataControl(), display.seat())),
+      incoming_(loop) {
   zwlr_data_control_device_v1_add_listener(device_.get(), &kDeviceListener, this);
 }
 
@@ -81,7 +79,7 @@ void DataControl::takeOwnershipAgain() {
 }
 
 void DataControl::take() {
-  ownershipTaken_ = false;
+  ownershipTaken_ = awaitsCopy_ = requested_ = false;
   if (!device_) return;
   // The previous source, if any, is then cancelled and destroyed.
   empty_ = zwlr_data_control_manager_v1_create_data_source(display_.dataControl());
@@ -90,7 +88,6 @@ void DataControl::take() {
   zwlr_data_control_device_v1_set_selection(device_.get(), empty_);
   takeCallback_ = display_.requestCallback();
   wl_callback_add_listener(takeCallback_.get(), &kTakenListener, this);
-  display_.willWait();
 }
 
 /// All clipboard changes up to our own have been reported.
@@ -114,6 +111,7 @@ bool DataControl::awaitQuiet() {
   }
   changed_ = false;
   managers_.expectCopy();
+  awaitsCopy_ = true;
   return true;
 }
 
@@ -127,24 +125,42 @@ void DataControl::wait(Clock::duration time) {
 std::optional<std::string> DataControl::copiedText() {
   const bool answered = display_.synchronise();
   managers_.copyWasRead();
-  if (!answered || !ownershipTaken_) return {};
-  const bool copied = empty_ == nullptr && changed_ && clipboard_ != nullptr;
-  const auto type = copied ? offers_[clipboard_].textType : std::size(kTextTypes);
-  if (type == std::size(kTextTypes)) return {};
-  auto text = receive(kTextTypes[type]);
+  awaitsCopy_ = false;
+  if (!answered || !copied()) {
+    incoming_.abandon();
+    return {};
+  }
+  const bool early = requested_;
+  if (!early) request();
+  auto text = incoming_.finish();
+  if (early && text && text->empty()) {  // the owner may have had no text yet
+    request();
+    text = incoming_.finish();
+  }
+  requested_ = false;
   if (text && text->empty() && managers_.isEmptyRead()) return {};
   return text;
 }
 
-std::optional<std::string> DataControl::receive(const char* type) {
-  std::array<int, 2> pipe{};
-  if (pipe2(pipe.data(), O_CLOEXEC) == -1) return {};
-  zwlr_data_control_offer_v1_receive(clipboard_, type, pipe[1]);
-  close(pipe[1]);  // libwayland sends a duplicate
-  display_.willWait();
-  auto text = readClipboardText(pipe[0]);
-  close(pipe[0]);
-  return text;
+/// Whether another program has put text on the clipboard since awaitQuiet().
+bool DataControl::copied() const {
+  return ownershipTaken_ && empty_ == nullptr && changed_ && clipboard_ != nullptr &&
+         offers_.at(clipboard_).textType < std::size(kTextTypes);
+}
+
+/// Requests the text during the delay in which the application copies. A text that has been
+/// replaced is read to its end first: an owner that still writes it could be killed by SIGPIPE.
+void DataControl::requestEarly() {
+  if (awaitsCopy_ && !requested_ && !incoming_.arriving() && copied()) request();
+}
+
+void DataControl::request() {
+  const int pipe = incoming_.begin();
+  if (pipe == -1) return;
+  zwlr_data_control_offer_v1_receive(clipboard_, kTextTypes[offers_.at(clipboard_).textType], pipe);
+  close(pipe);  // libwayland sends a duplicate
+  display_.flush();
+  requested_ = true;
 }
 
 void DataControl::offerCreated(zwlr_data_control_offer_v1* offer) {
@@ -161,6 +177,8 @@ void DataControl::offerHasType(zwlr_data_control_offer_v1* offer, const char* ty
 void DataControl::clipboardChanged(zwlr_data_control_offer_v1* offer) {
   changed_ = true;
   forget(std::exchange(clipboard_, offer));
+  requested_ = false;
+  requestEarly();
   if (offer == nullptr || (takeCallback_ && offers_[offer].isOurEmpty)) return;
   managers_.taken(Clock::now(), offers_[offer].textType != std::size(kTextTypes));
 }
@@ -180,6 +198,7 @@ void DataControl::deviceFinished() {
 void DataControl::sourceCancelled(zwlr_data_control_source_v1* source) {
   zwlr_data_control_source_v1_destroy(source);
   if (source == empty_) empty_ = nullptr;
+  requestEarly();
 }
 
 void DataControl::emptyWasRead(zwlr_data_control_source_v1* source) {

@@ -10,6 +10,7 @@
 
 #include "platform/Clipboard.h"
 #include "platform/linux/Applications.h"
+#include "platform/wayland/ClipboardText.h"
 #include "platform/wayland/CopyKeystroke.h"
 #include "platform/wayland/Display.h"
 #include "platform/wayland/FocusedProgram.h"
@@ -25,20 +26,21 @@ namespace seldial::platform::wayland {
 /// managers. Main thread only.
 class DataControl {
  public:
-  /// The display must offer a seat and data control, and outlive this object.
-  explicit DataControl(Display& display);
+  /// The display must offer a seat and data control. It and the loop must outlive this object.
+  DataControl(Display& display, linux_port::MainLoop& loop);
   ~DataControl();
   DataControl(const DataControl&) = delete;
   DataControl& operator=(const DataControl&) = delete;
 
   /// Takes ownership of the clipboard, without any text. What other programs put there afterwards
-  /// counts as copied. Does not wait for the compositor, which handles requests in order: a key
-  /// that is typed next arrives later.
+  /// counts as copied. Neither sends the requests at once nor waits for the compositor, which
+  /// handles requests in order: a key that is typed next arrives later.
   void takeOwnership();
 
   /// Returns when the next text on the clipboard can only be a copy: at once, unless a clipboard
   /// manager may be about to put an older text there. False if other programs keep changing the
   /// clipboard for three seconds. What they put there until then does not count as copied.
+  /// Afterwards, until copiedText(), text is requested as soon as a program has copied it.
   [[nodiscard]] bool awaitQuiet();
 
   /// The text that has been copied since takeOwnership() and awaitQuiet(). Nothing if the
@@ -73,7 +75,9 @@ class DataControl {
   };
 
   void take();
-  [[nodiscard]] std::optional<std::string> receive(const char* type);
+  [[nodiscard]] bool copied() const;
+  void requestEarly();
+  void request();
   void forget(zwlr_data_control_offer_v1* offer);
 
   Display& display_;
@@ -86,6 +90,9 @@ class DataControl {
   bool changed_ = false;                             ///< since takeOwnership() and awaitQuiet()
   bool ownershipTaken_ = false;                      ///< takeOwnership() succeeded
   ManagerWatch managers_;
+  bool awaitsCopy_ = false;  ///< from awaitQuiet() to copiedText()
+  IncomingText incoming_;
+  bool requested_ = false;  ///< incoming_ is the text of clipboard_
 };
 
 /// Types into a terminal only a chord that the terminal copies on and does not pass to the program

@@ -1,12 +1,16 @@
 #include "platform/wayland/ClipboardText.h"
 
+#include <fcntl.h>
 #include <poll.h>
+#include <sys/epoll.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <iterator>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -27,6 +31,13 @@ constexpr milliseconds kTimeLimit{5000};
 /// The longest text that is read.
 constexpr std::size_t kMaxBytes = std::size_t{256} * 1024 * 1024;
 
+/// As much as a pipe holds.
+constexpr std::size_t kPipeSize = std::size_t{64} * 1024;
+
+std::string cleaned(std::string text) {
+  return linux_port::repairedUtf8(linux_port::withoutTerminator(std::move(text)));
+}
+
 }  // namespace
 
 std::size_t textTypeRank(const char* type) {
@@ -35,9 +46,8 @@ std::size_t textTypeRank(const char* type) {
   return static_cast<std::size_t>(found - std::begin(kTextTypes));
 }
 
-std::optional<std::string> readToEnd(int pipe, Clock::time_point deadline) {
-  std::string text;
-  std::vector<char> buffer(64UL * 1024);
+std::optional<std::string> readToEnd(int pipe, Clock::time_point deadline, std::string text) {
+  std::vector<char> buffer(kPipeSize);
   for (auto left = deadline - Clock::now(); left.count() > 0; left = deadline - Clock::now()) {
     pollfd readable{pipe, POLLIN, 0};
     const auto timeout = std::min<Clock::duration>(left, kTimeout);
@@ -47,7 +57,7 @@ std::optional<std::string> readToEnd(int pipe, Clock::time_point deadline) {
     if (ready != 1) return {};
     const auto count = read(pipe, buffer.data(), buffer.size());
     if (count == 0) return text;
-    if (count == -1 && errno == EINTR) continue;
+    if (count == -1 && (errno == EINTR || errno == EAGAIN)) continue;
     if (count == -1 || static_cast<std::size_t>(count) > kMaxBytes - text.size()) return {};
     text.append(buffer.data(), static_cast<std::size_t>(count));
   }
@@ -56,8 +66,71 @@ std::optional<std::string> readToEnd(int pipe, Clock::time_point deadline) {
 
 std::optional<std::string> readClipboardText(int pipe) {
   auto text = readToEnd(pipe, Clock::now() + kTimeLimit);
-  if (text) text = linux_port::repairedUtf8(linux_port::withoutTerminator(*std::move(text)));
+  if (text) text = cleaned(*std::move(text));
   return text;
+}
+
+IncomingText::IncomingText(linux_port::MainLoop& loop)
+    : loop_(loop), epoll_(epoll_create1(EPOLL_CLOEXEC)) {
+  if (epoll_ == -1) throw std::system_error(errno, std::generic_category(), "epoll_create");
+  loop_.watch(*this);
+}
+
+IncomingText::~IncomingText() {
+  closePipe();
+  loop_.unwatch(*this);
+  close(epoll_);
+}
+
+int IncomingText::begin() {
+  abandon();
+  std::array<int, 2> pipe{};
+  if (pipe2(pipe.data(), O_CLOEXEC) == -1) return -1;
+  fcntl(pipe[0], F_SETFL, O_NONBLOCK);  // the owner's end may block
+  pipe_ = pipe[0];
+  text_.emplace();
+  epoll_event event{};
+  event.events = EPOLLIN;
+  epoll_ctl(epoll_, EPOLL_CTL_ADD, pipe_, &event);  // if that fails, finish() reads all of it
+  return pipe[1];
+}
+
+void IncomingText::abandon() {
+  closePipe();
+  text_.reset();
+}
+
+std::optional<std::string> IncomingText::finish() {
+  auto text = std::exchange(text_, {});
+  if (text && pipe_ != -1) text = readToEnd(pipe_, Clock::now() + kTimeLimit, *std::move(text));
+  closePipe();
+  if (text) text = cleaned(*std::move(text));
+  return text;
+}
+
+bool IncomingText::readableWhileBlocked() {
+  readArrived();
+  return true;
+}
+
+/// Reads once: the loop calls again if there is more.
+void IncomingText::readArrived() {
+  if (pipe_ == -1) return;
+  std::vector<char> buffer(kPipeSize);
+  const auto count = read(pipe_, buffer.data(), buffer.size());
+  if (count == -1 && (errno == EINTR || errno == EAGAIN)) return;
+  if (count == -1 || static_cast<std::size_t>(count) > kMaxBytes - text_->size()) {
+    abandon();
+  } else if (count == 0) {
+    closePipe();
+  } else {
+    text_->append(buffer.data(), static_cast<std::size_t>(count));
+  }
+}
+
+/// This also removes it from epoll_.
+void IncomingText::closePipe() {
+  if (pipe_ != -1) close(std::exchange(pipe_, -1));
 }
 
 }  // namespace seldial::platform::wayland

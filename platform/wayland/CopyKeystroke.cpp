@@ -1,7 +1,5 @@
 #include "platform/wayland/CopyKeystroke.h"
 
-#include <unistd.h>
-
 #include <chrono>
 #include <utility>
 
@@ -43,25 +41,28 @@ VirtualKeyboard::~VirtualKeyboard() {
 
 bool VirtualKeyboard::type(Chord chord) {
   if (!useSeatKeymap()) return false;
+  if (chord == Chord::kCopyKey ? !keys_.copy : !keys_.control || !keys_.insert) return false;
   if (chord == Chord::kCopyKey) {
-    if (keys_.copy) press(*keys_.copy);
-    return keys_.copy.has_value();
+    press(*keys_.copy);
+  } else {
+    pressWithControl(*keys_.insert);
   }
-  if (!keys_.control || !keys_.insert) return false;
+  display_.willWait();  // all of it is sent at once
+  return true;
+}
+
+void VirtualKeyboard::pressWithControl(std::uint32_t key) {
   auto* const keyboard = keyboard_.get();
   zwp_virtual_keyboard_v1_key(keyboard, now(), *keys_.control, WL_KEYBOARD_KEY_STATE_PRESSED);
   zwp_virtual_keyboard_v1_modifiers(keyboard, keys_.controlBit, 0, 0, 0);
-  press(*keys_.insert);
+  press(key);
   zwp_virtual_keyboard_v1_key(keyboard, now(), *keys_.control, WL_KEYBOARD_KEY_STATE_RELEASED);
   zwp_virtual_keyboard_v1_modifiers(keyboard, 0, 0, 0, 0);
-  display_.willWait();
-  return true;
 }
 
 void VirtualKeyboard::press(std::uint32_t key) {
   zwp_virtual_keyboard_v1_key(keyboard_.get(), now(), key, WL_KEYBOARD_KEY_STATE_PRESSED);
   zwp_virtual_keyboard_v1_key(keyboard_.get(), now(), key, WL_KEYBOARD_KEY_STATE_RELEASED);
-  display_.willWait();
 }
 
 /// Gives the keyboard the keymap of the seat, so that applications see no other layout. False if
@@ -69,13 +70,13 @@ void VirtualKeyboard::press(std::uint32_t key) {
 bool VirtualKeyboard::useSeatKeymap() {
   const auto& file = seatKeymap_.file();
   if (!file) return false;
-  if (uploaded_ && uploaded_.equals(file)) return true;
+  if (uploaded_ == seatKeymap_.generation()) return true;
   const auto keymap = file.read();
   if (!keymap) return false;
   keys_ = chordKeys(*keymap);
   zwp_virtual_keyboard_v1_keymap(keyboard_.get(), WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file.file(),
                                  file.size());
-  uploaded_ = KeymapFile(dup(file.file()), file.size());
+  uploaded_ = seatKeymap_.generation();
   return true;
 }
 

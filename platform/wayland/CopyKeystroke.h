@@ -2,7 +2,9 @@
 // interface for typing.
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "platform/wayland/Display.h"
 #include "platform/wayland/SeatKeymap.h"
@@ -46,12 +48,13 @@ class VirtualKeyboard final : public CopyKeys {
  private:
   bool useSeatKeymap();
   void press(std::uint32_t key);
+  void pressWithControl(std::uint32_t key);
 
   Display& display_;
   const SeatKeymap& seatKeymap_;
   Owned<zwp_virtual_keyboard_v1> keyboard_;
-  KeymapFile uploaded_;
-  ChordKeys keys_;
+  std::optional<unsigned> uploaded_;  ///< the generation of the keymap that it has
+  ChordKeys keys_;                    ///< in that keymap
 };
 
 /// Typing under KWin, through fake input.

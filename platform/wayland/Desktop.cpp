@@ -44,7 +44,7 @@ class Session {
   linux_port::MainLoop& loop = *loop_;
   Display& display = *display_;
   SeatKeymap keymap{display};
-  DataControl data{display};
+  DataControl data{display, loop};
 };
 
 struct SwaySession : Session {

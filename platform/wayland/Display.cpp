@@ -142,6 +142,10 @@ void Display::readable() {
   connectionLost_();
 }
 
+void Display::flush() {
+  if (!lost_) wl_display_flush(display_);
+}
+
 void Display::willWait() {
   if (!lost_ && check(wl_display_dispatch_pending(display_))) wl_display_flush(display_);
 }

@@ -77,6 +77,9 @@ class Display final : public linux_port::EventSource {
     return Owned<wl_callback>(wl_display_sync(display_));
   }
 
+  /// Sends the requests so far. Handlers of events may call it.
+  void flush();
+
   /// Returns once the compositor has executed every request so far and all events that it sent
   /// before have been handled. False if it does not answer in time or the connection is lost.
   bool synchronise(std::chrono::seconds limit = kTimeout);

@@ -183,6 +183,7 @@ void SeatKeymap::keymapChanged(std::uint32_t format, int file, std::uint32_t siz
   KeymapFile keymap(file, size);
   if (format != WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1 || file_.equals(keymap)) return;
   file_ = std::move(keymap);
+  ++generation_;
   if (changed_) changed_();
 }
 

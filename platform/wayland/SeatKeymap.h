@@ -61,6 +61,9 @@ class SeatKeymap {
   /// then the default keymap of the system, if any.
   [[nodiscard]] const KeymapFile& file() const;
 
+  /// How often a keymap has replaced a different one.
+  [[nodiscard]] unsigned generation() const { return generation_; }
+
   /// Called whenever the compositor sends a keymap that differs from the one before.
   void setChangeHandler(std::function<void()> handler) { changed_ = std::move(handler); }
 
@@ -80,6 +83,7 @@ class SeatKeymap {
   Display& display_;
   Owned<wl_keyboard> keyboard_;  ///< the source of the keymap
   mutable KeymapFile file_;
+  unsigned generation_ = 0;
   std::function<void()> changed_;
 };
 

@@ -62,8 +62,50 @@ TEST_F(CopiedText, ThatArrivesByteByByteIsAbandonedInTime) {
   owner.join();
 }
 
+// More than a pipe holds: the owner can end only if the loop reads.
+TEST(IncomingText, IsReadWhileTheLoopBlocks) {
+  linux_port::MainLoop loop;
+  IncomingText incoming(loop);
+  const std::string text(1UL << 20, '7');
+  std::thread owner([&, pipe = incoming.begin()] {
+    for (std::size_t sent = 0; sent < text.size();) {
+      const auto count = write(pipe, text.data() + sent, text.size() - sent);
+      if (count <= 0) break;
+      sent += static_cast<std::size_t>(count);
+    }
+    close(pipe);
+    loop.interrupt();
+  });
+  loop.block(tests::kTimeLimit);
+  EXPECT_TRUE(loop.interrupted());
+  EXPECT_EQ(incoming.finish(), text);
+  owner.join();
+}
+
+TEST(IncomingText, IsNothingOnceItIsAbandoned) {
+  linux_port::MainLoop loop;
+  IncomingText incoming(loop);
+  EXPECT_EQ(incoming.finish(), std::nullopt);
+  close(incoming.begin());
+  incoming.abandon();
+  EXPECT_EQ(incoming.finish(), std::nullopt);
+  close(incoming.begin());
+  EXPECT_EQ(incoming.finish(), "");
+}
+
 class NewerDataControl : public testing::Test {
  protected:
+  /// Copies a text, and serves the display as a blocked loop does until the text is requested.
+  void copyAndAwaitRequest(DataControl& data, const std::string& text) {
+    takeOwnership(data);
+    ASSERT_TRUE(data.awaitQuiet());
+    compositor.copy(text);
+    ASSERT_TRUE(tests::eventually([&] {
+      display.readableWhileBlocked();
+      return compositor.requests() == 1;
+    }));
+  }
+
   void takeOwnership(DataControl& data) {
     data.takeOwnership();
     ASSERT_TRUE(display.synchronise());
@@ -76,7 +118,7 @@ class NewerDataControl : public testing::Test {
 };
 
 TEST_F(NewerDataControl, IsPreferredToTheOlderOne) {
-  DataControl data(display);
+  DataControl data(display, loop);
   takeOwnership(data);
   EXPECT_THAT(compositor.offeredTypes(),
               testing::Optional(testing::ElementsAre(kEmptyClipboardType)));
@@ -86,14 +128,14 @@ TEST_F(NewerDataControl, IsPreferredToTheOlderOne) {
 }
 
 TEST_F(NewerDataControl, SelectedTextIsNotCopiedText) {
-  DataControl data(display);
+  DataControl data(display, loop);
   takeOwnership(data);
   compositor.select("020 1234");
   EXPECT_EQ(data.copiedText(), std::nullopt);
 }
 
 TEST_F(NewerDataControl, AnOlderTextThatAManagerTakesUpIsNotCopied) {
-  DataControl data(display);
+  DataControl data(display, loop);
   ASSERT_TRUE(display.synchronise());
   compositor.copy("020 1234");
   takeOwnership(data);
@@ -104,7 +146,7 @@ TEST_F(NewerDataControl, AnOlderTextThatAManagerTakesUpIsNotCopied) {
 }
 
 TEST_F(NewerDataControl, AnEmptyTextMayBeAManagersCopyOfOurEmptyClipboard) {
-  DataControl data(display);
+  DataControl data(display, loop);
   takeOwnership(data);
   compositor.copy("");
   EXPECT_EQ(data.copiedText(), "");
@@ -140,7 +182,7 @@ class Application final : public CopyKeys {
 /// The result of a use of the hot key beside a manager that reads the empty clipboard.
 struct BesideAManager : NewerDataControl {
   std::optional<std::string> use(std::vector<std::string> copies) {
-    DataControl data(display);
+    DataControl data(display, loop);
     Application application(compositor, display, std::move(copies));
     WaylandClipboard clipboard(data, application, [] { return std::vector<std::string>(); });
     clipboard.clear();
@@ -159,8 +201,40 @@ TEST_F(BesideAManager, ATextThatComesOnceIsNot) {
   EXPECT_EQ(use({"020 1234"}), std::nullopt);
 }
 
+TEST_F(NewerDataControl, TextIsRequestedWhileTheLoopBlocks) {
+  DataControl data(display, loop);
+  copyAndAwaitRequest(data, "020 1234");
+  EXPECT_EQ(data.copiedText(), "020 1234");
+  EXPECT_EQ(compositor.requests(), 1);
+}
+
+TEST_F(NewerDataControl, ALaterCopyReplacesTextThatHasArrived) {
+  DataControl data(display, loop);
+  copyAndAwaitRequest(data, "020 1234");
+  compositor.copy("020 5678");
+  EXPECT_EQ(data.copiedText(), "020 5678");
+}
+
+TEST_F(NewerDataControl, AnOwnerThatHasNoTextYetIsAskedAgain) {
+  DataControl data(display, loop);
+  copyAndAwaitRequest(data, "");
+  compositor.change("020 1234");
+  EXPECT_EQ(data.copiedText(), "020 1234");
+}
+
+TEST_F(NewerDataControl, OtherCopiesAreNotRequested) {
+  DataControl data(display, loop);
+  takeOwnership(data);
+  ASSERT_TRUE(data.awaitQuiet());
+  EXPECT_EQ(data.copiedText(), std::nullopt);
+  compositor.copy("020 1234");
+  EXPECT_TRUE(display.synchronise());  // handles the copy
+  EXPECT_TRUE(display.synchronise());  // a request would have arrived
+  EXPECT_EQ(compositor.requests(), 0);
+}
+
 TEST_F(NewerDataControl, OffersAreDestroyed) {
-  DataControl data(display);
+  DataControl data(display, loop);
   for (int i = 0; i < 3; ++i) {
     takeOwnership(data);
     compositor.select("020");

@@ -30,7 +30,7 @@ wl_resource* make(wl_client* client, const wl_interface& interface, std::uint32_
 
 constexpr OfferRequests kOffer{
     [](wl_client* /*client*/, wl_resource* offer, const char* /*type*/, std::int32_t pipe) {
-      const auto& text = self(offer).text();
+      const auto& text = self(offer).textRequested();
       if (write(pipe, text.data(), text.size()) < 0) std::abort();
       close(pipe);
     },
@@ -143,6 +143,21 @@ void ExtDataControl::select(const std::string& text) {
     ext_data_control_offer_v1_send_offer(offer, "text/plain;charset=utf-8");
     ext_data_control_device_v1_send_primary_selection(device_, offer);
   });
+}
+
+void ExtDataControl::change(const std::string& text) {
+  compositor_.run([&] { text_ = text; });
+}
+
+const std::string& ExtDataControl::textRequested() {
+  ++requests_;
+  return text_;
+}
+
+int ExtDataControl::requests() {
+  int count = 0;
+  compositor_.run([&] { count = requests_; });
+  return count;
 }
 
 int ExtDataControl::offers() {

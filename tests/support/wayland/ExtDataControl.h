@@ -25,6 +25,12 @@ class ExtDataControl {
   /// Another program's text is selected.
   void select(const std::string& text);
 
+  /// The text that the owner of the clipboard or selection gives from now on.
+  void change(const std::string& text);
+
+  /// How often the client has requested a text.
+  [[nodiscard]] int requests();
+
   /// How many offers the client has not destroyed.
   [[nodiscard]] int offers();
 
@@ -35,7 +41,7 @@ class ExtDataControl {
   void typeOffered(const std::string& type) { types_.push_back(type); }
   void sourceDestroyed(wl_resource* source);
   void offerDestroyed() { --offers_; }
-  [[nodiscard]] const std::string& text() const { return text_; }
+  [[nodiscard]] const std::string& textRequested();
 
  private:
   wl_resource* makeOffer();
@@ -45,6 +51,7 @@ class ExtDataControl {
   std::vector<std::string> types_;
   std::string text_;
   int offers_ = 0;
+  int requests_ = 0;
   BareCompositor compositor_;
 };
 

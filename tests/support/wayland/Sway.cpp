@@ -80,7 +80,9 @@ bool Sway::run(const std::string& command) const {
 
 void Sway::reload(const std::string& configuration) const {
   configure(configuration);
-  if (!run("reload")) throw std::runtime_error("sway does not reload its configuration");
+  // Reading it again takes a busy machine longer than a request may take.
+  if (!eventually([this] { return run("reload"); }))
+    throw std::runtime_error("sway does not reload its configuration");
 }
 
 void Sway::waitForFocus(const std::string& name) const {
