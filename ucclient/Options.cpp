@@ -233,7 +233,7 @@ Starts seldial and dials the selected number each time the hot key is pressed,
 until Ctrl-C. Without --dial or --open it only prints the numbers.
 
 Dialling:
-  --dial COMMAND  run a program to dial, such as 'twinkle --immediate --call {}'.
+  --dial COMMAND  run a program to dial, such as 'twinkle --call {}'.
                   {} is the number, {tel} its tel: URI, {text} the selection.
                   No shell is used
   --open SCHEME   let the desktop open a URI: tel, sip or callto
