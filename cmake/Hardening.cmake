@@ -1,9 +1,9 @@
 # Adds options to seldial_options that make memory errors harder to exploit, and defines
-# seldial_hardened_program, the link options for programs. On macOS these are the defaults. On
-# Debian, hardening-check still reports missing control flow integrity: the start files of Debian's
-# C library are not marked for it, so no program is.
+# seldial_hardened_linking, the link options for programs and shared libraries. On macOS these are
+# the defaults. On Debian, hardening-check still reports missing control flow integrity: the start
+# files of Debian's C library are not marked for it, so no program is.
 option(SELDIAL_HARDENED "Harden the programs and libraries" ON)
-add_library(seldial_hardened_program INTERFACE)
+add_library(seldial_hardened_linking INTERFACE)
 if(NOT SELDIAL_HARDENED OR APPLE)
   return()
 endif()
@@ -23,4 +23,4 @@ if(NOT SELDIAL_SANITIZE)
   target_compile_options(seldial_options INTERFACE
     "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>")
 endif()
-target_link_options(seldial_hardened_program INTERFACE LINKER:-z,relro LINKER:-z,now)
+target_link_options(seldial_hardened_linking INTERFACE LINKER:-z,relro LINKER:-z,now)

@@ -33,6 +33,7 @@ function(seldial_public_library name map)
   get_target_property(type ${name} TYPE)
   if(type STREQUAL SHARED_LIBRARY AND NOT APPLE)
     target_link_options(${name} PRIVATE LINKER:--version-script=${map})
+    target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:seldial_hardened_linking>)
     set_target_properties(${name} PROPERTIES LINK_DEPENDS ${map})
     if(NOT SELDIAL_SANITIZE)  # the functions of a sanitizer are in the program
       target_link_options(${name} PRIVATE LINKER:--no-undefined)
@@ -43,7 +44,7 @@ endfunction()
 function(seldial_executable name)
   add_executable(${name})
   _seldial_finish(${name} ${ARGN})
-  target_link_libraries(${name} PRIVATE seldial_hardened_program)
+  target_link_libraries(${name} PRIVATE seldial_hardened_linking)
 endfunction()
 
 # seldial_moc(TARGET HEADER...): runs moc on the headers. The generated code is compiled separately,
