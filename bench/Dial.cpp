@@ -132,22 +132,41 @@ Clock::time_point useOnSway(tests::UserKeyboard& keyboard, unsigned key) {
   return begin;
 }
 
-Row dialOnSway(const std::string& name, std::vector<std::string> application) {
+/// A session of sway with one window.
+class SwaySession {
+ public:
+  explicit SwaySession(const std::vector<std::string>& application)
+      : window_(application, windowEnvironment()) {}
+
   const tests::Sway sway;
-  tests::UserKeyboard keyboard(sway.display());
-  auto variables = sway.environment();
-  variables.insert(variables.end(),
-                   {"GDK_BACKEND=wayland", "GSK_RENDERER=cairo", "NO_AT_BRIDGE=1"});
-  const ChildProcess window(std::move(application), variables);
+  tests::UserKeyboard keyboard{sway.display()};
+
+ private:
+  [[nodiscard]] std::vector<std::string> windowEnvironment() const {
+    auto variables = sway.environment();
+    variables.insert(variables.end(),
+                     {"GDK_BACKEND=wayland", "GSK_RENDERER=cairo", "NO_AT_BRIDGE=1"});
+    return variables;
+  }
+
+  const ChildProcess window_;
+};
+
+// Each program has a session of its own: the copies for the floor would look like those of a
+// clipboard manager, for which Seldial waits.
+Row dialOnSway(const std::string& name, const std::vector<std::string>& application) {
+  SwaySession ourSession(application);
+  SwaySession floorSession(application);
 
   const OnOneProcessor pinned;
-  const Measured seldial(bench::seldial(), sway.environment());
+  const Measured seldial(bench::seldial(), ourSession.sway.environment());
   registerHotKey(seldial.client);
   const UcClient floorClient;
-  const Program bare(bareDial("dial_sway", KEY_F, kDelay)(floorClient), sway.environment());
+  const Program bare(bareDial("dial_sway", KEY_F, kDelay)(floorClient),
+                     floorSession.sway.environment());
 
-  Dialer ours{seldial.client, [&] { return useOnSway(keyboard, KEY_D); }, {}, 0};
-  Dialer floor{floorClient, [&] { return useOnSway(keyboard, KEY_F); }, {}, 0};
+  Dialer ours{seldial.client, [&] { return useOnSway(ourSession.keyboard, KEY_D); }, {}, 0};
+  Dialer floor{floorClient, [&] { return useOnSway(floorSession.keyboard, KEY_F); }, {}, 0};
   measureAlternately(ours, floor);
   return row(name + ", sway", ours, floor, kLimitRatioOnSway * median(floor.milliseconds));
 }
