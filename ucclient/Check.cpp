@@ -14,7 +14,6 @@
 #include "client/Options.h"
 #include "client/Protocol.h"
 #include "platform/System.h"
-#include "ucclient/Commands.h"
 #include "ucclient/Options.h"
 #include "ucclient/Paths.h"
 

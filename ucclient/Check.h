@@ -1,4 +1,4 @@
-// What "seldial-uc check" finds out about the session, and its trial of the hot key.
+// The command "seldial-uc check". Main thread only.
 #pragma once
 
 #include <memory>
@@ -12,6 +12,13 @@
 #include "ucclient/MainThread.h"
 
 namespace seldial {
+
+struct Options;
+
+/// "seldial-uc check": checks everything that dialling with these options needs, and prints the
+/// results: the session, the programs, whether the hot key is available, and whether selected text
+/// is copied. Starts a seldial and a window for a moment. Returns true if there is no problem.
+[[nodiscard]] bool checkEverything(const Options& options);
 
 /// The program name of the compositor that serves the socket `display`, a value of WAYLAND_DISPLAY;
 /// the kernel keeps 15 characters of it. Nothing if no compositor answers.

@@ -1,5 +1,3 @@
-#include "ucclient/Commands.h"
-
 #include <unistd.h>
 
 #include <cerrno>
@@ -12,6 +10,7 @@
 #include "client/Connection.h"
 #include "client/Options.h"
 #include "platform/System.h"
+#include "ucclient/Check.h"
 #include "ucclient/Console.h"
 #include "ucclient/MainThread.h"
 #include "ucclient/MessageListener.h"

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "client/Options.h"
-#include "ucclient/Commands.h"
 #include "ucclient/MainThread.h"
 #include "ucclient/Options.h"
 #include "ucclient/Session.h"

@@ -1,3 +1,4 @@
+// The command line of seldial-uc: its options and its commands.
 #pragma once
 
 #include <cstdint>
@@ -35,5 +36,10 @@ struct Options {
 
 /// The text of --help, with its last line feed.
 [[nodiscard]] const char* helpText();
+
+/// Runs a command, such as "seldial-uc status", and returns the exit status: 0, 1 after an error, 2
+/// if the arguments are invalid. `arguments` does not include the path of the program. Nothing if
+/// they do not begin with the name of a command. Main thread, before any other thread is started.
+[[nodiscard]] std::optional<int> runCommand(const std::vector<std::string>& arguments);
 
 }  // namespace seldial
