@@ -203,7 +203,8 @@ bool GDUnixSocket::peerHasClosed(GDUnixSocket& socket) {
 }
 
 const std::string& GDUnixSocket::uniqueID() const {
-  std::call_once(uniqueIDMade_, [this] { uniqueID_ = makeUuid(); });
+  const MutexLock lock(uniqueIDLock_);
+  if (uniqueID_.empty()) uniqueID_ = makeUuid();
   return uniqueID_;
 }
 

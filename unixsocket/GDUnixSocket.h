@@ -199,8 +199,8 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
   static bool acceptsPath(const std::string& socketPath);
 
   Descriptor descriptor_;
-  mutable std::once_flag uniqueIDMade_;  ///< not lock_, which a server holds during a slow send
-  mutable std::string uniqueID_;         ///< made on first use, then constant
+  mutable Mutex uniqueIDLock_;    ///< not lock_, which a server holds during a slow send
+  mutable std::string uniqueID_;  ///< made on first use under the lock, then constant
   const std::string socketPath_;
   const Queue queue_;
   std::atomic<GDUnixSocketState> state_{GDUnixSocketStateIdle};

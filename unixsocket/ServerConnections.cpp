@@ -7,29 +7,6 @@
 #include "unixsocket/SocketPath.h"
 
 namespace seldial {
-namespace {
-
-/// Threads wait until it is opened; it never closes again.
-class Gate {
- public:
-  void open() SELDIAL_EXCLUDES(mutex_) {
-    const MutexLock lock(mutex_);
-    open_ = true;
-    opened_.notifyAll();
-  }
-
-  void wait() SELDIAL_EXCLUDES(mutex_) {
-    const MutexLock lock(mutex_);
-    while (!open_) opened_.wait(mutex_);
-  }
-
- private:
-  Mutex mutex_;
-  bool open_ SELDIAL_GUARDED_BY(mutex_) = false;
-  Condition opened_;
-};
-
-}  // namespace
 
 GDUnixSocketServer::ConnectedClients GDUnixSocketServer::connectedClients() const {
   const MutexLock lock(lock_);
@@ -137,18 +114,15 @@ void GDUnixSocketServer::finishDisconnected() {
   }
 }
 
-/// The reader is started first. It waits at a gate until the connection is in the table and the
-/// accept callback has returned: otherwise it could treat the connection as removed, or report data
-/// before the accept.
+/// The reader is posted first, but held until the connection is in the table and the accept
+/// callback has returned: otherwise it could treat the connection as removed, or report data before
+/// the accept.
 void GDUnixSocketServer::startReader(int accepted, Descriptor::Generation listening) {
   const auto connection =
       GDUnixSocket::initWithSocketPath(kDummySocketPath, kDefaultFragmentSize, queue());
   connection->setFd(accepted);
-  const auto readGate = std::make_shared<Gate>();
-  queue()->async([server = self(), connection, readGate] {
-    readGate->wait();
-    server->readOnConnection(connection);
-  });
+  const auto startReading =
+      queue()->asyncHeld([server = self(), connection] { server->readOnConnection(connection); });
   if (addAccepted(connection, listening)) {
     if (const auto receiver = delegate()) {
       receiver->unixSocketServerDidAcceptClientWithID(*this, connection->uniqueID());
@@ -156,7 +130,7 @@ void GDUnixSocketServer::startReader(int accepted, Descriptor::Generation listen
     // A close that finished before the connection was in the table has missed it.
     if (!descriptor().holds(listening)) removeAndCloseClient(connection);
   }
-  readGate->open();
+  startReading();
 }
 
 void GDUnixSocketServer::acceptFailed(Descriptor::Generation listening, int errorNumber) {

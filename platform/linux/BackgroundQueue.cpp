@@ -78,6 +78,26 @@ void ThreadPerTaskQueue::async(Task task) {
   }
 }
 
+std::function<void()> ThreadPerTaskQueue::asyncHeld(Task task) {
+  auto worker = takeIdle();
+  if (!worker) return BackgroundQueue::asyncHeld(std::move(task));
+  return [this, worker = std::move(worker), task = std::move(task)]() mutable {
+    {
+      const std::lock_guard lock(mutex_);
+      worker->task = std::move(task);
+    }
+    worker->wakeUp.notify_one();
+  };
+}
+
+std::shared_ptr<ThreadPerTaskQueue::Worker> ThreadPerTaskQueue::takeIdle() {
+  const std::lock_guard lock(mutex_);
+  if (idle_.empty()) return nullptr;
+  auto worker = std::move(idle_.back());
+  idle_.pop_back();
+  return worker;
+}
+
 /// Assigns `task` to an idle thread and returns that thread, which the caller must wake up. Null if
 /// no thread is idle: the task then waits for the thread that the caller starts.
 std::shared_ptr<ThreadPerTaskQueue::Worker> ThreadPerTaskQueue::assign(Task& task) {
@@ -133,8 +153,13 @@ ThreadPerTaskQueue::Task ThreadPerTaskQueue::nextTask(const std::shared_ptr<Work
     return task;
   }
   idle_.push_back(worker);
-  worker->wakeUp.wait_for(lock, kIdleTime, [&worker] { return static_cast<bool>(worker->task); });
-  if (!worker->task) idle_.erase(std::find(idle_.begin(), idle_.end(), worker));
+  const auto hasTask = [&worker] { return static_cast<bool>(worker->task); };
+  while (!worker->wakeUp.wait_for(lock, kIdleTime, hasTask)) {
+    const auto place = std::find(idle_.begin(), idle_.end(), worker);
+    if (place == idle_.end()) continue;  // asyncHeld() has reserved this thread
+    idle_.erase(place);
+    return nullptr;
+  }
   return std::exchange(worker->task, nullptr);
 }
 

@@ -19,6 +19,7 @@ namespace seldial::platform::linux_port {
 class ThreadPerTaskQueue final : public BackgroundQueue {
  public:
   void async(Task task) override;
+  std::function<void()> asyncHeld(Task task) override;
   void after(std::chrono::nanoseconds delay, Task task) override;
 
  private:
@@ -33,6 +34,7 @@ class ThreadPerTaskQueue final : public BackgroundQueue {
   void runTasks();
   Task nextTask(const std::shared_ptr<Worker>& worker);
   std::shared_ptr<Worker> assign(Task& task);
+  std::shared_ptr<Worker> takeIdle();
   bool startThread();
 
   std::mutex mutex_;  ///< guards everything below

@@ -84,6 +84,44 @@ TEST(BackgroundQueue, AnIdleThreadIsUsedAgain) {
   EXPECT_TRUE(again);
 }
 
+/// Holds a task and runs another one to its end before releasing the first.
+void expectHeldUntilReleased(BackgroundQueue& queue) {
+  std::atomic<bool> released = false;
+  std::promise<bool> ran;
+  const auto release = queue.asyncHeld([&] { ran.set_value(released); });
+  std::promise<void> other;
+  queue.async([&other] { other.set_value(); });
+  ASSERT_EQ(other.get_future().wait_for(kTimeLimit), std::future_status::ready);
+  released = true;
+  release();
+  auto wasReleased = ran.get_future();
+  ASSERT_EQ(wasReleased.wait_for(kTimeLimit), std::future_status::ready);
+  EXPECT_TRUE(wasReleased.get());
+}
+
+TEST(BackgroundQueue, AHeldTaskRunsWhenItIsReleased) {
+  // A queue without an idle thread, never destroyed.
+  static auto* const queue = new linux_port::ThreadPerTaskQueue;
+  expectHeldUntilReleased(*queue);
+  for (int round = 0; round < 100; ++round) expectHeldUntilReleased(*queue);  // idle threads
+}
+
+TEST(BackgroundQueue, AHeldTaskRunsEvenAfterTheIdleTimeOfItsThread) {
+  static auto* const queue = new linux_port::ThreadPerTaskQueue;
+  static std::atomic<bool> ended = false;
+  std::promise<void> first;
+  queue->async([&first] { first.set_value(); });
+  ASSERT_EQ(first.get_future().wait_for(kTimeLimit), std::future_status::ready);
+  std::promise<void> held;
+  const auto release = queue->asyncHeld([&held] { held.set_value(); });
+  linux_port::setBackgroundThreadEndAction([] { ended = true; });
+  queue->async([] {});  // its thread becomes idle later than the other one, and ends
+  EXPECT_TRUE(tests::eventually([] { return ended.load(); }));
+  linux_port::setBackgroundThreadEndAction(nullptr);
+  release();
+  EXPECT_EQ(held.get_future().wait_for(kTimeLimit), std::future_status::ready);
+}
+
 TEST(BackgroundQueue, ADelayedTaskStartsNoSoonerThanItsDelay) {
   std::promise<std::chrono::steady_clock::time_point> started;
   const auto begin = std::chrono::steady_clock::now();
