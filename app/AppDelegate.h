@@ -67,7 +67,7 @@ class AppDelegate final : public platform::ApplicationDelegate,
   /// Makes a newly accepted client the current one and discards the input of the previous one.
   void takeUnixSocketInput(const std::string& clientID);
   /// Appends received text to the input if it comes from the current client.
-  void appendUnixSocketInput(const std::string& clientID, const std::string& text);
+  void appendUnixSocketInput(const std::string& clientID, std::string text);
   /// Processes the input when its client, the current one, has disconnected.
   void processUnixSocketInputString(const std::string& clientID);
   /// The delegate of every socket, created on first use.

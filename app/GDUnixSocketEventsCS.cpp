@@ -1,6 +1,7 @@
 #include "app/GDUnixSocketEventsCS.h"
 
 #include <utility>
+#include <vector>
 
 #include "api/FatalError.h"
 #include "api/JSON.h"
@@ -9,21 +10,8 @@
 namespace seldial {
 namespace {
 
-/// Ends each chunk in a list of chunks. No chunk contains it, since it is never part of UTF-8.
-constexpr char kChunkEnd = '\xFF';
-
-/// Logs and appends each chunk, in the order in which they arrived.
-void takeChunks(AppDelegate& main, const std::string& clientID, const std::string& chunks) {
-  std::size_t begin = 0;
-  while (begin < chunks.size()) {
-    const std::size_t end = chunks.find(kChunkEnd, begin);
-    const std::string chunk = chunks.substr(begin, end - begin);
-    std::string line = "Unix socket server; did receive: ";
-    main.log(line.append(chunk).append("; from client with id: ").append(clientID));
-    main.appendUnixSocketInput(clientID, chunk);
-    begin = end + 1;
-  }
-}
+/// When so many bytes wait for the main thread, it is woken up to take them.
+constexpr std::size_t kMostWaiting = 4096;
 
 }  // namespace
 
@@ -31,36 +19,73 @@ void takeChunks(AppDelegate& main, const std::string& clientID, const std::strin
 /// far behind, so one step per chunk would need several times the memory of the command.
 class GDUnixSocketEventsCS::ReceivedChunks {
  public:
-  ReceivedChunks(std::string clientID, const Data& chunk)
-      : clientID_(std::move(clientID)), chunks_(chunk + kChunkEnd) {}
-
-  /// False if the main thread has already begun to process the chunks.
-  bool add(const Data& chunk) {
-    const std::lock_guard lock(mutex_);
-    if (chunks_.empty()) return false;
-    chunks_ += chunk;
-    chunks_ += kChunkEnd;
-    return true;
+  /// `logs`: whether each chunk gets a log line.
+  ReceivedChunks(std::string clientID, const Data& chunk, bool logs)
+      : clientID_(std::move(clientID)), logs_(logs) {
+    append(chunk);
   }
 
-  void deliverTo(AppDelegate& main) { takeChunks(main, clientID_, taken()); }
+  /// Returns the number of bytes that wait for the main thread; 0 if it has already begun to
+  /// process them, and the chunk was not added.
+  std::size_t add(const Data& chunk) {
+    const std::lock_guard lock(mutex_);
+    if (chunks_.text.empty()) return 0;
+    append(chunk);
+    return chunks_.text.size();
+  }
+
+  void deliverTo(AppDelegate& main) {
+    Chunks chunks = taken();
+    const bool isCurrent = clientID_ == main.UnixSocketConnetedClientId;
+    for (std::size_t begin = 0; logs_ && begin < chunks.text.size();) {
+      const std::string chunk = chunks.chunkAt(begin);
+      std::string line = "Unix socket server; did receive: ";
+      main.log(line.append(chunk).append("; from client with id: ").append(clientID_));
+      if (!isCurrent) main.appendUnixSocketInput(clientID_, chunk);  // only a log line
+      begin += chunk.size();
+    }
+    // All chunks at once: a large text is moved, not copied.
+    if (isCurrent) main.appendUnixSocketInput(clientID_, std::move(chunks.text));
+  }
 
   [[nodiscard]] const std::string& clientID() const { return clientID_; }
 
  private:
-  std::string taken() {
+  struct Chunks {
+    std::string text;
+    /// Whether a chunk ends with that byte; only for log lines. A list of lengths would be larger
+    /// than the text if the chunks are tiny.
+    std::vector<bool> isEnd;
+
+    [[nodiscard]] std::string chunkAt(std::size_t begin) const {
+      std::size_t last = begin;
+      while (!isEnd[last]) ++last;
+      return text.substr(begin, last + 1 - begin);
+    }
+  };
+
+  void append(const Data& chunk) {
+    chunks_.text += chunk;
+    if (!logs_) return;
+    chunks_.isEnd.resize(chunks_.text.size());
+    chunks_.isEnd.back() = true;
+  }
+
+  Chunks taken() {
     const std::lock_guard lock(mutex_);
     return std::exchange(chunks_, {});
   }
 
   const std::string clientID_;
+  const bool logs_;
   std::mutex mutex_;
-  std::string chunks_;  ///< guarded by `mutex_`; empty once the main thread has taken them
+  Chunks chunks_;  ///< guarded by `mutex_`; empty once the main thread has taken them
 };
 
 GDUnixSocketEventsCS::GDUnixSocketEventsCS(std::weak_ptr<AppDelegate> main,
-                                           std::shared_ptr<platform::MainQueue> mainQueue)
-    : Main(std::move(main)), mainQueue_(std::move(mainQueue)) {}
+                                           std::shared_ptr<platform::MainQueue> mainQueue,
+                                           bool logs)
+    : Main(std::move(main)), mainQueue_(std::move(mainQueue)), logs_(logs) {}
 
 void GDUnixSocketEventsCS::unixSocketServerDidStartListening(GDUnixSocketServer& /*server*/) {
   logOnMainQueue("Unix socket server; did start listening");
@@ -74,13 +99,13 @@ void GDUnixSocketEventsCS::unixSocketServerDidClose(GDUnixSocketServer& /*server
 void GDUnixSocketEventsCS::unixSocketServerDidAcceptClientWithID(GDUnixSocketServer& /*server*/,
                                                                  const std::string& clientID) {
   logOnMainQueue("Unix socket server; did accept client with id: " + clientID);
-  postToMain([clientID](AppDelegate& main) { main.takeUnixSocketInput(clientID); });
+  postToMain(logs_, [clientID](AppDelegate& main) { main.takeUnixSocketInput(clientID); });
 }
 
 void GDUnixSocketEventsCS::unixSocketServerClientWithIDDidDisconnect(GDUnixSocketServer& /*server*/,
                                                                      const std::string& clientID) {
   logOnMainQueue("Unix socket server; client with id did disconnect: " + clientID);
-  postToMain([clientID](AppDelegate& main) { main.processUnixSocketInputString(clientID); });
+  postToMain(true, [clientID](AppDelegate& main) { main.processUnixSocketInputString(clientID); });
 }
 
 void GDUnixSocketEventsCS::unixSocketServerDidReceiveData(GDUnixSocketServer& /*server*/,
@@ -94,9 +119,13 @@ void GDUnixSocketEventsCS::unixSocketServerDidReceiveData(GDUnixSocketServer& /*
   }
   const std::lock_guard lock(mutex_);
   const bool next = lastReceived_ && lastReceived_->clientID() == clientID;
-  if (next && lastReceived_->add(data)) return;
-  lastReceived_ = std::make_shared<ReceivedChunks>(clientID, data);
-  postLocked([received = lastReceived_](AppDelegate& main) { received->deliverTo(main); });
+  const std::size_t waiting = next ? lastReceived_->add(data) : 0;
+  if (waiting == 0) {
+    lastReceived_ = std::make_shared<ReceivedChunks>(clientID, data, logs_);
+    postLocked(logs_, [received = lastReceived_](AppDelegate& main) { received->deliverTo(main); });
+  } else if (waiting >= kMostWaiting && waiting - data.size() < kMostWaiting) {
+    mainQueue_->async([] {});
+  }
 }
 
 void GDUnixSocketEventsCS::unixSocketServerDidFailToReadForClientID(GDUnixSocketServer& /*server*/,
@@ -122,23 +151,29 @@ void GDUnixSocketEventsCS::unixSocketClientDidFailToReadWithError(GDUnixSocketCl
 }
 
 void GDUnixSocketEventsCS::logOnMainQueue(std::string message) {
-  postToMain([message = std::move(message)](AppDelegate& main) { main.log(message); });
+  if (!logs_) return;
+  postToMain(true, [message = std::move(message)](AppDelegate& main) { main.log(message); });
 }
 
 template <class Step>
-void GDUnixSocketEventsCS::postToMain(Step step) {
+void GDUnixSocketEventsCS::postToMain(bool wakesUp, Step step) {
   const std::lock_guard lock(mutex_);
   lastReceived_ = nullptr;
-  postLocked(std::move(step));
+  postLocked(wakesUp, std::move(step));
 }
 
 template <class Step>
-void GDUnixSocketEventsCS::postLocked(Step step) {
-  mainQueue_->async([weakMain = Main, step = std::move(step)] {
+void GDUnixSocketEventsCS::postLocked(bool wakesUp, Step step) {
+  auto task = [weakMain = Main, step = std::move(step)] {
     const auto main = weakMain.lock();
     if (!main) fatalError("socket event: the application is gone");
     step(*main);
-  });
+  };
+  if (wakesUp) {
+    mainQueue_->async(std::move(task));
+  } else {
+    mainQueue_->asyncBeforeNext(std::move(task));
+  }
 }
 
 }  // namespace seldial

@@ -19,8 +19,9 @@ class AppDelegate;
 class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
                                    public GDUnixSocketClientDelegate {
  public:
+  /// `logs`: whether AppDelegate::log() writes anything.
   GDUnixSocketEventsCS(std::weak_ptr<AppDelegate> main,
-                       std::shared_ptr<platform::MainQueue> mainQueue);
+                       std::shared_ptr<platform::MainQueue> mainQueue, bool logs);
 
   void unixSocketServerDidStartListening(GDUnixSocketServer& server) override;
   void unixSocketServerDidClose(GDUnixSocketServer& server,
@@ -40,7 +41,7 @@ class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
   void unixSocketClientDidFailToReadWithError(GDUnixSocketClient& client,
                                               const Error& error) override;
 
-  /// Posts a log line to the main queue; any thread.
+  /// Posts a log line to the main queue, unless it would not be written; any thread.
   void logOnMainQueue(std::string message);
 
   const std::weak_ptr<AppDelegate> Main;
@@ -48,14 +49,16 @@ class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
  private:
   class ReceivedChunks;
 
-  /// Posts a step to the main queue.
+  /// Posts a step to the main queue. A step without output need not wake up the main thread: it
+  /// runs before the next one that does.
   template <class Step>
-  void postToMain(Step step);
+  void postToMain(bool wakesUp, Step step);
   /// Like postToMain(); the caller holds the lock that keeps steps in the order of the callbacks.
   template <class Step>
-  void postLocked(Step step);
+  void postLocked(bool wakesUp, Step step);
 
   const std::shared_ptr<platform::MainQueue> mainQueue_;
+  const bool logs_;
   std::mutex mutex_;  ///< held while a step is posted; no step locks it
   /// The step that was posted last, if it processes chunks: the next chunk is added to it, unless
   /// the main thread has begun. Guarded by `mutex_`.

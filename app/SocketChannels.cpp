@@ -40,12 +40,16 @@ void AppDelegate::takeUnixSocketInput(const std::string& clientID) {
   UnixSocketInputString.clear();
 }
 
-void AppDelegate::appendUnixSocketInput(const std::string& clientID, const std::string& text) {
+void AppDelegate::appendUnixSocketInput(const std::string& clientID, std::string text) {
   if (clientID != UnixSocketConnetedClientId) {
     log("Unix socket received message from unrecognized client.");
     return;
   }
-  UnixSocketInputString += text;
+  if (UnixSocketInputString.empty()) {
+    UnixSocketInputString = std::move(text);
+  } else {
+    UnixSocketInputString += text;
+  }
 }
 
 void AppDelegate::processUnixSocketInputString(const std::string& clientID) {
@@ -58,7 +62,8 @@ void AppDelegate::processUnixSocketInputString(const std::string& clientID) {
 
 std::shared_ptr<GDUnixSocketEventsCS> AppDelegate::unixSocketEvents() {
   if (!UnixSocketEventsCS) {
-    UnixSocketEventsCS = std::make_shared<GDUnixSocketEventsCS>(weak_from_this(), ports_.mainQueue);
+    UnixSocketEventsCS = std::make_shared<GDUnixSocketEventsCS>(weak_from_this(), ports_.mainQueue,
+                                                                FlagLog || FlagJsonLog);
   }
   return UnixSocketEventsCS;
 }

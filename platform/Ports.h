@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 namespace seldial::platform {
 
@@ -21,6 +22,10 @@ class MainQueue {
   /// Posts `task` and returns at once. Tasks that are still waiting when the application ends never
   /// run. Any thread.
   virtual void async(Task task) = 0;
+
+  /// Posts `task` to run before the next task of async(), however long that takes: it need not wake
+  /// up the main thread. Any thread.
+  virtual void asyncBeforeNext(Task task) { async(std::move(task)); }
 
   /// Whether the calling thread is the main thread. Any thread.
   [[nodiscard]] virtual bool isMainThread() const = 0;

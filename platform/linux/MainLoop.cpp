@@ -16,6 +16,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+/// At most so many tasks wait without a wake-up.
+constexpr std::size_t kMostWithoutWakeUp = 16;
+
 int makeEventDescriptor() {
   const int descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
   if (descriptor == -1) throw std::system_error(errno, std::generic_category(), "eventfd");
@@ -70,6 +73,17 @@ void MainLoop::async(Task task) {
     if (!std::exchange(waiting_, false)) return;
   }
   eventfd_write(wakeUp_, 1);  // without the lock, which the main thread takes when it wakes up
+}
+
+void MainLoop::asyncBeforeNext(Task task) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (tasks_.size() < kMostWithoutWakeUp) {
+      tasks_.push_back(std::move(task));
+      return;
+    }
+  }
+  async(std::move(task));
 }
 
 bool MainLoop::isMainThread() const {

@@ -44,6 +44,7 @@ class MainLoop final : public MainQueue {
   MainLoop& operator=(const MainLoop&) = delete;
 
   void async(Task task) override;
+  void asyncBeforeNext(Task task) override;
   [[nodiscard]] bool isMainThread() const override;
 
   /// Adds a source, which is not owned: it must outlive the loop or be removed.

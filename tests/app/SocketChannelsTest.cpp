@@ -141,6 +141,45 @@ TEST_F(SocketChannels, ChunksThatFollowEachOtherAreOneStepWithALogLineEach) {
   EXPECT_EQ(app->UnixSocketInputString, "onetwo");
 }
 
+TEST_F(SocketChannels, EachChunkOfAnUnrecognizedClientIsLogged) {
+  receive("A", "one");
+  receive("A", "two");
+  EXPECT_THAT(drained(),
+              ElementsAre("Log> Unix socket server; did receive: one; from client with id: A",
+                          "Log> Unix socket received message from unrecognized client.",
+                          "Log> Unix socket server; did receive: two; from client with id: A",
+                          "Log> Unix socket received message from unrecognized client."));
+  EXPECT_EQ(app->UnixSocketInputString, "");
+}
+
+TEST_F(SocketChannels, WithoutLogLinesOnlyTheDisconnectWakesTheMainThreadUp) {
+  app = AppDelegate::init(ports);
+  events = app->unixSocketEvents();
+  accept("A");
+  receive("A", R"({"command":)");
+  receive("A", R"("x"})");
+  EXPECT_THAT(mainQueue->tasks, SizeIs(2));
+  EXPECT_EQ(mainQueue->wakeUps, 0);
+  disconnect("A");
+  EXPECT_THAT(mainQueue->tasks, SizeIs(3));
+  EXPECT_EQ(mainQueue->wakeUps, 1);
+  const auto printed = drained();
+  ASSERT_THAT(printed, SizeIs(1));
+  EXPECT_EQ(jsonText(printed[0], "message"), "invalid command: x");
+}
+
+TEST_F(SocketChannels, WithoutLogLinesALongTextWakesTheMainThreadUp) {
+  app = AppDelegate::init(ports);
+  events = app->unixSocketEvents();
+  accept("A");
+  for (int round = 1; round <= 3; ++round) {
+    for (int chunk = 0; chunk < 16; ++chunk) receive("A", std::string(256, 'x'));
+    EXPECT_EQ(mainQueue->wakeUps, round);
+    mainQueue->drain();
+    EXPECT_EQ(app->UnixSocketInputString, std::string(static_cast<std::size_t>(round) * 4096, 'x'));
+  }
+}
+
 TEST_F(SocketChannels, AChunkAfterAnythingElseIsNotTakenBeforeIt) {
   accept("A");
   receive("A", "1");

@@ -25,7 +25,11 @@ using Calls = std::vector<std::string>;
 /// unless the test says otherwise.
 class ManualMainQueue final : public platform::MainQueue {
  public:
-  void async(Task task) override { tasks.push_back(std::move(task)); }
+  void async(Task task) override {
+    tasks.push_back(std::move(task));
+    ++wakeUps;
+  }
+  void asyncBeforeNext(Task task) override { tasks.push_back(std::move(task)); }
   [[nodiscard]] bool isMainThread() const override { return onMainThread; }
 
   /// Runs every task, including those posted meanwhile.
@@ -38,6 +42,7 @@ class ManualMainQueue final : public platform::MainQueue {
   }
 
   std::deque<Task> tasks;
+  int wakeUps = 0;  ///< tasks of async()
   bool onMainThread = true;
 };
 

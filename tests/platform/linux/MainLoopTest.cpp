@@ -101,6 +101,51 @@ TEST(MainLoop, EachThreadsTasksKeepTheirOrderAndNoneIsLost) {
   EXPECT_EQ(left, 0);
 }
 
+TEST(MainLoop, ATaskWithoutAWakeUpRunsBeforeTheNextTask) {
+  MainLoop loop;
+  std::vector<int> order;
+  std::thread poster([&] {
+    loop.asyncBeforeNext([&order] { order.push_back(0); });
+    loop.asyncBeforeNext([&order] { order.push_back(1); });
+    loop.async([&] {
+      order.push_back(2);
+      loop.quit();
+    });
+  });
+  loop.run();
+  poster.join();
+  EXPECT_THAT(order, ElementsAre(0, 1, 2));
+}
+
+TEST(MainLoop, ManyTasksWithoutAWakeUpDoNotPileUp) {
+  MainLoop loop;
+  int count = 0;
+  std::thread poster([&] {
+    for (int i = 0; i < 100; ++i) {
+      loop.asyncBeforeNext([&] {
+        if (++count == 50) loop.quit();
+      });
+    }
+  });
+  loop.run();  // nothing else ends it
+  poster.join();
+  EXPECT_EQ(count, 50);
+}
+
+TEST(MainLoop, ATaskWithoutAWakeUpDoesNotWakeTheLoopUp) {
+  MainLoop loop;
+  std::vector<int> order;
+  // Served from another loop, which asks whether there is something to serve.
+  loop.serve();
+  loop.asyncBeforeNext([&order] { order.push_back(0); });
+  pollfd watched{loop.descriptor(), POLLIN, 0};
+  EXPECT_EQ(poll(&watched, 1, 0), 0);
+  loop.async([&order] { order.push_back(1); });
+  EXPECT_EQ(poll(&watched, 1, 0), 1);
+  loop.serve();
+  EXPECT_THAT(order, ElementsAre(0, 1));
+}
+
 TEST(MainLoop, KnowsItsThread) {
   const MainLoop loop;
   EXPECT_TRUE(loop.isMainThread());
