@@ -190,8 +190,15 @@ JSONString::JSONString(const char* text) : content_(std::string(text)) {}
 JSONString::JSONString(JSONDictionary dictionary) : content_(std::move(dictionary)) {}
 
 std::optional<JSONString> JSONString::from(JSONDictionary dictionary) {
-  if (!Writer([](std::string_view /*piece*/) { return true; }).write(dictionary)) return {};
-  return JSONString(std::move(dictionary));
+  std::string text;
+  bool isShort = true;
+  const Sink keepFirst = [&](std::string_view piece) {
+    isShort = text.empty();
+    if (isShort) text = piece;
+    return true;
+  };
+  if (!Writer(keepFirst).write(dictionary)) return {};
+  return isShort ? JSONString(std::move(text)) : JSONString(std::move(dictionary));
 }
 
 void JSONString::forEachPiece(const Sink& sink) const {

@@ -1,19 +1,13 @@
 #include "api/Timestamps.h"
 
 #include <array>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 namespace seldial {
 namespace {
-
-std::tm localTime(std::time_t date) {
-  ::tzset();  // localtime_r alone would keep the time zone of its first call
-  std::tm local{};
-  (void)::localtime_r(&date, &local);
-  return local;
-}
 
 // The date and time without the offset. Not strftime, whose %Y writes the year 999 as "999".
 std::string dateAndTime(const std::tm& local) {
@@ -67,7 +61,24 @@ std::optional<int> offsetOf(const std::string& text) {
   return text[19] == '-' ? -seconds : seconds;
 }
 
+// localtime_r alone would keep the time zone of its first call. Without TZ, tzset() examines a
+// file, which is slow.
+void updateTimeZone() {
+  static std::atomic<std::time_t> lastLook{-1};
+  const bool isInEnvironment = std::getenv("TZ") != nullptr;
+  const std::time_t now = std::time(nullptr);
+  if (isInEnvironment || lastLook != now) ::tzset();
+  lastLook = isInEnvironment ? -1 : now;
+}
+
 }  // namespace
+
+std::tm localTime(std::time_t date) {
+  updateTimeZone();
+  std::tm local{};
+  (void)::localtime_r(&date, &local);
+  return local;
+}
 
 std::string messageTimestamp() {
   return messageTimestamp(std::time(nullptr));

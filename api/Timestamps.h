@@ -7,9 +7,12 @@
 
 namespace seldial {
 
+/// `date` in the local time zone, which may change while the program runs: a change of TZ counts at
+/// once, one of the system's time zone within a second. Any thread.
+[[nodiscard]] std::tm localTime(std::time_t date);
+
 /// The local time in the format of the messages, "2017-02-06T14:10:32+0100": the current time, or
-/// `date`. The time zone is looked up on each call, because it may change while the program runs.
-/// An offset of less than a minute is "+0000". Any thread.
+/// `date`. An offset of less than a minute is "+0000". Any thread.
 [[nodiscard]] std::string messageTimestamp();
 [[nodiscard]] std::string messageTimestamp(std::time_t date);
 

@@ -5,6 +5,7 @@
 #include <ctime>
 
 #include "api/MessageRecords.h"
+#include "api/Timestamps.h"
 #include "app/AppDelegate.h"
 #include "app/GDUnixSocketEventsCS.h"
 #include "platform/Ports.h"
@@ -23,10 +24,7 @@ constexpr std::chrono::milliseconds kLastSendTimeout{100};
 
 /// The local time of day, as HH:mm:ss.
 std::string timeOfDay() {
-  const std::time_t now = std::time(nullptr);
-  tzset();  // the time zone of the system may have changed since the last line
-  std::tm local{};
-  localtime_r(&now, &local);
+  const std::tm local = localTime(std::time(nullptr));
   char text[sizeof "HH:mm:ss"];
   std::strftime(text, sizeof text, "%H:%M:%S", &local);
   return text;
