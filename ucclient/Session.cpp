@@ -61,9 +61,9 @@ void Session::apply(Options options) {
 }
 
 void Session::makeDialler() {
-  dialling_.reset();
+  dialler_.reset();
   if (!options_.dialling.dials()) return;
-  dialling_ = std::make_unique<Dialler>(
+  dialler_ = std::make_unique<Dialler>(
       options_.dialling, mainThread_,
       Dialler::Events{[this](const std::string& number) { dialled(number); },
                       [this](const std::string& what) { dialFailed(what); },
@@ -71,7 +71,7 @@ void Session::makeDialler() {
 }
 
 int Session::run() {
-  if (!makeDirectory() || !listenForMessages() || !startDialer()) return 1;
+  if (!makeDirectory() || !listenForMessages() || !startSeldial()) return 1;
   answerRequests();
   mainThread_->run();
   return status_;
@@ -84,7 +84,7 @@ std::function<void()> Session::endRequest() {
 bool Session::makeDirectory() {
   directory_ = PrivateDirectory::createIn(PrivateDirectory::defaultParents());
   if (directory_) {
-    dialerPath_ = directory_->file("dialer");
+    commandSocketPath_ = directory_->file("dialer");
     return true;
   }
   console_.error("cannot create a directory for the sockets under XDG_RUNTIME_DIR, TMPDIR or /tmp");
@@ -102,36 +102,36 @@ bool Session::listenForMessages() {
   return listener_ != nullptr;
 }
 
-bool Session::startDialer() {
+bool Session::startSeldial() {
   const std::string program =
       options_.seldial.empty() ? findSeldial(executableDirectory()) : options_.seldial;
-  dialerStartTime_ = std::chrono::steady_clock::now();
+  seldialStartTime_ = std::chrono::steady_clock::now();
   std::string error;
   // Only the log shows that Seldial listens.
-  dialer_ = ChildProcess::start(
-      {program, "-jsonlog", "dialerpipename=" + dialerPath_,
+  seldial_ = ChildProcess::start(
+      {program, "-jsonlog", "dialerpipename=" + commandSocketPath_,
        "clientpipename=" + directory_->path() + "/client"},
-      {onMainThread(&Session::handleDialerLine), onMainThread(&Session::dialerEnded)}, error);
-  if (!dialer_) console_.error(error);
-  return dialer_ != nullptr;
+      {onMainThread(&Session::handleSeldialLine), onMainThread(&Session::seldialEnded)}, error);
+  if (!seldial_) console_.error(error);
+  return seldial_ != nullptr;
 }
 
-void Session::handleDialerLine(const std::string& line) {
+void Session::handleSeldialLine(const std::string& line) {
   const auto logged = loggedMessage(line);
   if (!logged || ending_) return;
   if (logged->starts_with("Unix socket server listen ok")) {
     sendSetHotKey();
   } else if (*logged == "no number found on pasteboard") {
-    if (!answerTrial() && dialling_) notDialled("nothing was selected");
+    if (!answerTrial() && dialler_) notDialled("nothing was selected");
   } else if (logged->starts_with("Unix socket server listen failed") ||
              logged->starts_with("Failed to start unix socket server")) {
-    fail("seldial cannot listen at " + dialerPath_);
+    fail("seldial cannot listen at " + commandSocketPath_);
   }
 }
 
 void Session::sendSetHotKey() {
   const std::string command = setHotKeyCommand(options_.hotKey, options_.delay);
-  if (const auto failure = sendCommand(command, dialerPath_)) return fail(*failure);
+  if (const auto failure = sendCommand(command, commandSocketPath_)) return fail(*failure);
   console_.onDialerSocket("connected");
   console_.sent(command);
   console_.onDialerSocket("disconnected");
@@ -140,7 +140,7 @@ void Session::sendSetHotKey() {
 void Session::received(const std::string& text) {
   const Message message = messageFromJSON(text);
   // Numbers that are dialled are not printed: many sessions write standard output to a log file.
-  const bool isPrivate = dialling_ != nullptr && message.kind == Message::Kind::MakeCall;
+  const bool isPrivate = dialler_ != nullptr && message.kind == Message::Kind::MakeCall;
   if (!isPrivate || options_.conversation) console_.received(text);
   console_.onClientSocket("disconnected");  // that ended the message
   switch (message.kind) {
@@ -155,8 +155,8 @@ void Session::received(const std::string& text) {
       break;
     case Message::Kind::MakeCall:
       if (answerTrial()) break;
-      if (dialling_) {
-        dialling_->dial(message.text);
+      if (dialler_) {
+        dialler_->dial(message.text);
       } else {
         console_.dial(message.text);
       }
@@ -178,7 +178,7 @@ void Session::hotKeyWasRefused(const std::string& why) {
   hasHotKey_ = false;
   const std::string sentence = "the hot key " + options_.spelling + " was refused: " + why;
   if (!reloadReply_) {
-    if (dialling_) showRefusal(options_.spelling, why);
+    if (dialler_) showRefusal(options_.spelling, why);
     return fail(sentence);
   }
   console_.error(sentence);
@@ -206,12 +206,12 @@ void Session::notDialled(const std::string& why) {
 }
 
 void Session::endRequested() {
-  if (std::exchange(endRequested_, true)) return killDialer();
+  if (std::exchange(endRequested_, true)) return killSeldial();
   end(0);
 }
 
-void Session::dialerEnded() {
-  const int status = dialer_->wait();
+void Session::seldialEnded() {
+  const int status = seldial_->wait();
   hasHotKey_ = false;
   finishReload("seldial " + describeExitStatus(status));
   if (!ending_ && restartsAfter(status)) return restartLater(status);
@@ -226,12 +226,12 @@ void Session::dialerEnded() {
 /// never was a hot key.
 bool Session::restartsAfter(int status) const {
   const bool desktopLost = WIFEXITED(status) && WEXITSTATUS(status) == kDesktopLost;
-  return dialling_ && hotKeyWasSet_ && !desktopLost;
+  return dialler_ && hotKeyWasSet_ && !desktopLost;
 }
 
 void Session::restartLater(int status) {
-  dialer_.reset();
-  if (std::chrono::steady_clock::now() - dialerStartTime_ > kMaxRestartDelay)
+  seldial_.reset();
+  if (std::chrono::steady_clock::now() - seldialStartTime_ > kMaxRestartDelay)
     restartDelay_ = kMinRestartDelay;
   console_.error("seldial " + describeExitStatus(status) + "; restarting it in " +
                  std::to_string(restartDelay_.count()) + " s");
@@ -240,7 +240,7 @@ void Session::restartLater(int status) {
 }
 
 void Session::restart() {
-  if (ending_ || startDialer()) return;
+  if (ending_ || startSeldial()) return;
   status_ = 1;
   mainThread_->stop();
 }
@@ -248,9 +248,9 @@ void Session::restart() {
 void Session::end(int status) {
   if (std::exchange(ending_, true)) return;
   status_ = status;
-  if (!dialer_) return mainThread_->stop();  // it is about to be started again
-  dialer_->signal(SIGTERM);
-  killDialerAfterLimit();
+  if (!seldial_) return mainThread_->stop();  // it is about to be started again
+  seldial_->signal(SIGTERM);
+  killSeldialAfterLimit();
 }
 
 void Session::fail(const std::string& sentence) {
@@ -258,13 +258,13 @@ void Session::fail(const std::string& sentence) {
   end(1);
 }
 
-void Session::killDialer() {
-  if (dialer_) dialer_->signal(SIGKILL);
+void Session::killSeldial() {
+  if (seldial_) seldial_->signal(SIGKILL);
 }
 
-void Session::killDialerAfterLimit() {
+void Session::killSeldialAfterLimit() {
   runLater(kEndLimit + std::chrono::milliseconds(options_.delay),
-           onMainThread(&Session::killDialer));
+           onMainThread(&Session::killSeldial));
 }
 
 }  // namespace seldial

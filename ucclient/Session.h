@@ -41,9 +41,9 @@ class Session : public std::enable_shared_from_this<Session> {
   void answerRequests();
   bool makeDirectory();
   bool listenForMessages();
-  bool startDialer();
+  bool startSeldial();
 
-  void handleDialerLine(const std::string& line);
+  void handleSeldialLine(const std::string& line);
   void sendSetHotKey();
   void received(const std::string& message);
   void hotKeyWasSet();
@@ -52,7 +52,7 @@ class Session : public std::enable_shared_from_this<Session> {
   void dialFailed(const std::string& what);
   void notDialled(const std::string& why);
   void endRequested();
-  void dialerEnded();
+  void seldialEnded();
   [[nodiscard]] bool restartsAfter(int status) const;
   void restartLater(int status);
   void restart();
@@ -65,8 +65,8 @@ class Session : public std::enable_shared_from_this<Session> {
 
   void end(int status);
   void fail(const std::string& sentence);
-  void killDialer();
-  void killDialerAfterLimit();
+  void killSeldial();
+  void killSeldialAfterLimit();
 
   /// A function for any thread that runs `step` on the main thread if the session still exists.
   template <class... Arguments>
@@ -87,9 +87,9 @@ class Session : public std::enable_shared_from_this<Session> {
   std::unique_ptr<PrivateDirectory> directory_;
   std::unique_ptr<ControlSocket> control_;  ///< null if another client has it
   std::unique_ptr<MessageListener> listener_;
-  std::unique_ptr<ChildProcess> dialer_;
-  std::string dialerPath_;
-  std::unique_ptr<Dialler> dialling_;  ///< null if numbers are only printed
+  std::unique_ptr<ChildProcess> seldial_;
+  std::string commandSocketPath_;
+  std::unique_ptr<Dialler> dialler_;  ///< null if numbers are only printed
   History history_;
   ControlSocket::Reply reloadReply_;  ///< for the result of a reload; empty if there is none
   std::string reloadNote_;            ///< the answer if the reload succeeds
@@ -98,8 +98,8 @@ class Session : public std::enable_shared_from_this<Session> {
   bool hasHotKey_ = false;
   bool hotKeyWasSet_ = false;  ///< at least once
   const std::time_t startTime_ = std::time(nullptr);
-  std::chrono::steady_clock::time_point dialerStartTime_;  ///< start time of the child
-  std::chrono::seconds restartDelay_{1};                   ///< before the next restart
+  std::chrono::steady_clock::time_point seldialStartTime_;
+  std::chrono::seconds restartDelay_{1};  ///< before the next restart
   bool ending_ = false;
   bool endRequested_ = false;
   int status_ = 0;
