@@ -14,11 +14,11 @@ namespace seldial::platform {
 using LinePieces = std::function<void(const std::function<bool(std::string_view)>& sink)>;
 
 /// Writes `line` and a line break to standard output, never mixed with the lines of other threads.
-/// A pipe that is full because nobody reads it delays a line by at most one second. That line and
-/// the following ones are dropped, without waiting, until there is space again; then one line on
-/// standard error says how many. A long line that was dropped may have been written in part; that
-/// part ends with a line break. If the output is closed or the disk is full, the line is lost
-/// silently. Any thread.
+/// A pipe that is full because nobody reads it, or a terminal whose window has frozen, delays a
+/// line by at most one second. That line and the following ones are dropped, without waiting, until
+/// there is space again; then one line on standard error says how many. A long line that was
+/// dropped may have been written in part; that part ends with a line break. If the output is closed
+/// or the disk is full, the line is lost silently. Any thread.
 void printLine(std::string_view line);
 void printLine(const LinePieces& line);
 
@@ -33,8 +33,10 @@ class LineOutput {
  public:
   /// Does not own `descriptor` and does not change its flags, because other processes may share it.
   /// `timeout` is how long a line waits for space.
-  LineOutput(int descriptor, std::chrono::milliseconds timeout)
-      : descriptor_(descriptor), timeout_(timeout) {}
+  LineOutput(int descriptor, std::chrono::milliseconds timeout);
+  ~LineOutput();
+  LineOutput(const LineOutput&) = delete;
+  LineOutput& operator=(const LineOutput&) = delete;
 
   /// Writes a line. If that succeeds, returns how many lines before it were lost.
   std::size_t print(std::string_view line);
@@ -50,7 +52,11 @@ class LineOutput {
   bool writePiece(std::string_view piece, Clock::time_point deadline);
   [[nodiscard]] bool waitForSpace(Clock::time_point deadline) const;
 
+  const int terminal_;  ///< owned: the terminal, opened once more; -1 if it is none
   const int descriptor_;
+  /// How many bytes never block after poll() has reported space: PIPE_BUF of a pipe. Of a terminal
+  /// that cannot be opened once more (after su it is another user's), only one is certain.
+  const std::size_t pieceSize_;
   const std::chrono::milliseconds timeout_;
   std::mutex mutex_;         ///< guards the members below, and keeps lines whole
   std::size_t lost_ = 0;     ///< lines lost since the last report

@@ -1,11 +1,13 @@
 #include "platform/Output.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
 #include <string>
 #include <utility>
 
@@ -30,6 +32,17 @@ void report(std::size_t lost) {
   printError("seldial: nobody read standard output; lines lost: " + std::to_string(lost));
 }
 
+/// Opens the terminal of `descriptor` once more, so that writing to it never blocks: a terminal
+/// that poll() reports as writable may take only a part of a line, and the flags of the descriptor
+/// belong to all processes that share it. -1 if it is no terminal or cannot be opened.
+int openTerminal(int descriptor) {
+  // Opening the name of a master, which is no user's terminal, would create another terminal.
+  if (isatty(descriptor) == 0 || ptsname(descriptor) != nullptr) return -1;
+  char name[PATH_MAX];
+  if (ttyname_r(descriptor, name, sizeof name) != 0) return -1;
+  return open(name, O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+}
+
 }  // namespace
 
 void printLine(std::string_view line) {
@@ -46,6 +59,16 @@ void printError(std::string_view line) {
 
 void reportLostLines() {
   report(standardOutput().takeLost());
+}
+
+LineOutput::LineOutput(int descriptor, milliseconds timeout)
+    : terminal_(openTerminal(descriptor)),
+      descriptor_(terminal_ != -1 ? terminal_ : descriptor),
+      pieceSize_(terminal_ == -1 && isatty(descriptor) != 0 ? 1 : PIPE_BUF),
+      timeout_(timeout) {}
+
+LineOutput::~LineOutput() {
+  if (terminal_ != -1) close(terminal_);
 }
 
 std::size_t LineOutput::print(std::string_view line) {
@@ -68,8 +91,7 @@ std::size_t LineOutput::takeLost() {
   return std::exchange(lost_, 0);
 }
 
-/// If poll() reports a pipe as writable, it takes PIPE_BUF bytes without blocking, so no more are
-/// written at once. False if there was no space for the whole line in time.
+/// False if there was no space for the whole line in time.
 bool LineOutput::write(const LinePieces& line) {
   const auto deadline = Clock::now() + timeout_;
   char buffer[PIPE_BUF];
@@ -77,10 +99,10 @@ bool LineOutput::write(const LinePieces& line) {
   bool inTime = true;
   const auto append = [&](std::string_view piece) {
     while (inTime && !piece.empty()) {
-      if (size == sizeof buffer) {
+      if (size == pieceSize_) {
         inTime = writePiece({buffer, std::exchange(size, 0)}, deadline);
       }
-      const std::size_t count = piece.copy(buffer + size, sizeof buffer - size);
+      const std::size_t count = piece.copy(buffer + size, pieceSize_ - size);
       piece.remove_prefix(count);
       size += count;
     }
@@ -100,7 +122,7 @@ bool LineOutput::writePiece(std::string_view piece, Clock::time_point deadline) 
       const auto count = static_cast<std::size_t>(written);
       atLineStart_ = piece[count - 1] == '\n';
       piece.remove_prefix(count);
-    } else if (errno == EAGAIN) {  // another process made it non-blocking, and used the space
+    } else if (errno == EAGAIN) {  // it is non-blocking, and another process has used the space
       if (Clock::now() >= deadline) return false;
     } else if (errno != EINTR) {
       break;

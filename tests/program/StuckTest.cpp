@@ -3,6 +3,7 @@
 
 #include "tests/support/SeldialProcess.h"
 #include "tests/support/UnreadPipe.h"
+#include "tests/support/UnreadTerminal.h"
 
 namespace seldial::tests {
 namespace {
@@ -55,6 +56,14 @@ TEST_F(Stuck, AtTheEndItReportsHowManyLinesWereLost) {
 
 TEST_F(Stuck, NeitherIsStandardErrorWaitedFor) {
   startUnread({"-log"}, Streams::Errors::kWithOutput);
+  terminate();
+}
+
+TEST_F(Stuck, AFrozenTerminalBlocksNothingEither) {
+  const UnreadTerminal terminal;
+  start({"-log"}, {}, {Streams::Errors::kWithOutput, {}, terminal.end()});
+  waitUntilListening();
+  for (int i = 0; i < 100; ++i) ASSERT_THAT(answerTo("{}"), IsError(kNoTag));
   terminate();
 }
 

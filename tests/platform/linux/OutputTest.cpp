@@ -1,11 +1,17 @@
 #include <gtest/gtest.h>
+#include <sys/fsuid.h>
+#include <sys/stat.h>
 
+#include <atomic>
 #include <climits>
 #include <csignal>
+#include <future>
+#include <memory>
 #include <thread>
 
 #include "platform/Output.h"
 #include "tests/support/UnreadPipe.h"
+#include "tests/support/UnreadTerminal.h"
 #include "tests/support/Waiting.h"
 
 namespace seldial::platform {
@@ -115,6 +121,67 @@ TEST_F(OutputTest, TheFlagsOfTheDescriptorAreNotChanged) {
   output.print("lost");
   EXPECT_EQ(fcntl(pipe.writingEnd(), F_GETFL), before);
 }
+
+enum class Kind { kCooked, kRaw, kForbidden };
+
+/// The output of a process that may not open the terminal which it has inherited.
+std::unique_ptr<LineOutput> makeForbiddenOutput(int descriptor) {
+  EXPECT_EQ(fchmod(descriptor, 0), 0);
+  setfsuid(65534);  // for root, who may open everything; refused to others
+  auto output = std::make_unique<LineOutput>(descriptor, milliseconds(20));
+  setfsuid(geteuid());
+  return output;
+}
+
+struct TerminalOutputTest : testing::TestWithParam<Kind> {
+  /// Prints `line` until one is lost, and expects that no print() waits for the window.
+  void fillWith(const std::string& line) {
+    std::atomic<bool> givenUp = false;
+    auto filled = std::async(std::launch::async, [&] {
+      while (output->takeLost() == 0 && !givenUp) output->print(line);
+    });
+    givenUp = filled.wait_for(tests::kTimeLimit) != std::future_status::ready;
+    EXPECT_FALSE(givenUp) << "writing blocks";
+    if (givenUp) terminal.hangUp();
+  }
+
+  tests::UnreadTerminal terminal{GetParam() == Kind::kRaw ? tests::UnreadTerminal::Mode::kRaw
+                                                          : tests::UnreadTerminal::Mode::kCooked};
+  std::unique_ptr<LineOutput> output =
+      GetParam() == Kind::kForbidden
+          ? makeForbiddenOutput(terminal.end())
+          : std::make_unique<LineOutput>(terminal.end(), milliseconds(20));
+};
+
+TEST_P(TerminalOutputTest, AFrozenWindowLosesLinesWithoutBlocking) {
+  fillWith(std::string(97, 'x'));
+  fillWith(std::string(3 * PIPE_BUF, 'y'));
+}
+
+TEST_P(TerminalOutputTest, OnceTheWindowGoesOnItShowsWholeLinesAgain) {
+  fillWith(std::string(97, 'x'));
+  std::string text;
+  EXPECT_TRUE(tests::eventually([&] {
+    output->print("next");
+    text += terminal.take();
+    return text.find("\nnext") != std::string::npos;
+  }));
+}
+
+TEST_P(TerminalOutputTest, TheFlagsOfTheTerminalThatOthersShareAreNotChanged) {
+  const int before = fcntl(terminal.end(), F_GETFL);
+  fillWith("line");
+  EXPECT_EQ(fcntl(terminal.end(), F_GETFL), before);
+}
+
+TEST_P(TerminalOutputTest, AClosedWindowLosesLinesSilently) {
+  terminal.hangUp();
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(output->print("nobody"), 0U);
+  EXPECT_EQ(output->takeLost(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, TerminalOutputTest,
+                         testing::Values(Kind::kCooked, Kind::kRaw, Kind::kForbidden));
 
 }  // namespace
 }  // namespace seldial::platform
