@@ -6,6 +6,7 @@
 namespace seldial::platform::wayland {
 
 void ManagerWatch::cleared(Clock::time_point now) {
+  forgetTaker(now);
   cleared_ = now;
   readers_ = 0;
   answered_ = false;
@@ -31,6 +32,7 @@ void ManagerWatch::clearingReported() {
 }
 
 void ManagerWatch::taken(Clock::time_point now, bool withText) {
+  forgetTaker(now);
   if (!withText) {
     answered_ = true;
     other_ = now;
@@ -43,6 +45,12 @@ void ManagerWatch::taken(Clock::time_point now, bool withText) {
     takesCopied_ = takesCopied_ || now - copy_ < kReaction;
     text_ = now;
   }
+}
+
+/// If nobody has taken the last copy in time, no manager does so any more, or another program had
+/// copied just after us.
+void ManagerWatch::forgetTaker(Clock::time_point now) {
+  if (copied_ && text_ < copy_ && now - copy_ >= kLatest) takesCopied_ = false;
 }
 
 /// The time of the last text that a manager may take up.

@@ -49,6 +49,7 @@ class ManagerWatch {
   [[nodiscard]] bool mayBeFromManager() const { return !again_ && (late_ || hasNewReader()); }
 
  private:
+  void forgetTaker(Clock::time_point now);
   [[nodiscard]] Clock::time_point lastText() const;
   /// Whether a manager that is not known to leave our empty clipboard alone has read it.
   [[nodiscard]] bool hasNewReader() const { return !awaited_ && readers_ > harmlessReaders_; }

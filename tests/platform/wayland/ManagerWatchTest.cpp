@@ -91,6 +91,30 @@ TEST_F(Managers, OneIsNotMissedForBeingSlow) {
   EXPECT_FALSE(watch.mayBeFromManager());
 }
 
+TEST_F(Managers, OneIsForgottenAfterItHasLeftACopyAlone) {
+  use([] {}, [&] { copy(); });  // perhaps not a manager, but the user's own copy
+  now += ManagerWatch::kReaction;
+  use();
+  now += ManagerWatch::kLatest;
+  watch.taken(now, true);
+  now += ManagerWatch::kLatest;
+  use();
+  watch.cleared(now);
+  EXPECT_TRUE(isQuiet());
+  use();
+  EXPECT_FALSE(watch.mayBeFromManager());
+}
+
+TEST_F(Managers, OneThatStillTakesUpCopiesIsNotForgotten) {
+  for (int i = 0; i < 2; ++i) {
+    use([] {}, [&] { copy(); });
+    now += ManagerWatch::kLatest;
+  }
+  use();
+  watch.cleared(now);
+  EXPECT_FALSE(isQuiet());
+}
+
 TEST_F(Managers, OneThatReadsTheEmptyClipboardIsTriedOnce) {
   use([] {}, [&] { watch.emptyWasRead(); });
   EXPECT_TRUE(watch.mayBeFromManager());
