@@ -83,16 +83,23 @@ IncomingText::~IncomingText() {
 }
 
 int IncomingText::begin() {
-  abandon();
   std::array<int, 2> pipe{};
-  if (pipe2(pipe.data(), O_CLOEXEC) == -1) return -1;
-  fcntl(pipe[0], F_SETFL, O_NONBLOCK);  // the owner's end may block
-  pipe_ = pipe[0];
+  if (pipe2(pipe.data(), O_CLOEXEC) == -1) {
+    abandon();
+    return -1;
+  }
+  beginFrom(pipe[0]);
+  return pipe[1];
+}
+
+void IncomingText::beginFrom(int pipe) {
+  abandon();
+  fcntl(pipe, F_SETFL, O_NONBLOCK);  // the owner's end may block
+  pipe_ = pipe;
   text_.emplace();
   epoll_event event{};
   event.events = EPOLLIN;
   epoll_ctl(epoll_, EPOLL_CTL_ADD, pipe_, &event);  // if that fails, finish() reads all of it
-  return pipe[1];
 }
 
 void IncomingText::abandon() {

@@ -46,6 +46,8 @@ class IncomingText final : public linux_port::EventSource {
   /// Reads from a new pipe and abandons the previous one. Returns its other end, which the caller
   /// passes to the owner and closes; -1 when the system has no descriptor left.
   [[nodiscard]] int begin();
+  /// The same from a pipe that exists, of which it takes ownership.
+  void beginFrom(int pipe);
   void abandon();
 
   /// Whether a text has been begun whose end has not been read.

@@ -14,6 +14,7 @@
 #include "platform/wayland/KWinHotKeys.h"
 #include "platform/wayland/PressHotKeys.h"
 #include "platform/wayland/SwayHotKeys.h"
+#include "platform/wayland/XwaylandClipboard.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -102,7 +103,7 @@ struct GnomeSession {
   const std::unique_ptr<Display> display;
   const std::unique_ptr<Bus> bus;
   SeatKeymap keymap{*display};
-  MutterRemote remote{*bus};
+  MutterRemote remote{*bus, *loop, focusedX11ProgramOwnsClipboard};
   GnomeHotKeys hotKeys{*loop, *bus, remote,
                        [this](std::uint32_t key) { return keymap.symbolName(key); }};
   GnomeClipboard clipboard{remote, runningPrograms};

@@ -16,7 +16,7 @@
 
 #include "platform/linux/MainLoop.h"
 #include "platform/linux/RegisteredHotKeys.h"
-#include "platform/wayland/GnomeClipboard.h"
+#include "platform/wayland/MutterRemote.h"
 #include "platform/wayland/PortalShortcuts.h"
 
 namespace seldial::platform::wayland {

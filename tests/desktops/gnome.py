@@ -86,6 +86,7 @@ class Gnome(Session):
         self.run(["/usr/libexec/xdg-desktop-portal"])
         if not eventually(lambda: self.owns("org.freedesktop.portal.Desktop"), 60):
             raise RuntimeError("no portal")
+        self.environment.update(self.x11())  # as in a session that GNOME starts
         time.sleep(2)  # until the overview has faded out
 
     def x11(self):

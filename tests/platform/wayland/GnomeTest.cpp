@@ -50,7 +50,7 @@ class GnomeTest : public testing::Test {
     session.enter();
     gnome.emplace(session);
     bus = Bus::open(loop, [] {});
-    remote.emplace(*bus);
+    remote.emplace(*bus, loop, [this] { return x11ProgramHasFocus; });
     hotKeys.emplace(loop, *bus, *remote, symbolName);
     clipboard.emplace(*remote, [this] { return programs; });
     hotKeys->installReleasedHandler([this](const HotKeyReleased& event) {
@@ -100,6 +100,7 @@ class GnomeTest : public testing::Test {
   std::vector<std::string> programs{"gnome-shell", "ptyxis"};  ///< that are running
   std::vector<std::uint32_t> releases;
   std::vector<std::optional<std::string>> dialled;
+  bool x11ProgramHasFocus = false;  ///< the one that owns the clipboard
 };
 
 TEST_F(GnomeTest, AUseCopiesTheSelection) {
@@ -167,10 +168,10 @@ TEST_F(GnomeTest, IfNothingIsCopiedThereIsNoText) {
   gnome->select("");  // as terminals copy
   use();
   gnome->select("an image");
-  gnome->setCopiedType("image/png");
+  gnome->setCopiedTypes({"text/html", "image/png"});
   use();
   gnome->select("020 1234");
-  gnome->setCopiedType("UTF8_STRING");
+  gnome->setCopiedTypes({"text/html", "UTF8_STRING"});
   use();
   EXPECT_THAT(dialled, ElementsAre(std::nullopt, std::nullopt, std::nullopt, "020 1234"));
 }
@@ -202,6 +203,79 @@ TEST_F(GnomeTest, AWholeLineIsNotDialledWhileAnEditorRunsThatCopiesLines) {
   programs.emplace_back("code");
   use();
   EXPECT_THAT(dialled, ElementsAre("020 1234\n", std::nullopt));
+}
+
+using Acts = FakeGnome::Manager::Acts;
+
+TEST_F(GnomeTest, WhatAnX11ProgramWithoutTheFocusPutsOnTheClipboardIsNotDialled) {
+  ASSERT_TRUE(registerDial());
+  gnome->setManager({Acts::kOnClearing, {"UTF8_STRING", "TARGETS"}, "older text"});
+  use();
+  gnome->select("020 1234");
+  use();
+  EXPECT_THAT(dialled, ElementsAre(std::nullopt, "020 1234"));
+}
+
+TEST_F(GnomeTest, AnX11ProgramWithTheFocusCopies) {
+  ASSERT_TRUE(registerDial());
+  gnome->select("020 1234");
+  gnome->setCopiedTypes({"TARGETS", "UTF8_STRING"});
+  use();
+  x11ProgramHasFocus = true;
+  use();
+  EXPECT_THAT(dialled, ElementsAre(std::nullopt, "020 1234"));
+}
+
+TEST_F(GnomeTest, ACopyCountsAlsoOnceAManagerHasTakenTheClipboard) {
+  ASSERT_TRUE(registerDial());
+  gnome->select("020 1234");
+  for (const auto& types : {std::vector<std::string>{"UTF8_STRING", "TARGETS"}, {"text/plain"}}) {
+    gnome->setManager({Acts::kAfterTransfer, types, "older text"});
+    use();
+  }
+  EXPECT_THAT(dialled, ElementsAre("020 1234", "020 1234"));
+}
+
+TEST_F(GnomeTest, ATextThatMayHaveBeenTransferredByAManagerIsNotDialled) {
+  ASSERT_TRUE(registerDial());
+  gnome->select("020 1234");
+  gnome->setManager(
+      {Acts::kBeforeTransfer, {"text/plain;charset=utf-8", "UTF8_STRING", "TARGETS"}, "older"});
+  use();
+  EXPECT_THAT(dialled, ElementsAre(std::nullopt));
+}
+
+TEST_F(GnomeTest, ATextThatNoExtensionCanHaveCopiedIsCopiedOnce) {
+  ASSERT_TRUE(registerDial());
+  gnome->select("020 1234");
+  gnome->setCopiedTypes({"text/plain;charset=utf-8"});
+  use();
+  gnome->listExtension(false);
+  use();
+  gnome->listExtension(true);
+  gnome->setCopiedTypes({"text/plain", "text/plain;charset=utf-8"});
+  use();
+  EXPECT_THAT(dialled, ElementsAre("020 1234", "020 1234", "020 1234"));
+  EXPECT_EQ(gnome->typed().size(), 3U);
+}
+
+TEST_F(GnomeTest, ATextThatAnExtensionMayHaveCopiedIsCopiedAgain) {
+  ASSERT_TRUE(registerDial());
+  gnome->select("020 1234");
+  gnome->setCopiedTypes({"text/plain;charset=utf-8"});
+  gnome->listExtension(true);
+  gnome->setManager({Acts::kOnClearing, {"text/plain;charset=utf-8"}, "older text"});
+  use();
+  EXPECT_THAT(dialled, ElementsAre("020 1234"));
+  EXPECT_THAT(gnome->typed(), ElementsAre("Control+Insert", "Control+Insert"));
+}
+
+TEST_F(GnomeTest, WhatAnExtensionPutsOnTheClipboardIsNotDialled) {
+  ASSERT_TRUE(registerDial());
+  gnome->listExtension(true);
+  gnome->setManager({Acts::kOnClearing, {"text/plain;charset=utf-8"}, "older text"});
+  use();
+  EXPECT_THAT(dialled, ElementsAre(std::nullopt));
 }
 
 TEST_F(GnomeTest, TheUsersKeyIsReported) {

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <utility>
@@ -61,7 +62,8 @@ FakeGnome::FakeGnome(const SessionBus& bus)
     : portal_(bus, "org.freedesktop.portal.Desktop",
               [this](sd_bus_message* call) { return answerPortal(call); }),
       mutter_(bus, "org.gnome.Mutter.RemoteDesktop",
-              [this](sd_bus_message* call) { return answerMutter(call); }) {}
+              [this](sd_bus_message* call) { return answerMutter(call); }),
+      shell_(bus, "org.gnome.Shell", [this](sd_bus_message* call) { return answerShell(call); }) {}
 
 int FakeGnome::answerPortal(sd_bus_message* call) {
   if (isCall(call, "org.freedesktop.DBus.Properties", "Get")) {
@@ -222,9 +224,19 @@ void FakeGnome::select(std::optional<std::string> text) {
   selection_ = std::move(text);
 }
 
-void FakeGnome::setCopiedType(const std::string& type) {
+void FakeGnome::setCopiedTypes(std::vector<std::string> types) {
   const std::lock_guard lock(mutex_);
-  copiedType_ = type;
+  copiedTypes_ = std::move(types);
+}
+
+void FakeGnome::setManager(Manager manager) {
+  const std::lock_guard lock(mutex_);
+  manager_ = std::move(manager);
+}
+
+void FakeGnome::listExtension(bool enabled) {
+  const std::lock_guard lock(mutex_);
+  extension_ = enabled;
 }
 
 std::vector<std::string> FakeGnome::typed() const {
@@ -255,11 +267,9 @@ int FakeGnome::answerMutter(sd_bus_message* call) {
     if (remoteRefused_) return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_ACCESS_DENIED, "no");
     return sd_bus_reply_method_return(call, "o", kRemotePath);
   }
-  if (isCall(call, kRemoteSession, "EnableClipboard")) {
-    sd_bus_emit_signal(sd_bus_message_get_bus(call), kRemotePath, kRemoteSession,
-                       "SelectionOwnerChanged", "a{sv}", 2, "mime-types", "(as)", 1,
-                       "application/x-seldial-empty", "session-is-owner", "b", 1);
-    return sd_bus_reply_method_return(call, "");
+  if (isCall(call, kRemoteSession, "EnableClipboard") ||
+      isCall(call, kRemoteSession, "SetSelection")) {
+    return clearClipboard(call);
   }
   const bool start = isCall(call, kRemoteSession, "Start");
   if (!start && !isCall(call, kRemoteSession, "Stop")) return 0;
@@ -285,9 +295,7 @@ int FakeGnome::keyNotified(sd_bus_message* call) {
       typed_.push_back((modifiersHeld_ ? "held+" : "") +
                        std::string(controlDown_ ? "Control+" : "") + name.data());
       if (typed_.back() == "Control+Insert" && selection_) {
-        sd_bus_emit_signal(sd_bus_message_get_bus(call), kRemotePath, kRemoteSession,
-                           "SelectionOwnerChanged", "a{sv}", 2, "mime-types", "(as)", 2,
-                           "text/html", copiedType_.c_str(), "session-is-owner", "b", 0);
+        takeClipboard(sd_bus_message_get_bus(call), copiedTypes_, *selection_);
       }
     }
   }
@@ -295,20 +303,69 @@ int FakeGnome::keyNotified(sd_bus_message* call) {
   return sd_bus_reply_method_return(call, "");
 }
 
+void FakeGnome::takeClipboard(sd_bus* bus, const std::vector<std::string>& types,
+                              const std::string& text) {
+  clipboardTypes_ = types;
+  clipboard_ = text;
+  std::vector<char*> names;
+  for (auto& type : clipboardTypes_) names.push_back(type.data());
+  names.push_back(nullptr);
+  sd_bus_message* signal = nullptr;
+  sd_bus_message_new_signal(bus, &signal, kRemotePath, kRemoteSession, "SelectionOwnerChanged");
+  sd_bus_message_open_container(signal, SD_BUS_TYPE_ARRAY, "{sv}");
+  sd_bus_message_open_container(signal, SD_BUS_TYPE_DICT_ENTRY, "sv");
+  sd_bus_message_append(signal, "s", "mime-types");
+  sd_bus_message_open_container(signal, SD_BUS_TYPE_VARIANT, "(as)");
+  sd_bus_message_open_container(signal, SD_BUS_TYPE_STRUCT, "as");
+  sd_bus_message_append_strv(signal, names.data());
+  for (int i = 0; i < 3; ++i) sd_bus_message_close_container(signal);
+  sd_bus_message_append(signal, "{sv}", "session-is-owner", "b", 0);
+  sd_bus_message_close_container(signal);
+  sd_bus_send(bus, signal, nullptr);
+  sd_bus_message_unref(signal);
+}
+
+void FakeGnome::letManagerAct(sd_bus* bus, Manager::Acts occasion) {
+  if (manager_.acts == occasion) takeClipboard(bus, manager_.types, manager_.text);
+}
+
+int FakeGnome::clearClipboard(sd_bus_message* call) {
+  auto* const bus = sd_bus_message_get_bus(call);
+  clipboardTypes_.clear();
+  sd_bus_emit_signal(bus, kRemotePath, kRemoteSession, "SelectionOwnerChanged", "a{sv}", 2,
+                     "mime-types", "(as)", 1, "application/x-seldial-empty", "session-is-owner",
+                     "b", 1);
+  const int result = sd_bus_reply_method_return(call, "");
+  letManagerAct(bus, Manager::Acts::kOnClearing);
+  return result;
+}
+
 int FakeGnome::readSelection(sd_bus_message* call) {
   const char* type = nullptr;
   sd_bus_message_read(call, "s", &type);
+  auto* const bus = sd_bus_message_get_bus(call);
   const std::lock_guard lock(mutex_);
+  letManagerAct(bus, Manager::Acts::kBeforeTransfer);
+  const bool offered =
+      std::find(clipboardTypes_.begin(), clipboardTypes_.end(), type) != clipboardTypes_.end();
   std::array<int, 2> pipe{};
-  if (type != copiedType_ || !selection_ || pipe2(pipe.data(), O_CLOEXEC) != 0) {
+  if (!offered || pipe2(pipe.data(), O_CLOEXEC) != 0) {
     return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "there is no %s", type);
   }
-  const std::string& text = *selection_;
-  const auto written = write(pipe[1], text.data(), text.size());
+  const auto written = write(pipe[1], clipboard_.data(), clipboard_.size());
   close(pipe[1]);
   const int result = written >= 0 ? sd_bus_reply_method_return(call, "h", pipe[0]) : -EIO;
   close(pipe[0]);
+  letManagerAct(bus, Manager::Acts::kAfterTransfer);
   return result;
+}
+
+int FakeGnome::answerShell(sd_bus_message* call) {
+  if (!isCall(call, "org.gnome.Shell.Extensions", "ListExtensions")) return 0;
+  const std::lock_guard lock(mutex_);
+  if (!extension_) return sd_bus_reply_method_return(call, "a{sa{sv}}", 0);
+  return sd_bus_reply_method_return(call, "a{sa{sv}}", 1, "keeper@test", 2, "uuid", "s",
+                                    "keeper@test", "state", "d", *extension_ ? 1.0 : 2.0);
 }
 
 }  // namespace seldial::tests

@@ -1,5 +1,5 @@
-// A double of GNOME's services on the session bus for hot keys and copying: the desktop portal, and
-// Mutter's remote desktop interface.
+// A double of GNOME's services on the session bus for hot keys and copying: the desktop portal,
+// Mutter's remote desktop interface, and GNOME Shell's list of extensions.
 #pragma once
 
 #include <xkbcommon/xkbcommon.h>
@@ -44,8 +44,18 @@ class FakeGnome {
 
   /// Selects the text that Ctrl+Insert copies; at first nothing is selected.
   void select(std::optional<std::string> text);
-  /// The type that the window offers.
-  void setCopiedType(const std::string& type);
+  /// The types that the window offers; the last one is that of the text.
+  void setCopiedTypes(std::vector<std::string> types);
+
+  /// What a clipboard manager puts on the clipboard, and when.
+  struct Manager {
+    enum class Acts { kNever, kOnClearing, kBeforeTransfer, kAfterTransfer } acts = Acts::kNever;
+    std::vector<std::string> types;
+    std::string text;
+  };
+  void setManager(Manager manager);
+  /// Makes GNOME Shell list an extension, which is enabled or not.
+  void listExtension(bool enabled);
 
   /// The typed keys, without the key that tests for modifiers.
   [[nodiscard]] std::vector<std::string> typed() const;
@@ -61,7 +71,11 @@ class FakeGnome {
   int createPortalSession(sd_bus_message* call);
   int bindShortcuts(sd_bus_message* call);
   int keyNotified(sd_bus_message* call);
+  int clearClipboard(sd_bus_message* call);
   int readSelection(sd_bus_message* call);
+  int answerShell(sd_bus_message* call);
+  void takeClipboard(sd_bus* bus, const std::vector<std::string>& types, const std::string& text);
+  void letManagerAct(sd_bus* bus, Manager::Acts occasion);
   void respond(sd_bus* bus, bool allow);
   void tell(const char* signal, const std::string& id);
 
@@ -79,11 +93,16 @@ class FakeGnome {
   std::map<std::string, std::string> bound_;
   std::map<std::string, std::string> chosen_;
   std::optional<std::string> selection_;
-  std::string copiedType_ = "text/plain;charset=utf-8";
+  std::vector<std::string> copiedTypes_{"text/html", "text/plain;charset=utf-8"};
+  std::vector<std::string> clipboardTypes_;
+  std::string clipboard_;
+  Manager manager_;
+  std::optional<bool> extension_;
   std::vector<std::string> typed_;
 
   BusService portal_;
   BusService mutter_;
+  BusService shell_;
 };
 
 }  // namespace seldial::tests
