@@ -46,6 +46,13 @@ int Descriptor::take() {
   return number;
 }
 
+void Descriptor::endCalls() {
+  const MutexLock lock(mutex_);
+  const int error = errno;
+  if (number_ != -1 && uses_ > 0) endUses(number_);
+  errno = error;
+}
+
 /// Closing the descriptor would not wake a read or an accept.
 void Descriptor::endUses(int number) {
   if (acceptor_) {

@@ -51,6 +51,9 @@ class Descriptor {
   /// waits for space in the server's backlog. Preserves errno.
   int take() SELDIAL_EXCLUDES(mutex_);
 
+  /// Ends the calls in progress as take() does, but does not wait for them. Preserves errno.
+  void endCalls() SELDIAL_EXCLUDES(mutex_);
+
  private:
   /// The acceptor of the current descriptor; null without a descriptor. Valid while a Use exists.
   platform::Acceptor* acceptor() SELDIAL_EXCLUDES(mutex_);

@@ -192,6 +192,9 @@ class GDUnixSocket : public std::enable_shared_from_this<GDUnixSocket> {
   /// then the end of the stream.
   static bool peerHasClosed(GDUnixSocket& socket);
 
+  /// Makes the calls in progress on `socket` return, without waiting for them.
+  static void endCalls(GDUnixSocket& socket) { socket.descriptor_.endCalls(); }
+
   /// Serialises opening and closing of the descriptor, and guards the fields that name it.
   mutable Mutex lock_;
 

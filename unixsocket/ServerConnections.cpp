@@ -46,6 +46,8 @@ std::optional<Error> GDUnixSocketServer::removeAndCloseClient(
 
 void GDUnixSocketServer::removeAllClients() {
   const MutexLock lock(lock_);
+  // First end the reads of all, so that close() does not wait for one reader after the other.
+  for (const auto& [clientID, client] : clients_) endCalls(*client.socket);
   for (const auto& [clientID, client] : clients_) client.socket->close();
   clients_.clear();
   clientRemoved_.notifyAll();

@@ -3,8 +3,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <future>
+#include <set>
 #include <thread>
 #include <utility>
 
@@ -141,6 +143,27 @@ TEST_F(Lifecycle, ListeningAgainClosesTheConnectionsOfBefore) {
   EXPECT_EQ("", early.receiveToTheEnd());
   EXPECT_TRUE(server->connectedClients().empty());
   EXPECT_EQ(0U, delegate->journal.count("disconnect"));
+}
+
+TEST_F(Lifecycle, ACloseEndsTheReadsOfAllConnectionsBeforeItWaitsForOne) {
+  std::atomic<int> reads = 0;
+  calls.set([&reads](const SystemCall& call) {
+    if (call.name == "read") ++reads;
+    return std::optional<int>();
+  });
+  listen();
+  const Peer peers[] = {connect(), connect(), connect()};
+  ASSERT_TRUE(eventually([&reads] { return reads == 3; }));
+  std::set<int> shutDown;
+  bool closedOne = false;
+  calls.set({}, [&, closing = std::this_thread::get_id()](const SystemCall& call) {
+    if (std::this_thread::get_id() != closing) return;
+    if (call.name == "close") closedOne = true;
+    if (call.name == "shutdown" && !closedOne) shutDown.insert(call.descriptor);
+  });
+  server->close();
+  calls.set({});
+  EXPECT_EQ(shutDown.size(), 3U);
 }
 
 TEST_F(Lifecycle, TheListeningCallbackMayCloseOnAnyThread) {
