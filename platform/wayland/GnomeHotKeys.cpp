@@ -23,6 +23,8 @@ constexpr milliseconds kInterval{25};
 /// How long modifiers may be held before the use is abandoned.
 constexpr std::chrono::seconds kMaxUseTime{10};
 
+const BusObject kScreenLock{"org.gnome.Shell", "/org/gnome/ScreenSaver", "org.gnome.ScreenSaver"};
+
 }  // namespace
 
 GnomeHotKeys::GnomeHotKeys(linux_port::MainLoop& loop, Bus& bus, MutterRemote& remote,
@@ -33,7 +35,11 @@ GnomeHotKeys::GnomeHotKeys(linux_port::MainLoop& loop, Bus& bus, MutterRemote& r
       timer_(loop),
       portal_(bus, {[this](const std::string& id, std::uint64_t time) { activated(id, time); },
                     [this](const std::string& id) { deactivated(id); },
-                    [this](PortalShortcuts::Answer answer) { reportAnswer(answer); }}) {}
+                    [this](PortalShortcuts::Answer answer) { reportAnswer(answer); }}),
+      screenLock_(bus.onSignal(kScreenLock, "ActiveChanged", [this](sd_bus_message* signal) {
+        int active = 0;
+        if (sd_bus_message_read(signal, "b", &active) > 0 && active != 0) endUse();
+      })) {}
 
 std::optional<HotKeyRef> GnomeHotKeys::registerHotKey(std::uint32_t keyCode,
                                                       std::uint32_t modifiers, HotKeyID hotKeyID) {

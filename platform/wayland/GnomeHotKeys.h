@@ -77,6 +77,7 @@ class GnomeHotKeys final : public linux_port::RegisteredHotKeys<GnomeHotKey> {
   std::string lastReport_;  ///< the last line on standard error
   linux_port::Timer timer_;
   PortalShortcuts portal_;
+  BusSlot screenLock_;  ///< locking the screen ends a use
 };
 
 }  // namespace seldial::platform::wayland

@@ -138,6 +138,19 @@ TEST_F(GnomeTest, AUseEndsAlsoWhenTheModifiersGoUpFirst) {
   EXPECT_THAT(releases, ElementsAre(1, 1));
 }
 
+TEST_F(GnomeTest, LockingTheScreenEndsAUse) {
+  ASSERT_TRUE(registerDial());
+  gnome->holdModifiers(true);
+  gnome->press(kDial);
+  serveQuestions(1);
+  gnome->lockScreen();
+  serveUntil([&] { return !gnome->isRemoteSessionOpen(); });
+  gnome->holdModifiers(false);
+  gnome->answerModifiers();  // late
+  use();
+  EXPECT_THAT(releases, ElementsAre(1));
+}
+
 TEST_F(GnomeTest, AKeyWithoutModifiersIsUsedWhenItGoesUp) {
   ASSERT_TRUE(hotKeys->registerHotKey(kVK_F5, 0, {0, 2}));
   ASSERT_TRUE(registerDial());

@@ -234,6 +234,10 @@ void FakeGnome::setManager(Manager manager) {
   manager_ = std::move(manager);
 }
 
+void FakeGnome::lockScreen() {
+  shell_.emit("/org/gnome/ScreenSaver", "org.gnome.ScreenSaver", "ActiveChanged", "b", 1);
+}
+
 void FakeGnome::listExtension(bool enabled) {
   const std::lock_guard lock(mutex_);
   extension_ = enabled;

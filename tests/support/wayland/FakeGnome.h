@@ -1,5 +1,5 @@
 // A double of GNOME's services on the session bus for hot keys and copying: the desktop portal,
-// Mutter's remote desktop interface, and GNOME Shell's list of extensions.
+// Mutter's remote desktop interface, and GNOME Shell's screen lock and list of extensions.
 #pragma once
 
 #include <xkbcommon/xkbcommon.h>
@@ -54,6 +54,7 @@ class FakeGnome {
     std::string text;
   };
   void setManager(Manager manager);
+  void lockScreen();
   /// Makes GNOME Shell list an extension, which is enabled or not.
   void listExtension(bool enabled);
 
