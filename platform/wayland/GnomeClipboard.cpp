@@ -94,7 +94,8 @@ void GnomeClipboard::reportOnce(const std::string& line) {
 
 std::optional<std::string> GnomeClipboard::text() {
   auto text = std::exchange(taken_, false) ? remote_.copiedText() : std::nullopt;
-  if (text && !text->empty() && typed_ && remote_.mayBeFromExtension()) text = copyAgain();
+  const bool unclear = text && !text->empty() && remote_.mayBeFromExtension();
+  if (typed_ && (unclear || remote_.isCopyLost())) text = copyAgain();
   remote_.close();
   // Terminals copy an empty text if nothing is selected.
   if (text && (text->empty() || linux_port::mayBeCurrentLine(programs_, *text))) return {};

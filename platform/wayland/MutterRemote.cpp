@@ -126,7 +126,9 @@ void MutterRemote::ownerChanged(sd_bus_message* signal) {
   const bool copied = owner == Owner::kApplication || (owner == Owner::kUnknown && !requested);
   if (!copied && requested) return;
   // If the text was requested later, it may be the new owner's.
+  const bool lost = !copied && !copiedType_.empty();
   forgetCopy();
+  lost_ = lost;
   if (!copied) return;
   isSure_ = owner == Owner::kApplication;
   std::size_t best = std::size(kTextTypes);
@@ -159,6 +161,7 @@ void MutterRemote::forgetCopy() {
   incoming_.abandon();
   copiedType_.clear();
   replySerial_ = 0;
+  lost_ = false;
 }
 
 std::optional<std::string> MutterRemote::copiedText() {

@@ -58,6 +58,9 @@ class MutterRemote {
   /// Whether copiedText() may be from an extension of GNOME Shell. Then the application must copy
   /// again, after clearAgain().
   [[nodiscard]] bool mayBeFromExtension();
+  /// Whether copiedText() is nothing because a clipboard manager has taken over the clipboard too
+  /// early.
+  [[nodiscard]] bool isCopyLost() const { return lost_; }
   /// Takes the clipboard again and returns once it has not changed for a second, so that the next
   /// change is a copy. False if it keeps changing for three seconds, or Mutter refuses.
   [[nodiscard]] bool clearAgain();
@@ -88,6 +91,7 @@ class MutterRemote {
   BusSlot owner_;
   std::string copiedType_;  ///< the best type of the copied data; empty if it is not text
   bool isSure_ = false;     ///< it was copied by an application
+  bool lost_ = false;       ///< it may not have been read before a manager took the clipboard
   bool changed_ = false;    ///< another program has taken the clipboard
   IncomingText incoming_;   ///< the copied text
   /// Mutter's serial number of the reply with the pipe of incoming_; 0 while there is none.

@@ -249,6 +249,16 @@ TEST_F(GnomeTest, ACopyCountsAlsoOnceAManagerHasTakenTheClipboard) {
   EXPECT_THAT(dialled, ElementsAre("020 1234", "020 1234"));
 }
 
+TEST_F(GnomeTest, ATextThatMayHaveBeenTransferredByAManagerIsCopiedAgain) {
+  ASSERT_TRUE(registerDial());
+  gnome->select("020 1234");
+  gnome->setManager(
+      {Acts::kBeforeTransfer, {"text/plain;charset=utf-8", "UTF8_STRING", "TARGETS"}, "older", 1});
+  use();
+  EXPECT_THAT(dialled, ElementsAre("020 1234"));
+  EXPECT_EQ(gnome->typed().size(), 2U);
+}
+
 TEST_F(GnomeTest, ATextThatMayHaveBeenTransferredByAManagerIsNotDialled) {
   ASSERT_TRUE(registerDial());
   gnome->select("020 1234");

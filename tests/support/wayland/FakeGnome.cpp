@@ -330,7 +330,8 @@ void FakeGnome::takeClipboard(sd_bus* bus, const std::vector<std::string>& types
 }
 
 void FakeGnome::letManagerAct(sd_bus* bus, Manager::Acts occasion) {
-  if (manager_.acts == occasion) takeClipboard(bus, manager_.types, manager_.text);
+  if (manager_.acts != occasion || manager_.times-- <= 0) return;
+  takeClipboard(bus, manager_.types, manager_.text);
 }
 
 int FakeGnome::clearClipboard(sd_bus_message* call) {

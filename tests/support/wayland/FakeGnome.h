@@ -52,6 +52,7 @@ class FakeGnome {
     enum class Acts { kNever, kOnClearing, kBeforeTransfer, kAfterTransfer } acts = Acts::kNever;
     std::vector<std::string> types;
     std::string text;
+    int times = 1000;  ///< how often
   };
   void setManager(Manager manager);
   void lockScreen();
