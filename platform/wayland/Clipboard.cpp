@@ -99,9 +99,9 @@ void DataControl::ownershipTaken() {
 }
 
 bool DataControl::awaitQuiet() {
-  const auto limit = Clock::now() + kQuietLimit;
   if (managers_.quietFrom() > Clock::now()) {
     if (!display_.synchronise()) return false;
+    const auto limit = Clock::now() + kQuietLimit;
     for (auto now = Clock::now(); managers_.quietFrom() > now; now = Clock::now()) {
       if (now >= limit || display_.lost()) return false;
       const auto time = std::min(managers_.quietFrom(), limit) - now;
@@ -126,14 +126,14 @@ std::optional<std::string> DataControl::copiedText() {
   const bool answered = display_.synchronise();
   managers_.copyWasRead();
   awaitsCopy_ = false;
-  if (!answered || !copied()) {
+  if (!answered || !(copied() || managers_.isCopyReplaced())) {
     incoming_.abandon();
     return {};
   }
-  const bool early = requested_;
+  const bool early = requested_ || !copied();
   if (!early) request();
   auto text = incoming_.finish();
-  if (early && text && text->empty()) {  // the owner may have had no text yet
+  if (requested_ && text && text->empty()) {  // the owner may have had no text yet
     request();
     text = incoming_.finish();
   }
@@ -202,7 +202,7 @@ void DataControl::sourceCancelled(zwlr_data_control_source_v1* source) {
 }
 
 void DataControl::emptyWasRead(zwlr_data_control_source_v1* source) {
-  if (source == empty_) managers_.emptyWasRead();
+  if (source == empty_) managers_.emptyWasRead(Clock::now());
 }
 
 void WaylandClipboard::clear() {

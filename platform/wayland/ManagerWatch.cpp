@@ -8,31 +8,40 @@ namespace seldial::platform::wayland {
 void ManagerWatch::cleared(Clock::time_point now) {
   forgetTaker(now);
   cleared_ = now;
-  readers_ = 0;
+  expectedReaders_ = std::exchange(readers_, 0U);
   answered_ = false;
   copied_ = false;
+  replaced_ = false;
   awaited_ = takesCleared_;
   again_ = false;
   late_ = now - lastText() < kLatest;
 }
 
 void ManagerWatch::clearedAgain(Clock::time_point now) {
-  const bool newReader = hasNewReader();
+  const bool found = replaced_ || hasNewReader();
   cleared(now);
-  awaited_ = awaited_ || newReader;
+  awaited_ = awaited_ || found;
   again_ = true;
 }
 
 void ManagerWatch::clearingReported() {
   answered_ = false;
+  replaced_ = false;
   if (!std::exchange(copied_, false)) return;
   text_ = copy_;
   late_ = true;
   expecting_ = true;
 }
 
+void ManagerWatch::emptyWasRead(Clock::time_point now) {
+  ++readers_;
+  read_ = now;
+  isRead_ = true;
+}
+
 void ManagerWatch::taken(Clock::time_point now, bool withText) {
   forgetTaker(now);
+  replaced_ = copied_ && !withText;
   if (!withText) {
     answered_ = true;
     other_ = now;
@@ -42,6 +51,7 @@ void ManagerWatch::taken(Clock::time_point now, bool withText) {
   } else {
     answered_ = true;
     late_ = late_ || !copied_;
+    takesCleared_ = takesCleared_ || (!copied_ && readers_ > 0 && now - cleared_ < kKnownReaction);
     takesCopied_ = takesCopied_ || now - copy_ < kReaction;
     text_ = now;
   }
@@ -60,13 +70,22 @@ ManagerWatch::Clock::time_point ManagerWatch::lastText() const {
 
 ManagerWatch::Clock::time_point ManagerWatch::quietFrom() const {
   const auto quiet = std::max(lastText() + kReaction, other_ + kPause);
-  return awaited_ && !answered_ ? std::max(quiet, cleared_ + kReaction) : quiet;
+  if (!awaited_) return quiet;
+  if (readers_ < expectedReaders_ || (takesCleared_ && !answered_))
+    return std::max(quiet, cleared_ + kKnownReaction);
+  return answered_ ? quiet : std::max({quiet, cleared_ + kReaction, read_ + kReaction});
 }
 
 void ManagerWatch::becameQuiet() {
   if (!awaited_) return;
-  takesCleared_ = answered_;
-  if (!answered_) harmlessReaders_ = readers_;
+  if (answered_) {
+    takesCleared_ = true;
+  } else if (takesCleared_ && readers_ > 0 && !again_) {
+    late_ = true;  // it still runs, and may be slow
+  } else {
+    takesCleared_ = false;
+    harmlessReaders_ = readers_;
+  }
 }
 
 }  // namespace seldial::platform::wayland

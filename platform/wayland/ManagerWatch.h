@@ -13,8 +13,12 @@ class ManagerWatch {
  public:
   using Clock = std::chrono::steady_clock;
 
-  /// How long a manager may take, on a busy machine, to take over the clipboard after a change.
+  /// How long a manager may take, on a busy machine, to take over the clipboard after a change, or
+  /// after it has read our empty one.
   static constexpr std::chrono::milliseconds kReaction{1000};
+  /// How long a manager that has taken over or read the previous cleared clipboard may take to do
+  /// so again.
+  static constexpr std::chrono::milliseconds kKnownReaction{2000};
   /// The age from which no manager puts a text back any more, however busy the machine is.
   static constexpr std::chrono::milliseconds kLatest{5000};
   /// The pause after a manager has taken over the clipboard without a text, for example with a copy
@@ -29,7 +33,7 @@ class ManagerWatch {
   void clearingReported();
   /// Another program has read our empty clipboard. It is a manager: an application would not
   /// request its type.
-  void emptyWasRead() { ++readers_, isRead_ = true; }
+  void emptyWasRead(Clock::time_point now);
   /// Another program has taken the clipboard.
   void taken(Clock::time_point now, bool withText);
   /// From now on, the next text is the copy by the focused application.
@@ -44,9 +48,14 @@ class ManagerWatch {
 
   /// Whether a manager has ever read our empty clipboard, and may put back a copy of it.
   [[nodiscard]] bool isEmptyRead() const { return isRead_; }
+  /// Whether a manager has put a copy of our empty clipboard in place of the expected text.
+  [[nodiscard]] bool isCopyReplaced() const { return replaced_; }
   /// Whether the text may be one that a manager put back because the clipboard was empty, or later
-  /// than kReaction. Then the application must copy again, after clearedAgain().
-  [[nodiscard]] bool mayBeFromManager() const { return !again_ && (late_ || hasNewReader()); }
+  /// than kReaction, or isCopyReplaced(). Then the application must copy again, after
+  /// clearedAgain().
+  [[nodiscard]] bool mayBeFromManager() const {
+    return !again_ && (late_ || replaced_ || hasNewReader());
+  }
 
  private:
   void forgetTaker(Clock::time_point now);
@@ -65,12 +74,15 @@ class ManagerWatch {
   bool expecting_ = false;        ///< from expectCopy() to the text
 
   // Since the last clearing.
-  unsigned readers_ = 0;   ///< of our empty clipboard
-  bool answered_ = false;  ///< a manager has taken it
-  bool copied_ = false;    ///< the expected text has arrived
-  bool awaited_ = false;   ///< we wait for a manager to take it
-  bool again_ = false;     ///< it was the second one of a use
-  bool late_ = false;      ///< an older text may be put back later than kReaction
+  unsigned readers_ = 0;          ///< of our empty clipboard
+  unsigned expectedReaders_ = 0;  ///< how many read the previous one
+  Clock::time_point read_;        ///< when the last one read it
+  bool answered_ = false;         ///< a manager has taken it
+  bool copied_ = false;           ///< the expected text has arrived
+  bool awaited_ = false;          ///< we wait for a manager to take it
+  bool again_ = false;            ///< it was the second one of a use
+  bool replaced_ = false;         ///< the expected text was replaced by something without a text
+  bool late_ = false;             ///< an older text may be put back later than kReaction
 };
 
 }  // namespace seldial::platform::wayland

@@ -165,13 +165,16 @@ class Application final : public CopyKeys {
   bool type(Chord /*chord*/) override {
     const std::string text = typed < copies_.size() ? copies_[typed] : "";
     ++typed;
-    if (!display_.synchronise()) return false;
-    compositor_.readClipboard();  // as a manager does
+    if (!display_.synchronise()) return false;  // the clipboard is cleared
     if (!text.empty()) compositor_.copy(text);
+    if (!isReplaced) return true;
+    if (!display_.synchronise()) return false;  // the text is requested
+    compositor_.copyNoText();
     return true;
   }
 
   std::size_t typed = 0;
+  bool isReplaced = false;  ///< its copies, by a manager's copy of our empty clipboard
 
  private:
   tests::ExtDataControl& compositor_;
@@ -181,9 +184,11 @@ class Application final : public CopyKeys {
 
 /// The result of a use of the hot key beside a manager that reads the empty clipboard.
 struct BesideAManager : NewerDataControl {
-  std::optional<std::string> use(std::vector<std::string> copies) {
+  std::optional<std::string> use(std::vector<std::string> copies, bool isReplaced = false) {
+    compositor.readEachClipboard();
     DataControl data(display, loop);
     Application application(compositor, display, std::move(copies));
+    application.isReplaced = isReplaced;
     WaylandClipboard clipboard(data, application, [] { return std::vector<std::string>(); });
     clipboard.clear();
     EXPECT_TRUE(clipboard.copySelection());
@@ -199,6 +204,10 @@ TEST_F(BesideAManager, ATextThatIsCopiedTwiceIsTheApplications) {
 
 TEST_F(BesideAManager, ATextThatComesOnceIsNot) {
   EXPECT_EQ(use({"020 1234"}), std::nullopt);
+}
+
+TEST_F(BesideAManager, ACopyThatTheManagerReplacesIsDialled) {
+  EXPECT_EQ(use({"020 1234", "020 1234"}, true), "020 1234");
 }
 
 TEST_F(NewerDataControl, TextIsRequestedWhileTheLoopBlocks) {

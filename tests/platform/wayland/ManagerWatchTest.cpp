@@ -32,12 +32,21 @@ class Managers : public testing::Test {
     watch.taken(now, true);
   }
 
-  /// As the first manager that reads it.
-  void refillTheEmptyClipboard(bool withText) {
-    use([] {}, [&] { watch.emptyWasRead(); });
+  void clearAgain() {
     watch.clearedAgain(now);
     watch.clearingReported();
+  }
+  /// A manager reads the empty clipboard and takes it.
+  void answer(bool withText) {
+    watch.emptyWasRead(now);
+    now += milliseconds(10);
     watch.taken(now, withText);
+  }
+  /// As the first manager that reads it.
+  void refillTheEmptyClipboard(bool withText) {
+    use([] {}, [&] { watch.emptyWasRead(now); });
+    clearAgain();
+    answer(withText);
   }
 
   [[nodiscard]] bool isQuiet() const { return watch.quietFrom() <= now; }
@@ -116,16 +125,18 @@ TEST_F(Managers, OneThatStillTakesUpCopiesIsNotForgotten) {
 }
 
 TEST_F(Managers, OneThatReadsTheEmptyClipboardIsTriedOnce) {
-  use([] {}, [&] { watch.emptyWasRead(); });
+  use([] {}, [&] { watch.emptyWasRead(now); });
   EXPECT_TRUE(watch.mayBeFromManager());
-  watch.clearedAgain(now);
-  watch.clearingReported();
-  watch.emptyWasRead();
+  clearAgain();
+  EXPECT_EQ(watch.quietFrom(), now + ManagerWatch::kKnownReaction);
+  now += milliseconds(1500);
+  watch.emptyWasRead(now);
   EXPECT_EQ(watch.quietFrom(), now + ManagerWatch::kReaction);
+  now = watch.quietFrom();
   watch.becameQuiet();
   EXPECT_FALSE(watch.mayBeFromManager());
   now += ManagerWatch::kLatest;
-  use([] {}, [&] { watch.emptyWasRead(); });
+  use([] {}, [&] { watch.emptyWasRead(now); });
   EXPECT_FALSE(watch.mayBeFromManager());
 }
 
@@ -135,8 +146,8 @@ TEST_F(Managers, OneThatRefillsTheEmptyClipboardIsWaitedForEachTime) {
   for (int i = 0; i < 2; ++i) {
     now += ManagerWatch::kLatest;
     watch.cleared(now);
-    EXPECT_EQ(watch.quietFrom(), now + ManagerWatch::kReaction);
-    use([&] { copy(); }, [] {});
+    EXPECT_EQ(watch.quietFrom(), now + ManagerWatch::kKnownReaction);
+    use([&] { answer(true); }, [] {});
     EXPECT_TRUE(watch.mayBeFromManager());
   }
   now += ManagerWatch::kLatest;
@@ -149,6 +160,61 @@ TEST_F(Managers, OneThatRefillsTheEmptyClipboardIsWaitedForEachTime) {
 TEST_F(Managers, OneThatCopiesTheEmptyClipboardDelaysAUseLess) {
   refillTheEmptyClipboard(false);
   EXPECT_EQ(watch.quietFrom(), now + ManagerWatch::kPause);
+}
+
+TEST_F(Managers, OneThatReplacesACopyByTheEmptyClipboardIsWaitedForFromThenOn) {
+  use([] {}, [&] { answer(false); });
+  EXPECT_TRUE(watch.isCopyReplaced());
+  EXPECT_TRUE(watch.mayBeFromManager());
+  clearAgain();
+  EXPECT_FALSE(watch.isCopyReplaced());
+  answer(false);
+  now = watch.quietFrom();
+  watch.becameQuiet();
+  now += ManagerWatch::kLatest;
+  use([&] { answer(false); }, [] {});
+  EXPECT_FALSE(watch.isCopyReplaced());
+  EXPECT_FALSE(watch.mayBeFromManager());
+}
+
+TEST_F(Managers, OneThatAnswersButHasNotReadTheEmptyClipboardYetIsWaitedFor) {
+  refillTheEmptyClipboard(true);
+  watch.becameQuiet();
+  now += ManagerWatch::kLatest;
+  watch.cleared(now);
+  watch.clearingReported();
+  watch.taken(now, false);  // because of something earlier
+  EXPECT_EQ(watch.quietFrom(), now + ManagerWatch::kKnownReaction);
+  answer(false);
+  EXPECT_EQ(watch.quietFrom(), now + ManagerWatch::kPause);
+}
+
+TEST_F(Managers, OneThatRefillsTheEmptyClipboardAfterTheUseIsWaitedForInTheNext) {
+  watch.cleared(now);
+  watch.clearingReported();
+  watch.expectCopy();
+  watch.emptyWasRead(now);
+  watch.copyWasRead();  // nothing is selected
+  now += milliseconds(1500);
+  watch.taken(now, true);
+  now += ManagerWatch::kLatest;
+  watch.cleared(now);
+  EXPECT_EQ(watch.quietFrom(), now + ManagerWatch::kKnownReaction);
+}
+
+TEST_F(Managers, OneThatTookTheClearedClipboardAndOnlyReadsItNowIsWaitedForTwice) {
+  refillTheEmptyClipboard(true);
+  watch.becameQuiet();
+  now += ManagerWatch::kLatest;
+  use([&] { watch.emptyWasRead(now); }, [] {});
+  EXPECT_TRUE(watch.mayBeFromManager());
+  clearAgain();
+  watch.emptyWasRead(now);
+  now = watch.quietFrom();
+  watch.becameQuiet();
+  now += ManagerWatch::kLatest;
+  use([&] { watch.emptyWasRead(now); }, [] {});
+  EXPECT_FALSE(watch.mayBeFromManager());
 }
 
 }  // namespace

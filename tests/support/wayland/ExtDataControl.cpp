@@ -104,6 +104,7 @@ void ExtDataControl::clipboardTaken(wl_resource* source) {
   auto* const offer = makeOffer();
   for (const auto& type : types_) ext_data_control_offer_v1_send_offer(offer, type.c_str());
   ext_data_control_device_v1_send_selection(device_, offer);
+  if (readsEach_) requestFirstType();
 }
 
 wl_resource* ExtDataControl::makeOffer() {
@@ -118,22 +119,36 @@ wl_resource* ExtDataControl::makeOffer() {
 void ExtDataControl::copy(const std::string& text) {
   compositor_.run([&] {
     text_ = text;
-    if (source_ != nullptr) ext_data_control_source_v1_send_cancelled(source_);
-    source_ = nullptr;
-    auto* const offer = makeOffer();
-    ext_data_control_offer_v1_send_offer(offer, "text/plain;charset=utf-8");
-    ext_data_control_device_v1_send_selection(device_, offer);
+    offer("text/plain;charset=utf-8");
   });
 }
 
+void ExtDataControl::copyNoText() {
+  compositor_.run([&] { offer("image/png"); });
+}
+
+void ExtDataControl::offer(const char* type) {
+  if (source_ != nullptr) ext_data_control_source_v1_send_cancelled(source_);
+  source_ = nullptr;
+  auto* const offer = makeOffer();
+  ext_data_control_offer_v1_send_offer(offer, type);
+  ext_data_control_device_v1_send_selection(device_, offer);
+}
+
 void ExtDataControl::readClipboard() {
-  compositor_.run([&] {
-    int pipe[2];
-    if (source_ == nullptr || ::pipe(pipe) != 0) std::abort();
-    ext_data_control_source_v1_send_send(source_, types_.front().c_str(), pipe[1]);
-    close(pipe[0]);
-    close(pipe[1]);
-  });
+  compositor_.run([&] { requestFirstType(); });
+}
+
+void ExtDataControl::readEachClipboard() {
+  compositor_.run([&] { readsEach_ = true; });
+}
+
+void ExtDataControl::requestFirstType() {
+  int pipe[2];
+  if (source_ == nullptr || ::pipe(pipe) != 0) std::abort();
+  ext_data_control_source_v1_send_send(source_, types_.front().c_str(), pipe[1]);
+  close(pipe[0]);
+  close(pipe[1]);
 }
 
 void ExtDataControl::select(const std::string& text) {

@@ -20,8 +20,12 @@ class ExtDataControl {
 
   /// Another program copies a text to the clipboard.
   void copy(const std::string& text);
+  /// Another program puts something without a text on the clipboard.
+  void copyNoText();
   /// Another program reads the client's clipboard, with the first of its types.
   void readClipboard();
+  /// Another program does so from now on, each time the client takes it.
+  void readEachClipboard();
   /// Another program's text is selected.
   void select(const std::string& text);
 
@@ -44,7 +48,9 @@ class ExtDataControl {
   [[nodiscard]] const std::string& textRequested();
 
  private:
+  void offer(const char* type);
   wl_resource* makeOffer();
+  void requestFirstType();
 
   wl_resource* device_ = nullptr;
   wl_resource* source_ = nullptr;  ///< the client's, while it owns the clipboard
@@ -52,6 +58,7 @@ class ExtDataControl {
   std::string text_;
   int offers_ = 0;
   int requests_ = 0;
+  bool readsEach_ = false;
   BareCompositor compositor_;
 };
 
