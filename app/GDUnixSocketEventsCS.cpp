@@ -1,5 +1,6 @@
 #include "app/GDUnixSocketEventsCS.h"
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -15,71 +16,74 @@ constexpr std::size_t kMostWaiting = 4096;
 
 }  // namespace
 
-/// Chunks of one client that arrived one after another. Chunks are small and the main thread may be
-/// far behind, so one step per chunk would need several times the memory of the command.
+/// Chunks of one client that arrived before any other step was posted. Chunks are small and the
+/// main thread may be far behind, so one step per chunk would need many times the memory of the
+/// command.
 class GDUnixSocketEventsCS::ReceivedChunks {
  public:
   /// `logs`: whether each chunk gets a log line.
-  ReceivedChunks(std::string clientID, const Data& chunk, bool logs)
-      : clientID_(std::move(clientID)), logs_(logs) {
-    append(chunk);
-  }
+  ReceivedChunks(std::string clientID, bool logs) : clientID_(std::move(clientID)), logs_(logs) {}
 
-  /// Returns the number of bytes that wait for the main thread; 0 if it has already begun to
-  /// process them, and the chunk was not added.
-  std::size_t add(const Data& chunk) {
+  /// `chunk` is empty if it was not valid. Returns the number of bytes that wait for the main
+  /// thread; nothing if it has already begun to process them, and the chunk was not added.
+  std::optional<std::size_t> add(std::string_view chunk) {
     const std::lock_guard lock(mutex_);
-    if (chunks_.text.empty()) return 0;
-    append(chunk);
+    if (taken_) return {};
+    chunks_.text += chunk;
+    if (logs_) {
+      chunks_.ends.resize(chunks_.ends.size() + chunk.size());
+      chunks_.ends.push_back(true);
+    }
     return chunks_.text.size();
   }
 
   void deliverTo(AppDelegate& main) {
     Chunks chunks = taken();
     const bool isCurrent = clientID_ == main.UnixSocketConnetedClientId;
-    for (std::size_t begin = 0; logs_ && begin < chunks.text.size();) {
-      const std::string chunk = chunks.chunkAt(begin);
-      std::string line = "Unix socket server; did receive: ";
-      main.log(line.append(chunk).append("; from client with id: ").append(clientID_));
-      if (!isCurrent) main.appendUnixSocketInput(clientID_, chunk);  // only a log line
-      begin += chunk.size();
+    std::size_t begin = 0;
+    std::size_t size = 0;
+    for (const bool isEnd : chunks.ends) {
+      if (!isEnd) {
+        ++size;
+        continue;
+      }
+      const std::string chunk = chunks.text.substr(begin, size);
+      log(chunk, main);
+      if (!isCurrent && size > 0) main.appendUnixSocketInput(clientID_, chunk);  // only a log line
+      begin += std::exchange(size, 0);
     }
     // All chunks at once: a large text is moved, not copied.
     if (isCurrent) main.appendUnixSocketInput(clientID_, std::move(chunks.text));
   }
 
-  [[nodiscard]] const std::string& clientID() const { return clientID_; }
-
  private:
   struct Chunks {
     std::string text;
-    /// Whether a chunk ends with that byte; only for log lines. A list of lengths would be larger
-    /// than the text if the chunks are tiny.
-    std::vector<bool> isEnd;
-
-    [[nodiscard]] std::string chunkAt(std::size_t begin) const {
-      std::size_t last = begin;
-      while (!isEnd[last]) ++last;
-      return text.substr(begin, last + 1 - begin);
-    }
+    /// False for each byte and true after each chunk; only for log lines. A list of lengths would
+    /// be larger than the text if the chunks are tiny.
+    std::vector<bool> ends;
   };
 
-  void append(const Data& chunk) {
-    chunks_.text += chunk;
-    if (!logs_) return;
-    chunks_.isEnd.resize(chunks_.text.size());
-    chunks_.isEnd.back() = true;
+  void log(const std::string& chunk, AppDelegate& main) const {
+    std::string line = "Unix socket server; did receive";
+    if (chunk.empty()) {
+      main.log(line.append(" nothing; from client with id: ").append(clientID_).append("."));
+    } else {
+      main.log(line.append(": ").append(chunk).append("; from client with id: ").append(clientID_));
+    }
   }
 
   Chunks taken() {
     const std::lock_guard lock(mutex_);
+    taken_ = true;
     return std::exchange(chunks_, {});
   }
 
   const std::string clientID_;
   const bool logs_;
   std::mutex mutex_;
-  Chunks chunks_;  ///< guarded by `mutex_`; empty once the main thread has taken them
+  Chunks chunks_;       ///< guarded by `mutex_`
+  bool taken_ = false;  ///< guarded by `mutex_`: the main thread has taken the chunks
 };
 
 GDUnixSocketEventsCS::GDUnixSocketEventsCS(std::weak_ptr<AppDelegate> main,
@@ -112,20 +116,25 @@ void GDUnixSocketEventsCS::unixSocketServerDidReceiveData(GDUnixSocketServer& /*
                                                           const Data& data,
                                                           const std::string& clientID) {
   // Each chunk is decoded separately, on purpose: one that ends inside a character is discarded.
-  if (!isValidUTF8(data)) {
-    logOnMainQueue("Unix socket server; did receive nothing; from client with id: " + clientID +
-                   ".");
-    return;
-  }
+  const std::string_view chunk = isValidUTF8(data) ? std::string_view(data) : std::string_view();
+  if (chunk.empty() && !logs_) return;
   const std::lock_guard lock(mutex_);
-  const bool next = lastReceived_ && lastReceived_->clientID() == clientID;
-  const std::size_t waiting = next ? lastReceived_->add(data) : 0;
-  if (waiting == 0) {
-    lastReceived_ = std::make_shared<ReceivedChunks>(clientID, data, logs_);
-    postLocked(logs_, [received = lastReceived_](AppDelegate& main) { received->deliverTo(main); });
-  } else if (waiting >= kMostWaiting && waiting - data.size() < kMostWaiting) {
+  const auto received = lastReceived_.find(clientID);
+  const auto waiting =
+      received != lastReceived_.end() ? received->second->add(chunk) : std::nullopt;
+  if (!waiting) {
+    postChunk(clientID, chunk);
+  } else if (*waiting >= kMostWaiting && *waiting - chunk.size() < kMostWaiting) {
     mainQueue_->async([] {});
   }
+}
+
+void GDUnixSocketEventsCS::postChunk(const std::string& clientID, std::string_view chunk) {
+  if (logs_) lastReceived_.clear();  // log lines of several clients have an order
+  auto& received = lastReceived_[clientID];
+  received = std::make_shared<ReceivedChunks>(clientID, logs_);
+  received->add(chunk);
+  postLocked(logs_, [received](AppDelegate& main) { received->deliverTo(main); });
 }
 
 void GDUnixSocketEventsCS::unixSocketServerDidFailToReadForClientID(GDUnixSocketServer& /*server*/,
@@ -158,7 +167,7 @@ void GDUnixSocketEventsCS::logOnMainQueue(std::string message) {
 template <class Step>
 void GDUnixSocketEventsCS::postToMain(bool wakesUp, Step step) {
   const std::lock_guard lock(mutex_);
-  lastReceived_ = nullptr;
+  lastReceived_.clear();
   postLocked(wakesUp, std::move(step));
 }
 

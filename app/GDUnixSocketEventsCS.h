@@ -1,9 +1,11 @@
 // Passes socket events from background threads to the main queue.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 
 #include "platform/Ports.h"
 #include "unixsocket/GDUnixSocketClient.h"
@@ -56,13 +58,15 @@ class GDUnixSocketEventsCS final : public GDUnixSocketServerDelegate,
   /// Like postToMain(); the caller holds the lock that keeps steps in the order of the callbacks.
   template <class Step>
   void postLocked(bool wakesUp, Step step);
+  /// Posts a new step for the chunks of a client; the caller holds the lock.
+  void postChunk(const std::string& clientID, std::string_view chunk);
 
   const std::shared_ptr<platform::MainQueue> mainQueue_;
   const bool logs_;
   std::mutex mutex_;  ///< held while a step is posted; no step locks it
-  /// The step that was posted last, if it processes chunks: the next chunk is added to it, unless
-  /// the main thread has begun. Guarded by `mutex_`.
-  std::shared_ptr<ReceivedChunks> lastReceived_;
+  /// The last steps that were posted, by client, if they process chunks: the client's next chunk is
+  /// added to its step, unless the main thread has begun. Guarded by `mutex_`.
+  std::map<std::string, std::shared_ptr<ReceivedChunks>> lastReceived_;
 };
 
 }  // namespace seldial

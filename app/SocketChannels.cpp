@@ -32,12 +32,14 @@ void AppDelegate::startUnixSocketServer() {
 
 void AppDelegate::takeUnixSocketInput(const std::string& clientID) {
   log("Unix socket now taking input from client: " + clientID + ".");
-  if (!UnixSocketInputString.empty()) {
-    log("Unix socket input string from previous client " + UnixSocketConnetedClientId +
-        " did contain " + UnixSocketInputString + "; PURGED !!!");
+  // Moved: it may be large.
+  std::string purged = std::exchange(UnixSocketInputString, std::string());
+  if (!purged.empty()) {
+    purged.insert(0, "Unix socket input string from previous client " + UnixSocketConnetedClientId +
+                         " did contain ");
+    log(purged.append("; PURGED !!!"));
   }
   UnixSocketConnetedClientId = clientID;
-  UnixSocketInputString.clear();
 }
 
 void AppDelegate::appendUnixSocketInput(const std::string& clientID, std::string text) {

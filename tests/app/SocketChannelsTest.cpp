@@ -141,6 +141,35 @@ TEST_F(SocketChannels, ChunksThatFollowEachOtherAreOneStepWithALogLineEach) {
   EXPECT_EQ(app->UnixSocketInputString, "onetwo");
 }
 
+TEST_F(SocketChannels, ChunksThatAreNotTextAreInTheSameStep) {
+  accept("A");
+  for (const char* chunk : {"\xff", "one", "\xff", "\xff", "two"}) receive("A", chunk);
+  EXPECT_THAT(mainQueue->tasks, SizeIs(3));
+  const std::string nothing =
+      "Log> Unix socket server; did receive nothing; from client with id: A.";
+  EXPECT_THAT(
+      drained(),
+      ElementsAre("Log> Unix socket server; did accept client with id: A",
+                  "Log> Unix socket now taking input from client: A.", nothing,
+                  "Log> Unix socket server; did receive: one; from client with id: A", nothing,
+                  nothing, "Log> Unix socket server; did receive: two; from client with id: A"));
+  EXPECT_EQ(app->UnixSocketInputString, "onetwo");
+}
+
+TEST_F(SocketChannels, WithoutLogLinesTheChunksOfOverlappingClientsAreOneStepEach) {
+  app = AppDelegate::init(ports);
+  events = app->unixSocketEvents();
+  accept("A");
+  accept("B");
+  for (const char* chunk : {"1", "2", "\xff", "3"}) {
+    receive("A", "lost");
+    receive("B", chunk);
+  }
+  EXPECT_THAT(mainQueue->tasks, SizeIs(4));
+  mainQueue->drain();
+  EXPECT_EQ(app->UnixSocketInputString, "123");
+}
+
 TEST_F(SocketChannels, EachChunkOfAnUnrecognizedClientIsLogged) {
   receive("A", "one");
   receive("A", "two");
