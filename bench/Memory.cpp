@@ -164,21 +164,35 @@ const Content kContents[] = {
     filled("wide characters", R"({"command":")", "\xF0\x9F\x98\x80", R"("})"),
 };
 
+/// Sends a command, and returns when it has been answered.
+void sendAlone(const UcClient& client, const std::string& command) {
+  static_cast<void>(client.ask(command, kLargeCommand));
+}
+
+/// Another client connects before the command ends, so that it is discarded.
+void sendOverlapping(const UcClient& client, const std::string& command) {
+  const auto held = client.connect();
+  write(held, command);
+  static_cast<void>(client.ask("", kLargeCommand));
+}
+
+using Send = void (*)(const UcClient& client, const std::string& command);
+
 /// The peak for a command of that many megabytes, in multiples of its size, without kAnyCommand.
-double peakOf(const Measured& measured, const Content& content, double megabytes) {
+double peakOf(const Measured& measured, const Content& content, Send send, double megabytes) {
   const std::string command = content.make(static_cast<std::size_t>(megabytes * kMegabyte));
   measured.program.settle();
   const double before = measured.program.resetPeakMemory();
-  static_cast<void>(measured.client.ask(command, kLargeCommand));
+  send(measured.client, command);
   return (measured.program.peakMemory() - before - kAnyCommand) /
          static_cast<double>(command.size());
 }
 
-Row peakRow(const Measured& measured, const Content& content) {
+Row peakRow(const Measured& measured, const Content& content, Send send = sendAlone) {
   std::string peaks;
   double worst = 0;
   for (const double megabytes : kCommandMegabytes) {
-    const double peak = peakOf(measured, content, megabytes);
+    const double peak = peakOf(measured, content, send, megabytes);
     peaks += text("%.2f ", peak);
     worst = std::max(worst, peak);
   }
@@ -223,6 +237,8 @@ std::vector<Row> commandMemory() {
   const double before = measured.program.uniqueMemory();
   std::vector<Row> rows;
   for (const auto& content : kContents) rows.push_back(peakRow(measured, content));
+  rows.push_back(
+      peakRow(measured, filled("discarded for another client", "", "x", ""), sendOverlapping));
   measured.program.settle();
   const double left = (measured.program.uniqueMemory() - before) / kMegabyte;
   rows.push_back({"memory left after them", text("%.2f MB", left), "0 MB",
