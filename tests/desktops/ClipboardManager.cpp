@@ -81,7 +81,8 @@ void keep(Content content, zwlr_data_control_offer_v1* offer) {
 
 const zwlr_data_control_offer_v1_listener kOfferListener{
     [](void* /*data*/, zwlr_data_control_offer_v1* offer, const char* type) {
-      offers[offer][type];
+      // GTK 3 never answers a request for this one, and after it often no other.
+      if (std::string_view(type) != "SAVE_TARGETS") offers[offer][type];
     }};
 
 const zwlr_data_control_device_v1_listener kDeviceListener{

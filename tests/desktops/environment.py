@@ -1,12 +1,15 @@
 """Clipboard managers and a lock screen, for scripts/test-desktops."""
 import json
 import os
+import re
+import signal
 import subprocess
+import threading
 import time
 
 from gnome import LockingGnome
 from kwin import KWin
-from session import ROOT, Seldial, Window, eventually
+from session import EVDEV, ROOT, Seldial, Window, eventually
 
 USE = "+ctrl +alt +d 30 -d 20 -alt -ctrl"
 OLDER = "older text"
@@ -135,3 +138,39 @@ def lock_screen(desktop, seldial, report):
             seldial.register()
             report.tell(f"locked while the hot key {title}: dials nothing",
                         any('"MakeCall"' in line for line in seldial.seen), False)
+
+
+def swaylock(desktop, seldial, report):
+    """Checks that a use while the screen is locked does nothing, and which keys the lock screen gets."""
+    window = Window(desktop, "gtk3")
+    window.ask("all")
+    locker = desktop.run(["swaylock"], stderr=subprocess.PIPE, text=True, WAYLAND_DEBUG="client")
+    limit = threading.Timer(30, locker.kill)
+    limit.start()
+    seen = []
+
+    def reads(*parts):
+        """Reads what the lock screen receives, up to an event."""
+        for line in locker.stderr:
+            seen.append(line)
+            if all(part in line for part in parts):
+                return True
+        return False
+
+    def keys():
+        return [(key, down == "1") for key, down in re.findall(r"wl_keyboard.\d+\.key\(\d+, \d+, (\d+), (\d)\)",
+                                                               "".join(seen))]
+
+    report.tell("swaylock gets the keyboard", reads("wl_keyboard", ".enter("), True)
+    before = len(seldial.seen)
+    desktop.keys(USE + " +a 30 -a")
+    report.tell("it gets the user's keys", reads("wl_keyboard", f" {EVDEV['a']}, 0)"), True)
+    report.tell("and no others", {int(key) for key, _ in keys()} - {EVDEV[name] for name in ("ctrl", "alt", "d", "a")},
+                set())
+    seldial.register()
+    report.tell("the hot key does nothing", any("hot key pressed" in line for line in seldial.seen[before:]), False)
+    locker.send_signal(signal.SIGUSR1)  # unlocks
+    reads("nothing")  # up to its end
+    limit.cancel()
+    report.tell("after that it dials", (desktop.keys(USE), seldial.result()[1])[1], window.copied)
+    window.close()

@@ -57,7 +57,7 @@ class Wlroots(Session):
 
 class Sway(Wlroots):
     name = "sway"
-    packages = "sway xwayland"
+    packages = "sway swaylock xwayland"
 
     def command(self):
         self.write("sway", SWAY.format(*SIZE, self.directory))
@@ -75,7 +75,7 @@ class Labwc(Wlroots):
     """labwc has no hot keys for programs: a key of its configuration runs seldial-uc press."""
 
     name = "labwc"
-    packages = "labwc xwayland"
+    packages = "labwc swaylock xwayland"
 
     @classmethod
     def missing(cls):
