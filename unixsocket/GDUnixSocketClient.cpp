@@ -124,8 +124,11 @@ bool GDUnixSocketClient::connectTo(const std::string& path) {
     const auto wait = std::max(timeLeft(deadline, kConnectWait), milliseconds(1));
     setSendTimeoutOf(use.number(), wait);
     if (::connect(use.number(), address.get(), SocketAddress::size()) == 0) break;
+    // A wait also ends when the process is stopped and continued, or the system sleeps.
+    const bool interrupted = errno == EINTR && timeout > milliseconds::zero();
     // EAGAIN at once is a failure; after a wait it means that the backlog is still full.
-    if (errno != EAGAIN || Clock::now() - begin < wait / 2) return false;
+    const bool full = errno == EAGAIN && Clock::now() - begin >= wait / 2;
+    if (!interrupted && !full) return false;
     if (Clock::now() >= deadline) return false;
     if (fd() != use.number()) {
       errno = ECANCELED;

@@ -303,6 +303,18 @@ TEST_F(FaultyClient, AFailedConnectIsReportedWithTheErrnoBeforeTheClose) {
   }
 }
 
+TEST_F(FaultyClient, WithASendTimeoutAnInterruptedConnectIsTriedAgain) {
+  client->setSendTimeout(kTimeLimit);
+  SystemCalls::set(failing("connect", EINTR, 0, 2));
+  EXPECT_TRUE(client->connectWithAutoRead(false));
+  client->close();
+  client->setSendTimeout(std::chrono::milliseconds(20));
+  SystemCalls::set(failing("connect", EINTR));
+  std::optional<Error> error;
+  EXPECT_FALSE(client->connectWithAutoRead(false, &error));
+  EXPECT_EQ(EINTR, error->errorNumber);
+}
+
 TEST_F(FaultyClient, AFailingReadLoopReportsOnceAndCloses) {
   client->setDelegate(delegate);
   SystemCalls::set(failing("read", EAGAIN));
