@@ -79,7 +79,8 @@ void DataControl::takeOwnershipAgain() {
 }
 
 void DataControl::take() {
-  ownershipTaken_ = awaitsCopy_ = requested_ = false;
+  ownershipTaken_ = awaitsCopy_ = requested_ = begun_ = false;
+  replaced_.clear();
   if (!device_) return;
   // The previous source, if any, is then cancelled and destroyed.
   empty_ = zwlr_data_control_manager_v1_create_data_source(display_.dataControl());
@@ -126,7 +127,7 @@ std::optional<std::string> DataControl::copiedText() {
   const bool answered = display_.synchronise();
   managers_.copyWasRead();
   awaitsCopy_ = false;
-  if (!answered || !(copied() || managers_.isCopyReplaced())) {
+  if (!answered || !(copied() || (begun_ && managers_.isCopyReplaced()))) {
     incoming_.abandon();
     return {};
   }
@@ -138,8 +139,10 @@ std::optional<std::string> DataControl::copiedText() {
     text = incoming_.finish();
   }
   requested_ = false;
-  if (text && text->empty() && managers_.isEmptyRead()) return {};
-  return text;
+  if (!text || !text->empty() || !managers_.isEmptyRead()) return text;
+  if (replaced_.empty()) return {};
+  managers_.copyWasReplaced();
+  return std::exchange(replaced_, {});
 }
 
 /// Whether another program has put text on the clipboard since awaitQuiet().
@@ -155,12 +158,14 @@ void DataControl::requestEarly() {
 }
 
 void DataControl::request() {
+  if (auto text = begun_ ? incoming_.arrived() : std::nullopt; text && !text->empty())
+    replaced_ = *std::move(text);
   const int pipe = incoming_.begin();
   if (pipe == -1) return;
   zwlr_data_control_offer_v1_receive(clipboard_, kTextTypes[offers_.at(clipboard_).textType], pipe);
   close(pipe);  // libwayland sends a duplicate
   display_.flush();
-  requested_ = true;
+  requested_ = begun_ = true;
 }
 
 void DataControl::offerCreated(zwlr_data_control_offer_v1* offer) {

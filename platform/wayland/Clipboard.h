@@ -92,7 +92,9 @@ class DataControl {
   ManagerWatch managers_;
   bool awaitsCopy_ = false;  ///< from awaitQuiet() to copiedText()
   IncomingText incoming_;
+  bool begun_ = false;      ///< incoming_ is a text that has been copied since takeOwnership()
   bool requested_ = false;  ///< incoming_ is the text of clipboard_
+  std::string replaced_;    ///< a text that has been copied before that
 };
 
 /// Types into a terminal only a chord that the terminal copies on and does not pass to the program

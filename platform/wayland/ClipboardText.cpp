@@ -120,12 +120,18 @@ bool IncomingText::readableWhileBlocked() {
   return true;
 }
 
-/// Reads once: the loop calls again if there is more.
-void IncomingText::readArrived() {
-  if (pipe_ == -1) return;
+std::optional<std::string> IncomingText::arrived() {
+  while (readArrived()) {
+  }
+  return pipe_ == -1 ? finish() : std::nullopt;
+}
+
+/// Reads once: the loop calls again if there is more. False if there was nothing to read.
+bool IncomingText::readArrived() {
+  if (pipe_ == -1) return false;
   std::vector<char> buffer(kPipeSize);
   const auto count = read(pipe_, buffer.data(), buffer.size());
-  if (count == -1 && (errno == EINTR || errno == EAGAIN)) return;
+  if (count == -1 && (errno == EINTR || errno == EAGAIN)) return false;
   if (count == -1 || static_cast<std::size_t>(count) > kMaxBytes - text_->size()) {
     abandon();
   } else if (count == 0) {
@@ -133,6 +139,7 @@ void IncomingText::readArrived() {
   } else {
     text_->append(buffer.data(), static_cast<std::size_t>(count));
   }
+  return true;
 }
 
 /// This also removes it from epoll_.

@@ -49,6 +49,8 @@ class IncomingText final : public linux_port::EventSource {
   /// The same from a pipe that exists, of which it takes ownership.
   void beginFrom(int pipe);
   void abandon();
+  /// The text, if all of it has arrived. Does not wait.
+  [[nodiscard]] std::optional<std::string> arrived();
 
   /// Whether a text has been begun whose end has not been read.
   [[nodiscard]] bool arriving() const { return pipe_ != -1; }
@@ -62,7 +64,7 @@ class IncomingText final : public linux_port::EventSource {
   bool readableWhileBlocked() override;
 
  private:
-  void readArrived();
+  bool readArrived();
   void closePipe();
 
   linux_port::MainLoop& loop_;

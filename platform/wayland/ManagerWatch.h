@@ -38,6 +38,8 @@ class ManagerWatch {
   void taken(Clock::time_point now, bool withText);
   /// From now on, the next text is the copy by the focused application.
   void expectCopy() { expecting_ = true; }
+  /// A manager has put an empty text in place of the expected one.
+  void copyWasReplaced() { replaced_ = true; }
   /// The copied text has been read.
   void copyWasRead() { expecting_ = false; }
 
@@ -81,7 +83,7 @@ class ManagerWatch {
   bool copied_ = false;           ///< the expected text has arrived
   bool awaited_ = false;          ///< we wait for a manager to take it
   bool again_ = false;            ///< it was the second one of a use
-  bool replaced_ = false;         ///< the expected text was replaced by something without a text
+  bool replaced_ = false;         ///< the expected text was replaced by nothing or an empty one
   bool late_ = false;             ///< an older text may be put back later than kReaction
 };
 
