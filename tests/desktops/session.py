@@ -220,7 +220,7 @@ class Seldial:
             connection.sendall(json.dumps(command).encode())
         result = json.loads(self.expect('"HotkeyState"')[1])["result"]
         if result and self.session.binds_later:
-            eventually(lambda: any("has the hot key" in line for line in self.seen[before:]), 30)
+            eventually(lambda: any("the hot key in GNOME is" in line for line in self.seen[before:]), 30)
         return result
 
     def result(self, limit=20):
