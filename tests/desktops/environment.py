@@ -7,7 +7,8 @@ import subprocess
 import threading
 import time
 
-from gnome import LockingGnome
+from applications import APPLICATIONS, ApplicationWindow
+from gnome import KeepingGnome, LockingGnome
 from kwin import KWin
 from session import EVDEV, ROOT, Seldial, Window, eventually
 
@@ -105,6 +106,42 @@ def clipboard_keepers(desktop, seldial, report):
                         [window.copied if selection == "all" else None] * 3)
         desktop.end_group(keeper)
     window.close()
+
+
+GNOME_KEEPERS = ("0 refill", "100 refill", "500 refill", "100 keep", "100 keep refill")
+
+
+def gnome_keepers(_desktop, _seldial, report):
+    """Like clipboard_keepers(), with X11 programs and extensions of GNOME Shell, which are the managers of GNOME."""
+    with KeepingGnome() as desktop:
+        seldial = Seldial(desktop)
+        desktop.consent("CTRL+ALT+d", "<Control><Alt>d")
+        report.tell("clipboard managers: Ctrl+Alt+D", seldial.register(), True)
+        program = desktop.copy(ROOT / "tests/desktops/keeper.py")
+        for name in ("gtk4", "qt6", "kgx"):
+            window = ApplicationWindow(desktop, name) if name in APPLICATIONS else Window(desktop, name)
+            for arguments in GNOME_KEEPERS:
+                keeper = desktop.run(["/usr/bin/python3", program, *arguments.split()], GDK_BACKEND="x11")
+                time.sleep(1)  # until it watches the clipboard
+                uses_with_keeper(desktop, seldial, report, window, f"{name}: X11 program, {arguments}")
+                keeper.kill()
+                keeper.wait()
+                desktop.keep(arguments)
+                uses_with_keeper(desktop, seldial, report, window, f"{name}: extension, {arguments}")
+                desktop.keep("")
+            window.close()
+
+
+def uses_with_keeper(desktop, seldial, report, window, name):
+    for selection, pauses in (("none", (0, 0.5, 2)), ("all", (0.1, 2))):
+        window.ask(selection)
+        got = []
+        for pause in pauses:
+            desktop.give(OLDER)
+            time.sleep(pause)
+            desktop.keys(USE)
+            got.append(seldial.result()[1])
+        report.tell(f"{name}: {selection} selected", got, [window.copied if selection == "all" else None] * len(got))
 
 
 class LockingKWin(KWin):

@@ -149,6 +149,20 @@ class Gnome(Session):
         return float(self.user.stdout.readline())
 
 
+class KeepingGnome(Gnome):
+    """With a clipboard manager as an extension, which does nothing before keep()."""
+
+    def start(self):
+        for file in (ROOT / "tests/desktops/keeper-extension").iterdir():
+            self.write(f"data/gnome-shell/extensions/keeper@test/{file.name}", file.read_text(encoding="utf-8"))
+        self.call("gsettings", "set", "org.gnome.shell", "enabled-extensions", "['keeper@test']")
+        super().start()
+
+    def keep(self, arguments):
+        """Sets the arguments of the extension; see keeper.py."""
+        self.write("keeper", arguments)
+
+
 class LockingGnome(Gnome):
     """With a lock screen, which GNOME Shell has only under systemd."""
 
