@@ -52,7 +52,7 @@ void ManagerWatch::taken(Clock::time_point now, bool withText) {
     answered_ = true;
     late_ = late_ || !copied_;
     takesCleared_ = takesCleared_ || (!copied_ && readers_ > 0 && now - cleared_ < kKnownReaction);
-    takesCopied_ = takesCopied_ || now - copy_ < kReaction;
+    takesCopied_ = takesCopied_ || (copied_ && now - copy_ < kReaction);
     text_ = now;
   }
 }

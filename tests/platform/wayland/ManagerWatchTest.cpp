@@ -114,6 +114,19 @@ TEST_F(Managers, OneIsForgottenAfterItHasLeftACopyAlone) {
   EXPECT_FALSE(watch.mayBeFromManager());
 }
 
+TEST_F(Managers, ACopyThatComesTooLateIsNotTakenForOne) {
+  use();
+  watch.cleared(now);
+  watch.clearingReported();
+  watch.expectCopy();
+  watch.copyWasRead();
+  copy();
+  now += ManagerWatch::kReaction;
+  use();
+  watch.cleared(now);
+  EXPECT_TRUE(isQuiet());
+}
+
 TEST_F(Managers, OneThatStillTakesUpCopiesIsNotForgotten) {
   for (int i = 0; i < 2; ++i) {
     use([] {}, [&] { copy(); });
