@@ -143,8 +143,11 @@ TEST_F(GnomeTest, LockingTheScreenEndsAUse) {
   gnome->holdModifiers(true);
   gnome->press(kDial);
   serveQuestions(1);
-  gnome->lockScreen();
-  serveUntil([&] { return !gnome->isRemoteSessionOpen(); });
+  const auto lines = errorsOf([&] {
+    gnome->lockScreen();
+    serveUntil([&] { return !gnome->isRemoteSessionOpen(); });
+  });
+  EXPECT_THAT(lines, IsEmpty()) << "ended by its time limit";
   gnome->holdModifiers(false);
   gnome->answerModifiers();  // late
   use();
