@@ -8,7 +8,7 @@ import threading
 import time
 
 from applications import APPLICATIONS, ApplicationWindow
-from gnome import KeepingGnome, LockingGnome
+from gnome import GnomeWithManager, LockingGnome
 from kwin import KWin
 from session import EVDEV, ROOT, Seldial, Window, eventually
 
@@ -42,7 +42,7 @@ MANAGERS = {
 
 # Programs that take the clipboard after each change of another program: the one of the tests, whose
 # arguments are a delay and "refill" (see ClipboardManager.cpp), and two scripts.
-KEEPERS = {
+STAND_INS = {
     "one that keeps all types": "{manager} 0",
     "one that is slow": "{manager} 250",
     "one that fills an empty clipboard": "{manager} 0 refill",
@@ -86,13 +86,13 @@ def clipboard_managers(desktop, seldial, report):
         desktop.end_group(manager)
 
 
-def clipboard_keepers(desktop, seldial, report):
+def stand_in_managers(desktop, seldial, report):
     """Checks that an older text that is put back on the clipboard is not dialled, and that selected text is."""
     window = Window(desktop, "gtk3")
-    manager = desktop.copy(ROOT / f"build/{desktop.preset}/tests/desktops/seldial_clipboard_manager")
+    program = desktop.copy(ROOT / f"build/{desktop.preset}/tests/desktops/seldial_clipboard_manager")
     desktop.write("keep", KEEP)
-    for name, command in KEEPERS.items():
-        keeper = desktop.run(command.format(manager=manager, dir=desktop.directory).split(), start_new_session=True)
+    for name, command in STAND_INS.items():
+        manager = desktop.run(command.format(manager=program, dir=desktop.directory).split(), start_new_session=True)
         time.sleep(0.5)
         for selection, pause in (("none", 0), ("none", 0.1), ("none", 0.5), ("none", 2), ("all", 0.1), ("all", 2)):
             window.ask(selection)
@@ -104,35 +104,35 @@ def clipboard_keepers(desktop, seldial, report):
                 got.append(seldial.result()[1])
             report.tell(f"{name}: {selection} selected, {pause} s later", got,
                         [window.copied if selection == "all" else None] * 3)
-        desktop.end_group(keeper)
+        desktop.end_group(manager)
     window.close()
 
 
-GNOME_KEEPERS = ("0 refill", "100 refill", "500 refill", "100 keep", "100 keep refill")
+GNOME_MANAGERS = ("0 refill", "100 refill", "500 refill", "100 keep", "100 keep refill")
 
 
-def gnome_keepers(_desktop, _seldial, report):
-    """Like clipboard_keepers(), with X11 programs and extensions of GNOME Shell, which are the managers of GNOME."""
-    with KeepingGnome() as desktop:
+def gnome_managers(_desktop, _seldial, report):
+    """Like stand_in_managers(), with X11 programs and extensions of GNOME Shell, which are the managers of GNOME."""
+    with GnomeWithManager() as desktop:
         seldial = Seldial(desktop)
         desktop.consent("CTRL+ALT+d", "<Control><Alt>d")
         report.tell("clipboard managers: Ctrl+Alt+D", seldial.register(), True)
-        program = desktop.copy(ROOT / "tests/desktops/keeper.py")
+        program = desktop.copy(ROOT / "tests/desktops/clipboard_manager.py")
         for name in ("gtk4", "qt6", "kgx"):
             window = ApplicationWindow(desktop, name) if name in APPLICATIONS else Window(desktop, name)
-            for arguments in GNOME_KEEPERS:
-                keeper = desktop.run(["/usr/bin/python3", program, *arguments.split()], GDK_BACKEND="x11")
+            for arguments in GNOME_MANAGERS:
+                manager = desktop.run(["/usr/bin/python3", program, *arguments.split()], GDK_BACKEND="x11")
                 time.sleep(1)  # until it watches the clipboard
-                uses_with_keeper(desktop, seldial, report, window, f"{name}: X11 program, {arguments}")
-                keeper.kill()
-                keeper.wait()
-                desktop.keep(arguments)
-                uses_with_keeper(desktop, seldial, report, window, f"{name}: extension, {arguments}")
-                desktop.keep("")
+                uses_with_manager(desktop, seldial, report, window, f"{name}: X11 program, {arguments}")
+                manager.kill()
+                manager.wait()
+                desktop.act_as(arguments)
+                uses_with_manager(desktop, seldial, report, window, f"{name}: extension, {arguments}")
+                desktop.act_as("")
             window.close()
 
 
-def uses_with_keeper(desktop, seldial, report, window, name):
+def uses_with_manager(desktop, seldial, report, window, name):
     for selection, pauses in (("none", (0, 0.5, 2)), ("all", (0.1, 2))):
         window.ask(selection)
         got = []

@@ -149,18 +149,18 @@ class Gnome(Session):
         return float(self.user.stdout.readline())
 
 
-class KeepingGnome(Gnome):
-    """With a clipboard manager as an extension, which does nothing before keep()."""
+class GnomeWithManager(Gnome):
+    """With a clipboard manager as an extension, which does nothing before act_as()."""
 
     def start(self):
-        for file in (ROOT / "tests/desktops/keeper-extension").iterdir():
-            self.write(f"data/gnome-shell/extensions/keeper@test/{file.name}", file.read_text(encoding="utf-8"))
-        self.call("gsettings", "set", "org.gnome.shell", "enabled-extensions", "['keeper@test']")
+        for file in (ROOT / "tests/desktops/clipboard-manager-extension").iterdir():
+            self.write(f"data/gnome-shell/extensions/manager@test/{file.name}", file.read_text(encoding="utf-8"))
+        self.call("gsettings", "set", "org.gnome.shell", "enabled-extensions", "['manager@test']")
         super().start()
 
-    def keep(self, arguments):
-        """Sets the arguments of the extension; see keeper.py."""
-        self.write("keeper", arguments)
+    def act_as(self, arguments):
+        """Sets the arguments of the extension; see clipboard_manager.py."""
+        self.write("clipboard-manager", arguments)
 
 
 class LockingGnome(Gnome):

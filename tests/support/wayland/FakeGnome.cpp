@@ -369,8 +369,8 @@ int FakeGnome::answerShell(sd_bus_message* call) {
   if (!isCall(call, "org.gnome.Shell.Extensions", "ListExtensions")) return 0;
   const std::lock_guard lock(mutex_);
   if (!extension_) return sd_bus_reply_method_return(call, "a{sa{sv}}", 0);
-  return sd_bus_reply_method_return(call, "a{sa{sv}}", 1, "keeper@test", 2, "uuid", "s",
-                                    "keeper@test", "state", "d", *extension_ ? 1.0 : 2.0);
+  return sd_bus_reply_method_return(call, "a{sa{sv}}", 1, "manager@test", 2, "uuid", "s",
+                                    "manager@test", "state", "d", *extension_ ? 1.0 : 2.0);
 }
 
 }  // namespace seldial::tests

@@ -1,4 +1,4 @@
-"""A clipboard manager on X11 or Xwayland, for scripts/test-desktops: keeper.py DELAY_MS [keep] [refill].
+"""A clipboard manager on X11 or Xwayland, for scripts/test-desktops: clipboard_manager.py DELAY_MS [keep] [refill].
 
 With "keep" it takes over the clipboard after each copy, with the same text. With "refill" it puts the last text back
 when the clipboard has none.

@@ -1,12 +1,12 @@
 // A clipboard manager as an extension of GNOME Shell, for scripts/test-desktops. It acts like
-// keeper.py; its arguments are in the file "keeper" in the home folder.
+// clipboard_manager.py; its arguments are in the file "clipboard-manager" in the home folder.
 import GLib from 'gi://GLib';
 import Meta from 'gi://Meta';
 import St from 'gi://St';
 
 const CLIPBOARD = St.ClipboardType.CLIPBOARD;
 
-export default class Keeper {
+export default class ClipboardManager {
     enable() {
         this.kept = '';
         this.selection = global.display.get_selection();
@@ -20,7 +20,7 @@ export default class Keeper {
     }
 
     arguments() {
-        const path = GLib.build_filenamev([GLib.get_home_dir(), 'keeper']);
+        const path = GLib.build_filenamev([GLib.get_home_dir(), 'clipboard-manager']);
         if (!GLib.file_test(path, GLib.FileTest.EXISTS)) return [];
         return new TextDecoder().decode(GLib.file_get_contents(path)[1]).split(' ');
     }
