@@ -217,6 +217,7 @@ TEST_F(QKHotKeyTextFieldTest, ACombinationThatIsRegisteredIsRecordedAndNotReleas
 
 TEST_F(QKHotKeyTextFieldTest, IfTheGrabIsRefusedItRecordsTheKeysThatReachTheWindow) {
   XClient menu(QtDesktop::shared().server.display());
+  QtDesktop::shared().windows.waitUntilActive(menu.window());
   ASSERT_TRUE(becomesTrue([this] { return !window.isActiveWindow(); }));
   ASSERT_TRUE(activate(window));
   menu.grabKeyboard(true);

@@ -55,7 +55,9 @@ bool KeyCounter::eventFilter(QObject* /*watched*/, QEvent* event) {
 bool activate(QWidget& window) {
   window.show();
   window.activateWindow();
-  return becomesTrue([&window] { return window.isActiveWindow(); });
+  if (!becomesTrue([&window] { return window.isActiveWindow(); })) return false;
+  QtDesktop::shared().windows.waitUntilActive(static_cast<xcb_window_t>(window.winId()));
+  return true;
 }
 
 void press(const std::vector<std::uint8_t>& keys) {

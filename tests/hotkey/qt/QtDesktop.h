@@ -39,6 +39,7 @@ class QtDesktop {
   [[nodiscard]] platform::qt::Desktop& ports() { return *ports_; }
 
   const XServer server{{"-screen", "0", "1600x1200x24"}};
+  const Windows windows{server.display()};
 
  private:
   const WindowManager manager_{server.display()};

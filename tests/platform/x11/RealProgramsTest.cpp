@@ -70,6 +70,7 @@ TEST_F(RealPrograms, AGtkEntryIsDialledAndKeepsItsText) {
                       {server.environment(), "GDK_BACKEND=x11", "NO_AT_BRIDGE=1"},
                       "sudo apt-get install zenity");
   ASSERT_NE(windows.waitForFocus("zenity"), 0U);
+  windows.waitForOwner("PRIMARY");  // it has selected its text, and handles keys from now on
   expectDials(kNumber);
   keyboard.tap(kKeyReturn);
   EXPECT_EQ(zenity.readLine(), kNumber);

@@ -69,6 +69,19 @@ xcb_window_t Windows::waitForFocus(const std::string& name) const {
   return found;
 }
 
+void Windows::waitUntilActive(xcb_window_t window) const {
+  const auto property = atom(connection_, "_NET_ACTIVE_WINDOW");
+  waitUntil(
+      [&] {
+        const auto cookie =
+            xcb_get_property(connection_, 0, rootOf(connection_), property, XCB_ATOM_WINDOW, 0, 1);
+        const auto reply = freed(xcb_get_property_reply(connection_, cookie, nullptr));
+        return reply && xcb_get_property_value_length(reply.get()) == sizeof window &&
+               *static_cast<xcb_window_t*>(xcb_get_property_value(reply.get())) == window;
+      },
+      "active window");
+}
+
 void Windows::waitForOwner(const std::string& selection) const {
   const auto name = atom(connection_, selection);
   waitUntil(

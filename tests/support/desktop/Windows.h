@@ -24,6 +24,10 @@ class Windows {
   /// Waits until a window with that WM_CLASS name, or one inside it, has the focus.
   [[nodiscard]] xcb_window_t waitForFocus(const std::string& name) const;
 
+  /// Waits until the window manager has noticed that the window is the active one. Until then it
+  /// may move the focus back for a moment.
+  void waitUntilActive(xcb_window_t window) const;
+
   /// Waits until the selection ("PRIMARY") has an owner.
   void waitForOwner(const std::string& selection) const;
 
