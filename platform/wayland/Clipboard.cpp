@@ -62,7 +62,7 @@ DataControl::DataControl(Display& display, linux_port::MainLoop& loop)
 }
 
 DataControl::~DataControl() {
-  if (empty_ != nullptr) zwlr_data_control_source_v1_destroy(empty_);
+  for (auto* const source : sources_) zwlr_data_control_source_v1_destroy(source);
   for (const auto& [offer, type] : offers_) zwlr_data_control_offer_v1_destroy(offer);
   if (device_) zwlr_data_control_device_v1_destroy(device_.release());
 }
@@ -84,6 +84,7 @@ void DataControl::take() {
   if (!device_) return;
   // The previous source, if any, is then cancelled and destroyed.
   empty_ = zwlr_data_control_manager_v1_create_data_source(display_.dataControl());
+  sources_.insert(empty_);
   zwlr_data_control_source_v1_add_listener(empty_, &kSourceListener, this);
   zwlr_data_control_source_v1_offer(empty_, kEmptyClipboardType);
   zwlr_data_control_device_v1_set_selection(device_.get(), empty_);
@@ -201,6 +202,7 @@ void DataControl::deviceFinished() {
 }
 
 void DataControl::sourceCancelled(zwlr_data_control_source_v1* source) {
+  sources_.erase(source);
   zwlr_data_control_source_v1_destroy(source);
   if (source == empty_) empty_ = nullptr;
   requestEarly();
