@@ -14,7 +14,7 @@
 #include "platform/wayland/KWinHotKeys.h"
 #include "platform/wayland/PressHotKeys.h"
 #include "platform/wayland/SwayHotKeys.h"
-#include "platform/wayland/XwaylandClipboard.h"
+#include "platform/x11/Desktop.h"
 
 namespace seldial::platform::wayland {
 namespace {
@@ -103,7 +103,7 @@ struct GnomeSession {
   const std::unique_ptr<Display> display;
   const std::unique_ptr<Bus> bus;
   SeatKeymap keymap{*display};
-  MutterRemote remote{*bus, *loop, focusedX11ProgramOwnsClipboard};
+  MutterRemote remote{*bus, *loop, x11::focusedProgramOwnsClipboard};
   GnomeHotKeys hotKeys{*loop, *bus, remote,
                        [this](std::uint32_t key) { return keymap.symbolName(key); }};
   GnomeClipboard clipboard{remote, runningPrograms};

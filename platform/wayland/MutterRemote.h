@@ -23,8 +23,8 @@ namespace seldial::platform::wayland {
 /// One session at a time. Main thread only.
 class MutterRemote {
  public:
-  /// `focusedX11ProgramOwnsClipboard`: see XwaylandClipboard.h. `bus` and `loop` must outlive this
-  /// object.
+  /// `focusedX11ProgramOwnsClipboard`: x11::focusedProgramOwnsClipboard(). `bus` and `loop` must
+  /// outlive this object.
   MutterRemote(Bus& bus, linux_port::MainLoop& loop,
                std::function<bool()> focusedX11ProgramOwnsClipboard)
       : bus_(bus),

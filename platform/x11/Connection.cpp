@@ -33,16 +33,17 @@ constexpr std::array kAtomNames{
 
 // XCB waits without a time limit. So it waits on another thread, which is abandoned when the limit
 // has passed.
-std::unique_ptr<Connection> Connection::open(std::chrono::milliseconds limit) {
+std::unique_ptr<Connection> Connection::open(std::chrono::milliseconds limit,
+                                             const std::string& consequence) {
   const char* const display = std::getenv("DISPLAY");
   if (display == nullptr || *display == '\0') return nullptr;
   const auto task = std::make_shared<std::packaged_task<OpenResult()>>(
-      [name = std::string(display)] { return tryToOpen(name); });
+      [name = std::string(display), consequence] { return tryToOpen(name, consequence); });
   auto future = task->get_future();
   sharedBackgroundQueue()->async([task] { (*task)(); });
   if (future.wait_for(limit) != std::future_status::ready) {
-    printError(std::string("seldial: the X server at ") + display +
-               " does not answer; there will be no hot key");
+    printError(std::string("seldial: the X server at ") + display + " does not answer; " +
+               consequence);
     return nullptr;
   }
   auto [connection, failure] = future.get();
@@ -50,12 +51,13 @@ std::unique_ptr<Connection> Connection::open(std::chrono::milliseconds limit) {
   return std::move(connection);
 }
 
-Connection::OpenResult Connection::tryToOpen(const std::string& display) {
+Connection::OpenResult Connection::tryToOpen(const std::string& display,
+                                             const std::string& consequence) {
   std::unique_ptr<Connection> connection(new Connection(xcb_connect(display.c_str(), nullptr)));
   if (connection->lost()) return {nullptr, "no X server at " + display};
   const char* const missing = connection->handshake();
   if (missing == nullptr) return {std::move(connection), {}};
-  return {nullptr, std::string("the X server lacks ") + missing + "; there will be no hot key"};
+  return {nullptr, std::string("the X server lacks ") + missing + "; " + consequence};
 }
 
 Connection::~Connection() {

@@ -27,8 +27,10 @@ class Connection {
  public:
   /// Connects to the server that DISPLAY names and checks that it has what the ports need. Null if
   /// DISPLAY is not set, or, after one line on standard error, if the connection fails or takes
-  /// longer than `limit`.
-  static std::unique_ptr<Connection> open(std::chrono::milliseconds limit = kConnectLimit);
+  /// longer than `limit`. Unless there is no server, the line ends with `consequence`.
+  static std::unique_ptr<Connection> open(
+      std::chrono::milliseconds limit = kConnectLimit,
+      const std::string& consequence = "there will be no hot key");
 
   /// A server answers at once, unless it is starting or very busy.
   static constexpr std::chrono::seconds kConnectLimit{10};
@@ -69,7 +71,7 @@ class Connection {
   };
 
   explicit Connection(xcb_connection_t* xcb) : xcb_(xcb) {}
-  static OpenResult tryToOpen(const std::string& display);
+  static OpenResult tryToOpen(const std::string& display, const std::string& consequence);
   const char* handshake();
   const char* missingExtension();
   const char* missingAbility();

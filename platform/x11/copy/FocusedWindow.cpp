@@ -5,7 +5,11 @@
 
 #include <array>
 #include <climits>
+#include <cstdlib>
 #include <sstream>
+
+#include "platform/Output.h"
+#include "platform/x11/Desktop.h"
 
 namespace seldial::platform::x11 {
 namespace {
@@ -101,6 +105,24 @@ bool belongToSameProgram(const Connection& connection, xcb_window_t one, xcb_win
   if (connection.clientOf(one) == connection.clientOf(other)) return true;
   const auto processes = processesOf(connection, {one, other});
   return processes.size() == 2 && processes[0] == processes[1] && !isRemote(connection, one);
+}
+
+bool focusedProgramOwnsClipboard() {
+  const std::string consequence = "X11 programs cannot be told apart";
+  const char* const display = std::getenv("DISPLAY");
+  if (display == nullptr || *display == '\0') {
+    printError("seldial: DISPLAY is not set, so " + consequence);
+    return false;
+  }
+  // Not kept open: Xwayland runs as long as it has clients.
+  const auto connection = Connection::open(std::chrono::seconds(1), consequence);
+  if (!connection) return false;
+  auto* const xcb = connection->xcb();
+  const auto cookie = xcb_get_selection_owner(xcb, connection->atoms().clipboard);
+  const auto reply = freed(xcb_get_selection_owner_reply(xcb, cookie, nullptr));
+  const auto focused = findFocusedWindow(*connection).window;
+  return reply && reply->owner != XCB_WINDOW_NONE && focused != XCB_WINDOW_NONE &&
+         belongToSameProgram(*connection, focused, reply->owner);
 }
 
 }  // namespace seldial::platform::x11

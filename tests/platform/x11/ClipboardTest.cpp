@@ -1,5 +1,6 @@
 // The clipboard with selections that other programs own.
 #include "tests/platform/x11/X11Test.h"
+#include "tests/support/Waiting.h"
 #include "tests/support/desktop/ClipboardManager.h"
 #include "tests/support/desktop/Xcb.h"
 
@@ -150,6 +151,21 @@ TEST_F(ClipboardTest, ARequestorThatIsGoneBeforeTheAnswerDoesNoHarm) {
   XClient client(server.display());
   client.own("CLIPBOARD", answersWith("later"));
   EXPECT_EQ(port.text(), "later");
+}
+
+TEST_F(ClipboardTest, OnlyTheOwnerWithTheFocusIsTheFocusedProgramThatOwnsIt) {
+  setenv("DISPLAY", server.display().c_str(), 1);
+  XClientSettings settings;
+  settings.machine = "elsewhere";  // so that both are not taken for this process
+  XClient owner(server.display(), settings);
+  EXPECT_FALSE(focusedProgramOwnsClipboard());  // nobody owns it
+  owner.own("CLIPBOARD", answersWith("text"));
+  // Repeated, because on a busy machine a second may be too short.
+  EXPECT_TRUE(eventually(focusedProgramOwnsClipboard));
+  const XClient other(server.display(), settings);
+  EXPECT_FALSE(focusedProgramOwnsClipboard());
+  owner.takeFocus();
+  EXPECT_TRUE(eventually(focusedProgramOwnsClipboard));
 }
 
 class BlockedClipboard : public X11Test {

@@ -57,6 +57,19 @@ TEST(Desktop, AServerThatDoesNotAnswerIsReportedInOneLine) {
   EXPECT_EQ(::testing::internal::GetCapturedStderr(),
             "seldial: the X server at " + server.display() +
                 " does not answer; there will be no hot key\n");
+  ::testing::internal::CaptureStderr();
+  EXPECT_EQ(Connection::open(std::chrono::milliseconds(20), "nothing else follows"), nullptr);
+  EXPECT_EQ(
+      ::testing::internal::GetCapturedStderr(),
+      "seldial: the X server at " + server.display() + " does not answer; nothing else follows\n");
+}
+
+TEST(Desktop, WithoutADisplayNoProgramIsSaidToOwnTheClipboard) {
+  unsetenv("DISPLAY");
+  ::testing::internal::CaptureStderr();
+  EXPECT_FALSE(focusedProgramOwnsClipboard());
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+            "seldial: DISPLAY is not set, so X11 programs cannot be told apart\n");
 }
 
 TEST(EventPump, EventsThatNeverEndDoNotMoveADeadline) {
