@@ -52,6 +52,8 @@ class Wlroots(Session):
 
     def x11(self):
         """Environment variables for programs on Xwayland."""
+        if "DISPLAY" not in self.session:
+            raise RuntimeError("no Xwayland, perhaps because ended servers left their sockets in /tmp/.X11-unix")
         return {"DISPLAY": self.session["DISPLAY"]}
 
 
