@@ -23,7 +23,7 @@ LineOutput& standardOutput() {
 }
 
 LineOutput& standardError() {
-  static auto* const output = new LineOutput(STDERR_FILENO, milliseconds(0));
+  static auto* const output = new LineOutput(STDERR_FILENO, milliseconds(100));
   return *output;
 }
 
@@ -122,7 +122,7 @@ bool LineOutput::writePiece(std::string_view piece, Clock::time_point deadline) 
       const auto count = static_cast<std::size_t>(written);
       atLineStart_ = piece[count - 1] == '\n';
       piece.remove_prefix(count);
-    } else if (errno == EAGAIN) {  // it is non-blocking, and another process has used the space
+    } else if (errno == EAGAIN) {  // another process writes at the moment, or has used the space
       if (Clock::now() >= deadline) return false;
     } else if (errno != EINTR) {
       break;

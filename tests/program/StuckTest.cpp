@@ -54,7 +54,7 @@ TEST_F(Stuck, AtTheEndItReportsHowManyLinesWereLost) {
   EXPECT_THAT(process->errors(), testing::StartsWith("seldial: nobody read standard output"));
 }
 
-TEST_F(Stuck, NeitherIsStandardErrorWaitedFor) {
+TEST_F(Stuck, NorDoesStandardErrorBlockAnything) {
   startUnread({"-log"}, Streams::Errors::kWithOutput);
   terminate();
 }

@@ -124,11 +124,12 @@ TEST_F(OutputTest, TheFlagsOfTheDescriptorAreNotChanged) {
 
 enum class Kind { kCooked, kRaw, kForbidden };
 
-/// The output of a process that may not open the terminal which it has inherited.
-std::unique_ptr<LineOutput> makeForbiddenOutput(int descriptor) {
+/// For kForbidden, the output of a process that may not open the terminal which it has inherited.
+std::unique_ptr<LineOutput> makeOutput(Kind kind, int descriptor, milliseconds timeout) {
+  if (kind != Kind::kForbidden) return std::make_unique<LineOutput>(descriptor, timeout);
   EXPECT_EQ(fchmod(descriptor, 0), 0);
   setfsuid(65534);  // for root, who may open everything; refused to others
-  auto output = std::make_unique<LineOutput>(descriptor, milliseconds(20));
+  auto output = std::make_unique<LineOutput>(descriptor, timeout);
   setfsuid(geteuid());
   return output;
 }
@@ -147,10 +148,7 @@ struct TerminalOutputTest : testing::TestWithParam<Kind> {
 
   tests::UnreadTerminal terminal{GetParam() == Kind::kRaw ? tests::UnreadTerminal::Mode::kRaw
                                                           : tests::UnreadTerminal::Mode::kCooked};
-  std::unique_ptr<LineOutput> output =
-      GetParam() == Kind::kForbidden
-          ? makeForbiddenOutput(terminal.end())
-          : std::make_unique<LineOutput>(terminal.end(), milliseconds(20));
+  std::unique_ptr<LineOutput> output = makeOutput(GetParam(), terminal.end(), milliseconds(20));
 };
 
 TEST_P(TerminalOutputTest, AFrozenWindowLosesLinesWithoutBlocking) {
@@ -172,6 +170,22 @@ TEST_P(TerminalOutputTest, TheFlagsOfTheTerminalThatOthersShareAreNotChanged) {
   const int before = fcntl(terminal.end(), F_GETFL);
   fillWith("line");
   EXPECT_EQ(fcntl(terminal.end(), F_GETFL), before);
+}
+
+TEST_P(TerminalOutputTest, BesideAnotherWriterNoLineIsLost) {
+  const auto patient = makeOutput(GetParam(), terminal.end(), tests::kTimeLimit);
+  std::atomic<bool> over = false;
+  std::thread window([&] {
+    while (!over) (void)terminal.take();
+  });
+  std::thread other([&] {
+    while (!over) EXPECT_GT(write(terminal.end(), "other\n", 6), 0);
+  });
+  for (int i = 0; i < 300; ++i) patient->print("line");
+  over = true;
+  other.join();
+  window.join();
+  EXPECT_EQ(patient->takeLost(), 0U);
 }
 
 TEST_P(TerminalOutputTest, AClosedWindowLosesLinesSilently) {
