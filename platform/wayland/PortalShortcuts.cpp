@@ -12,6 +12,9 @@ constexpr std::chrono::seconds kTimeout{1};
 const BusObject kShortcuts{"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
                            "org.freedesktop.portal.GlobalShortcuts"};
 
+/// GNOME's implementation of the portal, which binds the shortcuts.
+constexpr const char* kImplementation = "org.freedesktop.impl.portal.desktop.gnome";
+
 /// Another interface or object of the portal.
 BusObject portal(const char* interface, const std::string& path = kShortcuts.path) {
   return {kShortcuts.service, path, interface};
@@ -60,7 +63,9 @@ std::map<std::string, std::string> readTriggers(sd_bus_message* message) {
 PortalShortcuts::PortalShortcuts(Bus& bus, Handlers handlers)
     : bus_(bus),
       handlers_(std::move(handlers)),
-      owner_(bus.onOwnerChange(kShortcuts.service, [this](bool there) { portalChanged(there); })) {}
+      owner_(bus.onOwnerChange(kShortcuts.service, [this](bool there) { portalChanged(there); })),
+      implementation_(bus.onOwnerChange(kImplementation,
+                                        [this](bool there) { implementationChanged(there); })) {}
 
 PortalShortcuts::~PortalShortcuts() {
   release();
@@ -223,13 +228,30 @@ void PortalShortcuts::finish(Answer answer, std::string error) {
 /// A restarted portal does not know the session.
 void PortalShortcuts::portalChanged(bool there) {
   if (wanted_.empty() || binding_) return;
+  // But its implementation does: the keys would stay bound to that session, and dead.
+  if (!session_.empty() && bus_.hasOwner(kImplementation)) {
+    bus_.call({kImplementation, session_, "org.freedesktop.impl.portal.Session"}, "Close", "");
+  }
+  forgetSession();
+  if (there) return start();
+  finish(Answer::kRefused, "the portal has ended");
+}
+
+/// The shortcuts end with the implementation, which the portal does not report. A request starts it
+/// again.
+void PortalShortcuts::implementationChanged(bool there) {
+  if (wanted_.empty() || binding_) return;
+  if (answer_ != (there ? Answer::kRefused : Answer::kBound)) return;
+  forgetSession();
+  start();
+}
+
+void PortalShortcuts::forgetSession() {
   session_.clear();
   pending_.clear();
   triggers_.clear();
   signals_.clear();
   response_.reset();
-  if (there) return start();
-  finish(Answer::kRefused, "the portal has ended");
 }
 
 }  // namespace seldial::platform::wayland

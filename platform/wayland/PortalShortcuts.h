@@ -33,8 +33,8 @@ class PortalShortcuts {
     /// `time` is the compositor's time, in milliseconds.
     std::function<void(const std::string& id, std::uint64_t time)> activated;
     std::function<void(const std::string& id)> deactivated;
-    /// The user has answered or changed a key, or the portal has restarted. The answer is bound or
-    /// refused.
+    /// The user has answered or changed a key, or a part of the portal has restarted. The answer is
+    /// bound or refused.
     std::function<void(Answer answer)> changed;
   };
 
@@ -78,6 +78,8 @@ class PortalShortcuts {
   void listen();
   void finish(Answer answer, std::string error = {});
   void portalChanged(bool there);
+  void implementationChanged(bool there);
+  void forgetSession();
 
   Bus& bus_;
   const Handlers handlers_;
@@ -89,6 +91,7 @@ class PortalShortcuts {
   std::string session_;   ///< its path; empty while there is none
   unsigned requests_ = 0;
   BusSlot owner_;
+  BusSlot implementation_;
   std::string pending_;  ///< the path of the pending request
   BusSlot response_;
   std::vector<BusSlot> signals_;

@@ -376,6 +376,17 @@ TEST_F(GnomeTest, APortalThatWasStartedAgainGetsTheHotKeyAgain) {
   EXPECT_THAT(releases, ElementsAre(1));
 }
 
+TEST_F(GnomeTest, TheHotKeyWorksAgainAfterAPartOfThePortalHasRestarted) {
+  ASSERT_TRUE(registerDial());
+  for (const auto restart : {&FakeGnome::restartPortal, &FakeGnome::restartImplementation}) {
+    const auto before = gnome->bindings();
+    ((*gnome).*restart)();
+    serveUntil([&] { return gnome->bindings() > before && hotKeys->isBound(); });
+    use();
+  }
+  EXPECT_THAT(releases, ElementsAre(1, 1));
+}
+
 TEST_F(GnomeTest, IfMutterRefusesKeysThereIsNoUse) {
   ASSERT_TRUE(registerDial());
   gnome->refuseRemoteSessions();

@@ -59,11 +59,53 @@ void appendShortcuts(sd_bus_message* message, const std::map<std::string, std::s
 }  // namespace
 
 FakeGnome::FakeGnome(const SessionBus& bus)
-    : portal_(bus, "org.freedesktop.portal.Desktop",
-              [this](sd_bus_message* call) { return answerPortal(call); }),
+    : bus_(bus),
       mutter_(bus, "org.gnome.Mutter.RemoteDesktop",
               [this](sd_bus_message* call) { return answerMutter(call); }),
-      shell_(bus, "org.gnome.Shell", [this](sd_bus_message* call) { return answerShell(call); }) {}
+      shell_(bus, "org.gnome.Shell", [this](sd_bus_message* call) { return answerShell(call); }) {
+  startImplementation();
+  startPortal();
+}
+
+void FakeGnome::startPortal() {
+  portal_.emplace(bus_, "org.freedesktop.portal.Desktop",
+                  [this](sd_bus_message* call) { return answerPortal(call); });
+}
+
+void FakeGnome::startImplementation() {
+  implementation_.emplace(bus_, "org.freedesktop.impl.portal.desktop.gnome",
+                          [this](sd_bus_message* call) { return answerImplementation(call); });
+}
+
+void FakeGnome::restartPortal() {
+  {
+    const std::lock_guard lock(mutex_);
+    request_.clear();
+  }
+  portal_.reset();
+  startPortal();
+}
+
+void FakeGnome::restartImplementation() {
+  implementation_.reset();
+  {
+    const std::lock_guard lock(mutex_);
+    unbind();
+  }
+  startImplementation();
+}
+
+int FakeGnome::answerImplementation(sd_bus_message* call) {
+  if (!isCall(call, "org.freedesktop.impl.portal.Session", "Close")) return 0;
+  const std::lock_guard lock(mutex_);
+  if (sd_bus_message_get_path(call) == grabbing_) unbind();
+  return sd_bus_reply_method_return(call, "");
+}
+
+void FakeGnome::unbind() {
+  bound_.clear();
+  grabbing_.clear();
+}
 
 int FakeGnome::answerPortal(sd_bus_message* call) {
   if (isCall(call, "org.freedesktop.DBus.Properties", "Get")) {
@@ -79,7 +121,7 @@ int FakeGnome::answerPortal(sd_bus_message* call) {
   if (isCall(call, kShortcuts, "BindShortcuts")) return bindShortcuts(call);
   if (isCall(call, kSession, "Close") || isCall(call, kRequest, "Close")) {
     const std::lock_guard lock(mutex_);
-    bound_.clear();
+    unbind();
     return sd_bus_reply_method_return(call, "");
   }
   return 0;
@@ -104,6 +146,8 @@ int FakeGnome::bindShortcuts(sd_bus_message* call) {
   const char* session = nullptr;
   sd_bus_message_read(call, "o", &session);
   sd_bus_message_enter_container(call, SD_BUS_TYPE_ARRAY, "(sa{sv})");
+  ++bindings_;
+  if (grabbing_.empty()) grabbing_ = session;
   bound_.clear();
   while (sd_bus_message_enter_container(call, SD_BUS_TYPE_STRUCT, "sa{sv}") > 0) {
     const char* id = nullptr;
@@ -125,7 +169,7 @@ int FakeGnome::bindShortcuts(sd_bus_message* call) {
 
 /// Uses the code of a failure in both cases, like GNOME 48.
 void FakeGnome::respond(sd_bus* bus, bool allow) {
-  if (!allow) bound_.clear();
+  if (!allow) unbind();
   sd_bus_message* signal = nullptr;
   sd_bus_message_new_signal(bus, &signal, request_.c_str(), kRequest, "Response");
   sd_bus_message_append(signal, "u", 2);
@@ -149,14 +193,14 @@ void FakeGnome::setConsent(Consent consent) {
 }
 
 void FakeGnome::answer(bool allow) {
-  portal_.use([&](sd_bus* bus) {
+  portal_->use([&](sd_bus* bus) {
     const std::lock_guard lock(mutex_);
     respond(bus, allow);
   });
 }
 
 void FakeGnome::setTrigger(const std::string& id, const std::string& description) {
-  portal_.use([&](sd_bus* bus) {
+  portal_->use([&](sd_bus* bus) {
     const std::lock_guard lock(mutex_);
     chosen_[id] = description;
     if (!bound_.contains(id)) return;
@@ -176,9 +220,9 @@ void FakeGnome::forgetApplication() {
 }
 
 void FakeGnome::closePortalSession() {
-  portal_.use([&](sd_bus* bus) {
+  portal_->use([&](sd_bus* bus) {
     const std::lock_guard lock(mutex_);
-    bound_.clear();
+    unbind();
     sd_bus_emit_signal(bus, session_.c_str(), kSession, "Closed", "a{sv}", 0);
   });
 }
@@ -186,6 +230,11 @@ void FakeGnome::closePortalSession() {
 std::map<std::string, std::string> FakeGnome::bound() const {
   const std::lock_guard lock(mutex_);
   return bound_;
+}
+
+std::size_t FakeGnome::bindings() const {
+  const std::lock_guard lock(mutex_);
+  return bindings_;
 }
 
 void FakeGnome::holdModifiers(bool held) {
@@ -203,16 +252,16 @@ void FakeGnome::release(const std::string& id) {
 
 /// Also answers the question whether modifiers are down.
 void FakeGnome::tell(const char* signal, const std::string& id) {
-  portal_.use([&](sd_bus* bus) {
+  portal_->use([&](sd_bus* bus) {
     const std::lock_guard lock(mutex_);
-    if (!bound_.contains(id)) return;
+    if (!bound_.contains(id) || grabbing_ != session_) return;
     sd_bus_emit_signal(bus, kPortalPath, kShortcuts, signal, "osta{sv}", session_.c_str(),
                        id.c_str(), ++time_, 0);
   });
 }
 
 void FakeGnome::answerModifiers(int milliseconds) {
-  portal_.use([&](sd_bus* bus) {
+  portal_->use([&](sd_bus* bus) {
     const std::lock_guard lock(mutex_);
     sd_bus_emit_signal(bus, kPortalPath, kShortcuts, "Activated", "osta{sv}", session_.c_str(),
                        "modifiers-up", time_ + static_cast<std::uint64_t>(milliseconds), 0);

@@ -31,6 +31,13 @@ class FakeGnome {
   void forgetApplication();
   /// Closes the session of the shortcuts.
   void closePortalSession();
+  /// Ends the portal and starts it again. As in GNOME, its implementation keeps the keys of its
+  /// sessions, and later ones do not get them.
+  void restartPortal();
+  /// Ends the portal's implementation, with all shortcuts, and starts it again.
+  void restartImplementation();
+  /// How often shortcuts were requested.
+  [[nodiscard]] std::size_t bindings() const;
   /// The bound shortcuts, by id, with the requested triggers.
   [[nodiscard]] std::map<std::string, std::string> bound() const;
 
@@ -68,7 +75,10 @@ class FakeGnome {
   void refuseRemoteSessions();
 
  private:
+  void startPortal();
+  void startImplementation();
   int answerPortal(sd_bus_message* call);
+  int answerImplementation(sd_bus_message* call);
   int answerMutter(sd_bus_message* call);
   int createPortalSession(sd_bus_message* call);
   int bindShortcuts(sd_bus_message* call);
@@ -79,6 +89,7 @@ class FakeGnome {
   void takeClipboard(sd_bus* bus, const std::vector<std::string>& types, const std::string& text);
   void letManagerAct(sd_bus* bus, Manager::Acts occasion);
   void respond(sd_bus* bus, bool allow);
+  void unbind();
   void tell(const char* signal, const std::string& id);
 
   mutable std::mutex mutex_;  ///< guards everything below but the services
@@ -92,6 +103,8 @@ class FakeGnome {
   std::size_t questions_ = 0;
   std::string request_;
   std::string session_;
+  std::string grabbing_;  ///< the session that has the keys
+  std::size_t bindings_ = 0;
   std::map<std::string, std::string> bound_;
   std::map<std::string, std::string> chosen_;
   std::optional<std::string> selection_;
@@ -102,7 +115,9 @@ class FakeGnome {
   std::optional<bool> extension_;
   std::vector<std::string> typed_;
 
-  BusService portal_;
+  const SessionBus& bus_;
+  std::optional<BusService> portal_;
+  std::optional<BusService> implementation_;
   BusService mutter_;
   BusService shell_;
 };
