@@ -42,6 +42,7 @@ class Gnome(Session):
 
     def __init__(self):
         super().__init__()
+        self.log = Path(self.directory, "shell.log")  # of gnome-shell
         for name in ("portal.Desktop", "impl.portal.desktop.gnome"):
             self.write(f"data/dbus-1/services/org.freedesktop.{name}.service",
                        SERVICE.format(f"org.freedesktop.{name}"))
@@ -66,8 +67,11 @@ class Gnome(Session):
         self.allow(self.program)
         # So that every window covers the middle of the screen.
         self.call("gsettings", "set", "org.gnome.mutter", "center-new-windows", "true")
-        os.makedirs("/tmp/.X11-unix", mode=0o1777, exist_ok=True)
-        with open(self.directory + "/shell.log", "w", encoding="utf-8") as log:
+        sockets = Path("/tmp/.X11-unix")
+        if not sockets.exists():
+            sockets.mkdir()
+            sockets.chmod(0o1777)
+        with self.log.open("w") as log:
             self.process = self.run(["gnome-shell", "--headless", "--virtual-monitor", "1280x800",
                                      "--wayland-display", "wayland-0"],
                                     LIBGL_ALWAYS_SOFTWARE="1", stdout=log, stderr=log,
@@ -77,9 +81,12 @@ class Gnome(Session):
         self.user = self.run(["/usr/bin/python3", str(self.copy(ROOT / "tests/desktops/gnome_user.py"))],
                              stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=sys.stderr, text=True)
         self.keys("+shift -shift")  # so that the seat has a keyboard before the first window
-        # gnome-shell opens the overview once it has started.
-        if not eventually(lambda: "true" in self.overview("Get"), 60) or not eventually(self.leave_overview):
+        # gnome-shell starts with an animation of the overview, and ignores all key bindings until that has ended. If the
+        # overview is left before its first frame, which happens on a busy machine, the animation never ends.
+        if not eventually(lambda: b"GNOME Shell started" in self.log.read_bytes(), 60):
             raise RuntimeError("gnome-shell does not start")
+        if not eventually(self.leave_overview, 60):
+            raise RuntimeError("gnome-shell does not leave the overview")
         self.run(["/usr/libexec/xdg-desktop-portal-gnome"])
         if not eventually(lambda: self.owns("org.freedesktop.impl.portal.desktop.gnome"), 60):
             raise RuntimeError("no portal of GNOME")
@@ -87,12 +94,10 @@ class Gnome(Session):
         if not eventually(lambda: self.owns("org.freedesktop.portal.Desktop"), 60):
             raise RuntimeError("no portal")
         self.environment.update(self.x11())  # as in a session that GNOME starts
-        time.sleep(2)  # until the overview has faded out
 
     def x11(self):
         """Environment variables for programs on Xwayland."""
-        log = Path(self.directory, "shell.log").read_text(encoding="utf-8")
-        return {"DISPLAY": re.search(r"public X11 display (:\d+)", log)[1],
+        return {"DISPLAY": re.search(r"public X11 display (:\d+)", self.log.read_text(encoding="utf-8"))[1],
                 "XAUTHORITY": glob.glob(self.directory + "/.mutter-Xwaylandauth.*")[0]}
 
     # GNOME offers no data control, but programs on Xwayland have both selections even without the focus.
@@ -123,6 +128,7 @@ class Gnome(Session):
                          "org.gnome.Shell", "OverviewActive", *value)
 
     def leave_overview(self):
+        """Returns whether the overview has faded out."""
         self.overview("Set", "<false>")
         return "false" in self.overview("Get")
 
