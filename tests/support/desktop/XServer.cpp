@@ -1,5 +1,7 @@
 #include "tests/support/desktop/XServer.h"
 
+#include <unistd.h>
+
 #include <csignal>
 #include <utility>
 
@@ -13,6 +15,12 @@ XServer::XServer(const std::vector<std::string>& arguments) {
       std::move(command), std::vector<std::string>{},
       "the desktop tests need a private X server: sudo apt-get install xvfb");
   display_ = ":" + process_->readLine();
+}
+
+// The server is killed, so it does not remove the file of its socket. If it has ended before, its
+// display may be another server's by now.
+XServer::~XServer() {
+  if (process_->isRunning()) unlink(("/tmp/.X11-unix/X" + display_.substr(1)).c_str());
 }
 
 int XServer::run(std::vector<std::string> command) const {

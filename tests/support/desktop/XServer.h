@@ -15,6 +15,9 @@ class XServer {
  public:
   /// `arguments` are added to the server's own, for example {"-extension", "XTEST"}.
   explicit XServer(const std::vector<std::string>& arguments = {});
+  ~XServer();
+  XServer(const XServer&) = delete;
+  XServer& operator=(const XServer&) = delete;
 
   /// The value for DISPLAY, such as ":7".
   [[nodiscard]] const std::string& display() const { return display_; }
