@@ -152,6 +152,12 @@ KeysDown Keyboards::down() const {
   return down;
 }
 
+KeySet Keyboards::typedDown(xcb_connection_t* xcb) const {
+  const auto cookie = xcb_input_query_device_state(xcb, static_cast<std::uint8_t>(typing_));
+  const auto reply = freed(xcb_input_query_device_state_reply(xcb, cookie, nullptr));
+  return reply ? keysIn(*reply) : KeySet{};
+}
+
 void Keyboards::type(xcb_keycode_t key, bool down) {
   xcb_test_fake_input(connection_.xcb(), down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, key,
                       XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);

@@ -93,6 +93,9 @@ class Keyboards final : public EventHandler {
 
   /// The keys that are down now. One round trip.
   [[nodiscard]] KeysDown down() const;
+  /// The keys that are down on the XTEST keyboard, over any connection to its server. None if the
+  /// server does not answer, or is another one without such a keyboard.
+  [[nodiscard]] KeySet typedDown(xcb_connection_t* xcb) const;
 
   /// Presses or releases a key of the XTEST keyboard; sent with the next flush.
   void type(xcb_keycode_t key, bool down);

@@ -13,9 +13,11 @@ namespace {
 constexpr std::chrono::milliseconds kTimeout{250};
 
 /// Releases keys that may have been down when the connection was lost: a server that keeps running
-/// keeps them down. If the server is gone, nothing happens.
-void releaseOverNewConnection(const KeySet& keys) {
+/// keeps them down. If the server is gone, nothing happens. Nor does anything if another server has
+/// its display by now: there, the keys are not down.
+void releaseOverNewConnection(const Keyboards& keyboards, KeySet keys) {
   auto* const xcb = xcb_connect(nullptr, nullptr);
+  keys &= keyboards.typedDown(xcb);
   for (unsigned key = 0; key < keys.size(); ++key) {
     if (!keys[key]) continue;
     xcb_test_fake_input(xcb, XCB_KEY_RELEASE, static_cast<xcb_keycode_t>(key), XCB_CURRENT_TIME,
@@ -107,7 +109,7 @@ void CopyKeystroke::releaseSyntheticKeysExcept(const KeySet& physical) {
 }
 
 void CopyKeystroke::releaseSyntheticKeys() {
-  if (connection_.lost() && pressed_.any()) releaseOverNewConnection(pressed_);
+  if (connection_.lost() && pressed_.any()) releaseOverNewConnection(keyboards_, pressed_);
   if (connection_.lost() || synthetic_.none()) return;
   releaseSyntheticKeysExcept({});
   connection_.synchronise();  // the server drops pending requests when the client ends

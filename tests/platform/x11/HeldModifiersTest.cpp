@@ -10,6 +10,31 @@ namespace {
 
 using HeldModifiers = DialTest;
 
+/// Counts how often applications of a server get the keys of another keyboard than before.
+class KeyboardSwitches {
+ public:
+  explicit KeyboardSwitches(const std::string& display) : connection_(connectToServer(display)) {
+    freed(xcb_xkb_use_extension_reply(connection_, xcb_xkb_use_extension(connection_, 1, 0),
+                                      nullptr));
+    const auto events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY;
+    xcb_xkb_select_events(connection_, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, 0, 0, nullptr);
+    synchronise(connection_);
+  }
+  ~KeyboardSwitches() { xcb_disconnect(connection_); }
+  KeyboardSwitches(const KeyboardSwitches&) = delete;
+  KeyboardSwitches& operator=(const KeyboardSwitches&) = delete;
+
+  [[nodiscard]] int count() {
+    synchronise(connection_);
+    while (freed(xcb_poll_for_event(connection_))) ++count_;
+    return count_;
+  }
+
+ private:
+  xcb_connection_t* connection_;
+  int count_ = 0;
+};
+
 TEST_F(HeldModifiers, ModifiersThatAreStillHeldDoNotChangeIt) {
   const XClient client(server.display());
   keyboard.press(kControlAltKeys);
@@ -176,6 +201,26 @@ TEST_F(HeldModifiers, AConnectionThatIsClosedLeavesNothingStuck) {
   keyboard.waitForTypedDown({});
   keyboard.release(kControlAltKeys);
   EXPECT_EQ(keyboard.modifiers(), 0U);
+}
+
+TEST_F(HeldModifiers, NothingIsTypedOnALaterServerOfTheSameDisplay) {
+  const XClient client(server.display());
+  keyboard.press(kControlAltKeys);
+  keyboard.tap(kKeyD);
+  expectDial(1);
+  keyboard.waitForTypedDown({kKeyLeftControl, kKeyLeftAlt});
+  const XServer later;
+  Keyboard itsKeyboard(later.display());
+  itsKeyboard.tap(kKeyD);
+  KeyboardSwitches switches(later.display());
+  setenv("DISPLAY", later.display().c_str(), 1);
+  killServer();
+  port.waitForLoss();
+  port.call([this] { port.dropClipboard(); });
+  EXPECT_EQ(switches.count(), 0);
+  itsKeyboard.typeThroughXTest(kKeyD, true);
+  itsKeyboard.typeThroughXTest(kKeyD, false);
+  EXPECT_EQ(switches.count(), 1);
 }
 
 TEST_F(HeldModifiers, AControlPressedMeanwhileStaysPressed) {
