@@ -23,10 +23,8 @@ using HotKeyUses = X11Test;
 
 TEST_F(HotKeyUses, FiftyInARowAreFiftyReleases) {
   ASSERT_TRUE(port.registerHotKey(kVK_ANSI_D, kControlAlt));
-  for (std::size_t use = 1; use <= 50; ++use) {
-    useHotKey();
-    port.waitForReleases(use);
-  }
+  for (int use = 0; use < 50; ++use) useHotKey();
+  port.waitForReleases(50);
   port.settle();
   EXPECT_EQ(port.releases().size(), 50U);
 }
