@@ -186,7 +186,13 @@ bool MutterRemote::clearAgain() {
   if (!bus_.call(session(), "SetSelection", "a{sv}", 1, "mime-types", "as", 1, kEmptyClipboardType))
     return false;
   changed_ = false;
-  while (bus_.waitFor([this] { return std::exchange(changed_, false); }, kReaction)) {
+  const auto isChanged = [this] { return std::exchange(changed_, false); };
+  // On a busy machine an extension may be late. GNOME Shell answers after what it had to do before.
+  const auto changesLate = [&] {
+    bus_.call(kExtensions, "ListExtensions", "");
+    return bus_.waitFor(isChanged, std::chrono::milliseconds(0));
+  };
+  while (bus_.waitFor(isChanged, kReaction) || changesLate()) {
     if (Clock::now() > limit) return false;
   }
   forgetCopy();

@@ -144,6 +144,16 @@ TEST_F(GnomeTest, WhatAnExtensionPutsOnTheClipboardIsNotDialled) {
   EXPECT_THAT(dialled, ElementsAre(std::nullopt));
 }
 
+TEST_F(GnomeTest, WhatAnExtensionPutsOnTheClipboardLateIsNotDialled) {
+  ASSERT_TRUE(registerDial());
+  gnome->listExtension(true);
+  FakeGnome::Manager manager{Acts::kOnClearing, {"text/plain;charset=utf-8"}, "older text"};
+  manager.late = true;
+  gnome->setManager(manager);
+  use();
+  EXPECT_THAT(dialled, ElementsAre(std::nullopt));
+}
+
 TEST(RunningProgramsTest, AreKnownByTheirNames) {
   const tests::TemporaryDirectory directory;
   const std::string name = "seldial-" + std::to_string(getpid());  // nobody else's

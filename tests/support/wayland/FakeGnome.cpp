@@ -350,6 +350,7 @@ int FakeGnome::keyNotified(sd_bus_message* call) {
       if (typed_.back() == "Control+Insert" && selection_) {
         takeClipboard(sd_bus_message_get_bus(call), copiedTypes_, *selection_);
       }
+      letLateManagerAct(sd_bus_message_get_bus(call));
     }
   }
   if (answer) tell("Activated", "modifiers-up");
@@ -380,7 +381,12 @@ void FakeGnome::takeClipboard(sd_bus* bus, const std::vector<std::string>& types
 
 void FakeGnome::letManagerAct(sd_bus* bus, Manager::Acts occasion) {
   if (manager_.acts != occasion || manager_.times-- <= 0) return;
-  takeClipboard(bus, manager_.types, manager_.text);
+  managerWaits_ = std::exchange(managerIsLate_, manager_.late);
+  if (!managerWaits_) takeClipboard(bus, manager_.types, manager_.text);
+}
+
+void FakeGnome::letLateManagerAct(sd_bus* bus) {
+  if (std::exchange(managerWaits_, false)) takeClipboard(bus, manager_.types, manager_.text);
 }
 
 int FakeGnome::clearClipboard(sd_bus_message* call) {
@@ -416,6 +422,10 @@ int FakeGnome::readSelection(sd_bus_message* call) {
 
 int FakeGnome::answerShell(sd_bus_message* call) {
   if (!isCall(call, "org.gnome.Shell.Extensions", "ListExtensions")) return 0;
+  mutter_.use([this](sd_bus* bus) {
+    const std::lock_guard lock(mutex_);
+    letLateManagerAct(bus);
+  });
   const std::lock_guard lock(mutex_);
   if (!extension_) return sd_bus_reply_method_return(call, "a{sa{sv}}", 0);
   return sd_bus_reply_method_return(call, "a{sa{sv}}", 1, "manager@test", 2, "uuid", "s",

@@ -59,7 +59,8 @@ class FakeGnome {
     enum class Acts { kNever, kOnClearing, kBeforeTransfer, kAfterTransfer } acts = Acts::kNever;
     std::vector<std::string> types;
     std::string text;
-    int times = 1000;  ///< how often
+    int times = 1000;   ///< how often
+    bool late = false;  ///< from the second time on, only with the next key or request to the Shell
   };
   void setManager(Manager manager);
   void lockScreen();
@@ -88,6 +89,7 @@ class FakeGnome {
   int answerShell(sd_bus_message* call);
   void takeClipboard(sd_bus* bus, const std::vector<std::string>& types, const std::string& text);
   void letManagerAct(sd_bus* bus, Manager::Acts occasion);
+  void letLateManagerAct(sd_bus* bus);
   void respond(sd_bus* bus, bool allow);
   void unbind();
   void tell(const char* signal, const std::string& id);
@@ -112,6 +114,8 @@ class FakeGnome {
   std::vector<std::string> clipboardTypes_;
   std::string clipboard_;
   Manager manager_;
+  bool managerIsLate_ = false;
+  bool managerWaits_ = false;
   std::optional<bool> extension_;
   std::vector<std::string> typed_;
 
