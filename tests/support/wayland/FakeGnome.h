@@ -76,6 +76,9 @@ class FakeGnome {
   void refuseRemoteSessions();
 
  private:
+  static bool isCall(sd_bus_message* call, const char* interface, const char* method) {
+    return sd_bus_message_is_method_call(call, interface, method) > 0;
+  }
   void startPortal();
   void startImplementation();
   int answerPortal(sd_bus_message* call);
