@@ -22,8 +22,8 @@ using LinePieces = std::function<void(const std::function<bool(std::string_view)
 void printLine(std::string_view line);
 void printLine(const LinePieces& line);
 
-/// Writes `line` and a line break to standard error. Waits up to 100 ms for space, then drops the
-/// line, and further lines without waiting until there is space again. Any thread.
+/// Writes `line` and a line break to standard error. Without space, it waits up to 100 ms and then
+/// drops the line. Further lines are dropped at once until there is space again. Any thread.
 void printError(std::string_view line);
 
 /// Reports on standard error how many lines standard output has lost since the last report.

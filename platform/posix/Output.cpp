@@ -122,7 +122,7 @@ bool LineOutput::writePiece(std::string_view piece, Clock::time_point deadline) 
       const auto count = static_cast<std::size_t>(written);
       atLineStart_ = piece[count - 1] == '\n';
       piece.remove_prefix(count);
-    } else if (errno == EAGAIN) {  // another process writes at the moment, or has used the space
+    } else if (errno == EAGAIN) {  // another process is writing, or has used the space
       if (Clock::now() >= deadline) return false;
     } else if (errno != EINTR) {
       break;

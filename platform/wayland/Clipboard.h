@@ -84,7 +84,7 @@ class DataControl {
   Display& display_;
   Owned<zwlr_data_control_device_v1> device_;
   zwlr_data_control_source_v1* empty_ = nullptr;    ///< ours; null once it was replaced
-  std::set<zwlr_data_control_source_v1*> sources_;  ///< ours that are not yet known to be replaced
+  std::set<zwlr_data_control_source_v1*> sources_;  ///< ours that were not cancelled yet
   std::map<zwlr_data_control_offer_v1*, Offer> offers_;
   zwlr_data_control_offer_v1* clipboard_ = nullptr;  ///< one of offers_
   zwlr_data_control_offer_v1* primary_ = nullptr;    ///< one of offers_; never read

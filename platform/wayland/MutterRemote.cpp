@@ -187,7 +187,8 @@ bool MutterRemote::clearAgain() {
     return false;
   changed_ = false;
   const auto isChanged = [this] { return std::exchange(changed_, false); };
-  // On a busy machine an extension may be late. GNOME Shell answers after what it had to do before.
+  // On a busy machine an extension may take longer. GNOME Shell runs the extensions, and answers
+  // only after they have done what was due.
   const auto changesLate = [&] {
     bus_.call(kExtensions, "ListExtensions", "");
     return bus_.waitFor(isChanged, std::chrono::milliseconds(0));

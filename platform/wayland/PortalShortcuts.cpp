@@ -228,7 +228,7 @@ void PortalShortcuts::finish(Answer answer, std::string error) {
 /// A restarted portal does not know the session.
 void PortalShortcuts::portalChanged(bool there) {
   if (wanted_.empty() || binding_) return;
-  // But its implementation does: the keys would stay bound to that session, and dead.
+  // Its implementation still does: the keys would stay bound to that session and never fire.
   if (!session_.empty() && bus_.hasOwner(kImplementation)) {
     bus_.call({kImplementation, session_, "org.freedesktop.impl.portal.Session"}, "Close", "");
   }
@@ -237,8 +237,8 @@ void PortalShortcuts::portalChanged(bool there) {
   finish(Answer::kRefused, "the portal has ended");
 }
 
-/// The shortcuts end with the implementation, which the portal does not report. A request starts it
-/// again.
+/// The shortcuts end when the implementation ends, which the portal does not report. A new request
+/// starts the implementation again, and is repeated once it is back if it was refused meanwhile.
 void PortalShortcuts::implementationChanged(bool there) {
   if (wanted_.empty() || binding_) return;
   if (answer_ != (there ? Answer::kRefused : Answer::kBound)) return;

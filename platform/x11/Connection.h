@@ -27,7 +27,7 @@ class Connection {
  public:
   /// Connects to the server that DISPLAY names and checks that it has what the ports need. Null if
   /// DISPLAY is not set, or, after one line on standard error, if the connection fails or takes
-  /// longer than `limit`. Unless there is no server, the line ends with `consequence`.
+  /// longer than `limit`. If there is a server, the line ends with `consequence`.
   static std::unique_ptr<Connection> open(
       std::chrono::milliseconds limit = kConnectLimit,
       const std::string& consequence = "there will be no hot key");

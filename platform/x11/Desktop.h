@@ -54,10 +54,10 @@ std::shared_ptr<Clipboard> makeClipboard(const std::shared_ptr<Session>& session
 void reserveCopyKeystroke(HotKeyEvents& hotKeys);
 
 /// Whether the program with the focus on the server that DISPLAY names owns the clipboard. False if
-/// no window of that server has the focus, as when a Wayland window has it. Needs no session. In a
-/// Wayland session it starts Xwayland unless it runs, so call it only when an X11 program owns the
-/// clipboard. Takes some milliseconds; at most a second if the server does not answer. If it cannot
-/// be asked, one line on standard error says so.
+/// no window of that server has the focus, for example because a Wayland window has it. Needs no
+/// session. In a Wayland session this starts Xwayland if it is not running, so call it only when an
+/// X11 program owns the clipboard. Takes some milliseconds; at most a second if the server does not
+/// answer. If the server cannot be asked, one line on standard error says so.
 [[nodiscard]] bool focusedProgramOwnsClipboard();
 
 }  // namespace seldial::platform::x11

@@ -93,8 +93,8 @@ class Keyboards final : public EventHandler {
 
   /// The keys that are down now. One round trip.
   [[nodiscard]] KeysDown down() const;
-  /// The keys that are down on the XTEST keyboard, over any connection to its server. None if the
-  /// server does not answer, or is another one without such a keyboard.
+  /// The keys that are down on the XTEST keyboard, requested over `xcb`, a connection of the
+  /// caller. Empty if the server at its other end does not answer or has no such keyboard.
   [[nodiscard]] KeySet typedDown(xcb_connection_t* xcb) const;
 
   /// Presses or releases a key of the XTEST keyboard; sent with the next flush.

@@ -53,7 +53,7 @@ class Wlroots(Session):
     def x11(self):
         """Environment variables for programs on Xwayland."""
         if "DISPLAY" not in self.session:
-            raise RuntimeError("no Xwayland, perhaps because ended servers left their sockets in /tmp/.X11-unix")
+            raise RuntimeError("no Xwayland; perhaps /tmp/.X11-unix is full of the sockets of ended servers")
         return {"DISPLAY": self.session["DISPLAY"]}
 
 

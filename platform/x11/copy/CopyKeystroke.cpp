@@ -13,8 +13,8 @@ namespace {
 constexpr std::chrono::milliseconds kTimeout{250};
 
 /// Releases keys that may have been down when the connection was lost: a server that keeps running
-/// keeps them down. If the server is gone, nothing happens. Nor does anything if another server has
-/// its display by now: there, the keys are not down.
+/// keeps them down. Nothing happens if the server is gone, or if another one has taken its display:
+/// there, the keys are not down.
 void releaseOverNewConnection(const Keyboards& keyboards, KeySet keys) {
   auto* const xcb = xcb_connect(nullptr, nullptr);
   keys &= keyboards.typedDown(xcb);

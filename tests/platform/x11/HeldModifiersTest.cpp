@@ -10,7 +10,7 @@ namespace {
 
 using HeldModifiers = DialTest;
 
-/// Counts how often applications of a server get the keys of another keyboard than before.
+/// Counts how often a server's applications begin to receive keys from another keyboard.
 class KeyboardSwitches {
  public:
   explicit KeyboardSwitches(const std::string& display) : connection_(connectToServer(display)) {

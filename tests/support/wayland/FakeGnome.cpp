@@ -1,4 +1,4 @@
-// The desktop portal of the double of GNOME.
+// The desktop portal of FakeGnome.
 #include "tests/support/wayland/FakeGnome.h"
 
 #include <utility>

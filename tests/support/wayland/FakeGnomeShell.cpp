@@ -1,4 +1,4 @@
-// Mutter and GNOME Shell of the double of GNOME.
+// Mutter and GNOME Shell of FakeGnome.
 #include <fcntl.h>
 #include <unistd.h>
 
